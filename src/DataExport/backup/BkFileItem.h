@@ -1,0 +1,24 @@
+#ifndef DATAEXPORT_BACKUP_BKFILEITEM_H
+#define DATAEXPORT_BACKUP_BKFILEITEM_H
+
+#include "backup/BkAbstractItem.h"
+
+#include <QByteArray>
+
+//! One file of a file data set. Its name is value(0).
+class DATAEXPORT_EXPORT BkFileItem : public BkAbstractItem
+{
+public:
+    ~BkFileItem() override;
+
+    //! The content, when it is held in memory; empty when it is the file at filePath().
+    virtual QByteArray fileData() const = 0;
+
+    //! Path of the content on disk; asked when fileData() is empty. The file may be missing.
+    virtual QString filePath() const = 0;
+
+    //! Date that a copy of the file is to bear; invalid (as by default) for that of the copying.
+    virtual QDateTime fileDate() const;
+};
+
+#endif

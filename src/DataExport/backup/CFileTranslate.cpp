@@ -1,0 +1,104 @@
+#include "backup/CFileTranslate.h"
+
+#include "backup/BkData.h"
+#include "backup/BkFileItem.h"
+#include "backup/CBackupExporter.h"
+#include "export/CFileExporter.h"
+#include "export/FileProgress.h"
+#include "platform/CCommonUtils.h"
+
+#include <QFileInfo>
+
+namespace {
+
+constexpr int kUnitsPerFile = 100;
+constexpr int kVoicemail = 16; // never under media protection
+
+qint64 contentSize(const BkFileItem &file)
+{
+    const qint64 inMemory = file.fileData().size();
+    return inMemory > 0 ? inMemory : QFileInfo(file.filePath()).size();
+}
+
+qint64 contentSize(const QList<BkAbstractItem *> &items)
+{
+    qint64 total = 0;
+    for (const BkAbstractItem *item : items) {
+        if (const auto *file = dynamic_cast<const BkFileItem *>(item))
+            total += contentSize(*file);
+    }
+    return total;
+}
+
+void exportContent(const BkFileItem &file, CFileExporter &sink, bool protect)
+{
+    const QString name = file.value(0);
+    sink.setFileDate(file.fileDate());
+    const QByteArray content = file.fileData();
+    if (!content.isEmpty()) {
+        sink.exportDepends(content, name);
+        return;
+    }
+    const QString path = file.filePath();
+    if (protect)
+        CCommonUtils::protectMediaFile(path, false);
+    sink.exportData(path, name);
+    if (protect)
+        CCommonUtils::protectMediaFile(path, true);
+}
+
+} // namespace
+
+CFileTranslate::CFileTranslate(BkData *data)
+    : m_data(data)
+{
+}
+
+CFileTranslate::~CFileTranslate() = default;
+
+bool CFileTranslate::translate(CIDataExporter *exporter, CIProgressCallback *progress, bool protect)
+{
+    auto *sink = dynamic_cast<CFileExporter *>(exporter);
+    if (!sink)
+        return false;
+    const QList<BkAbstractItem *> items = m_data->recoverFileList();
+    FileProgress bytes(progress, static_cast<int>(items.size()) * kUnitsPerFile);
+    if (items.isEmpty())
+        return true;
+    bytes.setTotal(contentSize(items));
+    sink->setExportProgress(&bytes);
+
+    for (const BkAbstractItem *item : items) {
+        if (!bytes.progress(0))
+            break;
+        const auto *file = dynamic_cast<const BkFileItem *>(item);
+        if (!file)
+            continue;
+        const BkAbstractItem *group = file->groupItem();
+        const bool entered = group && sink->intoSubDir(group->value(0));
+        exportContent(*file, *sink, protect);
+        if (entered)
+            sink->backFromSubDir();
+    }
+    sink->setExportProgress(nullptr); // it ends with this call, the sink does not
+    return true;
+}
+
+bool CBackupExporter::exportFile(BkData *data,
+                                 const QDir &dir,
+                                 const QString &owner,
+                                 const QString &typeName,
+                                 CIProgressCallback *progress,
+                                 CBackupExporter *exporter)
+{
+    CFileExporter sink;
+    bool result = false;
+    if (exporter)
+        sink.setReport(exporter->report());
+    if (sink.initExporter(dir, owner, typeName)) {
+        const bool protect = exporter && exporter->fromDFU() && data->dataType() != kVoicemail;
+        result = CFileTranslate(data).translate(&sink, progress, protect);
+    }
+    sink.finish(result);
+    return result;
+}

@@ -1,0 +1,82 @@
+#ifndef DATAEXPORT_EXPORT_CFILEEXPORTER_H
+#define DATAEXPORT_EXPORT_CFILEEXPORTER_H
+
+#include "export/CIDataExporter.h"
+
+#include <QDateTime>
+#include <QMap>
+
+class CIProgressCallback;
+
+/*!
+    \brief Sink: copies files into the data type's folder, one sub-folder a group.
+
+    \par Names
+    Made safe with CUtils::safeFileName(), without leading dots, and numbered when taken: no file is
+    ever replaced.
+    \par Cancelling
+    The progress callback is asked after every 16384 bytes. A cancelled copy leaves no file and is
+    not a failure: it answers true.
+    \par Report
+    Every file that could not be copied, and every one that was.
+    \par Memory
+    Constant, whatever the size of a file.
+*/
+class DATAEXPORT_EXPORT CFileExporter : public CIDataExporter
+{
+public:
+    CFileExporter();
+    ~CFileExporter() override;
+
+    /*!
+        Copies the file \a srcPath under a name made from \a name. \return false when the source
+        cannot be read or the target cannot be written; then no target is left.
+    */
+    bool exportData(const QString &srcPath, const QString &name) override;
+    using CIDataExporter::exportData;
+
+    //! Does nothing: copied files depend on no other. \return true.
+    bool exportDepends(const QString &srcPath, const QString &name) override;
+
+    //! Writes \a data as a file. \return whether all bytes were written.
+    bool exportDepends(const QByteArray &data, const QString &name) override;
+
+    //! Takes \a outDir as the current folder. \return true.
+    bool openExporter(const QDir &outDir) override;
+
+    //! \return true; there is nothing to close.
+    bool closeExporter(bool ok) override;
+
+    //! The callback that is told of copied bytes; null for none. Borrowed.
+    void setExportProgress(CIProgressCallback *progress);
+
+    //! The date that the files from now on bear; an invalid one leaves them the time of writing.
+    void setFileDate(const QDateTime &date);
+
+    /*!
+        Goes into the sub-folder of \a group, which is made when needed.
+        \return false when that is impossible: the current folder is as it was.
+    */
+    bool intoSubDir(const QString &group);
+
+    //! Leaves the sub-folder again.
+    bool backFromSubDir();
+
+    //! Absolute path in the current folder that the next file called \a name goes to.
+    QString makeOutputFileName(const QString &name) const;
+
+    //! Tells the callback of \a bytes more. \return false when the work is to stop.
+    bool progressFileCopy(int bytes);
+
+private:
+    bool fail(const QString &name, CIExportReport::Cause cause, const QString &reason);
+    QString reportName(const QString &name) const;
+
+    QDir m_curDir;
+    QMap<QString, QString> m_subDirs; //!< Group to the folder made for it.
+    CIProgressCallback *m_progress = nullptr;
+    QString m_group; //!< Group whose folder is the current one; empty outside of any.
+    QDateTime m_fileDate;
+};
+
+#endif

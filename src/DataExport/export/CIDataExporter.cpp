@@ -1,0 +1,104 @@
+#include "export/CIDataExporter.h"
+
+#include "platform/CCommonUtils.h"
+#include "platform/Translation_p.h"
+
+#include <QFileInfo>
+
+using DataExport::tr;
+
+namespace {
+
+// A folder path that would leave the target folder, or be the target folder itself.
+bool leadsOutside(const QString &path)
+{
+    return path.isEmpty() || path == QLatin1String(".") || path.startsWith(QLatin1Char(':'))
+        || path.contains(QLatin1String("..")) || QDir::isAbsolutePath(path);
+}
+
+} // namespace
+
+CIDataExporter::CIDataExporter()
+    : m_dir(QString())
+{
+}
+
+CIDataExporter::~CIDataExporter() = default;
+
+bool CIDataExporter::itemExportBegin(const QString & /*itemName*/)
+{
+    return true;
+}
+
+bool CIDataExporter::itemExportEnd()
+{
+    return true;
+}
+
+bool CIDataExporter::initExporter(const QDir &dir, const QString &name, const QString &folder)
+{
+    return initExporterWithSubDir(dir, name, folder, QString());
+}
+
+bool CIDataExporter::initExporterWithSubDir(const QDir &dir,
+                                            const QString &name,
+                                            const QString &folder,
+                                            const QString &subDir)
+{
+    const QString path = subDir.isEmpty() ? folder : folder + QLatin1Char('/') + subDir;
+    m_dir = dir;
+    if (leadsOutside(folder) || leadsOutside(path))
+        return failToOpen(folder, tr("The folder name cannot be used."));
+    const QFileInfo target(dir.filePath(path));
+    if (target.exists() && !target.isDir())
+        return failToOpen(folder,
+                          tr("A file stands where the folder “%1” is to be made.").arg(path));
+    if (!dir.exists(path) && !dir.mkpath(path))
+        return failToOpen(folder, tr("The folder “%1” could not be made.").arg(path));
+    QDir outDir(dir);
+    outDir.cd(path);
+    m_name = name;
+    m_folder = folder;
+    if (openExporter(outDir))
+        return true;
+    return failToOpen(folder, tr("The output in “%1” could not be opened for writing.").arg(path));
+}
+
+bool CIDataExporter::exportData(const QString &text)
+{
+    return exportData(text, QString());
+}
+
+bool CIDataExporter::finish(bool ok)
+{
+    const bool closed = closeExporter(ok);
+    if (!ok)
+        CCommonUtils::rmDir(m_dir, m_folder, nullptr);
+    return closed;
+}
+
+void CIDataExporter::setReport(CIExportReport *report)
+{
+    m_report = report;
+}
+
+void CIDataExporter::reportFailure(const QString &itemName,
+                                   CIExportReport::Cause cause,
+                                   const QString &reason)
+{
+    if (m_report)
+        m_report->itemFailed(m_folder, itemName, cause, reason);
+}
+
+void CIDataExporter::reportExported(const QString &itemName)
+{
+    if (m_report)
+        m_report->itemExported(m_folder, itemName);
+}
+
+bool CIDataExporter::failToOpen(const QString &folder, const QString &reason)
+{
+    if (m_report)
+        m_report->itemFailed(folder, QString(), CIExportReport::Cause::Target, reason);
+    return false;
+}

@@ -1,0 +1,99 @@
+#ifndef DATAEXPORT_EXPORT_CIDATAEXPORTER_H
+#define DATAEXPORT_EXPORT_CIDATAEXPORTER_H
+
+#include "export/CIExportReport.h"
+
+#include <QDir>
+#include <QString>
+
+class QByteArray;
+
+/*!
+    \brief Sink: where a translator's text, files and images go. Each subclass decides how they land
+    on disk.
+
+    \par Order
+    Set-up of the subclass, initExporter() or initExporterWithSubDir(), any number of items
+    (itemExportBegin(), exportData() and exportDepends(), itemExportEnd()), then finish() exactly
+    once, also after a failed initExporter(). One object serves one export.
+    \par Results
+    All of them: true means success. A sink says nothing in words but to its report.
+    \par Owner
+    Whoever made it, as a rule the stack of an export function. The report is borrowed.
+    \par Thread
+    Reentrant, not thread-safe: one object, one thread.
+*/
+class DATAEXPORT_EXPORT CIDataExporter
+{
+public:
+    CIDataExporter();
+    virtual ~CIDataExporter();
+
+    CIDataExporter(const CIDataExporter &) = delete;
+    CIDataExporter &operator=(const CIDataExporter &) = delete;
+
+    //! An item called \a itemName starts. false: the sink does not take it. \return true here.
+    virtual bool itemExportBegin(const QString &itemName);
+
+    //! Writes \a text; the file sink copies the file whose path is \a text, as \a name.
+    virtual bool exportData(const QString &text, const QString &name) = 0;
+
+    //! Takes the file at \a srcPath, which the output needs (an image), as \a name.
+    virtual bool exportDepends(const QString &srcPath, const QString &name) = 0;
+
+    //! The same with the file's bytes.
+    virtual bool exportDepends(const QByteArray &data, const QString &name) = 0;
+
+    //! The item ends. \return true here.
+    virtual bool itemExportEnd();
+
+    //! Opens the output in the folder \a outDir, which exists.
+    virtual bool openExporter(const QDir &outDir) = 0;
+
+    //! Closes the output, also one that never opened; \a ok false discards it.
+    virtual bool closeExporter(bool ok) = 0;
+
+    //! initExporterWithSubDir() without a sub-folder.
+    bool initExporter(const QDir &dir, const QString &name, const QString &folder);
+
+    /*!
+        Makes \a folder (the data type's display name) in \a dir, in it \a subDir unless that is
+        empty, and opens the output there. \a name is the backup's owner, for titles and file names.
+        \return false when the folder lies outside \a dir or cannot be made, or the output does not
+        open.
+    */
+    bool initExporterWithSubDir(const QDir &dir,
+                                const QString &name,
+                                const QString &folder,
+                                const QString &subDir);
+
+    //! The two-argument exportData() with an empty name.
+    bool exportData(const QString &text);
+
+    /*!
+        Closes the output. With \a ok false it then removes the data type's whole folder, whatever
+        else lies in it. \return what closing answered.
+    */
+    bool finish(bool ok);
+
+    //! Tells \a report (may be null, as at first) of every fault from now on.
+    void setReport(CIExportReport *report);
+
+    //! Hands a fault with \a itemName to the report, if there is one.
+    void reportFailure(const QString &itemName, CIExportReport::Cause cause, const QString &reason);
+
+    //! Tells the report, if there is one, that \a itemName is completely in the output.
+    void reportExported(const QString &itemName);
+
+protected:
+    QDir m_dir; //!< Target folder of the export.
+    QString m_name; //!< The backup's owner.
+    QString m_folder; //!< Output folder of the data type, relative to m_dir.
+
+private:
+    bool failToOpen(const QString &folder, const QString &reason);
+
+    CIExportReport *m_report = nullptr;
+};
+
+#endif

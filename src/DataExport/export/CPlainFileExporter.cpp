@@ -1,0 +1,97 @@
+#include "export/CPlainFileExporter.h"
+
+#include "export/CUtils.h"
+#include "export/TextFile_p.h"
+#include "platform/CCommonUtils.h"
+#include "platform/Translation_p.h"
+
+#include <QFileInfo>
+
+using DataExport::tr;
+
+CPlainFileExporter::CPlainFileExporter(const QString &suffix, bool perItem)
+    : m_suffix(suffix)
+    , m_perItem(perItem)
+    , m_file(std::make_unique<TextFile>())
+{
+}
+
+CPlainFileExporter::~CPlainFileExporter() = default;
+
+void CPlainFileExporter::setCodec(const QString &codec, bool bom)
+{
+    m_codec = codec;
+    m_bom = bom;
+}
+
+bool CPlainFileExporter::itemExportBegin(const QString &itemName)
+{
+    if (!m_perItem)
+        return true;
+    if (openFile(itemName))
+        return true;
+    reportFailure(itemName,
+                  CIExportReport::Cause::Target,
+                  tr("It could not be written to “%1”: %2.").arg(m_file->path(), m_file->error()));
+    return false;
+}
+
+bool CPlainFileExporter::exportData(const QString &text, const QString & /*name*/)
+{
+    m_file->write(text);
+    return true;
+}
+
+bool CPlainFileExporter::exportDepends(const QString & /*srcPath*/, const QString & /*name*/)
+{
+    return true;
+}
+
+bool CPlainFileExporter::exportDepends(const QByteArray & /*data*/, const QString & /*name*/)
+{
+    return true;
+}
+
+bool CPlainFileExporter::itemExportEnd()
+{
+    if (m_perItem)
+        closeFile(true);
+    return true;
+}
+
+bool CPlainFileExporter::openExporter(const QDir &outDir)
+{
+    m_curDir = outDir;
+    if (m_perItem)
+        return true;
+    return openFile(QStringLiteral("%1's %2").arg(m_name, m_folder));
+}
+
+bool CPlainFileExporter::closeExporter(bool ok)
+{
+    if (!m_perItem)
+        closeFile(ok);
+    return true;
+}
+
+bool CPlainFileExporter::openFile(const QString &baseName)
+{
+    const auto encoding = m_codec.isEmpty()
+        ? std::optional(QStringConverter::Utf8)
+        : QStringConverter::encodingForName(m_codec.toUtf8().constData());
+    return encoding && m_file->open(uniqFileName(CUtils::safeFileName(baseName)), *encoding, m_bom);
+}
+
+void CPlainFileExporter::closeFile(bool ok)
+{
+    if (m_file->close(ok))
+        return;
+    reportFailure(QFileInfo(m_file->path()).fileName(),
+                  CIExportReport::Cause::Target,
+                  tr("It could not be written completely: %1.").arg(m_file->error()));
+}
+
+QString CPlainFileExporter::uniqFileName(const QString &baseName)
+{
+    return CCommonUtils::uniqFileName(m_curDir, baseName, m_suffix, m_usedNames[baseName]);
+}

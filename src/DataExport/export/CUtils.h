@@ -1,0 +1,31 @@
+#ifndef DATAEXPORT_EXPORT_CUTILS_H
+#define DATAEXPORT_EXPORT_CUTILS_H
+
+#include "DataExport_global.h"
+
+#include <QString>
+
+/*!
+    \brief Text encoders: one for each format that text is written into. Pure functions; none fails.
+
+    \par Cost
+    One pass a replaced character; a text that needs no change is not copied.
+*/
+class DATAEXPORT_EXPORT CUtils
+{
+public:
+    //! Replaces each of / \ : " * ? < > | by "_". Changes nothing else: no trimming, no length
+    //! limit.
+    static QString safeFileName(const QString &s);
+
+    //! Escapes < > & and the double quote for HTML, then turns each line feed into "<br>".
+    static QString htmlEncode(const QString &s);
+
+    /*!
+        One CSV field: double quotes are doubled, and a field with a comma, a carriage return or a
+        line feed is enclosed in double quotes. A field with quotes alone is not enclosed.
+    */
+    static QString csvEncode(const QString &s);
+};
+
+#endif

@@ -1,0 +1,207 @@
+#include "platform/CCommonUtils.h"
+
+#include "platform/Translation_p.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QSaveFile>
+
+#include <array>
+#include <cerrno>
+#include <cmath>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr qint64 kCopyChunk = 128 * 1024;
+
+// A name that a broken symbolic link holds is taken, too: opening it would write elsewhere.
+bool isTaken(const QString &path)
+{
+    std::error_code ignored;
+    const std::filesystem::path native(QFile::encodeName(path).toStdString());
+    return std::filesystem::symlink_status(native, ignored).type()
+        != std::filesystem::file_type::not_found;
+}
+
+QString numberedPath(const QString &folder, const QString &base, int number, const QString &suffix)
+{
+    if (number <= 1)
+        return folder + base + suffix;
+    return folder + base + QLatin1String(" (") + QString::number(number) + QLatin1Char(')')
+        + suffix;
+}
+
+QString folderPrefix(const QDir &dir)
+{
+    const QString path = dir.absolutePath();
+    return path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/');
+}
+
+// The modes that media files had before they were made readable.
+QHash<QString, QFile::Permissions> &liftedModes()
+{
+    static QHash<QString, QFile::Permissions> modes;
+    return modes;
+}
+
+} // namespace
+
+void CCommonUtils::rmDir(const QDir &dir, const QString &name, bool *ok)
+{
+    bool done = false;
+    const QString cleaned = QDir::cleanPath(name);
+    if (!name.isEmpty() && QDir::isRelativePath(name) && cleaned != QLatin1String(".")
+        && cleaned != QLatin1String("..") && !cleaned.startsWith(QLatin1String("../"))) {
+        const QFileInfo target(dir.absoluteFilePath(cleaned));
+        // Canonical paths see through links in the middle of the name that lead elsewhere.
+        const QString parent = folderPrefix(QDir(dir.canonicalPath()));
+        if (target.isDir() && !target.isSymLink() && !dir.canonicalPath().isEmpty()
+            && target.canonicalFilePath().startsWith(parent))
+            done = QDir(target.absoluteFilePath()).removeRecursively();
+    }
+    if (ok)
+        *ok = done;
+}
+
+bool CCommonUtils::copyFile(const QString &src, const QDir &dir, const QString &name)
+{
+    QFile source(src);
+    if (!openForReading(source))
+        return false;
+    QSaveFile target(dir.absoluteFilePath(name));
+    if (!target.open(QIODevice::WriteOnly))
+        return false;
+    QByteArray chunk(kCopyChunk, Qt::Uninitialized);
+    for (;;) {
+        const qint64 count = source.read(chunk.data(), chunk.size());
+        if (count == 0)
+            return target.commit();
+        if (count < 0 || target.write(chunk.constData(), count) != count)
+            return false; // QSaveFile drops what it has
+    }
+}
+
+QString CCommonUtils::uniqFileName(const QDir &dir, const QString &base, const QString &suffix)
+{
+    const QString folder = folderPrefix(dir);
+    const auto path = [&](int number) { return numberedPath(folder, base, number, suffix); };
+
+    int taken = 1;
+    if (!isTaken(path(taken)))
+        return path(taken);
+    // Doubling finds a free number, halving the free one next to a taken one: with 10,000 files of
+    // one name a walk from 2 upwards would look at each of them again for every new file.
+    int free = 2;
+    while (isTaken(path(free))) {
+        taken = free;
+        free *= 2;
+    }
+    while (free - taken > 1) {
+        const int middle = taken + (free - taken) / 2;
+        (isTaken(path(middle)) ? taken : free) = middle;
+    }
+    return path(free);
+}
+
+QString CCommonUtils::uniqFileName(const QDir &dir,
+                                   const QString &base,
+                                   const QString &suffix,
+                                   int &counter)
+{
+    const QString folder = folderPrefix(dir);
+    int number = counter <= 0 ? 1 : counter + 1;
+    while (isTaken(numberedPath(folder, base, number, suffix)))
+        ++number;
+    counter = number;
+    return numberedPath(folder, base, number, suffix);
+}
+
+void CCommonUtils::protectMediaFile(const QString &path, bool protect)
+{
+    if (protect) {
+        const auto lifted = liftedModes().constFind(path);
+        if (lifted == liftedModes().constEnd())
+            return;
+        QFile::setPermissions(path, *lifted);
+        liftedModes().erase(lifted);
+        return;
+    }
+    const QFileInfo file(path);
+    if (!file.isFile() || file.permissions().testFlag(QFile::ReadOwner))
+        return;
+    const QFile::Permissions before = file.permissions();
+    if (QFile::setPermissions(path, before | QFile::ReadOwner | QFile::ReadUser))
+        liftedModes().insert(path, before);
+}
+
+bool CCommonUtils::openForReading(QFile &file, QString *why)
+{
+    const QByteArray path = QFile::encodeName(file.fileName());
+    // Only the owner may ask for the access time to stay; others read as usual. A pipe would
+    // otherwise wait here for someone to write into it.
+    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
+    int descriptor = ::open(path.constData(), kFlags | O_NOATIME);
+    if (descriptor < 0 && errno == EPERM)
+        descriptor = ::open(path.constData(), kFlags);
+    if (descriptor < 0) {
+        if (why)
+            *why = qt_error_string(errno);
+        return false;
+    }
+    struct stat status
+    {
+    };
+    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(descriptor);
+        if (why)
+            *why = DataExport::tr("It is not a regular file.");
+        return false;
+    }
+    return file.open(
+        descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
+}
+
+QString CCommonUtils::dateToString(const QDateTime &dateTime, bool utc)
+{
+    if (!dateTime.isValid())
+        return {};
+    return (utc ? dateTime.toUTC() : dateTime.toLocalTime()).date().toString(Qt::ISODate);
+}
+
+QString CCommonUtils::datetimeToMinute(const QDateTime &dateTime, bool local)
+{
+    if (!dateTime.isValid())
+        return {};
+    return (local ? dateTime.toLocalTime() : dateTime.toUTC())
+        .toString(QStringLiteral("yyyy-MM-dd hh:mm"));
+}
+
+QDateTime CCommonUtils::buildDateTimeBase2001(double seconds)
+{
+    constexpr double kBaseMs = 978307200000.0;
+    constexpr double kLimitMs = 9.2e18; // near what 64 bits of milliseconds hold
+    const double ms = std::round(seconds * 1000.0) + kBaseMs;
+    if (!(std::abs(ms) < kLimitMs))
+        return {};
+    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(ms), Qt::UTC);
+}
+
+QString CCommonUtils::fileSizeToString(long long bytes, char format, int precision)
+{
+    static constexpr std::array<const char *, 5> kUnits { "B", "KB", "MB", "GB", "TB" };
+    std::size_t unit = 0;
+    auto value = static_cast<double>(bytes);
+    while (value >= 1024.0 && unit + 1 < kUnits.size()) {
+        value /= 1024.0;
+        ++unit;
+    }
+    const QString number =
+        unit == 0 ? QString::number(bytes) : QString::number(value, format, precision);
+    return number + QLatin1Char(' ') + QLatin1String(kUnits[unit]);
+}
