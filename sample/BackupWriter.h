@@ -1,0 +1,82 @@
+#ifndef SAMPLE_BACKUPWRITER_H
+#define SAMPLE_BACKUPWRITER_H
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QMap>
+#include <QString>
+#include <QVariantMap>
+
+#include <memory>
+
+namespace Sample {
+
+//! What the index records of a file, besides its name and size.
+struct FileTraits
+{
+    QDateTime modified; //!< Invalid: the writer's default date.
+    int protectionClass = 3;
+    QMap<QString, QByteArray> extendedAttributes;
+};
+
+/*!
+    \brief Writes a phone backup folder in the true on-disk format.
+
+    \par Order
+    Set-up, any number of addFile() and addFolder(), finish() exactly once.
+    \par Bytes
+    The same calls give the same bytes: nothing of the clock or the machine gets in.
+    \par Memory
+    Contents go to disk as they come; the index is a database from the start.
+*/
+class BackupWriter
+{
+public:
+    enum class Layout {
+        TwoLevel, //!< Contents in folders named after the first two digits of their identifier.
+        Flat, //!< Contents side by side in the backup folder.
+    };
+
+    //! \a root is made when missing. Nothing is written before the first addFile().
+    explicit BackupWriter(const QString &root, Layout layout = Layout::TwoLevel);
+    ~BackupWriter();
+
+    //! Sets or adds a key of Info.plist, Manifest.plist or Status.plist; an invalid value removes
+    //! it.
+    void setInfo(const QString &key, const QVariant &value);
+    void setManifest(const QString &key, const QVariant &value);
+    void setStatus(const QString &key, const QVariant &value);
+
+    //! Adds a file with its content, and the folders above it to the index. \return its identifier.
+    QString addFile(const QString &domain,
+                    const QString &path,
+                    const QByteArray &content,
+                    const FileTraits &traits = {});
+
+    //! Adds a row of the index without a content file, or with another identifier or record.
+    void addIndexRow(const QString &fileId,
+                     const QString &domain,
+                     const QString &path,
+                     int flags,
+                     const QByteArray &record);
+
+    //! Writes the property lists and closes the index. \return false when something failed.
+    bool finish();
+
+    //! What failed, for a person.
+    QString error() const;
+
+    //! The identifier of a file: SHA-1 of "domain-path" in lower-case hex.
+    static QString fileId(const QString &domain, const QString &path);
+
+    //! The record of the index for a file: a keyed archive of its metadata.
+    static QByteArray fileRecord(const QString &path, qint64 sizeBytes, const FileTraits &traits);
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace Sample
+
+#endif

@@ -1,0 +1,68 @@
+#ifndef PHONEBACKUP_MODEL_BACKUP_H
+#define PHONEBACKUP_MODEL_BACKUP_H
+
+#include "backup/BkBackup.h"
+#include "folder/BackupInfo.h"
+#include "folder/Result.h"
+
+#include <QList>
+
+#include <functional>
+#include <memory>
+
+namespace PhoneBackup {
+
+//! Something of the backup that could not be read, though other things can.
+struct Problem
+{
+    int dataType = -1; //!< Code of the data type that it belongs to, -1 for the backup as a whole.
+    QString source; //!< What could not be read: domain and path, or a file of the folder.
+    QString what; //!< A sentence for a person.
+    bool loss = true; //!< false: a warning; everything that is there is exported all the same.
+};
+
+/*!
+    \brief The item model over a backup folder on disk.
+
+    Opening reads the index; a data set is read when it is first asked for, and then kept. A damaged
+    source leaves its own data set shorter or without names, says so in problems(), and takes no
+    other with it.
+    \par Files
+    Everything is opened read-only; nothing in the folder is written, access times included where
+    the system grants that.
+    \par Thread
+    Reentrant, not thread-safe.
+*/
+class Backup : public BkBackup
+{
+public:
+    //! Asked now and then while something long is read; false stops it with Fault::Cancelled.
+    using KeepGoing = std::function<bool()>;
+
+    //! Opens the backup folder \a path (BackupInfo::path of findBackups()).
+    static Result<std::unique_ptr<Backup>> open(const QString &path,
+                                                const KeepGoing &keepGoing = {});
+    ~Backup() override;
+
+    const BackupInfo &info() const;
+
+    //! Codes of the data types that this reader can read, in the order of their codes.
+    static QList<int> dataTypes();
+
+    //! What could not be read so far. Grows with the data sets that are asked for.
+    QList<Problem> problems() const;
+
+    BkData *getBkData(int code) const override;
+    QString dataTypeName(int code) const override;
+    QString backupProperty(int key) const override;
+
+private:
+    class Private;
+    explicit Backup(std::unique_ptr<Private> d);
+
+    std::unique_ptr<Private> d;
+};
+
+} // namespace PhoneBackup
+
+#endif
