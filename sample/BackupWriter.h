@@ -53,7 +53,23 @@ public:
                     const QByteArray &content,
                     const FileTraits &traits = {});
 
-    //! Adds a row of the index without a content file, or with another identifier or record.
+    //! The place on disk for a file's content, its folder made; empty after a failure. For contents
+    //! that are too big for memory: write there, then call addWritten().
+    QString contentPath(const QString &domain, const QString &path);
+
+    //! As addFile() for a content that stands at contentPath() already.
+    QString addWritten(const QString &domain, const QString &path, const FileTraits &traits = {});
+
+    //! As addFile(), but without the content file: what an interrupted run leaves behind.
+    QString addWithoutContent(const QString &domain,
+                              const QString &path,
+                              qint64 sizeBytes,
+                              const FileTraits &traits = {});
+
+    //! Adds a folder that may stay empty, and those above it, to the index.
+    void addFolder(const QString &domain, const QString &path);
+
+    //! Adds exactly this row to the index: for what the other operations would never write.
     void addIndexRow(const QString &fileId,
                      const QString &domain,
                      const QString &path,
