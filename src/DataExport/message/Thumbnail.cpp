@@ -1,0 +1,90 @@
+#include "export/CIDataExporter.h"
+#include "message/MessagePage_p.h"
+#include "message/Thumbnail_p.h"
+#include "platform/Translation_p.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QImageReader>
+
+using DataExport::tr;
+
+namespace {
+
+constexpr int kMaxSidePx = 250;
+constexpr qint64 kMaxPixels = 256LL * 1024 * 1024; // beyond any camera, far below a bomb
+constexpr int kMaxDecodedMb = 256;
+
+// The image library's limit is one for the process: it is ours for one picture only.
+class AllocationLimit
+{
+public:
+    AllocationLimit()
+        : m_before(QImageReader::allocationLimit())
+    {
+        QImageReader::setAllocationLimit(kMaxDecodedMb);
+    }
+    ~AllocationLimit() { QImageReader::setAllocationLimit(m_before); }
+
+    AllocationLimit(const AllocationLimit &) = delete;
+    AllocationLimit &operator=(const AllocationLimit &) = delete;
+
+private:
+    int m_before;
+};
+
+bool exceedsPage(QSize size)
+{
+    return size.width() > kMaxSidePx || size.height() > kMaxSidePx;
+}
+
+// A very long and thin picture would be scaled to nothing.
+QSize fitted(QSize size)
+{
+    return size.scaled(kMaxSidePx, kMaxSidePx, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+}
+
+QImage readReduced(QIODevice &source, QString *why)
+{
+    const AllocationLimit limit;
+    QImageReader reader(&source);
+    reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    if (qint64 { size.width() } * size.height() > kMaxPixels) {
+        *why = tr("It is too large (%1 × %2 pixels)").arg(size.width()).arg(size.height());
+        return {};
+    }
+    if (size.isValid() && exceedsPage(size))
+        reader.setScaledSize(fitted(size));
+    QImage picture = reader.read();
+    if (picture.isNull())
+        *why = reader.errorString();
+    else if (exceedsPage(picture.size())) // not every format tells its size beforehand
+        picture =
+            picture.scaled(fitted(picture.size()), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return picture;
+}
+
+} // namespace
+
+QByteArray Thumbnail::makePng(QIODevice &source, QString *why)
+{
+    const QImage picture = readReduced(source, why);
+    QByteArray png;
+    if (picture.isNull())
+        return png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    if (!picture.save(&buffer, "PNG")) {
+        *why = tr("It could not be converted");
+        png.clear();
+    }
+    return png;
+}
+
+QString Thumbnail::place(CIDataExporter *exporter, const QByteArray &png, int &imageIndex)
+{
+    const QString name = QString::number(imageIndex++) + QLatin1String(".png");
+    exporter->exportDepends(png, name);
+    return MessagePage::imagePath(name);
+}
