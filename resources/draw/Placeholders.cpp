@@ -1,0 +1,95 @@
+#include "draw/Artwork.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kWidthPx = 120;
+constexpr int kHeightPx = 90;
+constexpr QColor kCard(0xf3, 0xf4, 0xf7);
+constexpr QColor kRim(0xc3, 0xc8, 0xd1);
+constexpr QColor kInk(0x8b, 0x93, 0xa1);
+
+void drawCard(QPainter &painter)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(kRim, 1));
+    painter.setBrush(kCard);
+    painter.drawRoundedRect(QRectF(0.5, 0.5, kWidthPx - 1, kHeightPx - 1), 8, 8);
+    painter.setPen(Qt::NoPen);
+}
+
+// A landscape in a frame, with a line through it: a picture that cannot be shown.
+QImage drawPicture()
+{
+    QImage image = canvas(kWidthPx, kHeightPx);
+    QPainter painter(&image);
+    drawCard(painter);
+
+    const QRectF frame(36, 25, 48, 40);
+    QPainterPath inside;
+    inside.addRoundedRect(frame, 4, 4);
+    painter.setPen(QPen(kInk, 3));
+    painter.setBrush(Qt::white);
+    painter.drawPath(inside);
+
+    QPainterPath hills(QPointF(38, 61));
+    hills.lineTo(52, 43);
+    hills.lineTo(62, 54);
+    hills.lineTo(68, 48);
+    hills.lineTo(82, 61);
+    hills.lineTo(82, 63);
+    hills.lineTo(38, 63);
+    hills.closeSubpath();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(kInk);
+    painter.drawPath(hills);
+    painter.drawEllipse(QPointF(72, 36), 4, 4);
+
+    const QLineF stroke(32, 71, 88, 19);
+    painter.setPen(QPen(kCard, 8, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(stroke);
+    painter.setPen(QPen(kInk, 3.5, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(stroke);
+    return image;
+}
+
+// A piece of film with the sign that everyone presses to play one.
+QImage drawVideo()
+{
+    QImage image = canvas(kWidthPx, kHeightPx);
+    QPainter painter(&image);
+    drawCard(painter);
+
+    painter.setBrush(kInk);
+    painter.drawRoundedRect(QRectF(28, 23, 64, 44), 4, 4);
+    painter.setBrush(kCard);
+    for (int row = 0; row < 4; ++row) {
+        const qreal y = 27 + row * 10.0;
+        painter.drawRoundedRect(QRectF(32, y, 6, 6), 1.5, 1.5);
+        painter.drawRoundedRect(QRectF(82, y, 6, 6), 1.5, 1.5);
+    }
+    painter.setBrush(Qt::white);
+    painter.drawRect(QRectF(42, 23, 36, 44));
+    QPainterPath play(QPointF(53, 34));
+    play.lineTo(71, 45);
+    play.lineTo(53, 56);
+    play.closeSubpath();
+    painter.setPen(QPen(kInk, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(kInk);
+    painter.drawPath(play);
+    return image;
+}
+
+} // namespace
+
+QList<Artwork> drawPlaceholders()
+{
+    return {
+        { u"sms_video.png"_s, drawVideo() },
+        { u"sms_image.png"_s, drawPicture() },
+    };
+}
