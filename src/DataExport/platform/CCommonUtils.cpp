@@ -12,7 +12,6 @@
 #include <cerrno>
 #include <cmath>
 #include <fcntl.h>
-#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,13 +19,14 @@ namespace {
 
 constexpr qint64 kCopyChunk = 128 * 1024;
 
-// A name that a broken symbolic link holds is taken, too: opening it would write elsewhere.
+// A name that a broken symbolic link holds is taken, too: opening it would write elsewhere. A name
+// that cannot be looked up (too long, no permission) is not: no number would make it better.
 bool isTaken(const QString &path)
 {
-    std::error_code ignored;
-    const std::filesystem::path native(QFile::encodeName(path).toStdString());
-    return std::filesystem::symlink_status(native, ignored).type()
-        != std::filesystem::file_type::not_found;
+    struct stat status
+    {
+    };
+    return ::lstat(QFile::encodeName(path).constData(), &status) == 0;
 }
 
 QString numberedPath(const QString &folder, const QString &base, int number, const QString &suffix)
@@ -44,9 +44,9 @@ QString folderPrefix(const QDir &dir)
 }
 
 // The modes that media files had before they were made readable.
-QHash<QString, QFile::Permissions> &liftedModes()
+QHash<QString, mode_t> &liftedModes()
 {
-    static QHash<QString, QFile::Permissions> modes;
+    static QHash<QString, mode_t> modes;
     return modes;
 }
 
@@ -124,20 +124,23 @@ QString CCommonUtils::uniqFileName(const QDir &dir,
 
 void CCommonUtils::protectMediaFile(const QString &path, bool protect)
 {
+    const QByteArray native = QFile::encodeName(path);
     if (protect) {
         const auto lifted = liftedModes().constFind(path);
         if (lifted == liftedModes().constEnd())
             return;
-        QFile::setPermissions(path, *lifted);
+        ::chmod(native.constData(), *lifted);
         liftedModes().erase(lifted);
         return;
     }
-    const QFileInfo file(path);
-    if (!file.isFile() || file.permissions().testFlag(QFile::ReadOwner))
+    struct stat status
+    {
+    };
+    if (::stat(native.constData(), &status) != 0 || !S_ISREG(status.st_mode))
         return;
-    const QFile::Permissions before = file.permissions();
-    if (QFile::setPermissions(path, before | QFile::ReadOwner | QFile::ReadUser))
-        liftedModes().insert(path, before);
+    const mode_t mode = status.st_mode & 07777;
+    if ((mode & S_IRUSR) == 0 && ::chmod(native.constData(), mode | S_IRUSR) == 0)
+        liftedModes().insert(path, mode);
 }
 
 bool CCommonUtils::openForReading(QFile &file, QString *why)

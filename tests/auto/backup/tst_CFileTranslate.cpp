@@ -1,0 +1,177 @@
+#include "backup/CFileTranslate.h"
+#include "export/CFileExporter.h"
+#include "export/CPlainFileExporter.h"
+#include "support/FakeBackup.h"
+#include "support/Files.h"
+#include "support/RecordingProgress.h"
+#include "support/RecordingReport.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_CFileTranslate : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void copiesItemsIntoGroups();
+    void sharesProgressByBytes();
+    void stopsBeforeAFileAndInsideOne_data();
+    void stopsBeforeAFileAndInsideOne();
+    void goesOnAfterAFailure();
+    void refusesOtherSinks();
+    void emptySetsDoNothing();
+
+private:
+    FakeFile *addFile(const QString &name, const QByteArray &content, BkAbstractItem *group = {});
+
+    std::unique_ptr<QTemporaryDir> m_temp;
+    std::unique_ptr<FakeData> m_data;
+    std::vector<std::unique_ptr<BkAbstractItem>> m_items;
+    std::unique_ptr<CFileExporter> m_sink;
+};
+
+void tst_CFileTranslate::init()
+{
+    m_temp = std::make_unique<QTemporaryDir>();
+    m_data = std::make_unique<FakeData>(0);
+    m_sink = std::make_unique<CFileExporter>();
+    QVERIFY(QDir(m_temp->path()).mkpath(u"out"_s));
+    QVERIFY(m_sink->initExporter(QDir(m_temp->filePath(u"out"_s)), u"Ann"_s, u"T"_s));
+}
+
+void tst_CFileTranslate::cleanup()
+{
+    m_items.clear();
+}
+
+FakeFile *
+tst_CFileTranslate::addFile(const QString &name, const QByteArray &content, BkAbstractItem *group)
+{
+    auto file = std::make_unique<FakeFile>();
+    file->name = name;
+    file->group = group;
+    file->path = m_temp->filePath(u"src/%1"_s.arg(m_items.size()));
+    if (!content.isNull())
+        Files::write(file->path, content);
+    FakeFile *added = file.get();
+    m_items.push_back(std::move(file));
+    m_data->items.append(added);
+    return added;
+}
+
+void tst_CFileTranslate::copiesItemsIntoGroups()
+{
+    FakeGroup album(u"Sea/Side"_s);
+    FakeGroup impossible(u".."_s);
+    FakeGroup noFile(u"no file"_s);
+    const QDateTime date(QDate(2015, 3, 1), QTime(12, 0), Qt::UTC);
+    addFile(u"a.jpg"_s, "1", &album)->date = date;
+    addFile(u"a.jpg"_s, "2", &album);
+    addFile(u"plain.jpg"_s, "3");
+    addFile(u"up.jpg"_s, "4", &impossible);
+    addFile(u"memory.txt"_s, "on disk", &album)->data = "in memory";
+    m_data->items.insert(1, nullptr);
+    m_data->items.insert(2, &noFile); // an item that is no file
+
+    QVERIFY(CFileTranslate(m_data.get()).translate(m_sink.get(), nullptr, false));
+    const QString out = m_temp->filePath(u"out/T/"_s);
+    QCOMPARE(Files::tree(out),
+             (QStringList { u"Sea_Side/"_s,
+                            u"Sea_Side/a (2).jpg"_s,
+                            u"Sea_Side/a.jpg"_s,
+                            u"Sea_Side/memory.txt"_s,
+                            u"plain.jpg"_s,
+                            u"up.jpg"_s }));
+    QCOMPARE(Files::read(out + u"Sea_Side/a (2).jpg"_s), QByteArray("2"));
+    QCOMPARE(Files::read(out + u"Sea_Side/memory.txt"_s), QByteArray("in memory"));
+    QCOMPARE(QFileInfo(out + u"Sea_Side/a.jpg"_s).lastModified().toUTC(), date);
+    QVERIFY(QFileInfo(out + u"Sea_Side/a (2).jpg"_s).lastModified() > date.addYears(1));
+}
+
+void tst_CFileTranslate::sharesProgressByBytes()
+{
+    addFile(u"a"_s, QByteArray(30000, 'a'));
+    addFile(u"b"_s, QByteArray(10000, 'b'));
+    addFile(u"c"_s, QByteArray())->data = QByteArray(20000, 'c');
+    addFile(u"d"_s, QByteArray()); // missing: counts nothing
+    RecordingProgress progress;
+    QVERIFY(CFileTranslate(m_data.get()).translate(m_sink.get(), &progress, false));
+    // 400 units for 60000 bytes; a poll of 0 stands before each file.
+    const double unit = 400.0 / 60000;
+    const QList<double> expected { 0, 16384 * unit, 13616 * unit, 0, 10000 * unit, 0, 20000 * unit,
+                                   0 };
+    QCOMPARE(progress.deltas.size(), expected.size());
+    for (int i = 0; i < expected.size(); ++i)
+        QVERIFY2(qAbs(progress.deltas[i] - expected[i]) < 1e-9, qPrintable(QString::number(i)));
+    QVERIFY(progress.ranges.isEmpty());
+}
+
+void tst_CFileTranslate::stopsBeforeAFileAndInsideOne_data()
+{
+    QTest::addColumn<int>("stopAtCall");
+    QTest::addColumn<QStringList>("copied");
+
+    QTest::newRow("before the first") << 1 << QStringList {};
+    QTest::newRow("inside the first") << 2 << QStringList {};
+    QTest::newRow("at the last chunk of the first") << 3 << QStringList {};
+    QTest::newRow("before the second") << 4 << QStringList { u"a"_s };
+}
+
+void tst_CFileTranslate::stopsBeforeAFileAndInsideOne()
+{
+    QFETCH(int, stopAtCall);
+    addFile(u"a"_s, QByteArray(30000, 'a'));
+    addFile(u"b"_s, QByteArray(30000, 'b'));
+    RecordingProgress progress;
+    RecordingReport report;
+    m_sink->setReport(&report);
+    progress.stopAtCall = stopAtCall;
+    QVERIFY(CFileTranslate(m_data.get()).translate(m_sink.get(), &progress, false));
+    QTEST(Files::tree(m_temp->filePath(u"out/T"_s)), "copied");
+    QCOMPARE(report.exported.size(), Files::tree(m_temp->filePath(u"out/T"_s)).size());
+    QVERIFY(report.failures.isEmpty());
+}
+
+void tst_CFileTranslate::goesOnAfterAFailure()
+{
+    FakeGroup album(u"Album"_s);
+    addFile(u"missing"_s, QByteArray(), &album);
+    addFile(u"there"_s, "x", &album);
+    RecordingReport report;
+    m_sink->setReport(&report);
+    QVERIFY(CFileTranslate(m_data.get()).translate(m_sink.get(), nullptr, false));
+    QCOMPARE(Files::tree(m_temp->filePath(u"out/T"_s)),
+             (QStringList { u"Album/"_s, u"Album/there"_s }));
+    QCOMPARE(report.exported, QStringList { u"T: Album/there"_s });
+    QCOMPARE(report.failures.size(), 1);
+    QCOMPARE(report.failures[0].type, u"T"_s);
+    QCOMPARE(report.failures[0].item, u"Album/missing"_s);
+}
+
+void tst_CFileTranslate::refusesOtherSinks()
+{
+    addFile(u"a"_s, "x");
+    CPlainFileExporter other(u".txt"_s, false);
+    QVERIFY(!CFileTranslate(m_data.get()).translate(&other, nullptr, false));
+    QVERIFY(!CFileTranslate(m_data.get()).translate(nullptr, nullptr, false));
+}
+
+void tst_CFileTranslate::emptySetsDoNothing()
+{
+    RecordingProgress progress;
+    QVERIFY(CFileTranslate(m_data.get()).translate(m_sink.get(), &progress, false));
+    QVERIFY(progress.deltas.isEmpty());
+    addFile(u"a"_s, "");
+    addFile(u"b"_s, "");
+    QVERIFY(CFileTranslate(m_data.get()).translate(m_sink.get(), &progress, false));
+    QCOMPARE(progress.deltas, (QList<double> { 0, 0 }));
+    QCOMPARE(Files::tree(m_temp->filePath(u"out/T"_s)), (QStringList { u"a"_s, u"b"_s }));
+}
+
+QTEST_GUILESS_MAIN(tst_CFileTranslate)
+#include "tst_CFileTranslate.moc"

@@ -1,0 +1,306 @@
+#include "export/CFileExporter.h"
+#include "export/FileProgress.h"
+#include "support/Files.h"
+#include "support/FullDevice.h"
+#include "support/RecordingProgress.h"
+#include "support/RecordingReport.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+class tst_CFileExporter : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void makesOutputNames_data();
+    void makesOutputNames();
+    void copies_data();
+    void copies();
+    void numbersEqualNames();
+    void neverLeavesItsFolder_data();
+    void neverLeavesItsFolder();
+    void unreadableSourcesLeaveNothing_data();
+    void unreadableSourcesLeaveNothing();
+    void cancelsWithinAChunk();
+    void reportsFullDeviceAtEveryChunk_data();
+    void reportsFullDeviceAtEveryChunk();
+    void goesIntoGroups();
+    void refusesImpossibleGroups();
+    void keepsTheDate();
+    void progressCoversItsSpan_data();
+    void progressCoversItsSpan();
+
+private:
+    QString out(const QString &name = {}) const { return m_temp->filePath(u"out/T/"_s + name); }
+
+    std::unique_ptr<QTemporaryDir> m_temp;
+    std::unique_ptr<CFileExporter> m_sink;
+    std::unique_ptr<RecordingReport> m_report;
+};
+
+void tst_CFileExporter::init()
+{
+    m_temp = std::make_unique<QTemporaryDir>();
+    m_sink = std::make_unique<CFileExporter>();
+    m_report = std::make_unique<RecordingReport>();
+    m_sink->setReport(m_report.get());
+    QVERIFY(QDir(m_temp->path()).mkpath(u"out"_s));
+    QVERIFY(m_sink->initExporter(QDir(m_temp->filePath(u"out"_s)), u"Ann"_s, u"T"_s));
+}
+
+void tst_CFileExporter::makesOutputNames_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("plain") << u"IMG_0001.JPG"_s << u"IMG_0001.JPG"_s;
+    QTest::newRow("several dots") << u"a.tar.gz"_s << u"a.tar.gz"_s;
+    QTest::newRow("no extension") << u"README"_s << u"README"_s;
+    QTest::newRow("hidden: empty base, all of it extension") << u".profile"_s << u".profile"_s;
+    QTest::newRow("leading dots before an extension") << u"..a.txt"_s << u"a.txt"_s;
+    QTest::newRow("dot at the end") << u"a."_s << u"a"_s;
+    QTest::newRow("forbidden characters") << u"a/b\\c:d.txt"_s << u"a_b_c_d.txt"_s;
+    QTest::newRow("empty") << u""_s << u"_"_s;
+    QTest::newRow("dot") << u"."_s << u"_"_s;
+    QTest::newRow("only dots") << u"....."_s << u"_"_s;
+    QTest::newRow("parent") << u"../x"_s << u"._x"_s;
+}
+
+void tst_CFileExporter::makesOutputNames()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, expected);
+    QCOMPARE(m_sink->makeOutputFileName(name), out(expected));
+}
+
+void tst_CFileExporter::copies_data()
+{
+    QTest::addColumn<qint64>("size");
+    QTest::addColumn<QList<double>>("steps");
+
+    using L = QList<double>;
+    QTest::newRow("empty") << qint64(0) << L {};
+    QTest::newRow("one byte") << qint64(1) << L { 1 };
+    QTest::newRow("one chunk") << qint64(16384) << L { 16384 };
+    QTest::newRow("one chunk and a byte") << qint64(16385) << L { 16384, 1 };
+    QTest::newRow("several chunks") << qint64(40000) << L { 16384, 16384, 7232 };
+}
+
+void tst_CFileExporter::copies()
+{
+    QFETCH(qint64, size);
+    QByteArray content(size, Qt::Uninitialized);
+    for (qint64 i = 0; i < size; ++i)
+        content[i] = static_cast<char>(i * 31 + i / 251);
+    QVERIFY(Files::write(m_temp->filePath(u"src"_s), content));
+    RecordingProgress progress;
+    m_sink->setExportProgress(&progress);
+    QVERIFY(m_sink->exportData(m_temp->filePath(u"src"_s), u"a.bin"_s));
+    QCOMPARE(Files::read(out(u"a.bin"_s)), content);
+    QTEST(progress.deltas, "steps");
+    QCOMPARE(m_report->exported, QStringList { u"T: a.bin"_s });
+
+    // The bytes form tells the callback once, and of an empty content, too.
+    progress.deltas.clear();
+    QVERIFY(m_sink->exportDepends(content, u"b.bin"_s));
+    QCOMPARE(Files::read(out(u"b.bin"_s)), content);
+    QCOMPARE(progress.deltas, QList<double> { static_cast<double>(size) });
+    QVERIFY(m_report->failures.isEmpty());
+}
+
+void tst_CFileExporter::numbersEqualNames()
+{
+    for (const char *content : { "1", "2", "3" }) {
+        QVERIFY(Files::write(m_temp->filePath(u"src"_s), content));
+        QVERIFY(m_sink->exportData(m_temp->filePath(u"src"_s), u"IMG.JPG"_s));
+    }
+    QCOMPARE(Files::tree(out()),
+             (QStringList { u"IMG (2).JPG"_s, u"IMG (3).JPG"_s, u"IMG.JPG"_s }));
+    QCOMPARE(Files::read(out(u"IMG.JPG"_s)), QByteArray("1"));
+    QCOMPARE(Files::read(out(u"IMG (3).JPG"_s)), QByteArray("3"));
+}
+
+void tst_CFileExporter::neverLeavesItsFolder_data()
+{
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("name");
+
+    for (const QString &hostile : { u".."_s,
+                                    u"../up"_s,
+                                    u"../../../up"_s,
+                                    u"/etc/dataexport-up"_s,
+                                    u"..\\up"_s,
+                                    u"C:\\up"_s,
+                                    u":/up"_s,
+                                    u"."_s,
+                                    u""_s,
+                                    u" "_s,
+                                    u"~"_s,
+                                    u"a/../../up"_s,
+                                    u"x\n/../up"_s }) {
+        QTest::addRow("name %s", qPrintable(hostile.toHtmlEscaped())) << u"g"_s << hostile;
+        QTest::addRow("group %s", qPrintable(hostile.toHtmlEscaped())) << hostile << u"n"_s;
+        QTest::addRow("both %s", qPrintable(hostile.toHtmlEscaped())) << hostile << hostile;
+    }
+}
+
+void tst_CFileExporter::neverLeavesItsFolder()
+{
+    QFETCH(QString, group);
+    QFETCH(QString, name);
+    if (m_sink->intoSubDir(group)) {
+        QVERIFY(m_sink->exportDepends(QByteArray("x"), name));
+        QVERIFY(m_sink->backFromSubDir());
+    } else {
+        QVERIFY(m_sink->exportDepends(QByteArray("x"), name));
+    }
+    QVERIFY(m_sink->exportDepends(QByteArray("y"), u"last"_s));
+    int files = 0;
+    const QStringList all = Files::tree(m_temp->path());
+    for (const QString &path : all) {
+        QVERIFY2(path == u"out/"_s || path.startsWith(u"out/T/"_s), qPrintable(path));
+        files += path.endsWith(u'/') ? 0 : 1;
+    }
+    QCOMPARE(files, 2);
+    QVERIFY2(all.contains(u"out/T/last"_s), "back in the data type's folder");
+}
+
+void tst_CFileExporter::unreadableSourcesLeaveNothing_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::newRow("missing") << u"missing"_s;
+    QTest::newRow("folder") << u"out"_s;
+    QTest::newRow("below a file") << u"file/x"_s;
+}
+
+void tst_CFileExporter::unreadableSourcesLeaveNothing()
+{
+    QFETCH(QString, source);
+    QVERIFY(Files::write(m_temp->filePath(u"file"_s), "x"));
+    QVERIFY(!m_sink->exportData(m_temp->filePath(source), u"a.txt"_s));
+    QCOMPARE(Files::tree(out()), QStringList());
+    QCOMPARE(m_report->failures.size(), 1);
+    QCOMPARE(m_report->failures[0].item, u"a.txt"_s);
+    QCOMPARE(m_report->failures[0].cause, CIExportReport::Cause::Source);
+    QVERIFY(m_report->exported.isEmpty());
+}
+
+void tst_CFileExporter::cancelsWithinAChunk()
+{
+    QVERIFY(Files::write(m_temp->filePath(u"src"_s), QByteArray(100000, 'x')));
+    RecordingProgress progress;
+    progress.stopAtCall = 3;
+    m_sink->setExportProgress(&progress);
+    QVERIFY(m_sink->exportData(m_temp->filePath(u"src"_s), u"a"_s));
+    QCOMPARE(progress.deltas.size(), 3);
+    QCOMPARE(Files::tree(out()), QStringList());
+    QVERIFY(m_report->exported.isEmpty());
+    QVERIFY(m_report->failures.isEmpty());
+}
+
+void tst_CFileExporter::reportsFullDeviceAtEveryChunk_data()
+{
+    QTest::addColumn<qint64>("room");
+    QTest::addColumn<bool>("fits");
+
+    for (const qint64 room : { 0, 1, 16383, 16384, 16385, 32768, 49999 })
+        QTest::addRow("room for %d bytes", int(room)) << room << false;
+    QTest::newRow("room for all") << qint64(50000) << true;
+}
+
+void tst_CFileExporter::reportsFullDeviceAtEveryChunk()
+{
+    QFETCH(qint64, room);
+    QFETCH(bool, fits);
+    const QByteArray content(50000, 'x');
+    QVERIFY(Files::write(m_temp->filePath(u"src"_s), content));
+    {
+        const FullDevice device(static_cast<rlim_t>(room));
+        QCOMPARE(m_sink->exportData(m_temp->filePath(u"src"_s), u"copied"_s), fits);
+        QCOMPARE(m_sink->exportDepends(content, u"written"_s), fits);
+    }
+    QCOMPARE(Files::tree(out()),
+             fits ? (QStringList { u"copied"_s, u"written"_s }) : QStringList());
+    QCOMPARE(m_report->failures.size(), fits ? 0 : 2);
+    for (const auto &failure : std::as_const(m_report->failures))
+        QCOMPARE(failure.cause, CIExportReport::Cause::Target);
+}
+
+void tst_CFileExporter::goesIntoGroups()
+{
+    for (const QString &group : { u"100APPLE"_s, u"a/b"_s, u"100APPLE"_s }) {
+        QVERIFY(m_sink->intoSubDir(group));
+        QVERIFY(m_sink->exportDepends(QByteArray("x"), u"f"_s));
+        QVERIFY(m_sink->backFromSubDir());
+    }
+    QCOMPARE(Files::tree(out()),
+             (QStringList {
+                 u"100APPLE/"_s, u"100APPLE/f"_s, u"100APPLE/f (2)"_s, u"a_b/"_s, u"a_b/f"_s }));
+    QCOMPARE(m_report->exported.value(1), u"T: a/b/f"_s);
+}
+
+void tst_CFileExporter::refusesImpossibleGroups()
+{
+    QVERIFY(Files::write(out(u"file"_s), "x"));
+    for (const QString &group : { u""_s, u"."_s, u".."_s, u"file"_s, QString(300, u'x') }) {
+        QVERIFY2(!m_sink->intoSubDir(group), qPrintable(group));
+        QCOMPARE(m_sink->makeOutputFileName(u"n"_s), out(u"n"_s));
+    }
+}
+
+void tst_CFileExporter::keepsTheDate()
+{
+    QVERIFY(Files::write(m_temp->filePath(u"src"_s), QByteArray(20000, 'x')));
+    const QDateTime date(QDate(2019, 7, 14), QTime(9, 41, 7), Qt::UTC);
+    m_sink->setFileDate(date);
+    QVERIFY(m_sink->exportData(m_temp->filePath(u"src"_s), u"a"_s));
+    QVERIFY(m_sink->exportDepends(QByteArray("x"), u"b"_s));
+    m_sink->setFileDate(QDateTime());
+    QVERIFY(m_sink->exportData(m_temp->filePath(u"src"_s), u"c"_s));
+    QCOMPARE(QFileInfo(out(u"a"_s)).lastModified().toUTC(), date);
+    QCOMPARE(QFileInfo(out(u"b"_s)).lastModified().toUTC(), date);
+    QVERIFY(QFileInfo(out(u"c"_s)).lastModified() > date.addYears(1));
+}
+
+void tst_CFileExporter::progressCoversItsSpan_data()
+{
+    QTest::addColumn<qint64>("total");
+    QTest::addColumn<QList<double>>("steps");
+    QTest::addColumn<QList<double>>("forwarded");
+
+    using L = QList<double>;
+    QTest::newRow("in parts") << qint64(1000) << L { 250, 250 } << L { 50, 50, 100 };
+    QTest::newRow("never past the end") << qint64(1000) << L { 900, 900 } << L { 180, 20, 0 };
+    QTest::newRow("nothing to copy") << qint64(0) << L {} << L { 200 };
+    QTest::newRow("more than an int")
+        << (qint64(1) << 40) << L { double(qint64(1) << 39) } << L { 100, 100 };
+}
+
+void tst_CFileExporter::progressCoversItsSpan()
+{
+    QFETCH(qint64, total);
+    QFETCH(QList<double>, steps);
+    RecordingProgress parent;
+    FileProgress progress(&parent, 200);
+    progress.setTotal(total);
+    for (const double step : steps)
+        QVERIFY(progress.progress(step));
+    QVERIFY(progress.finish());
+    QTEST(parent.deltas, "forwarded");
+    QCOMPARE(progress.range(), 1);
+
+    parent.stopAtCall = 1;
+    progress.initRange(10);
+    QVERIFY(!progress.progress(5));
+    FileProgress alone(nullptr, 200);
+    QVERIFY(alone.progress(5) && alone.finish());
+}
+
+QTEST_GUILESS_MAIN(tst_CFileExporter)
+#include "tst_CFileExporter.moc"

@@ -1,0 +1,151 @@
+#include "export/CPlainFileExporter.h"
+#include "support/Files.h"
+#include "support/FullDevice.h"
+#include "support/RecordingReport.h"
+
+#include <QStringConverter>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_CPlainFileExporter : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void writesInTheCodec_data();
+    void writesInTheCodec();
+    void namesTheOneFileSafely();
+    void oneFilePerItem();
+    void aFailedExportLeavesNothing();
+    void survivesAFileThatDoesNotOpen();
+    void reportsFullDeviceAtEveryByte();
+};
+
+void tst_CPlainFileExporter::writesInTheCodec_data()
+{
+    QTest::addColumn<QString>("codec");
+    QTest::addColumn<bool>("bom");
+    QTest::addColumn<QByteArray>("expected");
+
+    const auto utf16 = [](const QString &text) {
+        return QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
+    };
+    const QString text = u"a\u00E9\U0001F600\n"_s;
+    QTest::newRow("UTF16 with its mark") << u"UTF16"_s << true << utf16(u"\uFEFF"_s + text);
+    QTest::newRow("UTF-16 without") << u"UTF-16"_s << false << utf16(text);
+    QTest::newRow("UTF-8 without a mark") << u"UTF-8"_s << false << text.toUtf8();
+    QTest::newRow("UTF-8 with its mark")
+        << u"UTF-8"_s << true << QByteArray("\xEF\xBB\xBF") + text.toUtf8();
+    QTest::newRow("none set") << QString() << false << text.toUtf8();
+}
+
+void tst_CPlainFileExporter::writesInTheCodec()
+{
+    QFETCH(QString, codec);
+    QFETCH(bool, bom);
+    const QTemporaryDir temp;
+    CPlainFileExporter sink(u".csv"_s, false);
+    if (!codec.isEmpty())
+        sink.setCodec(codec, bom);
+    QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"Messages"_s));
+    QVERIFY(sink.itemExportBegin(u"ignored"_s));
+    QVERIFY(sink.exportData(u"a\u00E9"_s, u"ignored"_s));
+    QVERIFY(sink.itemExportEnd());
+    QVERIFY(sink.exportData(u"\U0001F600\n"_s));
+    QVERIFY(sink.exportDepends(u"/x"_s, u"x"_s) && sink.exportDepends(QByteArray("x"), u"x"_s));
+    QVERIFY(sink.finish(true));
+    QCOMPARE(Files::tree(temp.path()),
+             (QStringList { u"Messages/"_s, u"Messages/Ann's Messages.csv"_s }));
+    QTEST(Files::read(temp.filePath(u"Messages/Ann's Messages.csv"_s)), "expected");
+}
+
+void tst_CPlainFileExporter::namesTheOneFileSafely()
+{
+    const QTemporaryDir temp;
+    CPlainFileExporter sink(u".csv"_s, false);
+    QVERIFY(sink.initExporter(QDir(temp.path()), u"A/n:n %2"_s, u"T"_s));
+    QVERIFY(sink.finish(true));
+    CPlainFileExporter again(u".csv"_s, false);
+    QVERIFY(again.initExporter(QDir(temp.path()), u"A/n:n %2"_s, u"T"_s));
+    QVERIFY(again.finish(true));
+    QCOMPARE(Files::tree(temp.filePath(u"T"_s)),
+             (QStringList { u"A_n_n %2's T (2).csv"_s, u"A_n_n %2's T.csv"_s }));
+}
+
+void tst_CPlainFileExporter::oneFilePerItem()
+{
+    const QTemporaryDir temp;
+    CPlainFileExporter sink(u".vcf"_s, true);
+    sink.setCodec(u"UTF-8"_s, false);
+    QVERIFY(sink.initExporterWithSubDir(QDir(temp.path()), u"Ann"_s, u"Contacts"_s, u"VCF"_s));
+    for (const QString &name : { u"Bo"_s, u"a/b"_s, u"Bo"_s }) {
+        QVERIFY(sink.itemExportBegin(name));
+        QVERIFY(sink.exportData(u"card of "_s + name));
+        QVERIFY(sink.itemExportEnd());
+    }
+    QVERIFY(sink.finish(true));
+    const QString folder = temp.filePath(u"Contacts/VCF/"_s);
+    QCOMPARE(Files::tree(folder), (QStringList { u"Bo (2).vcf"_s, u"Bo.vcf"_s, u"a_b.vcf"_s }));
+    QCOMPARE(Files::read(folder + u"Bo (2).vcf"_s), QByteArray("card of Bo"));
+    QCOMPARE(Files::read(folder + u"a_b.vcf"_s), QByteArray("card of a/b"));
+}
+
+void tst_CPlainFileExporter::aFailedExportLeavesNothing()
+{
+    const QTemporaryDir temp;
+    CPlainFileExporter sink(u".csv"_s, false);
+    QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"T"_s));
+    QVERIFY(sink.exportData(u"text"_s));
+    QVERIFY(sink.finish(false));
+    QCOMPARE(Files::tree(temp.path()), QStringList());
+}
+
+void tst_CPlainFileExporter::survivesAFileThatDoesNotOpen()
+{
+    const QTemporaryDir temp;
+    RecordingReport report;
+    {
+        CPlainFileExporter sink(u".csv"_s, false);
+        sink.setReport(&report);
+        sink.setCodec(u"no such codec"_s, true);
+        QVERIFY(!sink.initExporter(QDir(temp.path()), u"Ann"_s, u"T"_s));
+        sink.finish(false);
+    }
+    CPlainFileExporter sink(u".vcf"_s, true);
+    sink.setReport(&report);
+    QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"T"_s));
+    const QString tooLong(300, u'x');
+    QVERIFY(!sink.itemExportBegin(tooLong));
+    QVERIFY(sink.itemExportBegin(u"next"_s));
+    QVERIFY(sink.itemExportEnd());
+    QVERIFY(sink.finish(true));
+    QCOMPARE(Files::tree(temp.filePath(u"T"_s)), QStringList { u"next.vcf"_s });
+    QCOMPARE(report.failures.size(), 2);
+    QCOMPARE(report.failures[0].item, QString());
+    QCOMPARE(report.failures[1].item, tooLong);
+}
+
+void tst_CPlainFileExporter::reportsFullDeviceAtEveryByte()
+{
+    for (rlim_t room = 0; room <= 10; ++room) {
+        const QTemporaryDir temp;
+        RecordingReport report;
+        CPlainFileExporter sink(u".csv"_s, false);
+        sink.setReport(&report);
+        sink.setCodec(u"UTF-8"_s, false);
+        QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"T"_s));
+        {
+            const FullDevice device(room);
+            sink.exportData(u"0123456789"_s);
+            sink.finish(true);
+        }
+        const bool fits = room == 10;
+        QCOMPARE(Files::tree(temp.filePath(u"T"_s)).size(), fits ? 1 : 0);
+        QCOMPARE(report.failures.size(), fits ? 0 : 1);
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_CPlainFileExporter)
+#include "tst_CPlainFileExporter.moc"
