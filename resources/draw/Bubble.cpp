@@ -14,6 +14,10 @@ constexpr int kLeftPx = 14;
 constexpr int kRightPx = 18;
 constexpr int kMiddlePx = 8;
 
+// At a zoom of 125 % a cell may be a device pixel larger than the image in it, which lies at its
+// upper left: so the parts above and left of others go on under them, where the cell cuts them off.
+constexpr int kBleedPx = 2;
+
 enum class Side { Sent, Received };
 
 // The body keeps clear of the outer edges by these, so that the text has the same room on all
@@ -27,7 +31,7 @@ struct Shape
 };
 
 constexpr Shape kSent { Side::Sent, 13, 14, 2, 2, 8, 3, 10 };
-constexpr Shape kReceived { Side::Received, 15, 13, 5, 4, 9, 2, 9 };
+constexpr Shape kReceived { Side::Received, 15, 13, 4, 4, 6, 2, 10 };
 
 struct Kind
 {
@@ -61,7 +65,7 @@ QImage drawWhole(const Shape &shape, const QColor &colour)
             .adjusted(shape.insetLeft, shape.insetTop, -shape.insetRight, -shape.insetBottom);
     QPainterPath outline;
     outline.addRoundedRect(body, shape.radius, shape.radius);
-    const qreal tipX = shape.side == Side::Sent ? body.right() + 6 : body.left() - 4.5;
+    const qreal tipX = shape.side == Side::Sent ? body.right() + 6 : body.left() - 4;
     outline = outline.united(tailOf(shape, body, tipX));
 
     QImage image = canvas(width, height);
@@ -79,7 +83,7 @@ QList<Artwork> cut(const Kind &kind)
     {
         int x, width;
     };
-    const std::array columns { Column { 0, kLeftPx },
+    const std::array columns { Column { 0, kLeftPx + kBleedPx },
                                Column { kLeftPx, kMiddlePx },
                                Column { kLeftPx + kMiddlePx, kRightPx } };
     struct Row
@@ -89,7 +93,7 @@ QList<Artwork> cut(const Kind &kind)
     };
     const int top = kind.shape.topPx;
     const std::array rows {
-        Row { 0, top, { "-top-l"_L1, "-top-c"_L1, "-top-r"_L1 } },
+        Row { 0, top + kBleedPx, { "-top-l"_L1, "-top-c"_L1, "-top-r"_L1 } },
         Row { top, kMiddlePx, { "-middle-l"_L1, "-bg"_L1, "-middle-r"_L1 } },
         Row { top + kMiddlePx, kind.shape.bottomPx, { "-bot-l"_L1, "-bot-c"_L1, "-bot-r"_L1 } },
     };

@@ -10,7 +10,9 @@ namespace {
 constexpr QColor kRed(0xd3, 0x2f, 0x2f);
 constexpr int kDeletedPx = 16;
 constexpr int kBadgePx = 15;
+constexpr int kSentBadgeHeightPx = 23; // the room below lifts the mark above the bubble's text
 constexpr int kExclamationPx = 18;
+constexpr int kExclamationGapPx = 4; // it stands right beside pictures and bubbles
 
 // A waste bin in the square of 16 by 16 units; edges lie on whole units, so that they stay sharp.
 void drawBin(QPainter &painter, const QColor &colour, const QColor &gaps)
@@ -28,9 +30,8 @@ void drawBin(QPainter &painter, const QColor &colour, const QColor &gaps)
     body.closeSubpath();
     painter.drawPath(body);
     painter.setBrush(gaps);
-    for (const int x : { 5, 10 })
+    for (const int x : { 6, 9 })
         painter.drawRect(QRectF(x, 7, 1, 6));
-    painter.drawRect(QRectF(7.5, 7, 1, 6));
 }
 
 QImage drawDeleted()
@@ -43,9 +44,9 @@ QImage drawDeleted()
 }
 
 // The mark lies on bubbles of every colour and on the page: a white rim parts it from all of them.
-QImage drawBadge()
+QImage drawBadge(int heightPx)
 {
-    QImage image = canvas(kBadgePx, kBadgePx);
+    QImage image = canvas(kBadgePx, heightPx);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -65,8 +66,9 @@ QImage drawBadge()
 
 QImage drawExclamation()
 {
-    QImage image = canvas(kExclamationPx, kExclamationPx);
+    QImage image = canvas(kExclamationGapPx + kExclamationPx, kExclamationPx);
     QPainter painter(&image);
+    painter.translate(kExclamationGapPx, 0);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(kRed);
@@ -83,8 +85,8 @@ QList<Artwork> drawMarks()
 {
     return {
         { u"exclamation.png"_s, drawExclamation() },
-        { u"del_msg_recv.png"_s, drawBadge() },
-        { u"del_msg_send.png"_s, drawBadge() },
+        { u"del_msg_recv.png"_s, drawBadge(kBadgePx) },
+        { u"del_msg_send.png"_s, drawBadge(kSentBadgeHeightPx) },
         { u"deleted.png"_s, drawDeleted() },
     };
 }

@@ -49,7 +49,7 @@ QImage drawPicture()
     painter.drawPath(hills);
     painter.drawEllipse(QPointF(72, 36), 4, 4);
 
-    const QLineF stroke(32, 71, 88, 19);
+    const QLineF stroke(32, 19, 88, 71);
     painter.setPen(QPen(kCard, 8, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(stroke);
     painter.setPen(QPen(kInk, 3.5, Qt::SolidLine, Qt::RoundCap));
