@@ -1,0 +1,77 @@
+#include "BackupAccess.h"
+
+#include "Console.h"
+#include "Interrupt.h"
+#include "Text.h"
+#include "folder/BackupFinder.h"
+#include "platform/CCommonUtils.h"
+
+using namespace Qt::StringLiterals;
+using PhoneBackup::BackupInfo;
+
+namespace Cli {
+
+namespace {
+
+QString dateText(const BackupInfo &info)
+{
+    return info.date.isValid() ? CCommonUtils::datetimeToMinute(info.date, true) : u"no date"_s;
+}
+
+NoChoice several(Console &console, const QString &path, const QList<BackupInfo> &backups)
+{
+    QList<QStringList> rows { { u"Device"_s, u"Date"_s, u"Size"_s, u"BACKUP"_s } };
+    for (const BackupInfo &info : backups) {
+        console.status(u"Measuring “%1” …"_s.arg(info.path));
+        rows += { elided(info.displayName, 40),
+                  dateText(info),
+                  sizeText(PhoneBackup::backupSizeBytes(info.path)),
+                  info.path };
+    }
+    QStringList lines = tableLines(rows, "llrl");
+    for (QString &line : lines)
+        line.prepend(u"  "_s);
+    return { { ExitCode::Usage,
+               u"There are %1 backups in “%2”:"_s.arg(backups.size()).arg(path),
+               lines,
+               u"Give the folder of one of them as BACKUP."_s },
+             backups };
+}
+
+} // namespace
+
+std::variant<BackupInfo, NoChoice> chooseBackup(Console &console, const QString &path)
+{
+    auto found = PhoneBackup::findBackups(path);
+    if (!found)
+        return NoChoice { failureOf(found.error()), {} };
+    const QList<BackupInfo> backups = found.take();
+    if (backups.size() == 1)
+        return backups.first();
+    return several(console, path, backups);
+}
+
+std::variant<std::unique_ptr<PhoneBackup::Backup>, Failure> openBackup(Console &console,
+                                                                       const BackupInfo &info)
+{
+    console.status(u"Reading the index of the backup …"_s);
+    auto opened = PhoneBackup::Backup::open(info.path, [] { return !Interrupt::requested(); });
+    console.clearStatus();
+    if (!opened)
+        return failureOf(opened.error());
+    console.say(u"Backup: %1"_s.arg(describe(info)));
+    return opened.take();
+}
+
+QString describe(const BackupInfo &info)
+{
+    QStringList device;
+    if (!info.productName.isEmpty())
+        device += info.productName;
+    if (!info.productVersion.isEmpty())
+        device += u"version %1"_s.arg(info.productVersion);
+    const QString traits = device.isEmpty() ? QString() : u" (%1)"_s.arg(device.join(u", "_s));
+    return info.displayName + traits + u", "_s + dateText(info);
+}
+
+} // namespace Cli

@@ -1,0 +1,36 @@
+#ifndef CLI_BACKUPACCESS_H
+#define CLI_BACKUPACCESS_H
+
+#include "Failure.h"
+#include "folder/BackupInfo.h"
+#include "model/Backup.h"
+
+#include <QList>
+#include <QString>
+
+#include <memory>
+#include <variant>
+
+//! From the BACKUP of the command line to an open backup.
+namespace Cli {
+
+//! No backup was chosen; several says among which ones the user has to.
+struct NoChoice
+{
+    Failure failure;
+    QList<PhoneBackup::BackupInfo> several;
+};
+
+//! The backup at \a path, or the only one in it.
+std::variant<PhoneBackup::BackupInfo, NoChoice> chooseBackup(Console &console, const QString &path);
+
+//! Opens the backup \a info and says which one it is.
+std::variant<std::unique_ptr<PhoneBackup::Backup>, Failure>
+openBackup(Console &console, const PhoneBackup::BackupInfo &info);
+
+//! "Anna's phone (iPhone 11, version 14.3), 2023-03-01 12:00".
+QString describe(const PhoneBackup::BackupInfo &info);
+
+} // namespace Cli
+
+#endif

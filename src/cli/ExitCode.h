@@ -1,0 +1,20 @@
+#ifndef CLI_EXITCODE_H
+#define CLI_EXITCODE_H
+
+namespace Cli {
+
+//! What the program answers to its caller; docs/exit-codes.md explains each. 11 is kept for a
+//! missing or wrong password.
+enum class ExitCode {
+    Complete = 0,
+    Failed = 1,
+    Usage = 2,
+    Incomplete = 3, //!< Done, but some items could not be exported.
+    NoBackup = 10,
+    Output = 12,
+    Cancelled = 130,
+};
+
+} // namespace Cli
+
+#endif

@@ -1,0 +1,36 @@
+#include "Failure.h"
+
+#include "Console.h"
+
+using namespace Qt::StringLiterals;
+
+namespace Cli {
+
+Failure failureOf(const PhoneBackup::Error &error)
+{
+    if (error.fault == PhoneBackup::Fault::Cancelled)
+        return stoppedEarly();
+    Failure failure { ExitCode::NoBackup, error.what, {}, {} };
+    if (!error.path.isEmpty() && !error.what.contains(error.path))
+        failure.details += u"  in “%1”"_s.arg(error.path);
+    return failure;
+}
+
+Failure stoppedEarly()
+{
+    return { ExitCode::Cancelled, u"Stopped before anything was written."_s, {}, {} };
+}
+
+void say(Console &console, const Failure &failure)
+{
+    if (failure.exitCode == ExitCode::Cancelled)
+        console.note(failure.what);
+    else
+        console.error(failure.what);
+    for (const QString &line : failure.details)
+        console.note(line);
+    if (!failure.advice.isEmpty())
+        console.note(failure.advice);
+}
+
+} // namespace Cli

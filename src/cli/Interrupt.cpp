@@ -1,0 +1,38 @@
+#include "Interrupt.h"
+
+#include <csignal>
+#include <initializer_list>
+
+namespace Cli::Interrupt {
+
+namespace {
+
+volatile std::sig_atomic_t g_requested = 0;
+
+void noteSignal(int /*number*/)
+{
+    g_requested = 1;
+}
+
+} // namespace
+
+void install()
+{
+    for (const int number : { SIGINT, SIGTERM, SIGHUP }) {
+        struct sigaction action = {};
+        if (::sigaction(number, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
+            continue;
+        action = {};
+        action.sa_handler = noteSignal;
+        // Reads and writes go on where they were: a copy is only ever stopped between two chunks.
+        action.sa_flags = SA_RESTART;
+        ::sigaction(number, &action, nullptr);
+    }
+}
+
+bool requested()
+{
+    return g_requested != 0;
+}
+
+} // namespace Cli::Interrupt

@@ -1,0 +1,74 @@
+#include "Inventory.h"
+
+#include "backup/BkAbstractItem.h"
+#include "backup/BkBackup.h"
+#include "backup/BkData.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace Cli {
+
+namespace {
+
+constexpr qint64 kBlockBytes = 4096;
+
+void count(const BkData &data, TypeTotals &totals)
+{
+    const QList<int> indices = data.recoverList();
+    for (const int index : indices) {
+        const BkAbstractItem *item = data.at(index, true);
+        if (!item)
+            continue;
+        const qint64 bytes = std::max<qint64>(item->sizeBytes(), 0);
+        ++totals.items;
+        totals.deleted += item->flag(0) ? 1 : 0;
+        totals.sizeBytes += bytes;
+        totals.diskBytes += (bytes + kBlockBytes - 1) / kBlockBytes * kBlockBytes;
+    }
+}
+
+} // namespace
+
+TypeTotals Inventory::total() const
+{
+    TypeTotals sum;
+    sum.name = u"Total"_s;
+    for (const TypeTotals &type : types) {
+        sum.items += type.items;
+        sum.deleted += type.deleted;
+        sum.sizeBytes += type.sizeBytes;
+        sum.diskBytes += type.diskBytes;
+    }
+    return sum;
+}
+
+const TypeTotals *Inventory::find(int code) const
+{
+    const auto found = std::find_if(
+        types.begin(), types.end(), [code](const TypeTotals &type) { return type.code == code; });
+    return found == types.end() ? nullptr : &*found;
+}
+
+std::optional<Inventory>
+takeInventory(const BkBackup &backup, const QList<int> &codes, const ReadsType &readsType)
+{
+    Inventory inventory;
+    for (const int code : codes) {
+        TypeTotals totals;
+        totals.code = code;
+        totals.name = backup.dataTypeName(code);
+        if (!readsType(totals.name))
+            return std::nullopt;
+        if (const BkData *data = backup.getBkData(code))
+            count(*data, totals);
+        inventory.types += totals;
+    }
+    // The last data set may have been cut short by the wish to stop.
+    if (!readsType(QString()))
+        return std::nullopt;
+    return inventory;
+}
+
+} // namespace Cli

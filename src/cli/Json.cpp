@@ -1,0 +1,105 @@
+#include "Json.h"
+
+#include "TypeNames.h"
+
+#include <QJsonDocument>
+
+using namespace Qt::StringLiterals;
+
+namespace Cli::Json {
+
+namespace {
+
+QString statusWord(ExitCode exitCode)
+{
+    switch (exitCode) {
+    case ExitCode::Complete:
+        return u"complete"_s;
+    case ExitCode::Failed:
+        return u"failed"_s;
+    case ExitCode::Usage:
+        return u"usage"_s;
+    case ExitCode::Incomplete:
+        return u"incomplete"_s;
+    case ExitCode::NoBackup:
+        return u"no-backup"_s;
+    case ExitCode::Output:
+        return u"output"_s;
+    case ExitCode::Cancelled:
+        return u"cancelled"_s;
+    }
+    return {};
+}
+
+} // namespace
+
+QJsonObject result(ExitCode exitCode)
+{
+    return { { u"status"_s, statusWord(exitCode) }, { u"exitCode"_s, static_cast<int>(exitCode) } };
+}
+
+QJsonObject failed(const Failure &failure)
+{
+    QJsonObject object = result(failure.exitCode);
+    object[u"message"_s] = failure.what;
+    if (!failure.advice.isEmpty())
+        object[u"advice"_s] = failure.advice;
+    return object;
+}
+
+QJsonObject failed(const NoChoice &failure)
+{
+    QJsonObject object = failed(failure.failure);
+    if (!failure.several.isEmpty()) {
+        QJsonArray backups;
+        for (const PhoneBackup::BackupInfo &info : failure.several)
+            backups += backup(info);
+        object[u"backups"_s] = backups;
+    }
+    return object;
+}
+
+QJsonObject backup(const PhoneBackup::BackupInfo &info)
+{
+    return { { u"path"_s, info.path },
+             { u"name"_s, info.displayName },
+             { u"device"_s, info.deviceName },
+             { u"product"_s, info.productName },
+             { u"version"_s, info.productVersion },
+             { u"date"_s,
+               info.date.isValid() ? QJsonValue(info.date.toUTC().toString(Qt::ISODate))
+                                   : QJsonValue(QJsonValue::Null) },
+             { u"encrypted"_s, info.encrypted },
+             { u"finished"_s, info.finished } };
+}
+
+QJsonObject type(const TypeTotals &totals)
+{
+    return { { u"type"_s, TypeNames::word(totals.code) },
+             { u"code"_s, totals.code },
+             { u"name"_s, totals.name },
+             { u"items"_s, totals.items },
+             { u"deleted"_s, totals.deleted },
+             { u"bytes"_s, totals.sizeBytes } };
+}
+
+QJsonArray problems(const QList<PhoneBackup::Problem> &problems, bool loss)
+{
+    QJsonArray array;
+    for (const PhoneBackup::Problem &problem : problems) {
+        if (problem.loss != loss)
+            continue;
+        QJsonObject object { { u"source"_s, problem.source }, { u"message"_s, problem.what } };
+        if (problem.dataType >= 0)
+            object[u"type"_s] = TypeNames::word(problem.dataType);
+        array += object;
+    }
+    return array;
+}
+
+QByteArray document(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Indented);
+}
+
+} // namespace Cli::Json

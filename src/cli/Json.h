@@ -1,0 +1,34 @@
+#ifndef CLI_JSON_H
+#define CLI_JSON_H
+
+#include "BackupAccess.h"
+#include "Failure.h"
+#include "Inventory.h"
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonObject>
+
+//! The machine-readable results. Keys are only ever added.
+namespace Cli::Json {
+
+//! The keys that every result has: "status" and "exitCode".
+QJsonObject result(ExitCode exitCode);
+
+QJsonObject failed(const Failure &failure);
+QJsonObject failed(const NoChoice &failure);
+
+QJsonObject backup(const PhoneBackup::BackupInfo &info);
+
+//! Word, code, name and counts of a data type.
+QJsonObject type(const TypeTotals &totals);
+
+//! What of a backup could not be read; \a loss false: the warnings.
+QJsonArray problems(const QList<PhoneBackup::Problem> &problems, bool loss);
+
+//! \a object as text that ends with a line feed.
+QByteArray document(const QJsonObject &object);
+
+} // namespace Cli::Json
+
+#endif

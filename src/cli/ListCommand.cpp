@@ -1,0 +1,91 @@
+#include "ListCommand.h"
+
+#include "BackupAccess.h"
+#include "Console.h"
+#include "Interrupt.h"
+#include "Inventory.h"
+#include "Json.h"
+#include "Options.h"
+#include "Problems.h"
+#include "Text.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace Cli {
+
+namespace {
+
+QByteArray asText(const Inventory &inventory)
+{
+    QList<QStringList> rows { { u"Type"_s, u"Items"_s, u"Deleted"_s, u"Size"_s } };
+    const auto add = [&rows](const TypeTotals &totals) {
+        rows += {
+            totals.name, grouped(totals.items), grouped(totals.deleted), sizeText(totals.sizeBytes)
+        };
+    };
+    for (const TypeTotals &totals : inventory.types)
+        add(totals);
+    add(inventory.total());
+    return tableLines(rows, "lrrr").join(u'\n').toUtf8() + '\n';
+}
+
+QByteArray asJson(const PhoneBackup::Backup &backup, const Inventory &inventory, ExitCode exitCode)
+{
+    QJsonArray types;
+    for (const TypeTotals &totals : inventory.types)
+        types += Json::type(totals);
+    const TypeTotals sum = inventory.total();
+    QJsonObject object = Json::result(exitCode);
+    object[u"backup"_s] = Json::backup(backup.info());
+    object[u"types"_s] = types;
+    object[u"items"_s] = sum.items;
+    object[u"deleted"_s] = sum.deleted;
+    object[u"bytes"_s] = sum.sizeBytes;
+    object[u"unreadable"_s] = Json::problems(backup.problems(), true);
+    object[u"warnings"_s] = Json::problems(backup.problems(), false);
+    return Json::document(object);
+}
+
+template <class Fault>
+ExitCode
+refuse(Console &console, const Options &options, const Fault &fault, const Failure &failure)
+{
+    say(console, failure);
+    if (options.json && !console.result(Json::document(Json::failed(fault))))
+        return ExitCode::Failed;
+    return failure.exitCode;
+}
+
+} // namespace
+
+ExitCode runList(Console &console, const Options &options)
+{
+    const auto choice = chooseBackup(console, options.backup);
+    if (const auto *none = std::get_if<NoChoice>(&choice))
+        return refuse(console, options, *none, none->failure);
+    const auto opened = openBackup(console, std::get<PhoneBackup::BackupInfo>(choice));
+    if (const auto *failure = std::get_if<Failure>(&opened))
+        return refuse(console, options, *failure, *failure);
+    const PhoneBackup::Backup &backup = *std::get<0>(opened);
+
+    const auto inventory = takeInventory(backup, options.types, [&console](const QString &name) {
+        console.status(u"Reading %1 …"_s.arg(name));
+        return !Interrupt::requested();
+    });
+    if (!inventory)
+        return refuse(console, options, stoppedEarly(), stoppedEarly());
+    console.clearStatus();
+
+    const QList<PhoneBackup::Problem> problems = backup.problems();
+    sayProblems(console, backup, problems);
+    const bool lost = std::any_of(
+        problems.begin(), problems.end(), [](const auto &problem) { return problem.loss; });
+    const ExitCode exitCode = lost ? ExitCode::Incomplete : ExitCode::Complete;
+    const QByteArray text =
+        options.json ? asJson(backup, *inventory, exitCode) : asText(*inventory);
+    return console.result(text) ? exitCode : ExitCode::Failed;
+}
+
+} // namespace Cli

@@ -1,0 +1,175 @@
+#include "Options.h"
+
+#include "Console.h"
+#include "Failure.h"
+#include "HelpFormatter.h"
+#include "TypeNames.h"
+#include "model/Backup.h"
+
+#include <QCoreApplication>
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+
+using namespace Qt::StringLiterals;
+
+namespace Cli {
+
+namespace {
+
+// As the command line gives it, before anything of it is looked up.
+struct Raw
+{
+    std::string backup;
+    std::string output;
+    std::string only;
+    std::string skip;
+    bool noSpaceCheck = false;
+};
+
+void describe(CLI::App &app, Raw &raw, Options &options)
+{
+    app.name("dataexport");
+    app.description("Copies what is in a phone backup into folders with ordinary files.\n"
+                    "The backup is only read; nothing in it is ever changed.");
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.footer(helpFooter().toStdString());
+    app.add_option("BACKUP", raw.backup, "The backup's folder, or the folder that holds backups");
+    app.add_option("OUTPUT", raw.output, "Folder for the files; made when missing");
+
+    const auto addTypes = [&app](const char *name, std::string &words, const char *text) {
+        app.add_option(name, words, text)
+            ->type_name("TYPE")
+            ->option_text("TYPE,...")
+            ->join(',')
+            ->group("What to export");
+    };
+    app.add_flag("--list", options.list, "Show what is inside, and export nothing")
+        ->group("What to export");
+    addTypes("--only", raw.only, "Export these types and no others");
+    addTypes("--skip", raw.skip, "Export all types but these");
+
+    app.add_flag("--into-existing",
+                 options.intoExisting,
+                 "Allow an OUTPUT that holds files already; copies get\n"
+                 "free names, pages of an earlier export are replaced")
+        ->group("Where to");
+    app.add_flag("--no-space-check",
+                 raw.noSpaceCheck,
+                 "Start although there seems to be too little room\n"
+                 "(for disks that compress)")
+        ->group("Where to");
+
+    app.add_flag("--json", options.json, "Give the list or summary as JSON on standard output")
+        ->group("What to show");
+    app.add_flag("-q,--quiet", options.quiet, "Show warnings and errors only")
+        ->group("What to show");
+
+    app.set_help_flag("-h,--help", "Show this text and end")->group("Other");
+    app.set_version_flag("--version",
+                         "dataexport " + QCoreApplication::applicationVersion().toStdString(),
+                         "Show the version and end")
+        ->group("Other");
+}
+
+QString fromArgument(const std::string &text)
+{
+    return QString::fromLocal8Bit(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+Failure usage(const QString &what, const QString &advice = u"See dataexport --help."_s)
+{
+    return { ExitCode::Usage, what, {}, advice };
+}
+
+std::variant<QList<int>, Failure> codesOf(const QString &words)
+{
+    QList<int> codes;
+    const QStringList parts = words.split(u',', Qt::SkipEmptyParts);
+    for (const QString &part : parts) {
+        const auto code = TypeNames::code(part);
+        if (!code)
+            return usage(u"“%1” is no type that can be exported."_s.arg(part),
+                         u"Possible types: %1."_s.arg(TypeNames::words().join(u", "_s)));
+        codes += *code;
+    }
+    return codes;
+}
+
+std::variant<QList<int>, Failure> selectedTypes(const Raw &raw)
+{
+    const auto only = codesOf(fromArgument(raw.only));
+    const auto skip = codesOf(fromArgument(raw.skip));
+    for (const auto *side : { &only, &skip }) {
+        if (const auto *failure = std::get_if<Failure>(side))
+            return *failure;
+    }
+    const auto &wanted = std::get<0>(only);
+    const auto &unwanted = std::get<0>(skip);
+    QList<int> types;
+    const QList<int> offered = PhoneBackup::Backup::dataTypes();
+    for (const int code : offered) {
+        if ((wanted.isEmpty() || wanted.contains(code)) && !unwanted.contains(code))
+            types += code;
+    }
+    if (types.isEmpty())
+        return usage(u"--only and --skip leave no type to export."_s);
+    return types;
+}
+
+std::variant<Options, Failure> complete(const Raw &raw, Options options)
+{
+    options.backup = fromArgument(raw.backup);
+    options.output = fromArgument(raw.output);
+    options.checkSpace = !raw.noSpaceCheck;
+    if (options.backup.isEmpty())
+        return usage(u"BACKUP is missing: the folder of the phone backup."_s);
+    if (options.list && !options.output.isEmpty())
+        return usage(u"--list exports nothing; leave OUTPUT out."_s);
+    if (!options.list && options.output.isEmpty())
+        return usage(u"OUTPUT is missing: the folder that the files are to go to."_s);
+    auto types = selectedTypes(raw);
+    if (const auto *failure = std::get_if<Failure>(&types))
+        return *failure;
+    options.types = std::get<0>(types);
+    return options;
+}
+
+ExitCode refuse(const Failure &failure)
+{
+    Console console(false);
+    say(console, failure);
+    return failure.exitCode;
+}
+
+} // namespace
+
+std::variant<Options, ExitCode> parseOptions(int argc, const char *const *argv)
+{
+    CLI::App app;
+    Raw raw;
+    Options options;
+    describe(app, raw, options);
+    const auto show = [](const std::string &text) {
+        return Console(false).result(QByteArray::fromStdString(text)) ? ExitCode::Complete
+                                                                      : ExitCode::Failed;
+    };
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp &) {
+        return show(app.help());
+    } catch (const CLI::CallForVersion &version) {
+        return show(std::string(version.what()) + '\n');
+    } catch (const CLI::ParseError &fault) {
+        return refuse(usage(QString::fromStdString(fault.what())));
+    }
+    auto result = complete(raw, std::move(options));
+    if (const auto *failure = std::get_if<Failure>(&result))
+        return refuse(*failure);
+    return std::get<Options>(std::move(result));
+}
+
+} // namespace Cli

@@ -1,0 +1,190 @@
+#include "Preflight.h"
+
+#include "Text.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace Cli::Preflight {
+
+namespace {
+
+QString systemError(int number)
+{
+    return QString::fromLocal8Bit(std::strerror(number));
+}
+
+// The file system's own identity of a folder: it sees through links, second mounts and case.
+struct Identity
+{
+    dev_t device = 0;
+    ino_t inode = 0;
+    bool valid = false;
+
+    explicit Identity(const QString &path)
+    {
+        struct stat data = {};
+        if (::stat(QFile::encodeName(path).constData(), &data) != 0)
+            return;
+        device = data.st_dev;
+        inode = data.st_ino;
+        valid = true;
+    }
+
+    bool operator==(const Identity &other) const
+    {
+        return valid && other.valid && device == other.device && inode == other.inode;
+    }
+};
+
+QString nearestExisting(QString path)
+{
+    while (!QFileInfo::exists(path) && path != QDir::rootPath())
+        path = QFileInfo(path).path();
+    return QFileInfo(path).canonicalFilePath();
+}
+
+bool isInside(const QString &path, const QString &folder)
+{
+    const Identity wanted(folder);
+    for (QString at = nearestExisting(path);; at = QFileInfo(at).path()) {
+        if (Identity(at) == wanted)
+            return true;
+        if (at == QDir::rootPath())
+            return false;
+    }
+}
+
+Failure inside(const QString &output)
+{
+    return { ExitCode::Usage,
+             u"OUTPUT “%1” lies inside the backup, which is never written to."_s.arg(output),
+             {},
+             u"Choose a folder outside of it."_s };
+}
+
+// An export writes at most one group's folder and one page's image folder below a type's folder.
+constexpr int kOutputDepth = 3;
+
+QString linkInto(const QString &folder, const QString &backup, int depth)
+{
+    QDirIterator entries(folder, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
+    while (entries.hasNext()) {
+        entries.next();
+        const QFileInfo entry = entries.fileInfo();
+        if (entry.isSymLink()) {
+            if (isInside(entry.filePath(), backup))
+                return entry.filePath();
+        } else if (entry.isDir() && depth > 1) {
+            const QString found = linkInto(entry.filePath(), backup, depth - 1);
+            if (!found.isEmpty())
+                return found;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+QString absoluteOutput(const QString &output)
+{
+    return QDir::cleanPath(QDir::current().absoluteFilePath(output));
+}
+
+std::optional<Failure> checkApart(const QString &output, const QStringList &backups)
+{
+    for (const QString &backup : backups) {
+        if (isInside(output, backup))
+            return inside(output);
+        if (QFileInfo::exists(output) && isInside(backup, output))
+            return Failure {
+                ExitCode::Usage,
+                u"The backup “%1” lies inside OUTPUT “%2”, and so could be overwritten."_s.arg(
+                    backup, output),
+                {},
+                u"Choose an OUTPUT that does not hold the backup."_s
+            };
+    }
+    return std::nullopt;
+}
+
+std::optional<Failure> checkOutput(const QString &output, const QString &backup, bool intoExisting)
+{
+    const QFileInfo info(output);
+    if (info.exists() && !info.isDir())
+        return Failure { ExitCode::Usage,
+                         u"OUTPUT “%1” is a file, not a folder."_s.arg(output),
+                         {},
+                         u"Choose a new or an empty folder."_s };
+    if (info.isDir() && !intoExisting
+        && !QDir(output).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden
+                                 | QDir::System))
+        return Failure { ExitCode::Usage,
+                         u"OUTPUT “%1” is not empty."_s.arg(output),
+                         {},
+                         u"Choose a new or an empty folder, or add --into-existing to put the "
+                         "files beside those that are there."_s };
+    if (info.isDir() && intoExisting) {
+        const QString link = linkInto(output, backup, kOutputDepth);
+        if (!link.isEmpty())
+            return inside(link);
+    }
+    const QString folder = nearestExisting(output);
+    if (!QFileInfo(folder).isDir())
+        return Failure { ExitCode::Usage,
+                         u"OUTPUT “%1” would lie in “%2”, which is a file."_s.arg(output, folder),
+                         {},
+                         u"Choose a new or an empty folder."_s };
+    if (::access(QFile::encodeName(folder).constData(), W_OK | X_OK) != 0)
+        return Failure { ExitCode::Output,
+                         u"OUTPUT “%1” cannot be written: %2 (“%3”)."_s.arg(
+                             output, systemError(errno), folder),
+                         {},
+                         u"Choose a folder that you may write to."_s };
+    return std::nullopt;
+}
+
+std::optional<Failure> checkSpace(const QString &output, const Inventory &inventory)
+{
+    struct statvfs disk = {};
+    const QString folder = nearestExisting(output);
+    // A file system that does not say how full it is has to show it while it is written.
+    if (::statvfs(QFile::encodeName(folder).constData(), &disk) != 0 || disk.f_blocks == 0)
+        return std::nullopt;
+    const auto available = static_cast<qint64>(disk.f_bavail * disk.f_frsize);
+    const qint64 needed = inventory.total().diskBytes;
+    if (needed <= available)
+        return std::nullopt;
+    return Failure { ExitCode::Output,
+                     u"There is too little room in OUTPUT “%1”: %2 are needed, %3 are available."_s
+                         .arg(output, sizeText(needed), sizeText(available)),
+                     {},
+                     u"Make room, choose an OUTPUT on another disk, or export less with --only or "
+                     "--skip."_s };
+}
+
+std::optional<Failure> createOutput(const QString &output)
+{
+    errno = 0;
+    if (QDir().mkpath(output))
+        return std::nullopt;
+    const int number = errno;
+    return Failure { ExitCode::Output,
+                     number != 0
+                         ? u"OUTPUT “%1” could not be made: %2."_s.arg(output, systemError(number))
+                         : u"OUTPUT “%1” could not be made."_s.arg(output),
+                     {},
+                     u"Choose a folder that you may write to."_s };
+}
+
+} // namespace Cli::Preflight

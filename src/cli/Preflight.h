@@ -1,0 +1,34 @@
+#ifndef CLI_PREFLIGHT_H
+#define CLI_PREFLIGHT_H
+
+#include "Failure.h"
+#include "Inventory.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+//! What is checked before the first file is written. None of it writes but createOutput().
+namespace Cli::Preflight {
+
+//! OUTPUT as an absolute path.
+QString absoluteOutput(const QString &output);
+
+//! Whether \a output and one of the folders \a backups lie one in the other, links and mounts
+//! followed.
+std::optional<Failure> checkApart(const QString &output, const QStringList &backups);
+
+//! Whether \a output is new or an empty folder, or \a intoExisting a folder without links into
+//! \a backup; and whether this user may write there.
+std::optional<Failure> checkOutput(const QString &output, const QString &backup, bool intoExisting);
+
+//! Whether what \a inventory counts fits on the disk of \a output.
+std::optional<Failure> checkSpace(const QString &output, const Inventory &inventory);
+
+//! Makes \a output unless it is there.
+std::optional<Failure> createOutput(const QString &output);
+
+} // namespace Cli::Preflight
+
+#endif
