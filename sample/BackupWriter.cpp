@@ -2,13 +2,13 @@
 
 #include "sample/Database.h"
 #include "sample/PropertyList.h"
+#include "sample/SampleDates.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
-#include <QTimeZone>
 
 #include <bitset>
 #include <optional>
@@ -24,21 +24,6 @@ constexpr int kFolderFlag = 2;
 constexpr quint32 kFileMode = 0100644;
 constexpr quint32 kFolderMode = 040755;
 
-QDateTime utc(int year, int month, int day, int hour, int minute)
-{
-    return QDateTime(QDate(year, month, day), QTime(hour, minute), QTimeZone::utc());
-}
-
-QDateTime defaultDate()
-{
-    return utc(2024, 5, 4, 10, 30);
-}
-
-QDateTime backupDate()
-{
-    return utc(2024, 6, 1, 7, 45);
-}
-
 // On the phone an arbitrary number; here one that every run finds again.
 quint32 inodeNumber(const QString &path)
 {
@@ -51,7 +36,7 @@ quint32 inodeNumber(const QString &path)
 
 QByteArray record(const QString &path, quint32 mode, qint64 sizeBytes, const FileTraits &traits)
 {
-    const QDateTime modified = traits.modified.isValid() ? traits.modified : defaultDate();
+    const QDateTime modified = traits.modified.isValid() ? traits.modified : sampleStart();
     const qint64 seconds = modified.toSecsSinceEpoch();
 
     QVariantMap file {
@@ -132,6 +117,7 @@ public:
                    int flags,
                    const QByteArray &blob);
     void insertFolders(const QString &domain, const QString &path);
+    void countContent(qint64 sizeBytes);
     void writePropertyList(const QString &name, const QByteArray &content);
 
     const QString root;
@@ -144,6 +130,8 @@ public:
     std::optional<Statement> insert;
     QSet<QString> folders; //!< Identifiers of the folders that the index has.
     std::bitset<256> prefixesMade;
+    qint64 fileCount = 0;
+    qint64 contentSizeBytes = 0;
 };
 
 void BackupWriter::Private::fail(const QString &path, const QString &reason)
@@ -225,6 +213,12 @@ void BackupWriter::Private::insertFolders(const QString &domain, const QString &
     }
 }
 
+void BackupWriter::Private::countContent(qint64 sizeBytes)
+{
+    ++fileCount;
+    contentSizeBytes += sizeBytes;
+}
+
 void BackupWriter::Private::writePropertyList(const QString &name, const QByteArray &content)
 {
     QFile file(root + u'/' + name);
@@ -249,7 +243,7 @@ BackupWriter::BackupWriter(const QString &root, Layout layout)
         { u"Target Type"_s, u"Device"_s },
         { u"GUID"_s, u"5A3B1E0C6D7F48E29B00C1D2E3F40516"_s },
         { u"Phone Number"_s, u"+1 (555) 010-0000"_s },
-        { u"Last Backup Date"_s, backupDate() },
+        { u"Last Backup Date"_s, sampleBackupDate() },
         { u"Installed Applications"_s, QStringList() },
         { u"Applications"_s, QVariantMap() },
     };
@@ -257,7 +251,7 @@ BackupWriter::BackupWriter(const QString &root, Layout layout)
         { u"IsEncrypted"_s, false },
         { u"Version"_s, u"10.0"_s },
         { u"SystemDomainsVersion"_s, u"24.0"_s },
-        { u"Date"_s, backupDate() },
+        { u"Date"_s, sampleBackupDate() },
         { u"WasPasscodeSet"_s, true },
         { u"Lockdown"_s, lockdown },
         { u"Applications"_s, QVariantMap() },
@@ -266,7 +260,7 @@ BackupWriter::BackupWriter(const QString &root, Layout layout)
         { u"IsFullBackup"_s, false },
         { u"Version"_s, u"3.3"_s },
         { u"UUID"_s, u"7E2A9C40-5B1D-4F63-8A0E-112233445566"_s },
-        { u"Date"_s, backupDate() },
+        { u"Date"_s, sampleBackupDate() },
         { u"BackupState"_s, u"new"_s },
         { u"SnapshotState"_s, u"finished"_s },
     };
@@ -312,6 +306,7 @@ QString BackupWriter::addFile(const QString &domain,
         if (!writeWhole(file, content))
             d->fail(place, file.errorString());
     }
+    d->countContent(content.size());
     return addWithoutContent(domain, path, content.size(), traits);
 }
 
@@ -327,6 +322,7 @@ BackupWriter::addWritten(const QString &domain, const QString &path, const FileT
     const QFileInfo info(place);
     if (!place.isEmpty() && !info.isFile())
         d->fail(place, u"the content has not been written"_s);
+    d->countContent(info.size());
     return addWithoutContent(domain, path, info.size(), traits);
 }
 
@@ -373,6 +369,16 @@ bool BackupWriter::finish()
     d->writePropertyList(u"Manifest.plist"_s, binaryPropertyList(d->manifest));
     d->writePropertyList(u"Status.plist"_s, binaryPropertyList(d->status));
     return d->error.isEmpty();
+}
+
+qint64 BackupWriter::fileCount() const
+{
+    return d->fileCount;
+}
+
+qint64 BackupWriter::contentSizeBytes() const
+{
+    return d->contentSizeBytes;
 }
 
 QString BackupWriter::error() const

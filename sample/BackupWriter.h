@@ -79,6 +79,10 @@ public:
     //! Writes the property lists and closes the index. \return false when something failed.
     bool finish();
 
+    //! How many files with content there are so far, and how long they are together.
+    qint64 fileCount() const;
+    qint64 contentSizeBytes() const;
+
     //! What failed, for a person.
     QString error() const;
 

@@ -72,7 +72,7 @@ void Statement::run(std::initializer_list<QVariant> values)
     sqlite3_reset(m_statement);
 }
 
-Database::Database(const QString &path)
+Database::Database(const QString &path, const char *definitions)
     : m_path(path)
 {
     const QByteArray name = path.isEmpty() ? QByteArrayLiteral(":memory:") : path.toUtf8();
@@ -82,6 +82,7 @@ Database::Database(const QString &path)
     // A half-made sample is thrown away as a whole: nothing here needs to survive a crash.
     execute("PRAGMA page_size=4096; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;"
             "PRAGMA locking_mode=EXCLUSIVE; PRAGMA cache_size=-65536; BEGIN");
+    execute(definitions);
 }
 
 Database::~Database()

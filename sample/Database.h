@@ -48,8 +48,9 @@ private:
 class Database
 {
 public:
-    //! Makes the file \a path; without a path the database is kept in memory.
-    explicit Database(const QString &path = QString());
+    //! Makes the file \a path and in it what \a definitions says; an empty path keeps the database
+    //! in memory.
+    explicit Database(const QString &path, const char *definitions = "");
     ~Database();
     Database(const Database &) = delete;
     Database &operator=(const Database &) = delete;

@@ -1,0 +1,128 @@
+#include "sample/AppDocumentSample.h"
+#include "sample/BackupWriter.h"
+#include "sample/BookSample.h"
+#include "sample/CameraRollSample.h"
+#include "sample/IndexRowsSample.h"
+#include "sample/RingtoneSample.h"
+#include "sample/SystemSample.h"
+#include "sample/VoiceMemoSample.h"
+#include "sample/VoicemailSample.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <string>
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int kExitFailed = 1;
+constexpr int kExitUsage = 2;
+
+void print(std::FILE *stream, const QString &text)
+{
+    std::fputs((text + u'\n').toLocal8Bit().constData(), stream);
+}
+
+void addCount(CLI::App &app, const std::string &name, int &count, const std::string &what)
+{
+    constexpr int kMost = 10'000'000;
+    app.add_option(name, count, what)->check(CLI::Range(0, kMost))->capture_default_str();
+}
+
+bool isNewOrEmpty(const QString &path)
+{
+    const QFileInfo info(path);
+    return !info.exists()
+        || (info.isDir()
+            && QDir(path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System
+                                  | QDir::NoDotAndDotDot));
+}
+
+QString summary(const Sample::Options &options)
+{
+    QStringList parts;
+    const auto add = [&parts](int count, const QString &one, const QString &many) {
+        if (count > 0)
+            parts.append(u"%1 %2"_s.arg(count).arg(count == 1 ? one : many));
+    };
+    add(options.photos, u"photo"_s, u"photos"_s);
+    add(options.videos, u"video"_s, u"videos"_s);
+    add(options.sharedPhotos, u"shared picture"_s, u"shared pictures"_s);
+    add(options.voiceMemos, u"voice memo"_s, u"voice memos"_s);
+    add(options.books, u"book"_s, u"books"_s);
+    add(options.ringtones, u"ringtone"_s, u"ringtones"_s);
+    add(options.appDocuments, u"app document"_s, u"app documents"_s);
+    add(options.voicemails, u"voicemail"_s, u"voicemails"_s);
+    add(options.indexRows, u"row without a file"_s, u"rows without files"_s);
+    return parts.isEmpty() ? u"nothing but settings"_s : parts.join(", "_L1);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // The plug-ins that write pictures are looked up through it.
+    const QCoreApplication application(argc, argv);
+
+    Sample::Options options;
+    std::string out;
+    std::vector<qint64> fileSizesBytes;
+    CLI::App app("Makes a phone backup that looks like a real one, with invented contents.",
+                 "make-sample-backup");
+    app.add_option("OUT", out, "Folder for the backup; must be new or empty")->required();
+    addCount(app, "--photos", options.photos, "Photos of the camera roll");
+    addCount(app, "--videos", options.videos, "Videos of the camera roll");
+    addCount(app, "--shared-photos", options.sharedPhotos, "Pictures and videos of shared albums");
+    addCount(app, "--voice-memos", options.voiceMemos, "Voice memos");
+    addCount(app, "--books", options.books, "Books");
+    addCount(app, "--ringtones", options.ringtones, "Ringtones");
+    addCount(app, "--app-documents", options.appDocuments, "Documents of apps");
+    addCount(app, "--voicemail", options.voicemails, "Voicemail messages");
+    addCount(app, "--index-rows", options.indexRows, "Rows of the index without files, on top");
+    app.add_option("--file-size",
+                   fileSizesBytes,
+                   "Sizes of photos and videos in bytes, in turn; may be repeated")
+        ->check(CLI::Range(1, 1 << 30));
+    app.add_option("--seed", options.seed, "The same seed makes the same backup, byte for byte")
+        ->capture_default_str();
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        return app.exit(error) == 0 ? 0 : kExitUsage;
+    }
+    options.fileSizesBytes = QList<qint64>(fileSizesBytes.cbegin(), fileSizesBytes.cend());
+
+    const QString path = QDir::cleanPath(QString::fromLocal8Bit(out.c_str()));
+    if (!isNewOrEmpty(path)) {
+        print(stderr,
+              u"%1 is not an empty folder. Name a new one."_s.arg(QDir::toNativeSeparators(path)));
+        return kExitUsage;
+    }
+
+    Sample::BackupWriter writer(path);
+    Sample::addSystemFiles(writer, options);
+    Sample::addCameraRoll(writer, options);
+    Sample::addVoiceMemos(writer, options);
+    Sample::addBooks(writer, options);
+    Sample::addRingtones(writer, options);
+    Sample::addAppDocuments(writer, options);
+    Sample::addVoicemails(writer, options);
+    Sample::addIndexRows(writer, options);
+    if (!writer.finish()) {
+        print(stderr, u"The backup could not be made: %1"_s.arg(writer.error()));
+        return kExitFailed;
+    }
+    print(stdout,
+          u"Made %1 (seed %2): %3.\n%4 files, %5 bytes."_s.arg(QDir::toNativeSeparators(path))
+              .arg(options.seed)
+              .arg(summary(options))
+              .arg(writer.fileCount())
+              .arg(writer.contentSizeBytes()));
+    return 0;
+}
