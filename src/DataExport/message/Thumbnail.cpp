@@ -14,6 +14,7 @@ namespace {
 constexpr int kMaxSidePx = 250;
 constexpr qint64 kMaxPixels = 256LL * 1024 * 1024; // beyond any camera, far below a bomb
 constexpr int kMaxDecodedMb = 256;
+constexpr int kPngQuality = 80; // quick compression: the best one takes as long as the decoding
 
 // The image library's limit is one for the process: it is ours for one picture only.
 class AllocationLimit
@@ -75,7 +76,7 @@ QByteArray Thumbnail::makePng(QIODevice &source, QString *why)
         return png;
     QBuffer buffer(&png);
     buffer.open(QIODevice::WriteOnly);
-    if (!picture.save(&buffer, "PNG")) {
+    if (!picture.save(&buffer, "PNG", kPngQuality)) {
         *why = tr("It could not be converted");
         png.clear();
     }

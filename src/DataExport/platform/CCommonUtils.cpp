@@ -10,7 +10,9 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cmath>
+#include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -41,6 +43,60 @@ QString folderPrefix(const QDir &dir)
 {
     const QString path = dir.absolutePath();
     return path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/');
+}
+
+// From 1970 to the end of 2099 QDateTime's local time is what the C library says.
+constexpr qint64 kLastSecond = 4102444799;
+
+// Lets the C library look at TZ, and at the system's zone file, when they may have changed. It
+// looks at the file's state each time that it is asked to, and so does QDateTime: for a message of
+// a hundred letters that costs more than all the rest.
+void followTimeZone()
+{
+    using Clock = std::chrono::steady_clock;
+    constexpr auto kTrusted = std::chrono::seconds(1);
+    thread_local QByteArray zone;
+    thread_local Clock::time_point nextLook {};
+    const QByteArray current = qgetenv("TZ");
+    const Clock::time_point now = Clock::now();
+    if (now < nextLook && current == zone)
+        return;
+    tzset();
+    zone = current;
+    nextLook = now + kTrusted;
+}
+
+void putTwoDigits(QChar *at, int number)
+{
+    at[0] = QChar(u'0' + number / 10);
+    at[1] = QChar(u'0' + number % 10);
+}
+
+// Empty for a moment that is left to QDateTime.
+QString localMinute(const QDateTime &dateTime)
+{
+    if (dateTime.timeSpec() != Qt::UTC)
+        return {};
+    const qint64 ms = dateTime.toMSecsSinceEpoch();
+    const std::time_t seconds = ms / 1000;
+    if (ms < 0 || seconds > kLastSecond)
+        return {};
+    followTimeZone();
+    std::tm local {};
+    if (!localtime_r(&seconds, &local))
+        return {};
+    const int year = local.tm_year + 1900;
+    QString text(16, u' ');
+    QChar *at = text.data();
+    putTwoDigits(at, year / 100);
+    putTwoDigits(at + 2, year % 100);
+    at[4] = at[7] = u'-';
+    putTwoDigits(at + 5, local.tm_mon + 1);
+    putTwoDigits(at + 8, local.tm_mday);
+    putTwoDigits(at + 11, local.tm_hour);
+    at[13] = u':';
+    putTwoDigits(at + 14, local.tm_min);
+    return text;
 }
 
 // The modes that media files had before they were made readable.
@@ -181,6 +237,11 @@ QString CCommonUtils::datetimeToMinute(const QDateTime &dateTime, bool local)
 {
     if (!dateTime.isValid())
         return {};
+    if (local) {
+        const QString text = localMinute(dateTime);
+        if (!text.isEmpty())
+            return text;
+    }
     return (local ? dateTime.toLocalTime() : dateTime.toUTC())
         .toString(QStringLiteral("yyyy-MM-dd hh:mm"));
 }
