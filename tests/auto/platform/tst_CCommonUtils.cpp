@@ -36,6 +36,8 @@ private Q_SLOTS:
     void formatsDates_data();
     void formatsDates();
     void formatsInLocalTime();
+    void localMinutesAreThoseOfQDateTime_data();
+    void localMinutesAreThoseOfQDateTime();
     void countsFrom2001_data();
     void countsFrom2001();
     void formatsSizes_data();
@@ -301,6 +303,44 @@ void tst_CCommonUtils::formatsInLocalTime()
     QCOMPARE(local,
              (QStringList {
                  u"2024-01-14 22:00"_s, u"2024-07-14 23:00"_s, u"2024-07-14"_s, u"2024-07-15"_s }));
+}
+
+void tst_CCommonUtils::localMinutesAreThoseOfQDateTime_data()
+{
+    QTest::addColumn<QByteArray>("zone");
+
+    for (const char *zone : { "UTC",
+                              "Europe/Berlin",
+                              "America/St_Johns",
+                              "Asia/Kathmandu",
+                              "Australia/Lord_Howe",
+                              "Pacific/Apia",
+                              "EST5EDT,M3.2.0,M11.1.0" })
+        QTest::newRow(zone) << QByteArray(zone);
+}
+
+// Moments from 1890 to 2200 around the hours of every season, in an odd step so that they fall on
+// all minutes. The zone is only named in the environment: nothing else tells that it changed.
+void tst_CCommonUtils::localMinutesAreThoseOfQDateTime()
+{
+    QFETCH(QByteArray, zone);
+
+    const QByteArray before = qgetenv("TZ");
+    qputenv("TZ", zone);
+    QStringList differing;
+    const QDateTime end(QDate(2200, 1, 1), QTime(0, 0), Qt::UTC);
+    for (QDateTime at(QDate(1890, 1, 1), QTime(0, 0), Qt::UTC); at < end;
+         at = at.addMSecs(317 * 3607 * 1009LL)) {
+        const QString expected = at.toLocalTime().toString(u"yyyy-MM-dd hh:mm"_s);
+        if (CCommonUtils::datetimeToMinute(at, true) != expected)
+            differing.append(at.toString(Qt::ISODate));
+    }
+    if (before.isNull())
+        qunsetenv("TZ");
+    else
+        qputenv("TZ", before);
+    tzset();
+    QCOMPARE(differing, QStringList());
 }
 
 void tst_CCommonUtils::countsFrom2001_data()
