@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QSet>
 
+#include <algorithm>
 #include <bitset>
 #include <optional>
 
@@ -32,6 +33,12 @@ quint32 inodeNumber(const QString &path)
     for (const char byte : bytes)
         hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619U;
     return hash >> 4;
+}
+
+// Enough of an identifier to tell folders apart, at a tenth of its memory.
+quint64 shortId(const QString &id)
+{
+    return id.first(16).toULongLong(nullptr, 16);
 }
 
 QByteArray record(const QString &path, quint32 mode, qint64 sizeBytes, const FileTraits &traits)
@@ -128,8 +135,9 @@ public:
     QString error;
     std::optional<Database> index;
     std::optional<Statement> insert;
-    QSet<QString> folders; //!< Identifiers of the folders that the index has.
+    QSet<quint64> folders; //!< The folders that the index has, by shortId().
     std::bitset<256> prefixesMade;
+    qint64 rowCount = 0;
     qint64 fileCount = 0;
     qint64 contentSizeBytes = 0;
 };
@@ -189,27 +197,32 @@ void BackupWriter::Private::insertRow(const QString &id,
                                       const QByteArray &blob)
 {
     insert->run({ id, domain, path, flags, blob });
+    ++rowCount;
 }
 
 void BackupWriter::Private::insertFolders(const QString &domain, const QString &path)
 {
-    QStringList missing;
+    struct Folder
+    {
+        QString id;
+        QString path;
+    };
+    QList<Folder> missing;
     QString folder = path;
-    for (;;) {
-        const qsizetype slash = folder.lastIndexOf(u'/');
-        folder = slash < 0 ? QString() : folder.first(slash);
-        if (folders.contains(domain + u'-' + folder))
+    do {
+        folder.truncate(std::max<qsizetype>(0, folder.lastIndexOf(u'/')));
+        const QString id = fileId(domain, folder);
+        if (folders.contains(shortId(id)))
             break;
-        missing.prepend(folder);
-        if (folder.isEmpty())
-            break;
-    }
+        missing.prepend({ id, folder });
+    } while (!folder.isEmpty());
+
     FileTraits traits;
     traits.protectionClass = 0;
-    for (const QString &name : std::as_const(missing)) {
-        folders.insert(domain + u'-' + name);
+    for (const Folder &added : std::as_const(missing)) {
+        folders.insert(shortId(added.id));
         insertRow(
-            fileId(domain, name), domain, name, kFolderFlag, record(name, kFolderMode, 0, traits));
+            added.id, domain, added.path, kFolderFlag, record(added.path, kFolderMode, 0, traits));
     }
 }
 
@@ -242,7 +255,7 @@ BackupWriter::BackupWriter(const QString &root, Layout layout)
         { u"Target Identifier"_s, lockdown.value(u"UniqueDeviceID"_s) },
         { u"Target Type"_s, u"Device"_s },
         { u"GUID"_s, u"5A3B1E0C6D7F48E29B00C1D2E3F40516"_s },
-        { u"Phone Number"_s, u"+1 (555) 010-0000"_s },
+        { u"Phone Number"_s, u"+1 (202) 555-0100"_s },
         { u"Last Backup Date"_s, sampleBackupDate() },
         { u"Installed Applications"_s, QStringList() },
         { u"Applications"_s, QVariantMap() },
@@ -369,6 +382,11 @@ bool BackupWriter::finish()
     d->writePropertyList(u"Manifest.plist"_s, binaryPropertyList(d->manifest));
     d->writePropertyList(u"Status.plist"_s, binaryPropertyList(d->status));
     return d->error.isEmpty();
+}
+
+qint64 BackupWriter::rowCount() const
+{
+    return d->rowCount;
 }
 
 qint64 BackupWriter::fileCount() const

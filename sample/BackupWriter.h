@@ -79,6 +79,9 @@ public:
     //! Writes the property lists and closes the index. \return false when something failed.
     bool finish();
 
+    //! How many rows the index has so far, those of folders among them.
+    qint64 rowCount() const;
+
     //! How many files with content there are so far, and how long they are together.
     qint64 fileCount() const;
     qint64 contentSizeBytes() const;

@@ -40,7 +40,8 @@ QStringList brokenIntoLines(const QString &text, qsizetype width)
 
 QByteArray pdfString(const QString &text)
 {
-    QByteArray bytes = text.toLatin1();
+    // The dash of running text has a place of its own in the font's encoding.
+    QByteArray bytes = QString(text).replace(u'–', QChar(0x96)).toLatin1();
     bytes.replace('\\', "\\\\").replace('(', "\\(").replace(')', "\\)");
     return '(' + bytes + ')';
 }

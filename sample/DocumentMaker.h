@@ -14,8 +14,8 @@ struct DocumentPart
     QByteArray content;
 };
 
-//! A PDF file of one page: \a title, and \a text broken into lines. Characters outside Latin-1
-//! become '?'.
+//! A PDF file of one page: \a title, and \a text broken into lines. Characters outside Latin-1,
+//! but for the dash, become '?'.
 QByteArray pdfDocument(const QString &title, const QString &text);
 
 //! The files that make up an EPUB book, in the order that the format asks for.

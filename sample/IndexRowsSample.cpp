@@ -68,7 +68,8 @@ Row indexRow(Random &random, int index)
 void addIndexRows(BackupWriter &writer, const Options &options)
 {
     Random random(options.seed, "index rows");
-    for (int i = 0; i < options.indexRows; ++i) {
+    const qint64 wanted = writer.rowCount() + options.indexRows;
+    for (int i = 0; writer.rowCount() < wanted && writer.error().isEmpty(); ++i) {
         const Row row = indexRow(random, i);
         FileTraits traits;
         traits.modified = sampleStart().addSecs(random.below(300 * 86400));

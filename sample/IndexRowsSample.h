@@ -7,7 +7,7 @@ namespace Sample {
 
 class BackupWriter;
 
-//! Adds rows without content files, spread over the index as on a phone in long use.
+//! Adds about that many rows, folders among them, as on a phone in long use, but no content files.
 void addIndexRows(BackupWriter &writer, const Options &options);
 
 } // namespace Sample

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 QString inventedPhoneNumber(Random &random)
 {
-    return u"+1555010%1"_s.arg(random.below(100), 2, 10, QLatin1Char('0'));
+    return u"+120255501%1"_s.arg(random.below(100), 2, 10, QLatin1Char('0'));
 }
 
 QString inventedSentence(Random &random)

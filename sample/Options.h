@@ -17,7 +17,7 @@ struct Options
     int ringtones = 3;
     int appDocuments = 12;
     int voicemails = 5;
-    int indexRows = 0; //!< Rows of the index on top, without content files.
+    int indexRows = 0; //!< Rows of the index on top, folders among them, without content files.
     QList<qint64> fileSizesBytes; //!< Of photos and videos, in turn; empty: as they come.
 };
 

@@ -38,7 +38,10 @@ QByteArray Random::bytes(qsizetype sizeBytes)
 
 QString Random::uuid()
 {
-    return QUuid::fromRfc4122(bytes(16)).toString(QUuid::WithoutBraces).toUpper();
+    QByteArray random = bytes(16);
+    random[6] = static_cast<char>((random[6] & 0x0f) | 0x40); // Version 4, variant of the standard.
+    random[8] = static_cast<char>((random[8] & 0x3f) | 0x80);
+    return QUuid::fromRfc4122(random).toString(QUuid::WithoutBraces).toUpper();
 }
 
 } // namespace Sample

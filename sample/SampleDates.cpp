@@ -1,17 +1,15 @@
 #include "sample/SampleDates.h"
 
-#include <QTimeZone>
-
 namespace Sample {
 
 QDateTime sampleStart()
 {
-    return QDateTime(QDate(2023, 6, 17), QTime(8, 15), QTimeZone::utc());
+    return QDateTime(QDate(2023, 6, 17), QTime(8, 15), Qt::UTC);
 }
 
 QDateTime sampleBackupDate()
 {
-    return QDateTime(QDate(2024, 6, 1), QTime(7, 45), QTimeZone::utc());
+    return QDateTime(QDate(2024, 6, 1), QTime(7, 45), Qt::UTC);
 }
 
 double cocoaSeconds(const QDateTime &moment)

@@ -64,9 +64,9 @@ void addVoicemails(BackupWriter &writer, const Options &options)
 
     Random random(options.seed, "voicemail");
     Database database(QString(), kTables);
-    Statement insert =
-        database.prepare("INSERT INTO voicemail VALUES (?,?,?,'Complete',?,?,?,0,?,?,'+15550100',"
-                         "'5B0C1D2E-3F40-4516-A728-394A5B6C7D8E')");
+    Statement insert = database.prepare(
+        "INSERT INTO voicemail VALUES (?,?,?,'Complete',?,?,?,0,?,?,'+12025550100',"
+        "'5B0C1D2E-3F40-4516-A728-394A5B6C7D8E')");
     QByteArray before;
     // The last row's sound was never fetched.
     for (int row = 1; row <= options.voicemails + 1; ++row) {

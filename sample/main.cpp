@@ -32,7 +32,10 @@ void print(std::FILE *stream, const QString &text)
 void addCount(CLI::App &app, const std::string &name, int &count, const std::string &what)
 {
     constexpr int kMost = 10'000'000;
-    app.add_option(name, count, what)->check(CLI::Range(0, kMost))->capture_default_str();
+    app.add_option(name, count, what)
+        ->check(CLI::Range(0, kMost).description(""))
+        ->type_name("N")
+        ->capture_default_str();
 }
 
 bool isNewOrEmpty(const QString &path)
@@ -84,12 +87,14 @@ int main(int argc, char *argv[])
     addCount(app, "--ringtones", options.ringtones, "Ringtones");
     addCount(app, "--app-documents", options.appDocuments, "Documents of apps");
     addCount(app, "--voicemail", options.voicemails, "Voicemail messages");
-    addCount(app, "--index-rows", options.indexRows, "Rows of the index without files, on top");
+    addCount(app, "--index-rows", options.indexRows, "Rows of the index on top, without files");
     app.add_option("--file-size",
                    fileSizesBytes,
                    "Sizes of photos and videos in bytes, in turn; may be repeated")
-        ->check(CLI::Range(1, 1 << 30));
+        ->check(CLI::Range(1, 1 << 30).description(""))
+        ->type_name("BYTES");
     app.add_option("--seed", options.seed, "The same seed makes the same backup, byte for byte")
+        ->type_name("S")
         ->capture_default_str();
     try {
         app.parse(argc, argv);
@@ -119,9 +124,11 @@ int main(int argc, char *argv[])
         return kExitFailed;
     }
     print(stdout,
-          u"Made %1 (seed %2): %3.\n%4 files, %5 bytes."_s.arg(QDir::toNativeSeparators(path))
+          u"Made %1 (seed %2): %3.\n%4 rows in the index, %5 files, %6 bytes."_s
+              .arg(QDir::toNativeSeparators(path))
               .arg(options.seed)
               .arg(summary(options))
+              .arg(writer.rowCount())
               .arg(writer.fileCount())
               .arg(writer.contentSizeBytes()));
     return 0;
