@@ -1,12 +1,5 @@
-#include "sample/AppDocumentSample.h"
 #include "sample/BackupWriter.h"
-#include "sample/BookSample.h"
-#include "sample/CameraRollSample.h"
-#include "sample/IndexRowsSample.h"
-#include "sample/RingtoneSample.h"
-#include "sample/SystemSample.h"
-#include "sample/VoiceMemoSample.h"
-#include "sample/VoicemailSample.h"
+#include "sample/SampleBackup.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -111,14 +104,7 @@ int main(int argc, char *argv[])
     }
 
     Sample::BackupWriter writer(path);
-    Sample::addSystemFiles(writer, options);
-    Sample::addCameraRoll(writer, options);
-    Sample::addVoiceMemos(writer, options);
-    Sample::addBooks(writer, options);
-    Sample::addRingtones(writer, options);
-    Sample::addAppDocuments(writer, options);
-    Sample::addVoicemails(writer, options);
-    Sample::addIndexRows(writer, options);
+    Sample::addSampleContents(writer, options);
     if (!writer.finish()) {
         print(stderr, u"The backup could not be made: %1"_s.arg(writer.error()));
         return kExitFailed;

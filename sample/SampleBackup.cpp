@@ -1,0 +1,26 @@
+#include "sample/SampleBackup.h"
+
+#include "sample/AppDocumentSample.h"
+#include "sample/BookSample.h"
+#include "sample/CameraRollSample.h"
+#include "sample/IndexRowsSample.h"
+#include "sample/RingtoneSample.h"
+#include "sample/SystemSample.h"
+#include "sample/VoiceMemoSample.h"
+#include "sample/VoicemailSample.h"
+
+namespace Sample {
+
+void addSampleContents(BackupWriter &writer, const Options &options)
+{
+    addSystemFiles(writer, options);
+    addCameraRoll(writer, options);
+    addVoiceMemos(writer, options);
+    addBooks(writer, options);
+    addRingtones(writer, options);
+    addAppDocuments(writer, options);
+    addVoicemails(writer, options);
+    addIndexRows(writer, options);
+}
+
+} // namespace Sample
