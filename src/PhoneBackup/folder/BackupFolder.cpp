@@ -1,0 +1,243 @@
+#include "folder/BackupFolder.h"
+
+#include "folder/FolderReader.h"
+#include "platform/Translation_p.h"
+#include "plist/PropertyList.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+using DataExport::tr;
+
+namespace {
+
+// "ab/" and the 40 digits; the flat name is the same from its fourth character on.
+using RelativeName = std::array<char, 44>;
+constexpr std::size_t kFlatOffset = 3;
+
+RelativeName relativeName(const FileIndex::Id &id)
+{
+    static constexpr char kDigits[] = "0123456789abcdef";
+    RelativeName name {};
+    char *digit = name.data() + kFlatOffset;
+    for (const uchar byte : id) {
+        *digit++ = kDigits[byte >> 4];
+        *digit++ = kDigits[byte & 0x0F];
+    }
+    *digit = '\0';
+    name[0] = name[kFlatOffset];
+    name[1] = name[kFlatOffset + 1];
+    name[2] = '/';
+    return name;
+}
+
+bool hasLooseFiles(const QString &path)
+{
+    FolderReader folder(path);
+    for (QByteArray name = folder.next(); !name.isEmpty(); name = folder.next()) {
+        if (name.endsWith(".mddata") || name.endsWith(".mdinfo"))
+            return true;
+    }
+    return false;
+}
+
+QString text(const PropertyList &list, const char *key)
+{
+    const QVariant value = list.value(key);
+    return value.typeId() == QMetaType::QString ? value.toString() : QString();
+}
+
+QString text(const QVariantMap &map, const QString &key)
+{
+    const QVariant value = map.value(key);
+    return value.typeId() == QMetaType::QString ? value.toString() : QString();
+}
+
+QString firstOf(std::initializer_list<QString> candidates)
+{
+    for (const QString &candidate : candidates) {
+        if (!candidate.trimmed().isEmpty())
+            return candidate.trimmed();
+    }
+    return {};
+}
+
+} // namespace
+
+// The open folder, so that a look-up of a content file does not walk the whole path again.
+struct BackupFolder::Handle
+{
+    explicit Handle(const QString &path)
+        : descriptor(::open(QFile::encodeName(path).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC))
+    {
+    }
+    ~Handle()
+    {
+        if (descriptor >= 0)
+            ::close(descriptor);
+    }
+    Handle(const Handle &) = delete;
+    Handle &operator=(const Handle &) = delete;
+
+    bool status(const char *name, struct stat &status) const
+    {
+        return ::fstatat(descriptor, name, &status, AT_SYMLINK_NOFOLLOW) == 0;
+    }
+
+    int descriptor;
+};
+
+Result<IndexKind> BackupFolder::kindOf(const QString &path)
+{
+    struct stat status
+    {
+    };
+    const QByteArray native = QFile::encodeName(path);
+    if (::stat(native.constData(), &status) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            return Error { Fault::NotFound, path, tr("There is no folder “%1”.").arg(path) };
+        return Error { Fault::Io,
+                       path,
+                       tr("“%1” could not be read: %2.").arg(path, qt_error_string(errno)) };
+    }
+    if (!S_ISDIR(status.st_mode)) {
+        return Error { Fault::NotABackup,
+                       path,
+                       tr("“%1” is a file. A phone backup is a folder: name the one that holds "
+                          "“Manifest.db”.")
+                           .arg(path) };
+    }
+    if (::access(native.constData(), X_OK) != 0) {
+        return Error { Fault::Io,
+                       path,
+                       tr("“%1” could not be read: %2.").arg(path, qt_error_string(errno)) };
+    }
+    const QDir dir(path);
+    if (dir.exists(u"Manifest.db"_s))
+        return IndexKind::Database;
+    if (dir.exists(u"Manifest.mbdb"_s))
+        return IndexKind::Records;
+    if (dir.exists(u"Manifest.mbdx"_s) || hasLooseFiles(path))
+        return IndexKind::TooOld;
+    if (dir.exists(u"Manifest.plist"_s)
+        || (dir.exists(u"Info.plist"_s) && dir.exists(u"Status.plist"_s)))
+        return IndexKind::Missing;
+    return IndexKind::None;
+}
+
+Result<BackupFolder> BackupFolder::open(const QString &path)
+{
+    const Result<IndexKind> kind = kindOf(path);
+    if (!kind)
+        return kind.error();
+    if (kind.value() == IndexKind::None) {
+        return Error { Fault::NotABackup,
+                       path,
+                       tr("“%1” is not a phone backup: it holds no “Manifest.db” beside a "
+                          "“Manifest.plist”.")
+                           .arg(path) };
+    }
+    BackupFolder folder(path);
+    if (folder.m_handle->descriptor < 0) {
+        return Error { Fault::Io,
+                       path,
+                       tr("“%1” could not be read: %2.").arg(path, qt_error_string(errno)) };
+    }
+    folder.m_kind = kind.value();
+    folder.readPropertyLists();
+    return folder;
+}
+
+BackupFolder::BackupFolder(const QString &path)
+    : m_handle(std::make_unique<Handle>(path))
+{
+    m_info.path = QDir(path).absolutePath();
+}
+
+BackupFolder::~BackupFolder() = default;
+BackupFolder::BackupFolder(BackupFolder &&other) noexcept = default;
+BackupFolder &BackupFolder::operator=(BackupFolder &&other) noexcept = default;
+
+void BackupFolder::readPropertyLists()
+{
+    const QDir dir(m_info.path);
+    const auto read = [&](const QString &name, const QString &consequence) {
+        Result<PropertyList> list = PropertyList::read(dir.filePath(name));
+        if (list && list.value().isDict())
+            return list.take();
+        const QString what =
+            list ? tr("“%1” is damaged: it is not a dictionary.").arg(name) : list.error().what;
+        m_remarks.append({ name, what + u' ' + consequence });
+        return PropertyList();
+    };
+    const PropertyList manifest =
+        read(u"Manifest.plist"_s, tr("Whether the backup is encrypted is not known."));
+    const PropertyList info =
+        read(u"Info.plist"_s, tr("The device's name and system may not be known."));
+    const PropertyList status =
+        read(u"Status.plist"_s, tr("Whether the backup was completed is not known."));
+    const QVariantMap lockdown = manifest.value("Lockdown").toMap();
+
+    m_manifestReadable = manifest.isDict();
+    m_info.deviceName = firstOf({ text(info, "Device Name"), text(lockdown, u"DeviceName"_s) });
+    m_info.displayName =
+        firstOf({ text(info, "Display Name"), m_info.deviceName, dir.dirName(), m_info.path });
+    m_info.productName = firstOf({ text(info, "Product Name"),
+                                   text(info, "Product Type"),
+                                   text(lockdown, u"ProductType"_s) });
+    m_info.productVersion =
+        firstOf({ text(info, "Product Version"), text(lockdown, u"ProductVersion"_s) });
+    for (const QVariant &date :
+         { info.value("Last Backup Date"), status.value("Date"), manifest.value("Date") }) {
+        if (!m_info.date.isValid() && date.typeId() == QMetaType::QDateTime)
+            m_info.date = date.toDateTime();
+    }
+    m_info.encrypted = manifest.value("IsEncrypted").toBool();
+    const QString state = text(status, "SnapshotState");
+    m_info.finished = state.isEmpty() || state == "finished"_L1;
+}
+
+QString BackupFolder::contentPath(const FileIndex::Id &id) const
+{
+    const RelativeName name = relativeName(id);
+    const char *flat = name.data() + kFlatOffset;
+    struct stat status
+    {
+    };
+    const bool inFolder = m_handle->status(name.data(), status);
+    bool link = inFolder && S_ISLNK(status.st_mode);
+    if (!inFolder || !S_ISREG(status.st_mode)) {
+        if (m_handle->status(flat, status)) {
+            if (S_ISREG(status.st_mode))
+                return m_info.path + u'/' + QLatin1StringView(flat);
+            link = link || S_ISLNK(status.st_mode);
+        }
+    }
+    // What a link points to is no part of the backup.
+    return link ? QString() : m_info.path + u'/' + QLatin1StringView(name.data());
+}
+
+qint64 BackupFolder::contentSize(const FileIndex::Id &id) const
+{
+    const RelativeName name = relativeName(id);
+    struct stat status
+    {
+    };
+    if (m_handle->status(name.data(), status) && S_ISREG(status.st_mode))
+        return status.st_size;
+    if (m_handle->status(name.data() + kFlatOffset, status) && S_ISREG(status.st_mode))
+        return status.st_size;
+    return -1;
+}
+
+} // namespace PhoneBackup

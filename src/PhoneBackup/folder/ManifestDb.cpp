@@ -1,0 +1,139 @@
+#include "folder/ManifestDb.h"
+
+#include "platform/Translation_p.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <limits>
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+using DataExport::tr;
+
+namespace {
+
+constexpr int kRowsBetweenQuestions = 4096;
+
+FileIndex::Kind kindOf(qint64 flags)
+{
+    switch (flags) {
+    case 1:
+        return FileIndex::Kind::File;
+    case 2:
+        return FileIndex::Kind::Folder;
+    case 4:
+        return FileIndex::Kind::Link;
+    default:
+        return FileIndex::Kind::Other;
+    }
+}
+
+QString notReadable(const QString &why)
+{
+    return tr("The index “Manifest.db” is damaged: %1. Copy the backup again from where it was "
+              "made, or make a new one.")
+        .arg(why);
+}
+
+} // namespace
+
+ManifestDb::ManifestDb(Database database)
+    : m_database(std::move(database))
+{
+}
+
+Result<ManifestDb> ManifestDb::open(const DatabaseFiles &files, PrivateFolder &folder)
+{
+    Result<Database> database = Database::open(files, folder);
+    if (!database) {
+        Error error = database.error();
+        if (error.fault == Fault::Corrupt)
+            error.what = notReadable(error.what);
+        return error;
+    }
+    return ManifestDb(database.take());
+}
+
+Result<ManifestDb::Findings> ManifestDb::load(FileIndex &index,
+                                              const std::function<bool()> &keepGoing)
+{
+    // The row number bounds the count of rows, the file's size bounds it if the number lies.
+    if (Result<Statement> last = m_database.prepare(u"SELECT max(rowid) FROM Files"_s);
+        last && last.value().step() == Statement::Step::Row) {
+        constexpr qint64 kSmallestRow = 64;
+        const qint64 bySize = QFileInfo(m_database.path()).size() / kSmallestRow;
+        index.reserve(int(std::clamp<qint64>(last.value().integer(0), 0, bySize)));
+    }
+
+    const QString select =
+        u"SELECT fileID, domain, relativePath, flags, rowid FROM Files WHERE rowid > ?1 "
+        "ORDER BY rowid"_s;
+    Result<Statement> forward = m_database.prepare(select);
+    if (!forward) {
+        return Error { Fault::Corrupt, m_database.path(), notReadable(forward.error().what) };
+    }
+    forward.value().bind(1, std::numeric_limits<qint64>::min());
+    m_lastKey = std::numeric_limits<qint64>::min();
+    Outcome outcome = scan(forward.value(), index, keepGoing);
+    if (outcome == Outcome::Broken) {
+        // A damaged page hides what follows it; the rows behind it are reached from the end.
+        m_findings.damage = m_error;
+        Result<Statement> backward = m_database.prepare(select + " DESC"_L1);
+        if (backward) {
+            backward.value().bind(1, m_lastKey);
+            if (scan(backward.value(), index, keepGoing) == Outcome::Stopped)
+                outcome = Outcome::Stopped;
+        }
+    }
+    if (outcome == Outcome::Stopped)
+        return Error { Fault::Cancelled, m_database.path(), tr("Stopped on request.") };
+    if (index.count() == 0 && outcome == Outcome::Broken)
+        return Error { Fault::Corrupt, m_database.path(), notReadable(m_error) };
+    if (m_findings.damage.isEmpty())
+        m_findings.damage = m_database.damage();
+    index.sort();
+    return m_findings;
+}
+
+ManifestDb::Outcome
+ManifestDb::scan(Statement &query, FileIndex &index, const std::function<bool()> &keepGoing)
+{
+    for (int rows = 0;; ++rows) {
+        if (rows % kRowsBetweenQuestions == 0 && keepGoing && !keepGoing())
+            return Outcome::Stopped;
+        switch (query.step()) {
+        case Statement::Step::Done:
+            return Outcome::Complete;
+        case Statement::Step::Failed:
+            m_error = query.error();
+            return Outcome::Broken;
+        case Statement::Step::Row:
+            break;
+        }
+        const FileIndex::Kind kind = kindOf(query.integer(3));
+        m_lastKey = query.integer(4);
+        if (!index.add(query.bytes(0), query.bytes(1), query.bytes(2), kind, m_lastKey))
+            ++m_findings.unnamed;
+        if (kind == FileIndex::Kind::Other)
+            ++m_findings.unknownKind;
+    }
+}
+
+QByteArray ManifestDb::record(qint64 recordKey)
+{
+    if (!m_recordQuery) {
+        Result<Statement> query = m_database.prepare(u"SELECT file FROM Files WHERE rowid = ?1"_s);
+        if (!query)
+            return {};
+        m_recordQuery = query.take();
+    }
+    m_recordQuery->reset();
+    m_recordQuery->bind(1, recordKey);
+    if (m_recordQuery->step() != Statement::Step::Row)
+        return {};
+    return m_recordQuery->bytes(0).toByteArray();
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,161 @@
+#include "model/Backup.h"
+
+#include "model/DataTypes.h"
+#include "model/OutputNames.h"
+#include "model/Source.h"
+#include "platform/Translation_p.h"
+
+#include <QDir>
+
+#include <algorithm>
+#include <array>
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+using DataExport::tr;
+
+namespace {
+
+constexpr int kWholeBackup = -1;
+constexpr int kOwnerName = 0;
+constexpr qsizetype kMaxOwnerCharacters = 100;
+
+// Names of all data types that there are: a caller may ask for one that is not read here.
+constexpr std::array<const char *, 19> kTypeNames {
+    QT_TRANSLATE_NOOP("DataExport", "Photos"),
+    QT_TRANSLATE_NOOP("DataExport", "Videos"),
+    QT_TRANSLATE_NOOP("DataExport", "Shared Albums"),
+    QT_TRANSLATE_NOOP("DataExport", "Voice Memos"),
+    QT_TRANSLATE_NOOP("DataExport", "Books"),
+    QT_TRANSLATE_NOOP("DataExport", "Ringtones and Music"),
+    QT_TRANSLATE_NOOP("DataExport", "Messages"),
+    QT_TRANSLATE_NOOP("DataExport", "Message Attachments"),
+    QT_TRANSLATE_NOOP("DataExport", "Contacts"),
+    QT_TRANSLATE_NOOP("DataExport", "Notes"),
+    QT_TRANSLATE_NOOP("DataExport", "App Documents"),
+    QT_TRANSLATE_NOOP("DataExport", "WhatsApp"),
+    QT_TRANSLATE_NOOP("DataExport", "WhatsApp Attachments"),
+    QT_TRANSLATE_NOOP("DataExport", "Reminders"),
+    QT_TRANSLATE_NOOP("DataExport", "Calendar"),
+    QT_TRANSLATE_NOOP("DataExport", "Call History"),
+    QT_TRANSLATE_NOOP("DataExport", "Voicemail"),
+    QT_TRANSLATE_NOOP("DataExport", "Safari"),
+    QT_TRANSLATE_NOOP("DataExport", "Note Attachments"),
+};
+
+} // namespace
+
+class Backup::Private
+{
+public:
+    Private(std::unique_ptr<BackupFiles> files, const KeepGoing &keepGoing)
+        : source(std::move(files), keepGoing)
+    {
+    }
+
+    void describeFindings();
+
+    mutable Source source;
+    mutable DataSets sets; // after the source, whose files the sets borrow
+};
+
+void Backup::Private::describeFindings()
+{
+    for (const BackupFolder::Remark &remark : source.files().folder().remarks())
+        source.addProblem({ kWholeBackup, remark.source, remark.what, false });
+    if (!source.files().folder().info().finished) {
+        source.addProblem({ kWholeBackup,
+                            u"Status.plist"_s,
+                            tr("The backup was interrupted before it was complete: files may be "
+                               "missing or older than the rest. Make a new backup if you can."),
+                            false });
+    }
+    const ManifestDb::Findings &findings = source.files().findings();
+    if (!findings.damage.isEmpty()) {
+        source.addProblem({ kWholeBackup,
+                            u"Manifest.db"_s,
+                            tr("The index of the backup is damaged (%1). Files that it no longer "
+                               "names cannot be exported. Copy the backup again from where it was "
+                               "made.")
+                                .arg(findings.damage),
+                            true });
+    }
+    if (findings.unknownKind > 0) {
+        source.addProblem({ kWholeBackup,
+                            u"Manifest.db: flags"_s,
+                            tr("%1 entries of the index are neither file nor folder nor link and "
+                               "are left out.")
+                                .arg(findings.unknownKind),
+                            false });
+    }
+}
+
+Result<std::unique_ptr<Backup>> Backup::open(const QString &path, const KeepGoing &keepGoing)
+{
+    Result<std::unique_ptr<BackupFiles>> files = BackupFiles::open(path, keepGoing);
+    if (!files)
+        return files.error();
+    auto d = std::make_unique<Private>(files.take(), keepGoing);
+    d->describeFindings();
+    return std::unique_ptr<Backup>(new Backup(std::move(d)));
+}
+
+Backup::Backup(std::unique_ptr<Private> d_)
+    : d(std::move(d_))
+{
+}
+
+Backup::~Backup() = default;
+
+const BackupInfo &Backup::info() const
+{
+    return d->source.files().folder().info();
+}
+
+QList<int> Backup::dataTypes()
+{
+    QList<int> codes;
+    for (const DataType &type : dataTypeTable())
+        codes.append(type.code);
+    return codes;
+}
+
+QList<Problem> Backup::problems() const
+{
+    return d->source.problems();
+}
+
+BkData *Backup::getBkData(int code) const
+{
+    const auto known = d->sets.find(code);
+    if (known != d->sets.end())
+        return known->second.get();
+    for (const DataType &type : dataTypeTable()) {
+        if (type.code == code) {
+            type.read(d->source, d->sets);
+            return d->sets[code].get();
+        }
+    }
+    return nullptr;
+}
+
+QString Backup::dataTypeName(int code) const
+{
+    const bool known = code >= 0 && code < int(kTypeNames.size());
+    return known ? tr(kTypeNames[std::size_t(code)]) : QString();
+}
+
+QString Backup::backupProperty(int key) const
+{
+    if (key != kOwnerName)
+        return {};
+    QString name = OutputNames::clean(info().displayName);
+    if (name.size() > kMaxOwnerCharacters) {
+        const bool insidePair = name[kMaxOwnerCharacters - 1].isHighSurrogate();
+        name = OutputNames::clean(name.first(kMaxOwnerCharacters - (insidePair ? 1 : 0)));
+    }
+    return name;
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,117 @@
+#include "model/Source.h"
+
+#include "model/PathParts.h"
+#include "platform/Translation_p.h"
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+using DataExport::tr;
+
+namespace {
+
+constexpr int kCallsBetweenQuestions = 4096;
+constexpr qint64 kMaxPropertyListBytes = qint64(64) << 20;
+
+} // namespace
+
+Source::Source(std::unique_ptr<BackupFiles> files, Backup::KeepGoing keepGoing)
+    : m_files(std::move(files))
+    , m_keepGoing(std::move(keepGoing))
+{
+}
+
+void Source::addProblem(const Problem &problem)
+{
+    const QString key = QString::number(problem.dataType) + u' ' + problem.source;
+    if (m_known.contains(key))
+        return;
+    m_known.insert(key);
+    m_problems.append(problem);
+}
+
+bool Source::keepGoing()
+{
+    if (!m_stopped && m_keepGoing && ++m_questions % kCallsBetweenQuestions == 0)
+        m_stopped = !m_keepGoing();
+    return !m_stopped;
+}
+
+std::optional<Database>
+Source::openDatabase(int dataType, QByteArrayView domain, const QString &path)
+{
+    Result<Database> database = m_files->openDatabase(domain, path);
+    if (!database) {
+        if (database.error().fault != Fault::NotFound) {
+            addProblem({ dataType,
+                         PathParts::text(domain) + u'/' + path,
+                         database.error().what + u' '
+                             + tr("The files that it tells of are exported all the same."),
+                         false });
+        }
+        return std::nullopt;
+    }
+    if (database.value().isDamaged())
+        addDatabaseProblem(dataType, database.value(), database.value().damage());
+    return database.take();
+}
+
+bool Source::query(int dataType,
+                   const Database &database,
+                   const QString &sql,
+                   const std::function<void(const Statement &)> &row)
+{
+    Result<Statement> statement = database.prepare(sql);
+    if (!statement) {
+        addDatabaseProblem(dataType, database, statement.error().what);
+        return false;
+    }
+    for (;;) {
+        switch (statement.value().step()) {
+        case Statement::Step::Row:
+            row(statement.value());
+            if (!keepGoing())
+                return false;
+            break;
+        case Statement::Step::Done:
+            return !database.isDamaged();
+        case Statement::Step::Failed:
+            addDatabaseProblem(
+                dataType, database, tr("It is damaged: %1.").arg(statement.value().error()));
+            return false;
+        }
+    }
+}
+
+void Source::addDatabaseProblem(int dataType, const Database &database, const QString &why)
+{
+    addProblem({ dataType,
+                 database.name(),
+                 why + u' '
+                     + tr("Names, dates and deleted marks that it holds may be missing; the files "
+                          "themselves are exported."),
+                 false });
+}
+
+PropertyList Source::propertyList(int dataType, QByteArrayView domain, const QString &path)
+{
+    const FileIndex::Row row = m_files->findFile(domain, path);
+    if (row == FileIndex::kNone)
+        return {};
+    PropertyList list = PropertyList::parse(m_files->content(row, kMaxPropertyListBytes));
+    if (!list.isDict()) {
+        addProblem({ dataType,
+                     m_files->place(row),
+                     tr("The property list is damaged or missing. Files are exported under the "
+                        "names that they have on the phone."),
+                     false });
+    }
+    return list;
+}
+
+QString columnOrNull(const QStringList &columns, const QString &column)
+{
+    return columns.contains(column, Qt::CaseInsensitive) ? column : u"NULL"_s;
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,70 @@
+#ifndef PHONEBACKUP_MODEL_SOURCE_H
+#define PHONEBACKUP_MODEL_SOURCE_H
+
+#include "folder/BackupFiles.h"
+#include "model/Backup.h"
+#include "plist/PropertyList.h"
+
+#include <QSet>
+
+#include <functional>
+#include <optional>
+
+namespace PhoneBackup {
+
+/*!
+    \brief What the readers of the data types share: the backup's files, and a place to say what
+    could not be read.
+*/
+class Source
+{
+public:
+    Source(std::unique_ptr<BackupFiles> files, Backup::KeepGoing keepGoing);
+
+    BackupFiles &files() { return *m_files; }
+    const FileIndex &index() const { return m_files->index(); }
+    const QList<Problem> &problems() const { return m_problems; }
+
+    //! Remembers \a problem, once for each data type and source.
+    void addProblem(const Problem &problem);
+
+    //! Asks, at most every few thousand calls, whether to go on. False once and for all.
+    bool keepGoing();
+
+    /*!
+        The database at this place. None when the backup has none, and when it cannot be read; the
+        latter and a damaged one are a problem of \a dataType: what its rows tell is missing, the
+        files are not.
+    */
+    std::optional<Database> openDatabase(int dataType, QByteArrayView domain, const QString &path);
+
+    /*!
+        Calls \a row for each row of \a sql. \return false when it could not be read to its end,
+        which is then a problem of \a dataType.
+    */
+    bool query(int dataType,
+               const Database &database,
+               const QString &sql,
+               const std::function<void(const Statement &)> &row);
+
+    //! Says that \a database could not be used for \a dataType, and why.
+    void addDatabaseProblem(int dataType, const Database &database, const QString &why);
+
+    //! The property list at this place; a damaged one is a problem of \a dataType.
+    PropertyList propertyList(int dataType, QByteArrayView domain, const QString &path);
+
+private:
+    std::unique_ptr<BackupFiles> m_files;
+    Backup::KeepGoing m_keepGoing;
+    QList<Problem> m_problems;
+    QSet<QString> m_known;
+    int m_questions = 0;
+    bool m_stopped = false;
+};
+
+//! \a column when \a columns has it, else "NULL": what a query asks for in its place.
+QString columnOrNull(const QStringList &columns, const QString &column);
+
+} // namespace PhoneBackup
+
+#endif

@@ -1,0 +1,229 @@
+#include "sqlite/Database.h"
+
+#include "folder/PrivateFolder.h"
+#include "platform/CCommonUtils.h"
+#include "platform/Translation_p.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QUrl>
+
+#include <sqlite3.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <utility>
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+using DataExport::tr;
+
+namespace {
+
+constexpr int kMaxValueBytes = 256 << 20;
+
+// What SQLite opens for reading keeps its access time, as all else that is read of a backup.
+int openQuietly(const char *path, int flags, int mode)
+{
+    if ((flags & O_ACCMODE) == O_RDONLY) {
+        const int descriptor = ::open(path, flags | O_NOATIME, mode);
+        if (descriptor >= 0 || errno != EPERM)
+            return descriptor;
+    }
+    return ::open(path, flags, mode);
+}
+
+void installQuietOpen()
+{
+    static const bool installed = [] {
+        sqlite3_initialize();
+        sqlite3_vfs *vfs = sqlite3_vfs_find(nullptr);
+        return vfs && vfs->iVersion >= 3 && vfs->xSetSystemCall
+            && vfs->xSetSystemCall(vfs, "open", reinterpret_cast<sqlite3_syscall_ptr>(&openQuietly))
+            == SQLITE_OK;
+    }();
+    Q_UNUSED(installed)
+}
+
+// A journal that ends with the name of another one belongs to a commit over several databases; as
+// that other file is not in a backup, the commit was completed and the journal is void. SQLite
+// would go and look for the file under that name, wherever it points to.
+bool namesAnotherJournal(const QString &path)
+{
+    static const QByteArray kMagic = QByteArray::fromHex("d9d505f920a163d7");
+    QFile journal(path);
+    if (!CCommonUtils::openForReading(journal))
+        return true; // what cannot be read is of no use
+    return journal.size() >= kMagic.size() && journal.seek(journal.size() - kMagic.size())
+        && journal.read(kMagic.size()) == kMagic;
+}
+
+} // namespace
+
+Database::Database(const DatabaseFiles &files)
+    : m_files(files)
+{
+}
+
+Database::~Database() = default;
+Database::Database(Database &&other) noexcept = default;
+Database &Database::operator=(Database &&other) noexcept = default;
+
+Result<Database> Database::open(const DatabaseFiles &files, PrivateFolder &folder)
+{
+    installQuietOpen();
+    Database database(files);
+    if (!QFileInfo(files.journalPath).size() || namesAnotherJournal(files.journalPath))
+        database.m_files.journalPath.clear();
+    if (!QFileInfo(files.walPath).size())
+        database.m_files.walPath.clear();
+    const bool hasCompanion =
+        !database.m_files.journalPath.isEmpty() || !database.m_files.walPath.isEmpty();
+
+    if (hasCompanion) {
+        Error error {};
+        if (database.copyAndConnect(folder, false, error))
+            return database;
+        if (!error.what.isEmpty())
+            return error;
+    }
+    if (database.connect(files.path, Access::Immutable, false)) {
+        if (hasCompanion) {
+            database.m_damage =
+                tr("The newest changes of “%1” are damaged and could not be read.").arg(files.name);
+        }
+        return database;
+    }
+    const Error whole = database.lastError();
+    if (whole.fault != Fault::Corrupt)
+        return whole;
+    // SQLite refuses a database that is shorter than its header says, and one with a damaged
+    // table definition, unless it is told that the schema is being repaired.
+    Error ignored {};
+    if ((hasCompanion && database.copyAndConnect(folder, true, ignored))
+        || database.connect(files.path, Access::Immutable, true)) {
+        database.m_damage = whole.what;
+        return database;
+    }
+    return whole;
+}
+
+bool Database::copyAndConnect(PrivateFolder &folder, bool salvage, Error &error)
+{
+    const Result<QString> place = folder.newSubFolder();
+    if (!place) {
+        error = place.error();
+        return false;
+    }
+    const QString copy = place.value() + "/copy.db"_L1;
+    const std::array<std::pair<QString, QString>, 3> files { {
+        { m_files.path, copy },
+        { m_files.walPath, copy + "-wal"_L1 },
+        { m_files.journalPath, copy + "-journal"_L1 },
+    } };
+    for (const auto &[source, target] : files) {
+        if (source.isEmpty())
+            continue;
+        const Result<> copied = PrivateFolder::copy(source, target);
+        if (!copied) {
+            error = copied.error();
+            return false;
+        }
+    }
+    return connect(copy, Access::Copy, salvage);
+}
+
+bool Database::connect(const QString &path, Access access, bool salvage)
+{
+    // A roll-back writes, if only into the copy.
+    const bool writes = access == Access::Copy && !m_files.journalPath.isEmpty();
+    QByteArray uri = "file:" + QUrl::toPercentEncoding(path, "/");
+    uri += writes ? "?mode=rw" : access == Access::Copy ? "?mode=ro" : "?mode=ro&immutable=1";
+    const int flags = SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_PRIVATECACHE
+        | (writes ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY);
+
+    sqlite3 *database = nullptr;
+    m_code = sqlite3_open_v2(uri.constData(), &database, flags, nullptr);
+    m_database.reset(database);
+    if (m_code == SQLITE_OK) {
+        sqlite3_limit(database, SQLITE_LIMIT_LENGTH, kMaxValueBytes);
+        sqlite3_limit(database, SQLITE_LIMIT_ATTACHED, 0);
+        sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
+        QByteArray setup = "PRAGMA trusted_schema=0; PRAGMA cell_size_check=1;";
+        if (salvage)
+            setup += "PRAGMA writable_schema=1;";
+        // The first look at the schema is what rolls a journal back: only then no more writing.
+        setup += "SELECT count(*) FROM sqlite_master; PRAGMA query_only=1;";
+        m_code = sqlite3_exec(database, setup.constData(), nullptr, nullptr, nullptr);
+    }
+    if (m_code == SQLITE_OK)
+        return true;
+    m_message = QString::fromUtf8(database ? sqlite3_errmsg(database) : sqlite3_errstr(m_code));
+    return false;
+}
+
+Error Database::lastError() const
+{
+    switch (m_code & 0xFF) {
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+    case SQLITE_IOERR:
+    case SQLITE_AUTH:
+    case SQLITE_NOMEM:
+    case SQLITE_FULL:
+        return Error { Fault::Io,
+                       m_files.path,
+                       tr("The database “%1” could not be opened: %2. Check that you may read it.")
+                           .arg(m_files.name, m_message) };
+    default:
+        return Error { Fault::Corrupt,
+                       m_files.path,
+                       tr("The database “%1” is damaged: %2.").arg(m_files.name, m_message) };
+    }
+}
+
+Result<Statement> Database::prepare(const QString &sql) const
+{
+    const QByteArray utf8 = sql.toUtf8();
+    sqlite3_stmt *statement = nullptr;
+    const int code = sqlite3_prepare_v2(
+        m_database.get(), utf8.constData(), int(utf8.size()), &statement, nullptr);
+    if (code == SQLITE_OK && statement)
+        return Statement(statement);
+    return Error { Fault::Corrupt,
+                   m_files.path,
+                   tr("The database “%1” could not be asked: %2.")
+                       .arg(m_files.name, QString::fromUtf8(sqlite3_errmsg(m_database.get()))) };
+}
+
+bool Database::hasTable(const QString &name) const
+{
+    Result<Statement> query = prepare(u"SELECT 1 FROM sqlite_master WHERE type = 'table' AND "
+                                      "rootpage > 0 AND name = ?1 COLLATE NOCASE"_s);
+    if (!query)
+        return false;
+    query.value().bind(1, name);
+    return query.value().step() == Statement::Step::Row;
+}
+
+QStringList Database::columns(const QString &table) const
+{
+    QStringList names;
+    if (!hasTable(table))
+        return names;
+    Result<Statement> query = prepare(u"SELECT name FROM pragma_table_info(?1)"_s);
+    if (!query)
+        return names;
+    query.value().bind(1, table);
+    while (query.value().step() == Statement::Step::Row)
+        names.append(query.value().text(0));
+    return names;
+}
+
+void Database::Close::operator()(sqlite3 *database) const
+{
+    sqlite3_close_v2(database);
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,82 @@
+#ifndef PHONEBACKUP_SQLITE_DATABASE_H
+#define PHONEBACKUP_SQLITE_DATABASE_H
+
+#include "folder/Result.h"
+#include "sqlite/Statement.h"
+
+#include <QStringList>
+
+#include <memory>
+
+struct sqlite3;
+
+namespace PhoneBackup {
+
+class PrivateFolder;
+
+//! Where a database and what SQLite kept beside it lie on disk; name is what a person calls it.
+struct DatabaseFiles
+{
+    QString name;
+    QString path;
+    QString walPath; //!< Write-ahead log, empty when there is none.
+    QString journalPath; //!< Roll-back journal, likewise.
+};
+
+/*!
+    \brief A database of the backup, for reading only. Knows no schema.
+
+    With a log or a journal beside it, a copy of all of them in the private folder is opened, so
+    that the newest rows are seen and a half transaction is rolled back. Otherwise the file itself
+    is opened as one that does not change, which leaves no trace.
+
+    A damaged database opens as far as it can be read; isDamaged() tells. The private folder must
+    outlive this object.
+*/
+class Database
+{
+public:
+    static Result<Database> open(const DatabaseFiles &files, PrivateFolder &folder);
+
+    ~Database();
+    Database(Database &&other) noexcept;
+    Database &operator=(Database &&other) noexcept;
+
+    //! Whether something of the database could not be used; damage() says what, for a person.
+    bool isDamaged() const { return !m_damage.isEmpty(); }
+    QString damage() const { return m_damage; }
+
+    //! Prepares \a sql, one statement.
+    Result<Statement> prepare(const QString &sql) const;
+
+    //! Whether there is an ordinary table \a name (case does not matter); views do not count.
+    bool hasTable(const QString &name) const;
+
+    //! Names of the columns of \a table, empty when there is no such table.
+    QStringList columns(const QString &table) const;
+
+    QString name() const { return m_files.name; }
+    QString path() const { return m_files.path; }
+
+private:
+    struct Close
+    {
+        void operator()(sqlite3 *database) const;
+    };
+    enum class Access { Immutable, Copy };
+
+    explicit Database(const DatabaseFiles &files);
+    bool connect(const QString &path, Access access, bool salvage);
+    bool copyAndConnect(PrivateFolder &folder, bool salvage, Error &error);
+    Error lastError() const;
+
+    DatabaseFiles m_files;
+    std::unique_ptr<sqlite3, Close> m_database;
+    int m_code = 0;
+    QString m_message;
+    QString m_damage;
+};
+
+} // namespace PhoneBackup
+
+#endif
