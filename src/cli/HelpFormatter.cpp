@@ -77,7 +77,7 @@ Examples:
 Exit codes:
     0  complete
     1  failed
-    2  wrong use: options, an OUTPUT that is not empty, several backups to choose from
+    2  wrong use: an unknown option, OUTPUT not empty, several backups there
     3  done, but some items could not be exported; they stand in export-report.csv
    10  no backup there, or not readable
    12  the output cannot be written

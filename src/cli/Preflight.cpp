@@ -73,17 +73,30 @@ Failure inside(const QString &output)
              u"Choose a folder outside of it."_s };
 }
 
+// Hidden files and dead links, too.
+constexpr QDir::Filters kEverything =
+    QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System;
+
 // An export writes at most one group's folder and one page's image folder below a type's folder.
 constexpr int kOutputDepth = 3;
 
+// Where a chain of links ends, be anything there or not.
+QString linkTarget(QFileInfo link)
+{
+    constexpr int kLongestChain = 40;
+    for (int i = 0; i < kLongestChain && link.isSymLink(); ++i)
+        link.setFile(link.symLinkTarget());
+    return link.filePath();
+}
+
 QString linkInto(const QString &folder, const QString &backup, int depth)
 {
-    QDirIterator entries(folder, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
+    QDirIterator entries(folder, kEverything);
     while (entries.hasNext()) {
         entries.next();
         const QFileInfo entry = entries.fileInfo();
         if (entry.isSymLink()) {
-            if (isInside(entry.filePath(), backup))
+            if (isInside(linkTarget(entry), backup))
                 return entry.filePath();
         } else if (entry.isDir() && depth > 1) {
             const QString found = linkInto(entry.filePath(), backup, depth - 1);
@@ -126,9 +139,7 @@ std::optional<Failure> checkOutput(const QString &output, const QString &backup,
                          u"OUTPUT “%1” is a file, not a folder."_s.arg(output),
                          {},
                          u"Choose a new or an empty folder."_s };
-    if (info.isDir() && !intoExisting
-        && !QDir(output).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden
-                                 | QDir::System))
+    if (info.isDir() && !intoExisting && !QDir(output).isEmpty(kEverything))
         return Failure { ExitCode::Usage,
                          u"OUTPUT “%1” is not empty."_s.arg(output),
                          {},

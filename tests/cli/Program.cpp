@@ -1,0 +1,74 @@
+#include "cli/Program.h"
+
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <linux/capability.h>
+#include <sys/prctl.h>
+
+using namespace Qt::StringLiterals;
+
+namespace CliTest {
+
+namespace {
+
+constexpr int kPatienceMs = 120000;
+
+} // namespace
+
+QJsonObject Result::json() const
+{
+    return QJsonDocument::fromJson(out).object();
+}
+
+void prepare(QProcess &process, const QStringList &arguments, const ChildSetup &setup)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    environment.insert(u"TZ"_s, u"UTC"_s);
+    environment.insert(u"TERM"_s, u"xterm"_s);
+    process.setProcessEnvironment(environment);
+    process.setProgram(QStringLiteral(DATAEXPORT_PROGRAM));
+    process.setArguments(arguments);
+    if (setup)
+        process.setChildProcessModifier(setup);
+}
+
+Result finish(QProcess &process)
+{
+    Result result;
+    if (!process.waitForFinished(kPatienceMs)) {
+        process.kill();
+        process.waitForFinished();
+    } else if (process.exitStatus() == QProcess::NormalExit) {
+        result.exitCode = process.exitCode();
+    }
+    result.out = process.readAllStandardOutput();
+    result.err = process.readAllStandardError();
+    return result;
+}
+
+Result run(const QStringList &arguments, const ChildSetup &setup)
+{
+    QProcess process;
+    prepare(process, arguments, setup);
+    process.start();
+    return finish(process);
+}
+
+void obeyFileModes()
+{
+    // The program starts without them; for anybody but root they were not there anyway.
+    ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE, 0, 0, 0);
+    ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH, 0, 0, 0);
+}
+
+bool hasControlBytes(const QByteArray &text)
+{
+    const QString decoded = QString::fromUtf8(text);
+    return std::any_of(decoded.begin(), decoded.end(), [](QChar c) {
+        return c != u'\n' && c.category() == QChar::Other_Control;
+    });
+}
+
+} // namespace CliTest

@@ -1,0 +1,196 @@
+#include "cli/Program.h"
+#include "cli/UsualBackup.h"
+#include "support/Files.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <functional>
+
+using namespace CliTest;
+using namespace Qt::StringLiterals;
+
+using Spoil = std::function<void(const QString &root)>;
+Q_DECLARE_METATYPE(Spoil)
+
+namespace {
+
+void remove(const QString &path)
+{
+    QFile::remove(path);
+}
+
+void truncate(const QString &path, qint64 size)
+{
+    QFile::resize(path, size);
+}
+
+Spoil rewrite(const QString &name, const QByteArray &content)
+{
+    return [=](const QString &root) { Files::write(root + u'/' + name, content); };
+}
+
+} // namespace
+
+//! Folders that are no backup, or a broken one: each has its message and its exit code.
+class tst_BadBackup : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void refusesWhatIsNoBackup_data();
+    void refusesWhatIsNoBackup();
+    void exportsInSpiteOf_data();
+    void exportsInSpiteOf();
+    void survivesAnIndexCutAnywhere_data();
+    void survivesAnIndexCutAnywhere();
+    void warnsOfAnInterruptedBackup();
+    void refusesAnEncryptedBackup();
+};
+
+void tst_BadBackup::refusesWhatIsNoBackup_data()
+{
+    QTest::addColumn<Spoil>("spoil");
+    QTest::addColumn<QString>("named");
+
+    QTest::newRow("nothing there")
+        << Spoil([](const QString &root) { QDir(root).removeRecursively(); }) << u"backup"_s;
+    QTest::newRow("an empty folder") << Spoil([](const QString &root) {
+        QDir(root).removeRecursively();
+        QDir().mkpath(root);
+    }) << u"backup"_s;
+    QTest::newRow("a file") << Spoil([](const QString &root) {
+        QDir(root).removeRecursively();
+        Files::write(root, "hello");
+    }) << u"backup"_s;
+    QTest::newRow("a folder of pictures") << Spoil([](const QString &root) {
+        QDir(root).removeRecursively();
+        Files::write(root + u"/IMG_0001.JPG"_s, "hello");
+    }) << u"backup"_s;
+    QTest::newRow("no index") << Spoil([](const QString &root) {
+        remove(root + u"/Manifest.db"_s);
+    }) << u"Manifest.db"_s;
+    QTest::newRow("empty index") << rewrite(u"Manifest.db"_s, {}) << u"Manifest.db"_s;
+    QTest::newRow("garbage for an index")
+        << rewrite(u"Manifest.db"_s, noise(1, 20000)) << u"Manifest.db"_s;
+    QTest::newRow("another file for an index")
+        << rewrite(u"Manifest.db"_s, "PK\3\4 something else") << u"Manifest.db"_s;
+}
+
+void tst_BadBackup::refusesWhatIsNoBackup()
+{
+    QFETCH(Spoil, spoil);
+    QFETCH(QString, named);
+    QTemporaryDir dir;
+    const QString root = dir.filePath(u"backup"_s);
+    QVERIFY(!writeUsualBackup(root).isEmpty());
+    spoil(root);
+
+    for (const QStringList &arguments : { QStringList { u"--json"_s, root, dir.filePath(u"out"_s) },
+                                          QStringList { u"--json"_s, u"--list"_s, root } }) {
+        const Result result = run(arguments);
+        QCOMPARE(result.exitCode, 10);
+        QVERIFY2(result.err.startsWith("Error: "), result.err.constData());
+        QVERIFY2(result.err.contains(named.toUtf8()), result.err.constData());
+        QCOMPARE(result.json().value(u"status"_s).toString(), u"no-backup"_s);
+        QVERIFY(!QFileInfo::exists(dir.filePath(u"out"_s)));
+    }
+}
+
+void tst_BadBackup::exportsInSpiteOf_data()
+{
+    QTest::addColumn<Spoil>("spoil");
+
+    const QByteArray wrongShape =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<plist version=\"1.0\"><array><string>x</string></array></plist>";
+    const QByteArray wrongTypes =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
+        "<key>Display Name</key><integer>7</integer><key>IsEncrypted</key><integer>0</integer>"
+        "<key>Lockdown</key><array/><key>SnapshotState</key><dict/><key>Date</key><true/>"
+        "</dict></plist>";
+    for (const char *name : { "Info.plist", "Status.plist" }) {
+        const QString file = QString::fromLatin1(name);
+        QTest::addRow("no %s", name)
+            << Spoil([file](const QString &root) { remove(root + u'/' + file); });
+        QTest::addRow("empty %s", name) << rewrite(file, {});
+        QTest::addRow("garbage %s", name) << rewrite(file, noise(2, 3000));
+        QTest::addRow("%s that is a list", name) << rewrite(file, wrongShape);
+        QTest::addRow("%s with wrong types", name) << rewrite(file, wrongTypes);
+    }
+    QTest::newRow("Manifest.plist that is a list") << rewrite(u"Manifest.plist"_s, wrongShape);
+    QTest::newRow("Manifest.plist with wrong types") << rewrite(u"Manifest.plist"_s, wrongTypes);
+}
+
+void tst_BadBackup::exportsInSpiteOf()
+{
+    QFETCH(Spoil, spoil);
+    QTemporaryDir dir;
+    const QString root = dir.filePath(u"backup"_s);
+    const QString output = dir.filePath(u"out"_s);
+    const ExpectedFiles expected = writeUsualBackup(root);
+    spoil(root);
+
+    const Result result = run({ root, output });
+    QVERIFY2(result.exitCode == 0 || result.exitCode == 3, result.err.constData());
+    ExpectedFiles found = filesBelow(output);
+    found.remove(u"export-report.csv"_s);
+    QCOMPARE(difference(found, expected), QString());
+}
+
+void tst_BadBackup::survivesAnIndexCutAnywhere_data()
+{
+    QTest::addColumn<int>("tenths");
+    for (int tenths = 0; tenths < 10; ++tenths)
+        QTest::addRow("%d tenths of it", tenths) << tenths;
+}
+
+void tst_BadBackup::survivesAnIndexCutAnywhere()
+{
+    QFETCH(int, tenths);
+    QTemporaryDir dir;
+    const QString root = dir.filePath(u"backup"_s);
+    QVERIFY(!writeUsualBackup(root).isEmpty());
+    const QString index = root + u"/Manifest.db"_s;
+    truncate(index, QFileInfo(index).size() * tenths / 10 + 7);
+
+    const Result result = run({ root, dir.filePath(u"out"_s) });
+    // What can be read may be exported, but never as if it were all.
+    QVERIFY2(result.exitCode == 10 || result.exitCode == 3, result.err.constData());
+    QVERIFY2(result.err.contains("Manifest.db"), result.err.constData());
+}
+
+void tst_BadBackup::warnsOfAnInterruptedBackup()
+{
+    QTemporaryDir dir;
+    Sample::BackupWriter writer(dir.filePath(u"backup"_s));
+    writer.setStatus(u"SnapshotState"_s, u"uploading"_s);
+    const ExpectedFiles expected = addUsualFiles(writer);
+    QVERIFY(writer.finish());
+
+    const Result result = run({ u"--quiet"_s, dir.filePath(u"backup"_s), dir.filePath(u"out"_s) });
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.err.count("Warning: "), 1);
+    QVERIFY2(result.err.contains("interrupted") || result.err.contains("not finished"),
+             result.err.constData());
+    QCOMPARE(difference(filesBelow(dir.filePath(u"out"_s)), expected), QString());
+}
+
+void tst_BadBackup::refusesAnEncryptedBackup()
+{
+    QTemporaryDir dir;
+    Sample::BackupWriter writer(dir.filePath(u"backup"_s));
+    writer.setManifest(u"IsEncrypted"_s, true);
+    addUsualFiles(writer);
+    QVERIFY(writer.finish());
+    // Nobody can tell a page of it from noise.
+    QVERIFY(Files::write(dir.filePath(u"backup/Manifest.db"_s), noise(3, 40960)));
+
+    const Result result = run({ dir.filePath(u"backup"_s), dir.filePath(u"out"_s) });
+    QCOMPARE(result.exitCode, 10);
+    QVERIFY2(result.err.contains("encrypted"), result.err.constData());
+    QVERIFY(!QFileInfo::exists(dir.filePath(u"out"_s)));
+}
+
+QTEST_GUILESS_MAIN(tst_BadBackup)
+#include "tst_BadBackup.moc"
