@@ -328,8 +328,13 @@ void tst_CSMSTranslate::failsWhenTheCsvFileCannotBeMade()
             Files::write(folder, "in the way");
         }
     };
-    QVERIFY(!CBackupExporter::exportSMS(&data, dir(), u"Ann"_s, u"SMS"_s, &progress, nullptr));
+    RecordingReport report;
+    CBackupExporter exporter;
+    exporter.setReport(&report);
+    QVERIFY(!CBackupExporter::exportSMS(&data, dir(), u"Ann"_s, u"SMS"_s, &progress, &exporter));
     QCOMPARE(Files::read(folder), "in the way");
+    QCOMPARE(report.failures.size(), 1);
+    QCOMPARE(report.failures.first().item, QString()); // the data type as a whole
 }
 
 QTEST_APPLESS_MAIN(tst_CSMSTranslate)
