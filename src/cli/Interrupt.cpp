@@ -7,11 +7,11 @@ namespace Cli::Interrupt {
 
 namespace {
 
-volatile std::sig_atomic_t g_requested = 0;
+volatile std::sig_atomic_t stopRequested = 0;
 
 void noteSignal(int /*number*/)
 {
-    g_requested = 1;
+    stopRequested = 1;
 }
 
 } // namespace
@@ -32,7 +32,7 @@ void install()
 
 bool requested()
 {
-    return g_requested != 0;
+    return stopRequested != 0;
 }
 
 } // namespace Cli::Interrupt
