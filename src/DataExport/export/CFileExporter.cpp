@@ -3,41 +3,93 @@
 #include "export/CUtils.h"
 #include "platform/CCommonUtils.h"
 #include "platform/CIProgressCallback.h"
+#include "platform/NativeFile_p.h"
 #include "platform/Translation_p.h"
 
 #include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
 
 using DataExport::tr;
 
 namespace {
 
-constexpr qint64 kChunk = 16384;
+constexpr int kChunk = 16384;
 
-// Unbuffered, so that a full disk shows at the write that meets it; new, so that nothing is
-// replaced.
-constexpr QIODevice::OpenMode kTargetMode =
-    QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered;
-
-QString notWritten(const QFile &target)
+// The two parts of the name that an item's file gets, without what makes it free.
+struct OutputName
 {
-    return tr("It could not be written to “%1”: %2.").arg(target.fileName(), target.errorString());
+    explicit OutputName(const QString &itemName)
+    {
+        const QString safe = CUtils::safeFileName(itemName);
+        const auto dot = safe.lastIndexOf(QLatin1Char('.'));
+        base = dot < 0 ? safe : safe.left(dot);
+        if (dot >= 0 && dot + 1 < safe.size())
+            extension = safe.mid(dot);
+        while (base.startsWith(QLatin1Char('.')))
+            base.remove(0, 1);
+        if (base.isEmpty() && extension.isEmpty())
+            base = QStringLiteral("_");
+    }
+
+    QString base;
+    QString extension; // with its dot
+};
+
+QString unreadable(const NativeFile &source)
+{
+    return source.error() == ENOENT
+        ? tr("Its file is missing.")
+        : tr("Its file could not be read: %1.").arg(source.errorString());
 }
 
-// Dates and closes what was written; the last errors of a network disk come when a file is closed.
-bool complete(QFile &target, const QDateTime &date)
+// A file being written, which goes away again unless it is completed.
+class Target
 {
-    if (date.isValid())
-        target.setFileTime(date, QFileDevice::FileModificationTime);
-    target.unsetError(); // a file system without such dates is no reason to lose the file
-    target.close();
-    return target.error() == QFileDevice::NoError;
-}
+public:
+    Target(const QDir &folder, const QString &itemName)
+    {
+        // Most names are free: to ask before would cost every file a look at the disk.
+        const OutputName name(itemName);
+        m_path = folder.absoluteFilePath(name.base + name.extension);
+        m_created = m_file.create(m_path);
+        if (!m_created && m_file.error() == EEXIST) {
+            m_path = CCommonUtils::uniqFileName(folder, name.base, name.extension);
+            m_created = m_file.create(m_path);
+        }
+    }
+    ~Target()
+    {
+        m_file.close();
+        if (m_created && !m_completed)
+            QFile::remove(m_path);
+    }
+    Target(const Target &) = delete;
+    Target &operator=(const Target &) = delete;
 
-void discard(QFile &target)
-{
-    target.close();
-    target.remove();
-}
+    bool isOpen() const { return m_created; }
+    bool write(const char *data, qint64 size) { return m_file.write(data, size); }
+
+    // The last errors of a network disk come when a file is closed.
+    bool complete(const QDateTime &date)
+    {
+        if (date.isValid())
+            m_file.setModified(date);
+        m_completed = m_file.close();
+        return m_completed;
+    }
+    QString reason() const
+    {
+        return tr("It could not be written to “%1”: %2.").arg(m_path, m_file.errorString());
+    }
+
+private:
+    NativeFile m_file;
+    QString m_path;
+    bool m_created = false;
+    bool m_completed = false;
+};
 
 } // namespace
 
@@ -47,44 +99,27 @@ CFileExporter::~CFileExporter() = default;
 
 bool CFileExporter::exportData(const QString &srcPath, const QString &name)
 {
-    QFile target(makeOutputFileName(name));
-    QFile source(srcPath);
-    QString why;
-    if (!CCommonUtils::openForReading(source, &why)) {
-        return fail(name,
-                    CIExportReport::Cause::Source,
-                    source.exists() ? tr("Its file could not be read: %1.").arg(why)
-                                    : tr("Its file is missing."));
-    }
-    if (!target.open(kTargetMode))
-        return fail(name, CIExportReport::Cause::Target, notWritten(target));
+    NativeFile source;
+    if (!source.openForReading(srcPath))
+        return fail(name, CIExportReport::Cause::Source, unreadable(source));
+    Target target(m_curDir, name);
+    if (!target.isOpen())
+        return fail(name, CIExportReport::Cause::Target, target.reason());
 
     char chunk[kChunk];
     for (;;) {
         const qint64 count = source.read(chunk, kChunk);
-        if (count < 0) {
-            discard(target);
-            return fail(name,
-                        CIExportReport::Cause::Source,
-                        tr("Its file could not be read: %1.").arg(source.errorString()));
-        }
+        if (count < 0)
+            return fail(name, CIExportReport::Cause::Source, unreadable(source));
         if (count == 0)
             break;
-        if (target.write(chunk, count) != count) {
-            const QString reason = notWritten(target);
-            discard(target);
-            return fail(name, CIExportReport::Cause::Target, reason);
-        }
-        if (!progressFileCopy(static_cast<int>(count))) {
-            discard(target);
+        if (!target.write(chunk, count))
+            return fail(name, CIExportReport::Cause::Target, target.reason());
+        if (!progressFileCopy(static_cast<int>(count)))
             return true;
-        }
     }
-    if (!complete(target, m_fileDate)) {
-        const QString reason = notWritten(target);
-        target.remove();
-        return fail(name, CIExportReport::Cause::Target, reason);
-    }
+    if (!target.complete(m_fileDate))
+        return fail(name, CIExportReport::Cause::Target, target.reason());
     reportExported(reportName(name));
     return true;
 }
@@ -96,21 +131,12 @@ bool CFileExporter::exportDepends(const QString & /*srcPath*/, const QString & /
 
 bool CFileExporter::exportDepends(const QByteArray &data, const QString &name)
 {
-    QFile target(makeOutputFileName(name));
-    bool written = false;
-    QString reason;
-    if (target.open(kTargetMode)) {
-        written = target.write(data) == data.size() && complete(target, m_fileDate);
-        if (!written) {
-            reason = notWritten(target);
-            discard(target);
-        }
-    } else {
-        reason = notWritten(target);
-    }
+    Target target(m_curDir, name);
+    const bool written = target.isOpen() && target.write(data.constData(), data.size())
+        && target.complete(m_fileDate);
     progressFileCopy(static_cast<int>(data.size()));
     if (!written)
-        return fail(name, CIExportReport::Cause::Target, reason);
+        return fail(name, CIExportReport::Cause::Target, target.reason());
     reportExported(reportName(name));
     return true;
 }
@@ -143,12 +169,12 @@ bool CFileExporter::intoSubDir(const QString &group)
         const QString folder = CUtils::safeFileName(group);
         if (folder.isEmpty() || folder == QLatin1String(".") || folder == QLatin1String(".."))
             return false;
-        if (!m_curDir.exists(folder) && !m_curDir.mkdir(folder))
+        if (!QFileInfo(m_curDir.filePath(folder)).isDir() && !m_curDir.mkdir(folder))
             return false;
         known = m_subDirs.insert(group, folder);
     }
-    if (!m_curDir.cd(*known))
-        return false;
+    // Not cd(), which looks at the disk again for every file of the group.
+    m_curDir.setPath(m_curDir.filePath(*known));
     m_group = group;
     return true;
 }
@@ -156,22 +182,14 @@ bool CFileExporter::intoSubDir(const QString &group)
 bool CFileExporter::backFromSubDir()
 {
     m_group.clear();
-    return m_curDir.cdUp();
+    m_curDir.setPath(QFileInfo(m_curDir.path()).path());
+    return true;
 }
 
 QString CFileExporter::makeOutputFileName(const QString &name) const
 {
-    const QString safe = CUtils::safeFileName(name);
-    const auto dot = safe.lastIndexOf(QLatin1Char('.'));
-    QString base = dot < 0 ? safe : safe.left(dot);
-    QString extension = dot < 0 ? QString() : safe.mid(dot);
-    if (extension.size() == 1)
-        extension.clear();
-    while (base.startsWith(QLatin1Char('.')))
-        base.remove(0, 1);
-    if (base.isEmpty() && extension.isEmpty())
-        base = QStringLiteral("_");
-    return CCommonUtils::uniqFileName(m_curDir, base, extension);
+    const OutputName output(name);
+    return CCommonUtils::uniqFileName(m_curDir, output.base, output.extension);
 }
 
 bool CFileExporter::progressFileCopy(int bytes)

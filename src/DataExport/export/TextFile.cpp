@@ -1,5 +1,13 @@
 #include "export/TextFile_p.h"
 
+#include <algorithm>
+
+namespace {
+
+constexpr qsizetype kSlice = 64 * 1024;
+
+} // namespace
+
 bool TextFile::open(const QString &path, QStringConverter::Encoding encoding, bool byteOrderMark)
 {
     m_file.setFileName(path);
@@ -11,6 +19,17 @@ bool TextFile::open(const QString &path, QStringConverter::Encoding encoding, bo
     m_stream.setEncoding(encoding);
     m_stream.setGenerateByteOrderMark(byteOrderMark);
     return true;
+}
+
+void TextFile::write(QStringView text)
+{
+    while (!text.isEmpty()) {
+        qsizetype length = std::min(kSlice, text.size());
+        if (length < text.size() && text[length - 1].isHighSurrogate())
+            ++length;
+        m_stream << text.first(length);
+        text = text.sliced(length);
+    }
 }
 
 bool TextFile::close(bool keep)

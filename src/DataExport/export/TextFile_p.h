@@ -14,8 +14,8 @@ public:
 
     bool isOpen() const { return m_file.isOpen(); }
 
-    //! Appends \a text.
-    void write(const QString &text) { m_stream << text; }
+    //! Appends \a text, in slices: a long one is not held in memory a second time.
+    void write(QStringView text);
 
     /*!
         Closes the file. It stays only when \a keep is true and nothing of it is missing.

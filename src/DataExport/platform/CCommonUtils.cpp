@@ -1,6 +1,6 @@
 #include "platform/CCommonUtils.h"
 
-#include "platform/Translation_p.h"
+#include "platform/NativeFile_p.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,13 +9,10 @@
 #include <QSaveFile>
 
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <ctime>
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -201,29 +198,15 @@ void CCommonUtils::protectMediaFile(const QString &path, bool protect)
 
 bool CCommonUtils::openForReading(QFile &file, QString *why)
 {
-    const QByteArray path = QFile::encodeName(file.fileName());
-    // Only the owner may ask for the access time to stay; others read as usual. A pipe would
-    // otherwise wait here for someone to write into it.
-    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
-    int descriptor = ::open(path.constData(), kFlags | O_NOATIME);
-    if (descriptor < 0 && errno == EPERM)
-        descriptor = ::open(path.constData(), kFlags);
-    if (descriptor < 0) {
+    NativeFile native;
+    if (!native.openForReading(file.fileName())) {
         if (why)
-            *why = qt_error_string(errno);
+            *why = native.errorString();
         return false;
     }
-    struct stat status
-    {
-    };
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        ::close(descriptor);
-        if (why)
-            *why = DataExport::tr("It is not a regular file.");
-        return false;
-    }
-    return file.open(
-        descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
+    return file.open(native.release(),
+                     QIODevice::ReadOnly | QIODevice::Unbuffered,
+                     QFileDevice::AutoCloseHandle);
 }
 
 QString CCommonUtils::dateToString(const QDateTime &dateTime, bool utc)

@@ -16,6 +16,7 @@ class tst_CPlainFileExporter : public QObject
 private Q_SLOTS:
     void writesInTheCodec_data();
     void writesInTheCodec();
+    void writesLongTextsWhole();
     void namesTheOneFileSafely();
     void oneFilePerItem();
     void aFailedExportLeavesNothing();
@@ -59,6 +60,20 @@ void tst_CPlainFileExporter::writesInTheCodec()
     QCOMPARE(Files::tree(temp.path()),
              (QStringList { u"Messages/"_s, u"Messages/Ann's Messages.csv"_s }));
     QTEST(Files::read(temp.filePath(u"Messages/Ann's Messages.csv"_s)), "expected");
+}
+
+void tst_CPlainFileExporter::writesLongTextsWhole()
+{
+    // Surrogate pairs at every offset around the places where a long text is cut.
+    for (int shift = 0; shift < 2; ++shift) {
+        const QString text = QString(shift, u'a') + u"\U0001F600"_s.repeated(200000);
+        const QTemporaryDir temp;
+        CPlainFileExporter sink(u".txt"_s, false);
+        QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"T"_s));
+        QVERIFY(sink.exportData(text));
+        QVERIFY(sink.finish(true));
+        QVERIFY(Files::read(temp.filePath(u"T/Ann's T.txt"_s)) == text.toUtf8());
+    }
 }
 
 void tst_CPlainFileExporter::namesTheOneFileSafely()

@@ -1,0 +1,115 @@
+#include "platform/NativeFile_p.h"
+#include "platform/Translation_p.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+// No error of the system says that a thing may be opened but is a folder, a pipe or a device.
+constexpr int kNotRegular = -1;
+
+} // namespace
+
+NativeFile::~NativeFile()
+{
+    close();
+}
+
+bool NativeFile::openForReading(const QString &path)
+{
+    const QByteArray native = QFile::encodeName(path);
+    // Without O_NONBLOCK a pipe would wait here for somebody to write into it.
+    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
+    int descriptor = ::open(native.constData(), kFlags | O_NOATIME);
+    if (descriptor < 0 && errno == EPERM) // only the file's owner may ask for O_NOATIME
+        descriptor = ::open(native.constData(), kFlags);
+    if (!adopt(descriptor))
+        return false;
+    struct stat status
+    {
+    };
+    if (::fstat(m_descriptor, &status) == 0 && S_ISREG(status.st_mode))
+        return true;
+    close();
+    m_error = kNotRegular;
+    return false;
+}
+
+bool NativeFile::create(const QString &path)
+{
+    const QByteArray native = QFile::encodeName(path);
+    return adopt(::open(native.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+}
+
+qint64 NativeFile::read(char *buffer, qint64 size)
+{
+    for (;;) {
+        const ssize_t count = ::read(m_descriptor, buffer, static_cast<std::size_t>(size));
+        if (count >= 0)
+            return count;
+        if (errno != EINTR) {
+            m_error = errno;
+            return -1;
+        }
+    }
+}
+
+bool NativeFile::write(const char *data, qint64 size)
+{
+    while (size > 0) {
+        const ssize_t count = ::write(m_descriptor, data, static_cast<std::size_t>(size));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0) {
+            m_error = count < 0 ? errno : ENOSPC;
+            return false;
+        }
+        data += count;
+        size -= count;
+    }
+    return true;
+}
+
+void NativeFile::setModified(const QDateTime &date)
+{
+    const qint64 ms = date.toMSecsSinceEpoch();
+    timespec times[2] {};
+    times[0].tv_nsec = UTIME_OMIT;
+    times[1].tv_sec = ms >= 0 ? ms / 1000 : -((999 - ms) / 1000);
+    times[1].tv_nsec = (ms - times[1].tv_sec * 1000) * 1000000;
+    ::futimens(m_descriptor, times);
+}
+
+bool NativeFile::close()
+{
+    const int descriptor = release();
+    if (descriptor < 0 || ::close(descriptor) == 0)
+        return true;
+    m_error = errno;
+    return false;
+}
+
+int NativeFile::release()
+{
+    return std::exchange(m_descriptor, -1);
+}
+
+QString NativeFile::errorString() const
+{
+    return m_error == kNotRegular ? DataExport::tr("It is not a regular file.")
+                                  : qt_error_string(m_error);
+}
+
+bool NativeFile::adopt(int descriptor)
+{
+    m_descriptor = descriptor;
+    if (descriptor < 0)
+        m_error = errno;
+    return descriptor >= 0;
+}
