@@ -22,6 +22,8 @@ NoChoice several(Console &console, const QString &path, const QList<BackupInfo> 
 {
     QList<QStringList> rows { { u"Device"_s, u"Date"_s, u"Size"_s, u"BACKUP"_s } };
     for (const BackupInfo &info : backups) {
+        if (Interrupt::requested())
+            return { stoppedEarly(), {} };
         console.status(u"Measuring “%1” …"_s.arg(info.path));
         rows += { elided(info.displayName, 40),
                   dateText(info),

@@ -184,7 +184,7 @@ void ConsoleProgress::logStep(qint64 nowMs)
         return;
     m_loggedAtMs = nowMs;
     m_loggedPercent = percent;
-    m_console.say(u"%1%"_s.arg(percent));
+    m_console.say(u"%1% done"_s.arg(percent));
 }
 
 double ConsoleProgress::typeFraction() const

@@ -2,47 +2,15 @@
 
 #include "BackupAccess.h"
 #include "Console.h"
-#include "ConsoleProgress.h"
-#include "Interrupt.h"
+#include "ExportRun.h"
 #include "Inventory.h"
-#include "Json.h"
 #include "Options.h"
 #include "Preflight.h"
-#include "Problems.h"
-#include "RunReport.h"
-#include "SelectedBackup.h"
-#include "Summary.h"
-#include "Text.h"
-#include "backup/CBackupExporter.h"
-
-#include <QDir>
-#include <QElapsedTimer>
-#include <QFileInfo>
-#include <QStorageInfo>
-
-#include <algorithm>
-#include <cerrno>
-
-using namespace Qt::StringLiterals;
+#include "Refusal.h"
 
 namespace Cli {
 
 namespace {
-
-constexpr qsizetype kFailuresSaid = 10;
-
-ExitCode refuse(Console &console, const Options &options, const NoChoice &choice)
-{
-    say(console, choice.failure);
-    if (options.json && !console.result(Json::document(Json::failed(choice))))
-        return ExitCode::Failed;
-    return choice.failure.exitCode;
-}
-
-ExitCode refuse(Console &console, const Options &options, const Failure &failure)
-{
-    return refuse(console, options, NoChoice { failure, {} });
-}
 
 std::optional<Failure>
 checkOutput(const Options &options, const QString &output, const PhoneBackup::BackupInfo &info)
@@ -51,202 +19,6 @@ checkOutput(const Options &options, const QString &output, const PhoneBackup::Ba
         return failure;
     return Preflight::checkOutput(output, info.path, options.intoExisting);
 }
-
-// Folders that were made for files of which none came. Whatever holds a file stays.
-void removeEmptyFolders(const QDir &parent, const QString &name)
-{
-    const QDir folder(parent.filePath(name));
-    const QStringList groups =
-        folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks | QDir::Hidden);
-    for (const QString &group : groups)
-        folder.rmdir(group);
-    parent.rmdir(name);
-}
-
-QStringList foldersBefore(const QDir &output)
-{
-    return output.entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
-}
-
-Failure outputFailure(const RunReport::Failed &fault, const QString &output)
-{
-    const bool full = fault.reason.contains(qt_error_string(ENOSPC))
-        || fault.reason.contains(qt_error_string(EDQUOT));
-    const QString item = fault.item.isEmpty() ? fault.type : u"%1/%2"_s.arg(fault.type, fault.item);
-    const QStorageInfo disk(output);
-    const QString mount = disk.isValid() ? u" (mounted at “%1”)"_s.arg(disk.rootPath()) : QString();
-    const QString what = full ? u"The disk of OUTPUT “%1”%2 is full: “%3” could not be written."_s
-                              : u"OUTPUT “%1”%2 can no longer be written: it refused “%3”."_s;
-    return { ExitCode::Output,
-             what.arg(output, mount, item),
-             {},
-             full ? u"Make room or choose an OUTPUT on another disk, and export again."_s
-                  : u"See that the disk is there and may be written, and export again."_s };
-}
-
-void sayWhatIsThere(Console &console, const QList<TypeOutcome> &types, const QString &output)
-{
-    QStringList complete;
-    QStringList stopped;
-    QStringList notBegun;
-    for (const TypeOutcome &type : types) {
-        if (type.totals.items == 0)
-            continue;
-        const int tried = type.counts.exported + type.counts.failed;
-        if (type.state == TypeOutcome::State::Complete)
-            complete += u"%1 (%2)"_s.arg(type.totals.name, grouped(type.counts.exported));
-        else if (type.state == TypeOutcome::State::Stopped)
-            stopped +=
-                u"%1 after %2 of %3"_s.arg(type.totals.name,
-                                           grouped(tried),
-                                           counted(type.totals.items, u"item"_s, u"items"_s));
-        else if (type.state == TypeOutcome::State::NotBegun)
-            notBegun += type.totals.name;
-    }
-    const auto line = [&console](const QString &label, const QStringList &names) {
-        if (!names.isEmpty())
-            console.note(u"  "_s + label.leftJustified(11) + names.join(u", "_s));
-    };
-    line(u"Complete:"_s, complete);
-    line(u"Stopped in:"_s + u' ', stopped);
-    line(u"Not begun:"_s + u' ', notBegun);
-    console.note(u"  No half-written file is left in “%1”."_s.arg(output));
-}
-
-void sayFailures(Console &console, const RunReport &report)
-{
-    if (report.failureCount() == 0)
-        return;
-    console.warn(u"This could not be exported (%1 in all):"_s.arg(grouped(report.failureCount())));
-    const qsizetype said = std::min(kFailuresSaid, report.failures().size());
-    for (qsizetype i = 0; i < said; ++i) {
-        const RunReport::Failed &failed = report.failures().at(i);
-        const QString item = failed.item.isEmpty() ? QString() : u'/' + failed.item;
-        console.note(u"  %1%2: %3"_s.arg(failed.type, item, failed.reason));
-    }
-    if (report.failureCount() > said)
-        console.note(u"  … and %1 more"_s.arg(grouped(report.failureCount() - said)));
-    if (!report.file().path().isEmpty())
-        console.note(u"The whole list is in “%1”."_s.arg(report.file().path()));
-    if (!report.file().error().isEmpty())
-        console.error(u"The list export-report.csv could not be written%1: %2."_s.arg(
-            report.file().path().isEmpty() ? QString() : u" to its end"_s, report.file().error()));
-}
-
-//! One export, once backup and OUTPUT are known to be good.
-class Run
-{
-public:
-    Run(Console &console,
-        const Options &options,
-        const PhoneBackup::Backup &backup,
-        const Inventory &inventory,
-        const QString &output)
-        : m_console(console)
-        , m_options(options)
-        , m_backup(backup)
-        , m_inventory(inventory)
-        , m_output(output)
-        , m_report(output)
-    {
-    }
-
-    ExitCode execute()
-    {
-        m_clock.start();
-        takeProblems();
-        const QDir folder(m_output);
-        const QStringList before = foldersBefore(folder);
-        exportTypes(folder);
-        takeProblems();
-        const Outcome result = outcome();
-        for (const TypeOutcome &type : result.types) {
-            if (type.counts.started && type.counts.exported == 0
-                && !before.contains(type.totals.name))
-                removeEmptyFolders(folder, type.totals.name);
-        }
-        return tell(result);
-    }
-
-private:
-    // Losses stand in the final list with everything else that is missing.
-    void takeProblems()
-    {
-        const QList<PhoneBackup::Problem> problems = m_backup.problems();
-        QList<PhoneBackup::Problem> warnings;
-        for (; m_problemsTaken < problems.size(); ++m_problemsTaken) {
-            const PhoneBackup::Problem &problem = problems.at(m_problemsTaken);
-            if (problem.loss)
-                m_report.sourceLost(problemType(m_backup, problem), problem.source, problem.what);
-            else
-                warnings += problem;
-        }
-        sayProblems(m_console, m_backup, warnings);
-    }
-
-    bool goesOn() const { return !Interrupt::requested() && !m_report.outputFault(); }
-
-    void exportTypes(const QDir &folder)
-    {
-        ConsoleProgress progress(m_console, m_inventory, m_report, [this] { return goesOn(); });
-        SelectedBackup selected(m_backup, m_options.types, [&](int code) {
-            progress.typeStarts(code);
-            m_report.typeStarts(code);
-        });
-        CBackupExporter exporter;
-        exporter.setReport(&m_report);
-        exporter.exportBackup(&selected, folder, &progress);
-    }
-
-    Outcome outcome() const
-    {
-        Outcome result;
-        result.output = m_options.output;
-        result.absoluteOutput = m_output;
-        result.types = typeOutcomes(m_inventory, m_report, !goesOn());
-        result.seconds = static_cast<double>(m_clock.elapsed()) / 1000;
-        const bool early =
-            std::any_of(result.types.begin(), result.types.end(), [](const TypeOutcome &type) {
-                return type.state == TypeOutcome::State::Stopped
-                    || type.state == TypeOutcome::State::NotBegun;
-            });
-        if (m_report.outputFault()) {
-            result.exitCode = ExitCode::Output;
-            result.message = outputFailure(*m_report.outputFault(), m_options.output).what;
-        } else if (early) {
-            result.exitCode = ExitCode::Cancelled;
-            result.message = u"Stopped."_s;
-        } else if (m_report.failureCount() > 0) {
-            result.exitCode = ExitCode::Incomplete;
-        }
-        return result;
-    }
-
-    ExitCode tell(const Outcome &result)
-    {
-        if (result.exitCode == ExitCode::Output)
-            say(m_console, outputFailure(*m_report.outputFault(), m_options.output));
-        else if (result.exitCode == ExitCode::Cancelled)
-            m_console.note(result.message);
-        if (!result.message.isEmpty())
-            sayWhatIsThere(m_console, result.types, m_options.output);
-        sayFailures(m_console, m_report);
-        const QByteArray text = m_options.json ? summaryJson(result, m_backup, m_report)
-            : m_options.quiet                  ? QByteArray()
-                                               : summaryText(result);
-        const bool told = m_console.result(text);
-        return told || result.exitCode != ExitCode::Complete ? result.exitCode : ExitCode::Failed;
-    }
-
-    Console &m_console;
-    const Options &m_options;
-    const PhoneBackup::Backup &m_backup;
-    const Inventory &m_inventory;
-    QString m_output;
-    RunReport m_report;
-    QElapsedTimer m_clock;
-    qsizetype m_problemsTaken = 0;
-};
 
 } // namespace
 
@@ -264,11 +36,7 @@ ExitCode runExport(Console &console, const Options &options)
         return refuse(console, options, *failure);
     const PhoneBackup::Backup &backup = *std::get<0>(opened);
 
-    const auto inventory = takeInventory(backup, options.types, [&console](const QString &name) {
-        console.status(u"Reading %1 …"_s.arg(name));
-        return !Interrupt::requested();
-    });
-    console.clearStatus();
+    const auto inventory = readInventory(console, backup, options.types);
     if (!inventory)
         return refuse(console, options, stoppedEarly());
     if (options.checkSpace) {
@@ -277,7 +45,7 @@ ExitCode runExport(Console &console, const Options &options)
     }
     if (const auto failure = Preflight::createOutput(output))
         return refuse(console, options, *failure);
-    return Run(console, options, backup, *inventory, output).execute();
+    return ExportRun(console, options, backup, *inventory, output).execute();
 }
 
 } // namespace Cli

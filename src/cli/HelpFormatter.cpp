@@ -78,7 +78,7 @@ Exit codes:
     0  complete
     1  failed
     2  wrong use: an unknown option, OUTPUT not empty, several backups there
-    3  done, but some items could not be exported; they stand in export-report.csv
+    3  done, but some items could not be exported: see export-report.csv
    10  no backup there, or not readable
    12  the output cannot be written
   130  stopped with Ctrl-C)"_s;

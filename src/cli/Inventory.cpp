@@ -1,5 +1,7 @@
 #include "Inventory.h"
 
+#include "Console.h"
+#include "Interrupt.h"
 #include "backup/BkAbstractItem.h"
 #include "backup/BkBackup.h"
 #include "backup/BkData.h"
@@ -52,22 +54,22 @@ const TypeTotals *Inventory::find(int code) const
 }
 
 std::optional<Inventory>
-takeInventory(const BkBackup &backup, const QList<int> &codes, const ReadsType &readsType)
+readInventory(Console &console, const BkBackup &backup, const QList<int> &codes)
 {
     Inventory inventory;
     for (const int code : codes) {
         TypeTotals totals;
         totals.code = code;
         totals.name = backup.dataTypeName(code);
-        if (!readsType(totals.name))
-            return std::nullopt;
+        console.status(u"Reading %1 …"_s.arg(totals.name));
         if (const BkData *data = backup.getBkData(code))
             count(*data, totals);
+        // A data set that was cut short by the wish to stop must not pass for a whole one.
+        if (Interrupt::requested())
+            return std::nullopt;
         inventory.types += totals;
     }
-    // The last data set may have been cut short by the wish to stop.
-    if (!readsType(QString()))
-        return std::nullopt;
+    console.clearStatus();
     return inventory;
 }
 

@@ -4,12 +4,13 @@
 #include <QList>
 #include <QString>
 
-#include <functional>
 #include <optional>
 
 class BkBackup;
 
 namespace Cli {
+
+class Console;
 
 //! How much there is of one data type.
 struct TypeTotals
@@ -31,12 +32,9 @@ struct Inventory
     const TypeTotals *find(int code) const; //!< Null when the type was not asked for.
 };
 
-//! Told of each data type before it is read. Answers whether to go on.
-using ReadsType = std::function<bool(const QString &name)>;
-
-//! Reads the data sets \a codes of \a backup and counts. None when \a readsType said stop.
+//! Reads the data sets \a codes of \a backup and counts. None when the user asked to stop.
 std::optional<Inventory>
-takeInventory(const BkBackup &backup, const QList<int> &codes, const ReadsType &readsType);
+readInventory(Console &console, const BkBackup &backup, const QList<int> &codes);
 
 } // namespace Cli
 

@@ -38,21 +38,15 @@ QJsonObject result(ExitCode exitCode)
     return { { u"status"_s, statusWord(exitCode) }, { u"exitCode"_s, static_cast<int>(exitCode) } };
 }
 
-QJsonObject failed(const Failure &failure)
+QJsonObject failed(const NoChoice &choice)
 {
-    QJsonObject object = result(failure.exitCode);
-    object[u"message"_s] = failure.what;
-    if (!failure.advice.isEmpty())
-        object[u"advice"_s] = failure.advice;
-    return object;
-}
-
-QJsonObject failed(const NoChoice &failure)
-{
-    QJsonObject object = failed(failure.failure);
-    if (!failure.several.isEmpty()) {
+    QJsonObject object = result(choice.failure.exitCode);
+    object[u"message"_s] = choice.failure.what;
+    if (!choice.failure.advice.isEmpty())
+        object[u"advice"_s] = choice.failure.advice;
+    if (!choice.several.isEmpty()) {
         QJsonArray backups;
-        for (const PhoneBackup::BackupInfo &info : failure.several)
+        for (const PhoneBackup::BackupInfo &info : choice.several)
             backups += backup(info);
         object[u"backups"_s] = backups;
     }

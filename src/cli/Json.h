@@ -15,8 +15,8 @@ namespace Cli::Json {
 //! The keys that every result has: "status" and "exitCode".
 QJsonObject result(ExitCode exitCode);
 
-QJsonObject failed(const Failure &failure);
-QJsonObject failed(const NoChoice &failure);
+//! Why nothing was done, with the backups to choose from if there are several.
+QJsonObject failed(const NoChoice &choice);
 
 QJsonObject backup(const PhoneBackup::BackupInfo &info);
 

@@ -2,11 +2,11 @@
 
 #include "BackupAccess.h"
 #include "Console.h"
-#include "Interrupt.h"
 #include "Inventory.h"
 #include "Json.h"
 #include "Options.h"
 #include "Problems.h"
+#include "Refusal.h"
 #include "Text.h"
 
 #include <algorithm>
@@ -48,35 +48,21 @@ QByteArray asJson(const PhoneBackup::Backup &backup, const Inventory &inventory,
     return Json::document(object);
 }
 
-template <class Fault>
-ExitCode
-refuse(Console &console, const Options &options, const Fault &fault, const Failure &failure)
-{
-    say(console, failure);
-    if (options.json && !console.result(Json::document(Json::failed(fault))))
-        return ExitCode::Failed;
-    return failure.exitCode;
-}
-
 } // namespace
 
 ExitCode runList(Console &console, const Options &options)
 {
     const auto choice = chooseBackup(console, options.backup);
     if (const auto *none = std::get_if<NoChoice>(&choice))
-        return refuse(console, options, *none, none->failure);
+        return refuse(console, options, *none);
     const auto opened = openBackup(console, std::get<PhoneBackup::BackupInfo>(choice));
     if (const auto *failure = std::get_if<Failure>(&opened))
-        return refuse(console, options, *failure, *failure);
+        return refuse(console, options, *failure);
     const PhoneBackup::Backup &backup = *std::get<0>(opened);
 
-    const auto inventory = takeInventory(backup, options.types, [&console](const QString &name) {
-        console.status(u"Reading %1 …"_s.arg(name));
-        return !Interrupt::requested();
-    });
+    const auto inventory = readInventory(console, backup, options.types);
     if (!inventory)
-        return refuse(console, options, stoppedEarly(), stoppedEarly());
-    console.clearStatus();
+        return refuse(console, options, stoppedEarly());
 
     const QList<PhoneBackup::Problem> problems = backup.problems();
     sayProblems(console, backup, problems);

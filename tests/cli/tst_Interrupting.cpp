@@ -132,9 +132,9 @@ void tst_Interrupting::stopsWithinAFile()
     const Result result = finish(process);
 
     QCOMPARE(result.exitCode, 130);
-    QVERIFY2(result.err.contains("Complete:  Photos (3)"), result.err.constData());
+    QVERIFY2(result.err.contains("Complete:   Photos (3)"), result.err.constData());
     QVERIFY2(result.err.contains("Stopped in: Videos after 1 of 2 items"), result.err.constData());
-    QVERIFY2(result.err.contains("Not begun: Voice Memos, Books, App Documents"),
+    QVERIFY2(result.err.contains("Not begun:  Voice Memos, Books, App Documents"),
              result.err.constData());
     QCOMPARE(result.json().value(u"status"_s).toString(), u"cancelled"_s);
     QCOMPARE(result.json().value(u"exported"_s).toInt(), 4);
