@@ -240,10 +240,10 @@ void BackupWriter::Private::writePropertyList(const QString &name, const QByteAr
 }
 
 BackupWriter::BackupWriter(const QString &root, Layout layout)
-    : d(std::make_unique<Private>(root, layout))
+    : m_d(std::make_unique<Private>(root, layout))
 {
     const QVariantMap lockdown = lockdownInfo();
-    d->info = {
+    m_d->info = {
         { u"Device Name"_s, lockdown.value(u"DeviceName"_s) },
         { u"Display Name"_s, lockdown.value(u"DeviceName"_s) },
         { u"Product Type"_s, lockdown.value(u"ProductType"_s) },
@@ -260,7 +260,7 @@ BackupWriter::BackupWriter(const QString &root, Layout layout)
         { u"Installed Applications"_s, QStringList() },
         { u"Applications"_s, QVariantMap() },
     };
-    d->manifest = {
+    m_d->manifest = {
         { u"IsEncrypted"_s, false },
         { u"Version"_s, u"10.0"_s },
         { u"SystemDomainsVersion"_s, u"24.0"_s },
@@ -269,7 +269,7 @@ BackupWriter::BackupWriter(const QString &root, Layout layout)
         { u"Lockdown"_s, lockdown },
         { u"Applications"_s, QVariantMap() },
     };
-    d->status = {
+    m_d->status = {
         { u"IsFullBackup"_s, false },
         { u"Version"_s, u"3.3"_s },
         { u"UUID"_s, u"7E2A9C40-5B1D-4F63-8A0E-112233445566"_s },
@@ -295,17 +295,17 @@ void setKey(QVariantMap &map, const QString &key, const QVariant &value)
 
 void BackupWriter::setInfo(const QString &key, const QVariant &value)
 {
-    setKey(d->info, key, value);
+    setKey(m_d->info, key, value);
 }
 
 void BackupWriter::setManifest(const QString &key, const QVariant &value)
 {
-    setKey(d->manifest, key, value);
+    setKey(m_d->manifest, key, value);
 }
 
 void BackupWriter::setStatus(const QString &key, const QVariant &value)
 {
-    setKey(d->status, key, value);
+    setKey(m_d->status, key, value);
 }
 
 QString BackupWriter::addFile(const QString &domain,
@@ -317,15 +317,15 @@ QString BackupWriter::addFile(const QString &domain,
     if (!place.isEmpty()) {
         QFile file(place);
         if (!writeWhole(file, content))
-            d->fail(place, file.errorString());
+            m_d->fail(place, file.errorString());
     }
-    d->countContent(content.size());
+    m_d->countContent(content.size());
     return addWithoutContent(domain, path, content.size(), traits);
 }
 
 QString BackupWriter::contentPath(const QString &domain, const QString &path)
 {
-    return d->begin() ? d->contentPath(fileId(domain, path)) : QString();
+    return m_d->begin() ? m_d->contentPath(fileId(domain, path)) : QString();
 }
 
 QString
@@ -334,8 +334,8 @@ BackupWriter::addWritten(const QString &domain, const QString &path, const FileT
     const QString place = contentPath(domain, path);
     const QFileInfo info(place);
     if (!place.isEmpty() && !info.isFile())
-        d->fail(place, u"the content has not been written"_s);
-    d->countContent(info.size());
+        m_d->fail(place, u"the content has not been written"_s);
+    m_d->countContent(info.size());
     return addWithoutContent(domain, path, info.size(), traits);
 }
 
@@ -344,18 +344,18 @@ QString BackupWriter::addWithoutContent(const QString &domain,
                                         qint64 sizeBytes,
                                         const FileTraits &traits)
 {
-    const QString id = fileId(domain, path);
-    if (d->begin()) {
-        d->insertFolders(domain, path);
-        d->insertRow(id, domain, path, kFileFlag, fileRecord(path, sizeBytes, traits));
+    QString id = fileId(domain, path);
+    if (m_d->begin()) {
+        m_d->insertFolders(domain, path);
+        m_d->insertRow(id, domain, path, kFileFlag, fileRecord(path, sizeBytes, traits));
     }
     return id;
 }
 
 void BackupWriter::addFolder(const QString &domain, const QString &path)
 {
-    if (d->begin())
-        d->insertFolders(domain, path + "/."_L1);
+    if (m_d->begin())
+        m_d->insertFolders(domain, path + "/."_L1);
 }
 
 void BackupWriter::addIndexRow(const QString &id,
@@ -364,44 +364,44 @@ void BackupWriter::addIndexRow(const QString &id,
                                int flags,
                                const QByteArray &blob)
 {
-    if (d->begin())
-        d->insertRow(id, domain, path, flags, blob);
+    if (m_d->begin())
+        m_d->insertRow(id, domain, path, flags, blob);
 }
 
 bool BackupWriter::finish()
 {
-    if (!d->begin())
+    if (!m_d->begin())
         return false;
     // Filled first and sorted once, an index costs a fraction of one that grows row by row.
-    d->index->execute("CREATE INDEX FilesDomainIdx ON Files(domain);"
-                      "CREATE INDEX FilesRelativePathIdx ON Files(relativePath);"
-                      "CREATE INDEX FilesFlagsIdx ON Files(flags);");
-    if (!d->index->finish())
-        d->fail(d->root + "/Manifest.db"_L1, d->index->error());
-    d->writePropertyList(u"Info.plist"_s, xmlPropertyList(d->info));
-    d->writePropertyList(u"Manifest.plist"_s, binaryPropertyList(d->manifest));
-    d->writePropertyList(u"Status.plist"_s, binaryPropertyList(d->status));
-    return d->error.isEmpty();
+    m_d->index->execute("CREATE INDEX FilesDomainIdx ON Files(domain);"
+                        "CREATE INDEX FilesRelativePathIdx ON Files(relativePath);"
+                        "CREATE INDEX FilesFlagsIdx ON Files(flags);");
+    if (!m_d->index->finish())
+        m_d->fail(m_d->root + "/Manifest.db"_L1, m_d->index->error());
+    m_d->writePropertyList(u"Info.plist"_s, xmlPropertyList(m_d->info));
+    m_d->writePropertyList(u"Manifest.plist"_s, binaryPropertyList(m_d->manifest));
+    m_d->writePropertyList(u"Status.plist"_s, binaryPropertyList(m_d->status));
+    return m_d->error.isEmpty();
 }
 
 qint64 BackupWriter::rowCount() const
 {
-    return d->rowCount;
+    return m_d->rowCount;
 }
 
 qint64 BackupWriter::fileCount() const
 {
-    return d->fileCount;
+    return m_d->fileCount;
 }
 
 qint64 BackupWriter::contentSizeBytes() const
 {
-    return d->contentSizeBytes;
+    return m_d->contentSizeBytes;
 }
 
 QString BackupWriter::error() const
 {
-    return d->error;
+    return m_d->error;
 }
 
 QString BackupWriter::fileId(const QString &domain, const QString &path)

@@ -120,8 +120,8 @@ void CameraRoll::add()
 
 Asset CameraRoll::nextAsset(const char *extension, int index, int count)
 {
-    constexpr qint64 kMostApartSeconds = 7 * 3600;
-    constexpr qint64 kAllWithinSeconds = 300 * 86400;
+    constexpr qint64 kMostApartSeconds = qint64(7) * 3600;
+    constexpr qint64 kAllWithinSeconds = qint64(300) * 86400;
     const qint64 apart = std::min(kMostApartSeconds, kAllWithinSeconds / std::max(1, count));
     Asset asset;
     const int folder = m_filesNamed / kFilesPerFolder;
@@ -281,7 +281,7 @@ void CameraRoll::addSharedAlbum(const QString &id,
         asset.fileName = u"IMG_%1.%2"_s.arg(i % kFilesPerFolder + 1, 4, 10, QLatin1Char('0'))
                              .arg(asset.isVideo ? "MOV"_L1 : "JPG"_L1);
         asset.uuid = m_random.uuid();
-        asset.taken = sampleStart().addSecs(3600 * (i + 1));
+        asset.taken = sampleStart().addSecs(qint64(3600) * (i + 1));
         asset.savedType = 4;
         addFile(asset, asset.isVideo ? m_pool.movie(asset.taken, true) : m_pool.jpeg(asset.taken));
         if (inDatabase)

@@ -63,8 +63,8 @@ QByteArray pdfDocument(const QString &title, const QString &text)
     const QList<QByteArray> objects {
         "<< /Type /Catalog /Pages 2 0 R >>",
         "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
-        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] /Contents 4 0 R"
-        " /Resources << /Font << /F1 5 0 R >> >> >>",
+        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] /Contents 4 0 R "
+            + QByteArray("/Resources << /Font << /F1 5 0 R >> >> >>"),
         "<< /Length " + QByteArray::number(page.size()) + " >>\nstream\n" + page + "endstream",
         "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica /Encoding /WinAnsiEncoding >>",
         "<< /Title " + pdfString(title) + " >>",

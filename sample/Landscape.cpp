@@ -35,9 +35,7 @@ constexpr std::array<size_t, 10> kOftenUsed { 0, 0, 0, 1, 1, 1, 2, 2, kNight, 4 
 
 QColor mixed(QRgb first, QRgb second, double share)
 {
-    const auto channel = [share](int a, int b) {
-        return static_cast<int>(a + (b - a) * share + 0.5);
-    };
+    const auto channel = [share](int a, int b) { return qRound(a + (b - a) * share); };
     return QColor(channel(qRed(first), qRed(second)),
                   channel(qGreen(first), qGreen(second)),
                   channel(qBlue(first), qBlue(second)));
@@ -359,8 +357,9 @@ QImage drawScreenshot(Random &random, QSize size)
     const double cell = static_cast<double>(size.width()) / kColumns;
     const int rows = std::max(1, static_cast<int>(size.height() / cell) - 2);
     for (int i = 0; i < kColumns * rows; ++i) {
+        const int row = i / kColumns;
         const QRectF tile(
-            cell * (i % kColumns + 0.18), cell * (i / kColumns + 0.7), cell * 0.64, cell * 0.64);
+            cell * (i % kColumns + 0.18), cell * (row + 0.7), cell * 0.64, cell * 0.64);
         painter.setBrush(QColor::fromRgb(random.pick(kTiles)));
         painter.drawRoundedRect(tile, cell * 0.15, cell * 0.15);
         painter.setBrush(QColor(255, 255, 255, 210));

@@ -30,7 +30,7 @@ QByteArray fitting(qint64 limitBytes, QSize size, Make make)
 {
     constexpr int kSmallestWidth = 80;
     for (;;) {
-        const QByteArray content = make(size);
+        QByteArray content = make(size);
         if (limitBytes == 0 || content.size() <= limitBytes || size.width() / 2 < kSmallestWidth)
             return content;
         size /= 2;

@@ -65,7 +65,7 @@ QByteArray encode(const QVariant &value, Encoder encoder)
     uint32_t length = 0;
     encoder(root, &bytes, &length);
     plist_free(root);
-    const QByteArray result(bytes, static_cast<qsizetype>(length));
+    QByteArray result(bytes, static_cast<qsizetype>(length));
     std::free(bytes);
     return result;
 }

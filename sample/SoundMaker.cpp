@@ -37,7 +37,7 @@ QByteArray tuneFile(Random &random, int seconds, const QDateTime &created)
 
     QList<qint16> samples;
     const int notes = seconds * kSamplesPerSecond / kNoteLength;
-    samples.reserve(notes * kNoteLength);
+    samples.reserve(qsizetype(notes) * kNoteLength);
     for (int note = 0; note < notes; ++note) {
         const quint32 step = static_cast<quint32>(random.pick(kHertz)) * 65536 / kSamplesPerSecond;
         for (int i = 0; i < kNoteLength; ++i) {

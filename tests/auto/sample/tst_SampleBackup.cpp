@@ -106,7 +106,7 @@ void tst_SampleBackup::picturesOpenUpright()
         QImageReader reader(&buffer);
         reader.setAutoTransform(true);
         QVERIFY2(reader.canRead(), row[1].constData());
-        transformations.insert(reader.transformation());
+        transformations.insert(static_cast<int>(reader.transformation()));
         const QImage image = reader.read();
         QVERIFY2(!image.isNull(), row[1].constData());
         if (!row[1].endsWith("PNG"))
