@@ -2,13 +2,13 @@
 
 #include "export/CIDataExporter.h"
 #include "export/CUtils.h"
+#include "export/Thumbnail_p.h"
 #include "message/BkSMSChat.h"
 #include "message/BkSMSChatGroup.h"
 #include "message/BkSMSItem.h"
 #include "message/Bubble_p.h"
 #include "message/MessagePage_p.h"
 #include "message/MessagePiece_p.h"
-#include "message/Thumbnail_p.h"
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
 
@@ -24,6 +24,7 @@ namespace {
 
 // Above the mark-up of one message, so that a page grows without being copied over and over.
 constexpr qsizetype kExpectedCharsPerMessage = 480;
+constexpr Thumbnail::Box kPictureBox { 250 };
 
 // Without a name the report shows what the page's heading shows instead.
 QString nameForReport(const BkSMSItem &item)
@@ -183,9 +184,9 @@ private:
         source.open(QIODevice::ReadOnly);
         QString why;
         const QByteArray png =
-            source.data().isEmpty() ? QByteArray() : Thumbnail::makePng(source, &why);
+            source.data().isEmpty() ? QByteArray() : Thumbnail::makePng(source, kPictureBox, &why);
         if (!png.isEmpty())
-            return Thumbnail::place(m_exporter, png, m_imageIndex);
+            return Thumbnail::place(m_exporter, png, m_imageIndex++);
         reportPicture(piece, why);
         return MessagePage::imagePath(u"sms_image.png"_s);
     }

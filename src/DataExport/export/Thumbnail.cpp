@@ -1,6 +1,5 @@
-#include "export/CIDataExporter.h"
-#include "message/MessagePage_p.h"
-#include "message/Thumbnail_p.h"
+#include "export/CHtmlExporter.h"
+#include "export/Thumbnail_p.h"
 #include "platform/Translation_p.h"
 
 #include <QBuffer>
@@ -11,7 +10,6 @@ using DataExport::tr;
 
 namespace {
 
-constexpr int kMaxSidePx = 250;
 constexpr qint64 kMaxPixels = 256LL * 1024 * 1024; // beyond any camera, far below a bomb
 constexpr int kMaxDecodedMb = 256;
 constexpr int kPngQuality = 80; // quick compression: the best one takes as long as the decoding
@@ -34,18 +32,18 @@ private:
     int m_before;
 };
 
-bool exceedsPage(QSize size)
+bool exceeds(QSize size, Thumbnail::Box box)
 {
-    return size.width() > kMaxSidePx || size.height() > kMaxSidePx;
+    return size.width() > box.sidePx || size.height() > box.sidePx;
 }
 
 // A very long and thin picture would be scaled to nothing.
-QSize fitted(QSize size)
+QSize fitted(QSize size, Thumbnail::Box box)
 {
-    return size.scaled(kMaxSidePx, kMaxSidePx, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+    return size.scaled(box.sidePx, box.sidePx, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
 }
 
-QImage readReduced(QIODevice &source, QString *why)
+QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
 {
     const AllocationLimit limit;
     QImageReader reader(&source);
@@ -55,22 +53,25 @@ QImage readReduced(QIODevice &source, QString *why)
         *why = tr("It is too large (%1 × %2 pixels)").arg(size.width()).arg(size.height());
         return {};
     }
-    if (size.isValid() && exceedsPage(size))
-        reader.setScaledSize(fitted(size));
+    if (size.isValid() && exceeds(size, box))
+        reader.setScaledSize(fitted(size, box));
     QImage picture = reader.read();
-    if (picture.isNull())
+    if (picture.isNull()) {
         *why = reader.errorString();
-    else if (exceedsPage(picture.size())) // not every format tells its size beforehand
-        picture =
-            picture.scaled(fitted(picture.size()), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        return {};
+    }
+    // Not every format tells its size beforehand.
+    const QSize wanted = fitted(picture.size(), box);
+    if (exceeds(picture.size(), box) || (box.enlarges && picture.size() != wanted))
+        picture = picture.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return picture;
 }
 
 } // namespace
 
-QByteArray Thumbnail::makePng(QIODevice &source, QString *why)
+QByteArray Thumbnail::makePng(QIODevice &source, Box box, QString *why)
 {
-    const QImage picture = readReduced(source, why);
+    const QImage picture = readReduced(source, box, why);
     QByteArray png;
     if (picture.isNull())
         return png;
@@ -83,9 +84,9 @@ QByteArray Thumbnail::makePng(QIODevice &source, QString *why)
     return png;
 }
 
-QString Thumbnail::place(CIDataExporter *exporter, const QByteArray &png, int &imageIndex)
+QString Thumbnail::place(CIDataExporter *exporter, const QByteArray &png, int number)
 {
-    const QString name = QString::number(imageIndex++) + QLatin1String(".png");
+    const QString name = QString::number(number) + QLatin1String(".png");
     exporter->exportDepends(png, name);
-    return MessagePage::imagePath(name);
+    return CHtmlExporter::HTML_IMG_FOLDER + QLatin1Char('/') + name;
 }
