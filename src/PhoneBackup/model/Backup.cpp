@@ -121,6 +121,11 @@ QList<int> Backup::dataTypes()
     return codes;
 }
 
+void Backup::setMessageFilter(const MessageFilter &filter)
+{
+    d->source.setMessageFilter(filter);
+}
+
 QList<Problem> Backup::problems() const
 {
     return d->source.problems();

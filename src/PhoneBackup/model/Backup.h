@@ -12,6 +12,8 @@
 
 namespace PhoneBackup {
 
+struct MessageFilter;
+
 //! Something of the backup that could not be read, though other things can.
 struct Problem
 {
@@ -48,6 +50,13 @@ public:
 
     //! Codes of the data types that this reader can read, in the order of their codes.
     static QList<int> dataTypes();
+
+    /*!
+        Limits the conversations and what was sent in them to what \a filter accepts; conversations
+        without a message left are not listed. To be called before a data set is asked for: what has
+        been read stays as it is.
+    */
+    void setMessageFilter(const MessageFilter &filter);
 
     //! What could not be read so far. Grows with the data sets that are asked for.
     QList<Problem> problems() const;

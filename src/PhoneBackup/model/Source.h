@@ -3,6 +3,7 @@
 
 #include "folder/BackupFiles.h"
 #include "model/Backup.h"
+#include "model/MessageFilter.h"
 #include "plist/PropertyList.h"
 
 #include <QSet>
@@ -24,6 +25,10 @@ public:
     BackupFiles &files() { return *m_files; }
     const FileIndex &index() const { return m_files->index(); }
     const QList<Problem> &problems() const { return m_problems; }
+
+    //! Which messages are wanted.
+    const MessageFilter &messageFilter() const { return m_messageFilter; }
+    void setMessageFilter(const MessageFilter &filter) { m_messageFilter = filter; }
 
     //! Remembers \a problem, once for each data type and source.
     void addProblem(const Problem &problem);
@@ -56,6 +61,7 @@ public:
 private:
     std::unique_ptr<BackupFiles> m_files;
     Backup::KeepGoing m_keepGoing;
+    MessageFilter m_messageFilter;
     QList<Problem> m_problems;
     QSet<QString> m_known;
     int m_questions = 0;

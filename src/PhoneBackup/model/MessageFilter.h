@@ -1,0 +1,33 @@
+#ifndef PHONEBACKUP_MODEL_MESSAGEFILTER_H
+#define PHONEBACKUP_MODEL_MESSAGEFILTER_H
+
+#include <QDateTime>
+#include <QString>
+
+namespace PhoneBackup {
+
+//! Which messages are wanted, of every kind of conversation. As it is made, all of them are.
+struct MessageFilter
+{
+    QDateTime since; //!< The first moment that counts; invalid: from the beginning.
+    QDateTime until; //!< The first moment that no longer counts; invalid: to the end.
+
+    //! Part of a conversation's name (case does not matter), or a number or address of somebody in
+    //! it, numbers compared as the address book does; empty: all conversations.
+    QString chat;
+
+    bool isEmpty() const { return !since.isValid() && !until.isValid() && chat.isEmpty(); }
+
+    //! Whether a message of this moment is wanted. What has no date is, unless a date is asked for.
+    bool accepts(const QDateTime &date) const
+    {
+        if (!since.isValid() && !until.isValid())
+            return true;
+        return date.isValid() && (!since.isValid() || date >= since)
+            && (!until.isValid() || date < until);
+    }
+};
+
+} // namespace PhoneBackup
+
+#endif
