@@ -42,6 +42,8 @@ private Q_SLOTS:
     void refusesWhatIsNoBackup();
     void exportsInSpiteOf_data();
     void exportsInSpiteOf();
+    void exportsInSpiteOfADamagedDatabase_data();
+    void exportsInSpiteOfADamagedDatabase();
     void survivesAnIndexCutAnywhere_data();
     void survivesAnIndexCutAnywhere();
     void warnsOfAnInterruptedBackup();
@@ -134,6 +136,43 @@ void tst_BadBackup::exportsInSpiteOf()
     const Result result = run({ root, output });
     QVERIFY2(result.exitCode == 0 || result.exitCode == 3, result.err.constData());
     ExpectedFiles found = filesBelow(output);
+    found.remove(u"export-report.csv"_s);
+    QCOMPARE(difference(found, expected), QString());
+}
+
+void tst_BadBackup::exportsInSpiteOfADamagedDatabase_data()
+{
+    QTest::addColumn<QString>("domain");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QByteArray>("content");
+
+    const QByteArray garbage = noise(5, 50000);
+    const QByteArray cut = "SQLite format 3\0"_ba + noise(6, 5000);
+    const auto add = [&](const char *row, const QString &domain, const QString &path) {
+        QTest::addRow("%s, garbage", row) << domain << path << garbage;
+        QTest::addRow("%s, garbage behind its first bytes", row) << domain << path << cut;
+    };
+    add("photos", u"CameraRollDomain"_s, u"Media/PhotoData/Photos.sqlite"_s);
+    add("recordings", u"MediaDomain"_s, u"Media/Recordings/Recordings.db"_s);
+    add("voicemail", u"HomeDomain"_s, u"Library/Voicemail/voicemail.db"_s);
+}
+
+void tst_BadBackup::exportsInSpiteOfADamagedDatabase()
+{
+    QFETCH(QString, domain);
+    QFETCH(QString, path);
+    QFETCH(QByteArray, content);
+    QTemporaryDir dir;
+    Sample::BackupWriter writer(dir.filePath(u"backup"_s));
+    const ExpectedFiles expected = addUsualFiles(writer);
+    writer.addFile(domain, path, content);
+    QVERIFY(writer.finish());
+
+    const Result result = run({ dir.filePath(u"backup"_s), dir.filePath(u"out"_s) });
+    QVERIFY2(result.exitCode == 0 || result.exitCode == 3, result.err.constData());
+    QVERIFY2(result.err.contains(path.section(u'/', -1).toUtf8()), result.err.constData());
+    QCOMPARE(QFileInfo::exists(dir.filePath(u"out/export-report.csv"_s)), result.exitCode == 3);
+    ExpectedFiles found = filesBelow(dir.filePath(u"out"_s));
     found.remove(u"export-report.csv"_s);
     QCOMPARE(difference(found, expected), QString());
 }
