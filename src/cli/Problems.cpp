@@ -27,7 +27,8 @@ void sayProblems(Console &console,
 {
     const QList<PhoneBackup::Problem> said = problems.first(std::min(kSaid, problems.size()));
     for (const PhoneBackup::Problem &problem : said) {
-        const QString where = problem.source.isEmpty() ? QString() : u" (%1)"_s.arg(problem.source);
+        const bool named = problem.source.isEmpty() || problem.what.contains(problem.source);
+        const QString where = named ? QString() : u" (%1)"_s.arg(problem.source);
         console.warn(u"%1: %2%3"_s.arg(problemType(backup, problem), problem.what, where));
     }
     if (problems.size() > said.size())
