@@ -368,6 +368,11 @@ void BackupWriter::addIndexRow(const QString &id,
         m_d->insertRow(id, domain, path, flags, blob);
 }
 
+void BackupWriter::fail(const QString &path, const QString &reason)
+{
+    m_d->fail(path, reason);
+}
+
 bool BackupWriter::finish()
 {
     if (!m_d->begin())

@@ -76,6 +76,10 @@ public:
                      int flags,
                      const QByteArray &record);
 
+    //! Notes that \a path could not be made because of \a reason; only the first failure is kept,
+    //! and finish() then answers false. For contents that are made outside of this class.
+    void fail(const QString &path, const QString &reason);
+
     //! Writes the property lists and closes the index. \return false when something failed.
     bool finish();
 

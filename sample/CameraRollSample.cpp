@@ -110,7 +110,8 @@ void CameraRoll::add()
     }
 
     const QString database = kDatabase();
-    m_library.finish();
+    if (!m_library.finish())
+        m_writer.fail(database, m_library.error());
     m_writer.addWritten(kDomain(), database);
     // The phone leaves these behind when it has written all back into the database.
     m_writer.addFile(kDomain(), database + "-wal"_L1, QByteArray());

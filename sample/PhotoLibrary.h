@@ -44,6 +44,7 @@ public:
 
     //! Closes the database. \return false when anything failed.
     bool finish();
+    QString error() const { return m_database.error(); }
 
 private:
     Database m_database;

@@ -72,7 +72,8 @@ void addVoiceMemos(BackupWriter &writer, const Options &options)
     database.execute(
         "INSERT INTO Z_PRIMARYKEY SELECT 1, 'CloudRecording', 0, count(*) FROM ZCLOUDRECORDING;"
         "INSERT INTO Z_PRIMARYKEY VALUES (2, 'Folder', 0, 0)");
-    database.finish();
+    if (!database.finish())
+        writer.fail(folder + "CloudRecordings.db"_L1, database.error());
     writer.addWritten(domain, folder + "CloudRecordings.db"_L1);
 }
 

@@ -98,9 +98,12 @@ void addVoicemails(BackupWriter &writer, const Options &options)
                            traits);
         }
     }
+    const QByteArray after = database.image();
+    if (!database.error().isEmpty())
+        writer.fail(folder + "voicemail.db"_L1, database.error());
     writer.addFile(domain, folder + "greeting.amr"_L1, amrFile(random, 4));
     writer.addFile(domain, folder + "voicemail.db"_L1, before);
-    writer.addFile(domain, folder + "voicemail.db-wal"_L1, writeAheadLog(before, database.image()));
+    writer.addFile(domain, folder + "voicemail.db-wal"_L1, writeAheadLog(before, after));
     writer.addFile(domain, folder + "voicemail.db-shm"_L1, QByteArray(32768, '\0'));
 }
 
