@@ -4,7 +4,6 @@
 #include "sample/BookSample.h"
 #include "sample/CameraRollSample.h"
 #include "sample/IndexRowsSample.h"
-#include "sample/MessageSample.h"
 #include "sample/RingtoneSample.h"
 #include "sample/SystemSample.h"
 #include "sample/VoiceMemoSample.h"
@@ -21,7 +20,6 @@ void addSampleContents(BackupWriter &writer, const Options &options)
     addRingtones(writer, options);
     addAppDocuments(writer, options);
     addVoicemails(writer, options);
-    addMessages(writer, options);
     addIndexRows(writer, options);
 }
 
