@@ -117,7 +117,7 @@ Result<IndexKind> BackupFolder::kindOf(const QString &path)
                           "“Manifest.db”.")
                            .arg(path) };
     }
-    if (::access(native.constData(), X_OK) != 0) {
+    if (::faccessat(AT_FDCWD, native.constData(), X_OK, AT_EACCESS) != 0) {
         return Error { Fault::Io,
                        path,
                        tr("“%1” could not be read: %2.").arg(path, qt_error_string(errno)) };

@@ -74,16 +74,17 @@ Result<ManifestDb::Findings> ManifestDb::load(FileIndex &index,
     if (!forward) {
         return Error { Fault::Corrupt, m_database.path(), notReadable(forward.error().what) };
     }
-    forward.value().bind(1, std::numeric_limits<qint64>::min());
-    m_lastKey = std::numeric_limits<qint64>::min();
-    Outcome outcome = scan(forward.value(), index, keepGoing);
+    qint64 lastKey = std::numeric_limits<qint64>::min();
+    forward.value().bind(1, lastKey);
+    Outcome outcome = scan(forward.value(), false, lastKey, index, keepGoing);
     if (outcome == Outcome::Broken) {
         // A damaged page hides what follows it; the rows behind it are reached from the end.
         m_findings.damage = m_error;
         Result<Statement> backward = m_database.prepare(select + " DESC"_L1);
         if (backward) {
-            backward.value().bind(1, m_lastKey);
-            if (scan(backward.value(), index, keepGoing) == Outcome::Stopped)
+            qint64 firstKey = std::numeric_limits<qint64>::max();
+            backward.value().bind(1, lastKey);
+            if (scan(backward.value(), true, firstKey, index, keepGoing) == Outcome::Stopped)
                 outcome = Outcome::Stopped;
         }
     }
@@ -97,8 +98,11 @@ Result<ManifestDb::Findings> ManifestDb::load(FileIndex &index,
     return m_findings;
 }
 
-ManifestDb::Outcome
-ManifestDb::scan(Statement &query, FileIndex &index, const std::function<bool()> &keepGoing)
+ManifestDb::Outcome ManifestDb::scan(Statement &query,
+                                     bool descending,
+                                     qint64 &previous,
+                                     FileIndex &index,
+                                     const std::function<bool()> &keepGoing)
 {
     for (int rows = 0;; ++rows) {
         if (rows % kRowsBetweenQuestions == 0 && keepGoing && !keepGoing())
@@ -113,8 +117,14 @@ ManifestDb::scan(Statement &query, FileIndex &index, const std::function<bool()>
             break;
         }
         const FileIndex::Kind kind = kindOf(query.integer(3));
-        m_lastKey = query.integer(4);
-        if (!index.add(query.bytes(0), query.bytes(1), query.bytes(2), kind, m_lastKey))
+        const qint64 key = query.integer(4);
+        // Damaged pages that point at each other would give the same rows for ever.
+        if (descending ? key >= previous : key <= previous) {
+            m_error = tr("its pages are mixed up");
+            return Outcome::Broken;
+        }
+        previous = key;
+        if (!index.add(query.bytes(0), query.bytes(1), query.bytes(2), kind, key))
             ++m_findings.unnamed;
         if (kind == FileIndex::Kind::Other)
             ++m_findings.unknownKind;

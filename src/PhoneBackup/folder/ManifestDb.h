@@ -45,12 +45,15 @@ private:
     explicit ManifestDb(Database database);
 
     enum class Outcome { Complete, Broken, Stopped };
-    Outcome scan(Statement &query, FileIndex &index, const std::function<bool()> &keepGoing);
+    Outcome scan(Statement &query,
+                 bool descending,
+                 qint64 &previous,
+                 FileIndex &index,
+                 const std::function<bool()> &keepGoing);
 
     Database m_database;
     std::optional<Statement> m_recordQuery;
     Findings m_findings;
-    qint64 m_lastKey = 0;
     QString m_error;
 };
 

@@ -56,8 +56,7 @@ void readAppDocuments(Source &source, DataSets &sets)
         if (index.domain(a).data() != index.domain(b).data()) {
             const int order =
                 PathParts::compareNatural(identifier(index.domain(a)), identifier(index.domain(b)));
-            if (order != 0)
-                return order < 0;
+            return order != 0 ? order < 0 : a < b; // an app and a group of one name stay apart
         }
         const int order = PathParts::compareNatural(index.path(a), index.path(b));
         return order != 0 ? order < 0 : a < b;

@@ -81,6 +81,14 @@ void Backup::Private::describeFindings()
                                 .arg(findings.damage),
                             true });
     }
+    if (findings.unnamed > 0) {
+        source.addProblem({ kWholeBackup,
+                            u"Manifest.db: fileID"_s,
+                            tr("%1 entries of the index have a damaged identifier; their files are "
+                               "looked for under the one that belongs to their path.")
+                                .arg(findings.unnamed),
+                            false });
+    }
     if (findings.unknownKind > 0) {
         source.addProblem({ kWholeBackup,
                             u"Manifest.db: flags"_s,

@@ -41,7 +41,11 @@ public:
     //! Asked now and then while something long is read; false stops it with Fault::Cancelled.
     using KeepGoing = std::function<bool()>;
 
-    //! Opens the backup folder \a path (BackupInfo::path of findBackups()).
+    /*!
+        Opens the backup folder \a path (BackupInfo::path of findBackups()). \a keepGoing is kept
+       and asked while data sets are read, too; a set that it stopped is incomplete, and problems()
+        says so.
+    */
     static Result<std::unique_ptr<Backup>> open(const QString &path,
                                                 const KeepGoing &keepGoing = {});
     ~Backup() override;

@@ -78,23 +78,25 @@ bool openEntry(void *zip, const QByteArray &name, const QDateTime &modified, boo
         == ZIP_OK;
 }
 
-bool writeContent(void *zip, QFile &content)
+enum class Copied { Whole, Unreadable, Unwritable };
+
+Copied writeContent(void *zip, QFile &content)
 {
     QByteArray chunk(kChunk, Qt::Uninitialized);
     qint64 count = 0;
     while ((count = content.read(chunk.data(), chunk.size())) > 0) {
         if (zipWriteInFileInZip(zip, chunk.constData(), static_cast<unsigned>(count)) != ZIP_OK)
-            return false;
+            return Copied::Unwritable;
     }
-    return count == 0;
+    return count == 0 ? Copied::Whole : Copied::Unreadable;
 }
 
 } // namespace
 
-Result<> writeBookArchive(BackupFiles &files,
-                          const std::vector<FileIndex::Row> &rows,
-                          QByteArrayView folder,
-                          const QString &target)
+Result<QStringList> writeBookArchive(BackupFiles &files,
+                                     const std::vector<FileIndex::Row> &rows,
+                                     QByteArrayView folder,
+                                     const QString &target)
 {
     const auto nameOf = [&](FileIndex::Row row) {
         return files.index().path(row).sliced(folder.size() + 1);
@@ -113,26 +115,32 @@ Result<> writeBookArchive(BackupFiles &files,
         zipOpen64(QFile::encodeName(target).constData(), APPEND_STATUS_CREATE));
     if (!zip)
         return notWritten;
+    QStringList missing;
     for (const FileIndex::Row row : ordered) {
         const QByteArray name = nameOf(row).toByteArray();
         if (!staysInside(name))
             continue;
         QFile content(files.contentPath(row));
-        QString why;
-        if (!CCommonUtils::openForReading(content, &why)) {
-            return Error {
-                Fault::Io,
-                files.place(row),
-                tr("A file of the book, “%1”, could not be read: %2.").arg(files.place(row), why)
-            };
+        if (!CCommonUtils::openForReading(content)) {
+            missing.append(files.place(row));
+            continue;
         }
-        if (!openEntry(zip.get(), name, files.record(row).modified, nameOf(row) == kMimeType)
-            || !writeContent(zip.get(), content) || zipCloseFileInZip(zip.get()) != ZIP_OK)
+        if (!openEntry(zip.get(), name, files.record(row).modified, nameOf(row) == kMimeType))
+            return notWritten;
+        const Copied copied = writeContent(zip.get(), content);
+        if (copied == Copied::Unreadable)
+            missing.append(files.place(row));
+        if (copied == Copied::Unwritable || zipCloseFileInZip(zip.get()) != ZIP_OK)
             return notWritten;
     }
     if (zipClose(zip.release(), nullptr) != ZIP_OK)
         return notWritten;
-    return Done {};
+    if (missing.size() == qsizetype(rows.size())) {
+        return Error { Fault::NotFound,
+                       missing.value(0),
+                       tr("None of the book's files is in the backup.") };
+    }
+    return missing;
 }
 
 } // namespace PhoneBackup

@@ -4,6 +4,8 @@
 #include "folder/FileIndex.h"
 #include "folder/Result.h"
 
+#include <QStringList>
+
 #include <vector>
 
 namespace PhoneBackup {
@@ -13,12 +15,14 @@ class BackupFiles;
 /*!
     Packs \a rows, the files of a book, into the new file \a target as the reader programs expect
     it: a zip archive with "mimetype" first and stored. Names in it are paths below \a folder; what
-    would lead out of the archive is left out. An error when a file of the book cannot be read.
+    would lead out of the archive is left out.
+    \return the places of the files that could not be read and are not in it; an error when the
+    archive could not be written, or when none could be read.
 */
-Result<> writeBookArchive(BackupFiles &files,
-                          const std::vector<FileIndex::Row> &rows,
-                          QByteArrayView folder,
-                          const QString &target);
+Result<QStringList> writeBookArchive(BackupFiles &files,
+                                     const std::vector<FileIndex::Row> &rows,
+                                     QByteArrayView folder,
+                                     const QString &target);
 
 } // namespace PhoneBackup
 

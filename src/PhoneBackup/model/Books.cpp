@@ -5,6 +5,7 @@
 #include "model/MediaKind.h"
 #include "model/PathParts.h"
 #include "model/Source.h"
+#include "platform/Translation_p.h"
 
 #include <QDir>
 
@@ -13,6 +14,7 @@
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
+using DataExport::tr;
 
 namespace {
 
@@ -42,8 +44,9 @@ QByteArrayView bookFolder(QByteArrayView path)
 class BookData : public FileData
 {
 public:
-    BookData(BackupFiles &files, std::vector<Book> books)
-        : FileData(kBooks, files)
+    BookData(Source &source, std::vector<Book> books)
+        : FileData(kBooks, source.files())
+        , m_source(source)
         , m_books(std::move(books))
         , m_made(m_books.size())
     {
@@ -91,14 +94,33 @@ private:
     QString make(const Book &book) const
     {
         const Result<QString> folder = files().privateFolder().newSubFolder();
-        if (!folder)
+        if (!folder) {
+            addProblem(book, folder.error().what);
             return files().contentPath(book.row);
+        }
         const QString target = QDir(folder.value()).filePath(u"book"_s);
-        if (!writeBookArchive(files(), book.parts, book.path, target))
+        const Result<QStringList> missing =
+            writeBookArchive(files(), book.parts, book.path, target);
+        if (!missing) {
             QFile::remove(target);
+            addProblem(book, missing.error().what);
+        } else if (!missing.value().isEmpty()) {
+            addProblem(book,
+                       tr("%1 of the book's files could not be read and are missing from it, "
+                          "“%2” among them.")
+                           .arg(missing.value().size())
+                           .arg(missing.value().constFirst()));
+        }
         return target;
     }
 
+    void addProblem(const Book &book, const QString &what) const
+    {
+        m_source.addProblem(
+            { kBooks, PathParts::text(kDomain) + u'/' + PathParts::text(book.path), what, true });
+    }
+
+    Source &m_source; // outlives the set
     std::vector<Book> m_books;
     mutable std::vector<QString> m_made;
 };
@@ -126,7 +148,7 @@ public:
         std::stable_sort(m_books.begin(), m_books.end(), [](const Book &a, const Book &b) {
             return PathParts::compareNatural(a.name.toUtf8(), b.name.toUtf8()) < 0;
         });
-        sets[kBooks] = std::make_unique<BookData>(m_source.files(), std::move(m_books));
+        sets[kBooks] = std::make_unique<BookData>(m_source, std::move(m_books));
     }
 
 private:

@@ -24,7 +24,8 @@ void FileData::reserve(qsizetype count)
 int FileData::addGroup(const QString &name)
 {
     const int number = int(m_groups.size());
-    m_groups.emplace_back(m_groupNames.take(OutputNames::clean(name)), number);
+    m_groups.emplace_back(m_groupNames.take(OutputNames::clean(name), OutputNames::Kind::Folder),
+                          number);
     m_namesInGroup.insert(m_namesInGroup.end() - 1, OutputNames());
     return number;
 }

@@ -3,6 +3,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 namespace PhoneBackup {
 
@@ -26,6 +27,9 @@ struct MessageFilter
         return date.isValid() && (!since.isValid() || date >= since)
             && (!until.isValid() || date < until);
     }
+
+    //! Whether a conversation of this name with people of these addresses is wanted.
+    bool accepts(const QString &name, const QStringList &addresses) const;
 };
 
 } // namespace PhoneBackup

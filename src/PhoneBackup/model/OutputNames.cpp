@@ -186,7 +186,7 @@ bool OutputNames::isClean(QByteArrayView name)
         || !isDeviceName(QString::fromLatin1(name.first(title)).trimmed());
 }
 
-QString OutputNames::take(const QString &name)
+QString OutputNames::take(const QString &name, Kind kind)
 {
     const quint64 key = hashOfFolded(name);
     const auto known = m_used.constFind(key);
@@ -194,7 +194,8 @@ QString OutputNames::take(const QString &name)
         m_used.insert(key, 1);
         return name;
     }
-    const auto [title, extension] = split(name);
+    const auto [title, extension] =
+        kind == Kind::File ? split(name) : std::pair(QStringView(name), QStringView());
     for (quint32 number = *known + 1;; ++number) {
         const QString suffix = u" (%1)"_s.arg(number) + extension.toString();
         const QString candidate = cut(title, kMaxBytes - utf8Size(suffix)).toString() + suffix;

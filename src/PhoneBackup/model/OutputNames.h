@@ -33,8 +33,13 @@ public:
     //! Whether the UTF-8 text \a name is one that clean() would not change; may say no to some.
     static bool isClean(QByteArrayView name);
 
-    //! Takes \a name, which clean() made, or the next free of "name (2)", "name (3)" and so on.
-    QString take(const QString &name);
+    enum class Kind { File, Folder };
+
+    /*!
+        Takes \a name, which clean() made, or the next free of "name (2)", "name (3)" and so on. The
+        number goes in front of a file's extension, and behind the whole name of a folder.
+    */
+    QString take(const QString &name, Kind kind = Kind::File);
 
     //! Takes \a name when isClean() and still free. \return whether it was taken.
     bool takeClean(QByteArrayView name);

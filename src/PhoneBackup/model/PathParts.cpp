@@ -37,6 +37,18 @@ int exactly(QByteArrayView a, QByteArrayView b)
 
 } // namespace
 
+bool isHidden(QByteArrayView path)
+{
+    for (qsizetype start = 0; start < path.size();) {
+        const qsizetype slash = path.indexOf('/', start);
+        const QByteArrayView part = path.sliced(start, (slash < 0 ? path.size() : slash) - start);
+        if (part.startsWith('.') && part != QByteArrayView(".") && part != QByteArrayView(".."))
+            return true;
+        start += part.size() + 1;
+    }
+    return false;
+}
+
 int compareNatural(QByteArrayView a, QByteArrayView b)
 {
     qsizetype i = 0;

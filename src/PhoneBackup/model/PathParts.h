@@ -37,11 +37,8 @@ inline QByteArrayView extension(QByteArrayView path)
     return dot <= 0 ? QByteArrayView() : last.sliced(dot + 1);
 }
 
-//! Whether a part of the path begins with a dot.
-inline bool isHidden(QByteArrayView path)
-{
-    return path.startsWith('.') || path.indexOf("/.") >= 0;
-}
+//! Whether a part of the path begins with a dot. "." and ".." do not count: no phone hides so.
+bool isHidden(QByteArrayView path);
 
 inline QString text(QByteArrayView bytes)
 {

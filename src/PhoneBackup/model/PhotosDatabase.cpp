@@ -56,7 +56,7 @@ PhotoAssets PhotosDatabase::assets()
     if (columns.contains("ZTRASHEDSTATE"_L1)) {
         complete = m_source.query(m_dataType,
                                   *m_database,
-                                  fields + " WHERE ZTRASHEDSTATE <> 0"_L1,
+                                  fields + " WHERE CAST(ZTRASHEDSTATE AS INTEGER) <> 0"_L1,
                                   [&](const Statement &row) {
                                       const QByteArray path = pathOf(row);
                                       assets.deleted.insert(path);

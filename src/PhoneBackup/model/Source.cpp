@@ -32,8 +32,15 @@ void Source::addProblem(const Problem &problem)
 
 bool Source::keepGoing()
 {
-    if (!m_stopped && m_keepGoing && ++m_questions % kCallsBetweenQuestions == 0)
-        m_stopped = !m_keepGoing();
+    if (m_stopped || !m_keepGoing || ++m_questions % kCallsBetweenQuestions != 0)
+        return !m_stopped;
+    m_stopped = !m_keepGoing();
+    if (m_stopped) {
+        addProblem({ -1,
+                     m_files->folder().path(),
+                     tr("Reading was stopped on request; lists may be incomplete."),
+                     true });
+    }
     return !m_stopped;
 }
 
@@ -66,9 +73,14 @@ bool Source::query(int dataType,
         addDatabaseProblem(dataType, database, statement.error().what);
         return false;
     }
-    for (;;) {
+    for (qint64 left = database.maxRowCount();; --left) {
         switch (statement.value().step()) {
         case Statement::Step::Row:
+            if (left <= 0) {
+                addDatabaseProblem(
+                    dataType, database, tr("It is damaged: its rows repeat without an end."));
+                return false;
+            }
             row(statement.value());
             if (!keepGoing())
                 return false;

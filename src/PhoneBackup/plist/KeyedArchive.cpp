@@ -62,11 +62,6 @@ QVariant KeyedArchive::resolve(const QVariant &value) const
     return reference(object) ? QVariant() : object;
 }
 
-QString KeyedArchive::className(const QVariantMap &object) const
-{
-    return resolve(object.value(u"$class"_s)).toMap().value(u"$classname"_s).toString();
-}
-
 QVariant KeyedArchive::decode(const QVariant &value) const
 {
     int budget = kMaxValues;

@@ -26,9 +26,6 @@ public:
     //! What \a value refers to; \a value itself when it is no reference. Nil is invalid.
     QVariant resolve(const QVariant &value) const;
 
-    //! Class name of a stored object, empty when it has none.
-    QString className(const QVariantMap &object) const;
-
     /*!
         \a value with every reference followed: dictionaries, arrays, sets, strings, data, dates and
         URLs as values of their own, other objects as a QVariantMap of their keys. Stops at a

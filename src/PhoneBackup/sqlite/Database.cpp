@@ -10,6 +10,7 @@
 
 #include <sqlite3.h>
 
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <utility>
@@ -205,6 +206,12 @@ bool Database::hasTable(const QString &name) const
         return false;
     query.value().bind(1, name);
     return query.value().step() == Statement::Step::Row;
+}
+
+qint64 Database::maxRowCount() const
+{
+    constexpr qint64 kSmallestRow = 5; // its place in the page, its length, number and header
+    return (QFileInfo(m_files.path).size() + QFileInfo(m_files.walPath).size()) / kSmallestRow;
 }
 
 QStringList Database::columns(const QString &table) const

@@ -55,6 +55,12 @@ public:
     //! Names of the columns of \a table, empty when there is no such table.
     QStringList columns(const QString &table) const;
 
+    /*!
+        More rows than any table of it can have: a query that gives more goes round in the circle of
+        damaged pages.
+    */
+    qint64 maxRowCount() const;
+
     QString name() const { return m_files.name; }
     QString path() const { return m_files.path; }
 

@@ -47,19 +47,9 @@ void Statement::bind(int number, const QString &value)
                         SQLITE_UTF8);
 }
 
-bool Statement::isNull(int column) const
-{
-    return sqlite3_column_type(m_statement.get(), column) == SQLITE_NULL;
-}
-
 qint64 Statement::integer(int column) const
 {
     return sqlite3_column_int64(m_statement.get(), column);
-}
-
-double Statement::real(int column) const
-{
-    return sqlite3_column_double(m_statement.get(), column);
 }
 
 std::optional<double> Statement::number(int column) const
@@ -67,7 +57,7 @@ std::optional<double> Statement::number(int column) const
     switch (sqlite3_column_type(m_statement.get(), column)) {
     case SQLITE_INTEGER:
     case SQLITE_FLOAT:
-        return real(column);
+        return sqlite3_column_double(m_statement.get(), column);
     case SQLITE_TEXT: {
         bool ok = false;
         const double value = bytes(column).toByteArray().toDouble(&ok);

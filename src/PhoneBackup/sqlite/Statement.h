@@ -41,9 +41,7 @@ public:
     void bind(int number, qint64 value);
     void bind(int number, const QString &value);
 
-    bool isNull(int column) const;
     qint64 integer(int column) const;
-    double real(int column) const;
 
     //! The number in \a column, none for a null or a text that is no number.
     std::optional<double> number(int column) const;

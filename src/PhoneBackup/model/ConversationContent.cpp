@@ -1,0 +1,59 @@
+#include "model/ConversationContent.h"
+
+#include <algorithm>
+
+namespace PhoneBackup {
+
+void ConversationContent::clear()
+{
+    // New containers: those of a large conversation would keep its memory.
+    m_chats = {};
+    m_names.clear();
+    m_pieces = {};
+    m_extras = {};
+    m_messages = {};
+}
+
+Message &ConversationContent::addMessage()
+{
+    return m_messages.emplace_back();
+}
+
+Message::Extras &ConversationContent::extrasOf(Message &message)
+{
+    if (!message.extras)
+        message.extras = &m_extras.emplace_back();
+    return *message.extras;
+}
+
+void ConversationContent::addText(Message &message, const QString &text)
+{
+    extrasOf(message).pieces.append(&m_pieces.emplace_back(text));
+}
+
+void ConversationContent::addFile(Message &message,
+                                  const QString &type,
+                                  const QString &path,
+                                  const QString &name)
+{
+    extrasOf(message).pieces.append(&m_pieces.emplace_back(type, path, name));
+}
+
+void ConversationContent::list()
+{
+    m_chats.reserve(qsizetype(m_messages.size()));
+    for (Message &message : m_messages) {
+        if (!message.hidden)
+            m_chats.append(&message);
+    }
+    const auto before = [](const BkSMSChat *a, const BkSMSChat *b) {
+        const auto *first = static_cast<const Message *>(a);
+        const auto *second = static_cast<const Message *>(b);
+        return first->dateMs != second->dateMs ? first->dateMs < second->dateMs
+                                               : first->row < second->row;
+    };
+    if (!std::is_sorted(m_chats.cbegin(), m_chats.cend(), before))
+        std::sort(m_chats.begin(), m_chats.end(), before);
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,33 @@
+#ifndef PHONEBACKUP_MODEL_HANDLES_H
+#define PHONEBACKUP_MODEL_HANDLES_H
+
+#include <QHash>
+#include <QString>
+
+#include <deque>
+
+namespace PhoneBackup {
+
+class SmsDatabase;
+
+//! The addresses of the message database by their ROWIDs; equal ones are one object.
+class Handles
+{
+public:
+    explicit Handles(SmsDatabase &database);
+
+    //! The address of \a row, null when there is none.
+    const QString *address(qint64 row) const { return m_byRow.value(row); }
+
+    //! The object for \a address, which need not be in the database.
+    const QString *intern(const QString &address);
+
+private:
+    std::deque<QString> m_addresses;
+    QHash<QString, const QString *> m_byText;
+    QHash<qint64, const QString *> m_byRow;
+};
+
+} // namespace PhoneBackup
+
+#endif

@@ -1,0 +1,35 @@
+#ifndef PHONEBACKUP_MODEL_MAPPEDFILE_H
+#define PHONEBACKUP_MODEL_MAPPEDFILE_H
+
+#include <QByteArrayView>
+#include <QString>
+
+namespace PhoneBackup {
+
+/*!
+    \brief The bytes of a file, mapped into memory for as long as the object lives.
+
+    The file is open only while it is being mapped: any number of objects may live. Memory that
+    reading them takes is given back when the next file is mapped, and taken again when need be.
+*/
+class MappedFile
+{
+public:
+    explicit MappedFile(const QString &path);
+    ~MappedFile();
+
+    MappedFile(const MappedFile &) = delete;
+    MappedFile &operator=(const MappedFile &) = delete;
+
+    //! Empty when the file is missing, empty or cannot be read.
+    QByteArrayView bytes() const { return m_bytes; }
+
+private:
+    static const MappedFile *s_last;
+
+    QByteArrayView m_bytes;
+};
+
+} // namespace PhoneBackup
+
+#endif

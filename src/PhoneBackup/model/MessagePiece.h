@@ -1,0 +1,42 @@
+#ifndef PHONEBACKUP_MODEL_MESSAGEPIECE_H
+#define PHONEBACKUP_MODEL_MESSAGEPIECE_H
+
+#include "message/BkSMSPiece.h"
+
+#include <memory>
+
+namespace PhoneBackup {
+
+class MappedFile;
+
+/*!
+    \brief A part of a message: a text, or a file that is mapped when it is first asked for.
+
+    A file that is missing from the backup is a part all the same; its bytes are empty.
+*/
+class MessagePiece final : public BkSMSPiece
+{
+public:
+    //! A text of its own.
+    explicit MessagePiece(const QString &text);
+
+    //! The file at \a path, which may be missing.
+    MessagePiece(const QString &type, const QString &path, const QString &name);
+
+    ~MessagePiece() override;
+
+    const QString &pieceType() const override { return m_type; }
+    const QByteArray &pieceData() const override;
+    const QString &pieceLocation() const override { return m_name; }
+
+private:
+    QString m_type;
+    QString m_path;
+    QString m_name;
+    mutable QByteArray m_data;
+    mutable std::unique_ptr<MappedFile> m_file;
+};
+
+} // namespace PhoneBackup
+
+#endif

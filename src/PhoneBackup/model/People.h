@@ -1,0 +1,39 @@
+#ifndef PHONEBACKUP_MODEL_PEOPLE_H
+#define PHONEBACKUP_MODEL_PEOPLE_H
+
+#include "model/PhoneAddress.h"
+
+#include <QHash>
+#include <QString>
+
+#include <vector>
+
+namespace PhoneBackup {
+
+class AddressBook;
+
+/*!
+    \brief Tells which addresses belong to one person: those that the address book gives to one, and
+    those that match each other.
+*/
+class People
+{
+public:
+    explicit People(const AddressBook &addressBook);
+
+    //! A number for the person at \a address, the same for all of their addresses.
+    int number(const QString &address);
+
+    //! The name for \a address: that of the address book, else the address itself.
+    QString name(const QString &address) const;
+
+private:
+    const AddressBook &m_addressBook;
+    std::vector<PhoneAddress> m_strangers;
+    QMultiHash<QString, int> m_buckets; // PhoneAddress::bucket() to indices of strangers
+    QHash<QString, int> m_known;
+};
+
+} // namespace PhoneBackup
+
+#endif
