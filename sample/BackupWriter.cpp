@@ -85,10 +85,16 @@ QByteArray record(const QString &path, quint32 mode, qint64 sizeBytes, const Fil
     });
 }
 
-bool writeWhole(QFile &file, const QByteArray &content)
+//! \return what failed, nothing when all of \a content is on disk.
+QString writeWhole(const QString &path, const QByteArray &content)
 {
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)
-        && file.write(content) == content.size();
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+        return file.errorString();
+    // A device that fills up takes a part and sees no error in that.
+    if (file.write(content) != content.size())
+        return u"it could not be written whole; is the disk full?"_s;
+    return QString();
 }
 
 QVariantMap lockdownInfo()
@@ -234,9 +240,10 @@ void BackupWriter::Private::countContent(qint64 sizeBytes)
 
 void BackupWriter::Private::writePropertyList(const QString &name, const QByteArray &content)
 {
-    QFile file(root + u'/' + name);
-    if (!writeWhole(file, content))
-        fail(file.fileName(), file.errorString());
+    const QString path = root + u'/' + name;
+    const QString failure = writeWhole(path, content);
+    if (!failure.isEmpty())
+        fail(path, failure);
 }
 
 BackupWriter::BackupWriter(const QString &root, Layout layout)
@@ -315,9 +322,9 @@ QString BackupWriter::addFile(const QString &domain,
 {
     const QString place = contentPath(domain, path);
     if (!place.isEmpty()) {
-        QFile file(place);
-        if (!writeWhole(file, content))
-            m_d->fail(place, file.errorString());
+        const QString failure = writeWhole(place, content);
+        if (!failure.isEmpty())
+            m_d->fail(place, failure);
     }
     m_d->countContent(content.size());
     return addWithoutContent(domain, path, content.size(), traits);
