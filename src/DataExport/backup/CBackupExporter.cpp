@@ -73,6 +73,16 @@ CIExportReport *CBackupExporter::report() const
     return m_report;
 }
 
+void CBackupExporter::setHardened(bool hardened)
+{
+    m_hardened = hardened;
+}
+
+bool CBackupExporter::isHardened() const
+{
+    return m_hardened;
+}
+
 bool CBackupExporter::exportBackup(BkBackup *backup, const QDir &dir, CIProgressCallback *progress)
 {
     const auto &table = dispatchTable();

@@ -48,6 +48,14 @@ public:
     CIExportReport *report() const; //!< As set.
 
     /*!
+        Whether pages are proof against the text of strangers: encoded wherever it would stand as
+        it is, links to well-known schemes only, no scripts, no loads from elsewhere. Line breaks in
+        vCard fields of one line become blanks. Off, pages show such text as the backup holds it.
+    */
+    void setHardened(bool hardened);
+    bool isHardened() const; //!< As set; false at first.
+
+    /*!
         Exports every non-empty data set of \a backup into its folder in \a dir. \a progress may be
         null. \return true, also after failures or a cancellation.
     */
@@ -106,6 +114,7 @@ public:
 
 private:
     bool m_fromDFU = false;
+    bool m_hardened = false;
     CIExportReport *m_report = nullptr;
 };
 

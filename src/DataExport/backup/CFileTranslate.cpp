@@ -3,11 +3,12 @@
 #include "backup/BkData.h"
 #include "backup/BkFileItem.h"
 #include "backup/CBackupExporter.h"
+#include "backup/SinkSettings_p.h"
 #include "export/CFileExporter.h"
 #include "export/FileProgress.h"
 #include "platform/CCommonUtils.h"
+#include "platform/NativeFile_p.h"
 
-#include <QFileInfo>
 
 namespace {
 
@@ -17,7 +18,7 @@ constexpr int kVoicemail = 16; // never under media protection
 qint64 contentSize(const BkFileItem &file)
 {
     const qint64 inMemory = file.fileData().size();
-    return inMemory > 0 ? inMemory : QFileInfo(file.filePath()).size();
+    return inMemory > 0 ? inMemory : NativeFile::sizeBytes(file.filePath());
 }
 
 qint64 contentSize(const QList<BkAbstractItem *> &items)
@@ -93,8 +94,7 @@ bool CBackupExporter::exportFile(BkData *data,
 {
     CFileExporter sink;
     bool result = false;
-    if (exporter)
-        sink.setReport(exporter->report());
+    applySettings(exporter, sink);
     if (sink.initExporter(dir, owner, typeName)) {
         const bool protect = exporter && exporter->fromDFU() && data->dataType() != kVoicemail;
         result = CFileTranslate(data).translate(&sink, progress, protect);

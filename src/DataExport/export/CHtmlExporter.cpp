@@ -1,6 +1,7 @@
 #include "export/CHtmlExporter.h"
 
 #include "export/CUtils.h"
+#include "export/FileName_p.h"
 #include "export/TextFile_p.h"
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
@@ -13,11 +14,16 @@ using DataExport::tr;
 
 namespace {
 
-constexpr char kHeadToTitle[] =
+constexpr char kHeadToPolicy[] =
     "<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Transitional//EN\" "
     "\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-transitional.dtd\">"
-    "<html><head><meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">"
-    "<title>";
+    "<html><head><meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">";
+
+// The images beside the page and its own style, nothing else. A page that is opened from disk has
+// no origin of its own: there "file:" is what "'self'" is for one that a server hands out.
+constexpr char kPolicy[] =
+    "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
+    "img-src 'self' file:; style-src 'unsafe-inline'; base-uri 'none'; form-action 'none'\">";
 
 } // namespace
 
@@ -66,12 +72,14 @@ bool CHtmlExporter::exportDepends(const QByteArray &data, const QString &name)
 bool CHtmlExporter::openExporter(const QDir &outDir)
 {
     m_imgDir = QDir(outDir.absoluteFilePath(HTML_IMG_FOLDER));
-    const QString title = CUtils::safeFileName(QStringLiteral("%1's %2").arg(m_name, m_folder));
-    if (!m_file->open(
-            outDir.absoluteFilePath(title + QLatin1String(".html")), QStringConverter::Utf8, false))
+    const QString name = QStringLiteral("%1's %2").arg(m_name, m_folder);
+    const QLatin1String suffix(".html");
+    const QString file = FileName::visible(name, FileName::kMaxBytes - suffix.size()) + suffix;
+    if (!m_file->open(outDir.absoluteFilePath(file), QStringConverter::Utf8, false))
         return false;
-    m_file->write(QLatin1String(kHeadToTitle) + title + QLatin1String("</title>") + m_style
-                  + QLatin1String("</head><body>"));
+    m_file->write(QLatin1String(kHeadToPolicy) + QLatin1String(isHardened() ? kPolicy : "")
+                  + QLatin1String("<title>") + CUtils::safeFileName(name)
+                  + QLatin1String("</title>") + m_style + QLatin1String("</head><body>"));
     return true;
 }
 

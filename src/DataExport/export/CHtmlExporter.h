@@ -11,13 +11,23 @@ class TextFile;
     \brief Sink: writes one HTML page per export, with an image folder beside it.
 
     \par Order
-    setStyle(), initExporter(), any number of exportData() and exportDepends(), then finish()
-   exactly once, also after a failed initExporter(). \par Bytes UTF-8 without a byte-order mark, no
-   line breaks of its own. Text is written as it is: the caller has encoded it with
-   CUtils::htmlEncode(). \par Files The page "<owner>'s <data type>.html" lies in the data type's
-   folder and replaces one of that name; its images lie in HTML_IMG_FOLDER, made with the first
-   image. \par Errors A page that a full disk cut short is removed; the report is told of it and of
-   every image that could not be placed. \par Memory Constant, whatever the page's length.
+    setStyle() and setHardened(), initExporter(), any number of exportData() and exportDepends(),
+    then finish() exactly once, also after a failed initExporter().
+    \par Bytes
+    UTF-8 without a byte-order mark, no line breaks of its own. Text is written as it is: the caller
+    has encoded it with CUtils::htmlEncode().
+    \par Files
+    The page "<owner>'s <data type>.html" lies in the data type's folder and replaces one of that
+    name; its images lie in HTML_IMG_FOLDER, made with the first image. Leading dots of the name,
+    which would hide the page, and what exceeds 255 bytes are left out.
+    \par Hardened
+    A Content-Security-Policy in the head lets the page show the images beside it and its own style,
+    and nothing else: no script runs and nothing is requested, also when it is opened from disk.
+    \par Errors
+    A page that a full disk cut short is removed; the report is told of it and of every image that
+    could not be placed.
+    \par Memory
+    Constant, whatever the page's length.
 */
 class DATAEXPORT_EXPORT CHtmlExporter : public CIDataExporter
 {

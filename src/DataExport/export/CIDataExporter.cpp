@@ -82,6 +82,16 @@ void CIDataExporter::setReport(CIExportReport *report)
     m_report = report;
 }
 
+void CIDataExporter::setHardened(bool hardened)
+{
+    m_hardened = hardened;
+}
+
+bool CIDataExporter::isHardened() const
+{
+    return m_hardened;
+}
+
 void CIDataExporter::reportFailure(const QString &itemName,
                                    CIExportReport::Cause cause,
                                    const QString &reason)

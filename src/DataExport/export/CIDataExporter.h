@@ -79,6 +79,14 @@ public:
     //! Tells \a report (may be null, as at first) of every fault from now on.
     void setReport(CIExportReport *report);
 
+    /*!
+        Whether text of strangers is kept from becoming mark-up (false at first): what pages
+        otherwise take as it is is encoded, links lead to well-known schemes only, and the page
+        forbids scripts and loads from elsewhere. Set before the output opens.
+    */
+    void setHardened(bool hardened);
+    bool isHardened() const; //!< As set.
+
     //! Hands a fault with \a itemName to the report, if there is one.
     void reportFailure(const QString &itemName, CIExportReport::Cause cause, const QString &reason);
 
@@ -94,6 +102,7 @@ private:
     bool failToOpen(const QString &folder, const QString &reason);
 
     CIExportReport *m_report = nullptr;
+    bool m_hardened = false;
 };
 
 #endif

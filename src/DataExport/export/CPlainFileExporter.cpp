@@ -1,6 +1,6 @@
 #include "export/CPlainFileExporter.h"
 
-#include "export/CUtils.h"
+#include "export/FileName_p.h"
 #include "export/TextFile_p.h"
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
@@ -8,6 +8,12 @@
 #include <QFileInfo>
 
 using DataExport::tr;
+
+namespace {
+
+constexpr qsizetype kNumberBytes = 13; // " (2147483647)"
+
+} // namespace
 
 CPlainFileExporter::CPlainFileExporter(const QString &suffix, bool perItem)
     : m_suffix(suffix)
@@ -79,7 +85,7 @@ bool CPlainFileExporter::openFile(const QString &baseName)
     const auto encoding = m_codec.isEmpty()
         ? std::optional(QStringConverter::Utf8)
         : QStringConverter::encodingForName(m_codec.toUtf8().constData());
-    return encoding && m_file->open(uniqFileName(CUtils::safeFileName(baseName)), *encoding, m_bom);
+    return encoding && m_file->open(uniqFileName(baseName), *encoding, m_bom);
 }
 
 void CPlainFileExporter::closeFile(bool ok)
@@ -93,5 +99,12 @@ void CPlainFileExporter::closeFile(bool ok)
 
 QString CPlainFileExporter::uniqFileName(const QString &baseName)
 {
-    return CCommonUtils::uniqFileName(m_curDir, baseName, m_suffix, m_usedNames[baseName]);
+    const qsizetype room = FileName::kMaxBytes - FileName::bytes(m_suffix);
+    const auto numbered = [this](const QString &base) {
+        return CCommonUtils::uniqFileName(m_curDir, base, m_suffix, m_usedNames[base]);
+    };
+    const QString path = numbered(FileName::visible(baseName, room));
+    if (FileName::bytes(QFileInfo(path).fileName()) <= FileName::kMaxBytes)
+        return path;
+    return numbered(FileName::visible(baseName, room - kNumberBytes));
 }

@@ -19,7 +19,10 @@ class TextFile;
     Text as it is, in the codec that was set; UTF-8 without one.
     \par Files
     One file is called "<owner>'s <data type>"; files of items after their item, numbered when
-   taken. \par Errors A file that a full disk cut short is removed, and the report is told.
+    taken. Names are made safe with CUtils::safeFileName(), lose leading dots, which would hide the
+    file, and are cut to the 255 bytes that file systems take; without any name it is "_".
+    \par Errors
+    A file that a full disk cut short is removed, and the report is told.
 */
 class DATAEXPORT_EXPORT CPlainFileExporter : public CIDataExporter
 {

@@ -13,6 +13,11 @@ QString CUtils::htmlEncode(const QString &s)
     return s.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>"));
 }
 
+QString CUtils::attributeEncode(const QString &s)
+{
+    return s.toHtmlEscaped().replace(QLatin1Char('\''), QLatin1String("&#39;"));
+}
+
 QString CUtils::csvEncode(const QString &s)
 {
     QString field = s;

@@ -22,6 +22,12 @@ public:
     static QString htmlEncode(const QString &s);
 
     /*!
+        Escapes < > & and both quotes, for the value of an attribute; line feeds stay. For pages
+        that take no text as it is.
+    */
+    static QString attributeEncode(const QString &s);
+
+    /*!
         One CSV field: double quotes are doubled, and a field with a comma, a carriage return or a
         line feed is enclosed in double quotes. A field with quotes alone is not enclosed.
     */

@@ -1,6 +1,6 @@
 #include "message/CSMSTranslate.h"
 
-#include "backup/CBackupExporter.h"
+#include "backup/SinkSettings_p.h"
 #include "export/CHtmlExporter.h"
 #include "export/CPlainFileExporter.h"
 #include "message/BkSMSData.h"
@@ -59,7 +59,6 @@ bool CBackupExporter::exportSMS(BkData *data,
     auto *messages = dynamic_cast<BkSMSData *>(data);
     if (!messages)
         return false;
-    CIExportReport *report = exporter ? exporter->report() : nullptr;
 
     bool ok = false;
     {
@@ -67,7 +66,7 @@ bool CBackupExporter::exportSMS(BkData *data,
         CSMS2HtmlTranslate translator(messages);
         sub.initRange(kUnitsPerPass);
         page.setStyle(translator.smsStyle());
-        page.setReport(report);
+        applySettings(exporter, page);
         ok = page.initExporter(dir, owner, typeName) && translator.translate(&page, title, &sub);
         page.finish(ok);
     }
@@ -77,7 +76,7 @@ bool CBackupExporter::exportSMS(BkData *data,
     {
         CPlainFileExporter csv(QStringLiteral(".csv"), false);
         csv.setCodec(QStringLiteral("UTF16"), true);
-        csv.setReport(report);
+        applySettings(exporter, csv);
         sub.initRange(kUnitsPerPass);
         CSMS2CSVTranslate translator(messages);
         ok = csv.initExporter(dir, owner, typeName) && translator.translate(&csv, title, &sub);

@@ -25,6 +25,7 @@ class tst_CHtmlExporter : public QObject
 private Q_SLOTS:
     void writesTheFrame_data();
     void writesTheFrame();
+    void forbidsScriptsWhenHardened();
     void replacesAnOlderPage();
     void placesImages();
     void reportsImagesThatItCannotPlace();
@@ -48,6 +49,12 @@ void tst_CHtmlExporter::writesTheFrame_data()
     QTest::newRow("unsafe names, percent signs")
         << u"A/n:n %1 %2"_s << QString() << QString() << u"A_n_n %1 %2's Notes.html"_s
         << QByteArray("A_n_n %1 %2's Notes</title></head><body></body></html>");
+    QTest::newRow("a page that would be hidden")
+        << u"..Ann"_s << QString() << QString() << u"Ann's Notes.html"_s
+        << QByteArray("..Ann's Notes</title></head><body></body></html>");
+    QTest::newRow("an owner with too long a name")
+        << QString(300, u'x') << QString() << QString() << QString(250, u'x') + u".html"_s
+        << QByteArray(300, 'x') + "'s Notes</title></head><body></body></html>";
     QTest::newRow("the title is not encoded")
         << u"Ann & Bo"_s << QString() << u"a\nb"_s << u"Ann & Bo's Notes.html"_s
         << QByteArray("Ann & Bo's Notes</title></head><body>a\nb</body></html>");
@@ -73,6 +80,25 @@ void tst_CHtmlExporter::writesTheFrame()
     const QByteArray page = Files::read(temp.filePath(u"Notes/"_s + file));
     QCOMPARE(page.left(kHead.size()), kHead);
     QTEST(page.mid(kHead.size()), "afterHead");
+}
+
+void tst_CHtmlExporter::forbidsScriptsWhenHardened()
+{
+    const QTemporaryDir temp;
+    CHtmlExporter sink;
+    sink.setStyle(u"<style>s</style>"_s);
+    sink.setHardened(true);
+    QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"Notes"_s));
+    QVERIFY(sink.exportData(u"body"_s));
+    QVERIFY(sink.finish(true));
+    // Before everything that it is to govern.
+    const QByteArray beforeTitle = kHead.chopped(int(qstrlen("<title>")));
+    QCOMPARE(Files::read(temp.filePath(u"Notes/Ann's Notes.html"_s)),
+             beforeTitle
+                 + "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
+                   "img-src 'self' file:; style-src 'unsafe-inline'; base-uri 'none'; "
+                   "form-action 'none'\"><title>Ann's Notes</title><style>s</style></head>"
+                   "<body>body</body></html>");
 }
 
 void tst_CHtmlExporter::replacesAnOlderPage()

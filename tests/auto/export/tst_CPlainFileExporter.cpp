@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <ctime>
+
 using namespace Qt::StringLiterals;
 
 class tst_CPlainFileExporter : public QObject
@@ -19,6 +21,9 @@ private Q_SLOTS:
     void writesLongTextsWhole();
     void namesTheOneFileSafely();
     void oneFilePerItem();
+    void namesItemsVisibly_data();
+    void namesItemsVisibly();
+    void namesManyItemsAlikeInLinearTime();
     void aFailedExportLeavesNothing();
     void survivesAFileThatDoesNotOpen();
     void reportsFullDeviceAtEveryByte();
@@ -107,6 +112,71 @@ void tst_CPlainFileExporter::oneFilePerItem()
     QCOMPARE(Files::read(folder + u"a_b.vcf"_s), QByteArray("card of a/b"));
 }
 
+void tst_CPlainFileExporter::namesItemsVisibly_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QStringList>("files");
+
+    const QString longest(251, u'x'); // and ".vcf"
+    QTest::newRow("empty") << QStringList { {}, {} } << QStringList { u"_ (2).vcf"_s, u"_.vcf"_s };
+    QTest::newRow("only dots") << QStringList { u".."_s } << QStringList { u"_.vcf"_s };
+    QTest::newRow("leading dots") << QStringList { u"..Bo. "_s } << QStringList { u"Bo. .vcf"_s };
+    QTest::newRow("a NUL") << QStringList { u"a\0b"_s } << QStringList { u"a_b.vcf"_s };
+    QTest::newRow("right to left, emoji") << QStringList { u"\u202E\u05D0\u05D1 \U0001F600"_s }
+                                          << QStringList { u"\u202E\u05D0\u05D1 \U0001F600.vcf"_s };
+    QTest::newRow("as long as it may be")
+        << QStringList { longest } << QStringList { longest + u".vcf"_s };
+    QTest::newRow("room for the number") << QStringList { longest, longest, longest }
+                                         << QStringList { longest.first(238) + u" (2).vcf"_s,
+                                                          longest.first(238) + u".vcf"_s,
+                                                          longest + u".vcf"_s };
+    QTest::newRow("one byte too long, one character of two")
+        << QStringList { longest.first(250) + u"\u00E9"_s }
+        << QStringList { longest.first(250) + u".vcf"_s };
+    QTest::newRow("never inside a surrogate pair")
+        << QStringList { u"\U0001F600"_s.repeated(500000) }
+        << QStringList { u"\U0001F600"_s.repeated(62) + u".vcf"_s };
+    QTest::newRow("half a surrogate pair")
+        << QStringList { QString(400, QChar(0xD83D)) }
+        << QStringList { QString(83, QChar(0xFFFD)) + u".vcf"_s };
+}
+
+void tst_CPlainFileExporter::namesItemsVisibly()
+{
+    QFETCH(QStringList, names);
+    const QTemporaryDir temp;
+    RecordingReport report;
+    CPlainFileExporter sink(u".vcf"_s, true);
+    sink.setReport(&report);
+    QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"T"_s));
+    for (const QString &name : names) {
+        QVERIFY(sink.itemExportBegin(name));
+        QVERIFY(sink.itemExportEnd());
+    }
+    QVERIFY(sink.finish(true));
+    QCOMPARE(report.failures.size(), 0);
+    QTEST(Files::tree(temp.filePath(u"T"_s)), "files");
+}
+
+void tst_CPlainFileExporter::namesManyItemsAlikeInLinearTime()
+{
+    constexpr int kItems = 5000;
+    const QTemporaryDir temp;
+    CPlainFileExporter sink(u".vcf"_s, true);
+    QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"T"_s));
+    const std::clock_t start = std::clock();
+    for (int i = 0; i < kItems; ++i) {
+        for (const QString &name : { u"Bo"_s, QString(300, u'x') }) {
+            QVERIFY(sink.itemExportBegin(name));
+            QVERIFY(sink.itemExportEnd());
+        }
+    }
+    const auto seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    QVERIFY2(seconds < 10, qPrintable(QString::number(seconds)));
+    QCOMPARE(QDir(temp.filePath(u"T"_s)).count(), uint(2 * kItems + 2)); // with "." and ".."
+    QVERIFY(QFileInfo::exists(temp.filePath(u"T/Bo (%1).vcf"_s.arg(kItems))));
+}
+
 void tst_CPlainFileExporter::aFailedExportLeavesNothing()
 {
     const QTemporaryDir temp;
@@ -131,15 +201,16 @@ void tst_CPlainFileExporter::survivesAFileThatDoesNotOpen()
     CPlainFileExporter sink(u".vcf"_s, true);
     sink.setReport(&report);
     QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"T"_s));
-    const QString tooLong(300, u'x');
-    QVERIFY(!sink.itemExportBegin(tooLong));
+    QDir(temp.path()).rename(u"T"_s, u"away"_s);
+    QVERIFY(!sink.itemExportBegin(u"lost"_s));
+    QDir(temp.path()).rename(u"away"_s, u"T"_s);
     QVERIFY(sink.itemExportBegin(u"next"_s));
     QVERIFY(sink.itemExportEnd());
     QVERIFY(sink.finish(true));
     QCOMPARE(Files::tree(temp.filePath(u"T"_s)), QStringList { u"next.vcf"_s });
     QCOMPARE(report.failures.size(), 2);
     QCOMPARE(report.failures[0].item, QString());
-    QCOMPARE(report.failures[1].item, tooLong);
+    QCOMPARE(report.failures[1].item, u"lost"_s);
 }
 
 void tst_CPlainFileExporter::reportsFullDeviceAtEveryByte()

@@ -13,6 +13,8 @@ private Q_SLOTS:
     void makesFileNamesSafe();
     void encodesHtml_data();
     void encodesHtml();
+    void encodesAttributes_data();
+    void encodesAttributes();
     void encodesCsvFields_data();
     void encodesCsvFields();
 };
@@ -53,6 +55,22 @@ void tst_CUtils::encodesHtml()
 {
     QFETCH(QString, text);
     QTEST(CUtils::htmlEncode(text), "expected");
+}
+
+void tst_CUtils::encodesAttributes_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("both quotes") << u"'x' \"y\""_s << u"&#39;x&#39; &quot;y&quot;"_s;
+    QTest::newRow("markup") << u"<a>&"_s << u"&lt;a&gt;&amp;"_s;
+    QTest::newRow("line feeds stay") << u"a\nb"_s << u"a\nb"_s;
+}
+
+void tst_CUtils::encodesAttributes()
+{
+    QFETCH(QString, value);
+    QTEST(CUtils::attributeEncode(value), "expected");
 }
 
 void tst_CUtils::encodesCsvFields_data()

@@ -1,0 +1,44 @@
+#include "export/CIDataExporter.h"
+#include "export/CUtils.h"
+#include "export/PageText_p.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::array kLinkedSchemes {
+    "http"_L1, "https"_L1, "ftp"_L1, "mailto"_L1, "tel"_L1, "sms"_L1, "facetime"_L1,
+};
+
+// Browsers skip control characters and blanks before a scheme, and line breaks and tabs in it:
+// "java\nscript:" is one. A target that needs such care gets no link at all.
+QStringView schemeOf(QStringView target)
+{
+    const auto colon = target.indexOf(u':');
+    return colon < 0 ? QStringView() : target.first(colon);
+}
+
+} // namespace
+
+QString PageText::plain(const CIDataExporter &page, const QString &text)
+{
+    return page.isHardened() ? CUtils::htmlEncode(text) : text;
+}
+
+QString PageText::attribute(const CIDataExporter &page, const QString &value)
+{
+    return page.isHardened() ? CUtils::attributeEncode(value) : value;
+}
+
+bool PageText::mayLink(const CIDataExporter &page, const QString &target)
+{
+    if (!page.isHardened())
+        return true;
+    const QStringView scheme = schemeOf(target);
+    return std::any_of(kLinkedSchemes.begin(), kLinkedSchemes.end(), [scheme](QLatin1String known) {
+        return scheme.compare(known, Qt::CaseInsensitive) == 0;
+    });
+}
