@@ -1,0 +1,38 @@
+#ifndef DATAEXPORT_CONTACT_CCONTACT2VCFTRANSLATE_H
+#define DATAEXPORT_CONTACT_CCONTACT2VCFTRANSLATE_H
+
+#include "contact/CContactTranslate.h"
+
+/*!
+    \brief Writes each contact as a vCard 2.1, as a rule each into a file of its own.
+
+    \par Bytes
+    Lines end in CR LF. Values stand as they are stored, without escapes, encoding or folding; line
+    breaks of addresses become blanks, and into a hardened sink those of every other value but the
+    notes, too. N and ORG hold the parts that there are, without empty ones between them. The photo
+    goes in as it is stored. Dates other than the birthday, related names, social profiles and
+    phonetic names have no line.
+    \par Memory
+    That of one card.
+*/
+class DATAEXPORT_EXPORT CContact2VCFTranslate final : public CContactTranslate
+{
+public:
+    //! \a data is borrowed.
+    explicit CContact2VCFTranslate(BkContactData *data);
+    ~CContact2VCFTranslate();
+
+    //! Does nothing. \return true.
+    bool translateHeader(CIDataExporter *exporter, const QString &title) override;
+
+    //! Does nothing. \return true.
+    bool translateDataBefore(CIDataExporter *exporter) override;
+
+    //! Does nothing. \return true.
+    bool translateDataAfter(CIDataExporter *exporter) override;
+
+    //! Writes the card of \a item, in one piece.
+    bool translateDataItem(CIDataExporter *exporter, BkContactItem *item) override;
+};
+
+#endif
