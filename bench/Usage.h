@@ -5,11 +5,11 @@
 
 namespace Bench {
 
-//! Processor time of this process so far, user and system.
-inline double cpuSeconds()
+//! Processor time so far, user and system: of this process, or of those that it started and ended.
+inline double cpuSeconds(int who = RUSAGE_SELF)
 {
     rusage usage {};
-    getrusage(RUSAGE_SELF, &usage);
+    getrusage(who, &usage);
     const auto seconds = [](const timeval &time) {
         return double(time.tv_sec) + double(time.tv_usec) / 1e6;
     };

@@ -103,15 +103,27 @@ bool makeFiles(const QString &root, int count, qint64 size, Files &files)
 
 using Copy = std::function<bool(const QString &)>;
 
-double timed(const QString &target, const Copy &copy)
+struct Cost
 {
+    double wallSeconds = -1; // negative: the copy failed
+    double cpuSeconds = 0;
+};
+
+Cost measured(const QString &target, const Copy &copy)
+{
+    const auto cpu = [] {
+        return Bench::cpuSeconds(RUSAGE_SELF) + Bench::cpuSeconds(RUSAGE_CHILDREN);
+    };
     ::sync(); // what the run before left to write is not this run's to pay for
+    Cost cost;
+    const double cpuBefore = cpu();
     QElapsedTimer timer;
     timer.start();
-    const bool done = copy(target);
-    const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+    if (copy(target))
+        cost.wallSeconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+    cost.cpuSeconds = cpu() - cpuBefore;
     QDir(target).removeRecursively();
-    return done ? seconds : -1;
+    return cost;
 }
 
 double median(std::vector<double> values)
@@ -156,24 +168,28 @@ int main(int argc, char *argv[])
     const Copy theirs = [&source](const QString &target) {
         return QProcess::execute(u"cp"_s, { u"-r"_s, source, target }) == 0;
     };
-    std::vector<double> ratios;
-    out << "pair  export s  cp -r s  ratio\n";
+    std::vector<double> wallRatios;
+    std::vector<double> cpuRatios;
+    out << "pair: export s (cpu), cp -r s (cpu), ratio\n";
     for (int pair = 0; pair < pairs; ++pair) {
         const bool oursFirst = pair % 2 == 0;
-        double first = timed(folder + "/first"_L1, oursFirst ? ours : theirs);
-        double second = timed(folder + "/second"_L1, oursFirst ? theirs : ours);
+        Cost exported = measured(folder + "/first"_L1, oursFirst ? ours : theirs);
+        Cost cp = measured(folder + "/second"_L1, oursFirst ? theirs : ours);
         if (!oursFirst)
-            std::swap(first, second);
-        if (first < 0 || second < 0) {
+            std::swap(exported, cp);
+        if (exported.wallSeconds < 0 || cp.wallSeconds < 0) {
             out << "A copy failed.\n";
             QDir(folder).removeRecursively();
             return 1;
         }
-        ratios.push_back(first / second);
-        out << pair << "  " << first << "  " << second << "  " << ratios.back() << Qt::endl;
+        wallRatios.push_back(exported.wallSeconds / cp.wallSeconds);
+        cpuRatios.push_back(exported.cpuSeconds / cp.cpuSeconds);
+        out << pair << ": " << exported.wallSeconds << " (" << exported.cpuSeconds << "), "
+            << cp.wallSeconds << " (" << cp.cpuSeconds << "), " << wallRatios.back() << Qt::endl;
     }
-    out << count << " files of " << size << " bytes: median ratio " << median(ratios)
-        << ", peak memory " << Bench::peakMemoryMb() << " MB\n";
+    out << count << " files of " << size << " bytes: median ratio " << median(wallRatios)
+        << " of wall time, " << median(cpuRatios) << " of processor time; peak memory "
+        << Bench::peakMemoryMb() << " MB\n";
     QDir(folder).removeRecursively();
     return 0;
 }

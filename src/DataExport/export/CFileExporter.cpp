@@ -48,14 +48,14 @@ QString unreadable(const NativeFile &source)
 class Target
 {
 public:
-    Target(const QDir &folder, const QString &itemName)
+    Target(const QString &folder, const QString &itemName)
     {
         // Most names are free: to ask before would cost every file a look at the disk.
         const OutputName name(itemName);
-        m_path = folder.absoluteFilePath(name.base + name.extension);
+        m_path = folder + QLatin1Char('/') + name.base + name.extension;
         m_created = m_file.create(m_path);
         if (!m_created && m_file.error() == EEXIST) {
-            m_path = CCommonUtils::uniqFileName(folder, name.base, name.extension);
+            m_path = CCommonUtils::uniqFileName(QDir(folder), name.base, name.extension);
             m_created = m_file.create(m_path);
         }
     }
@@ -102,7 +102,7 @@ bool CFileExporter::exportData(const QString &srcPath, const QString &name)
     NativeFile source;
     if (!source.openForReading(srcPath))
         return fail(name, CIExportReport::Cause::Source, unreadable(source));
-    Target target(m_curDir, name);
+    Target target(m_curPath, name);
     if (!target.isOpen())
         return fail(name, CIExportReport::Cause::Target, target.reason());
 
@@ -131,7 +131,7 @@ bool CFileExporter::exportDepends(const QString & /*srcPath*/, const QString & /
 
 bool CFileExporter::exportDepends(const QByteArray &data, const QString &name)
 {
-    Target target(m_curDir, name);
+    Target target(m_curPath, name);
     const bool written = target.isOpen() && target.write(data.constData(), data.size())
         && target.complete(m_fileDate);
     progressFileCopy(static_cast<int>(data.size()));
@@ -143,7 +143,7 @@ bool CFileExporter::exportDepends(const QByteArray &data, const QString &name)
 
 bool CFileExporter::openExporter(const QDir &outDir)
 {
-    m_curDir = outDir;
+    m_curPath = outDir.absolutePath();
     return true;
 }
 
@@ -169,12 +169,12 @@ bool CFileExporter::intoSubDir(const QString &group)
         const QString folder = CUtils::safeFileName(group);
         if (folder.isEmpty() || folder == QLatin1String(".") || folder == QLatin1String(".."))
             return false;
-        if (!QFileInfo(m_curDir.filePath(folder)).isDir() && !m_curDir.mkdir(folder))
+        const QDir current(m_curPath);
+        if (!QFileInfo(current.filePath(folder)).isDir() && !current.mkdir(folder))
             return false;
         known = m_subDirs.insert(group, folder);
     }
-    // Not cd(), which looks at the disk again for every file of the group.
-    m_curDir.setPath(m_curDir.filePath(*known));
+    m_curPath += QLatin1Char('/') + *known;
     m_group = group;
     return true;
 }
@@ -182,14 +182,14 @@ bool CFileExporter::intoSubDir(const QString &group)
 bool CFileExporter::backFromSubDir()
 {
     m_group.clear();
-    m_curDir.setPath(QFileInfo(m_curDir.path()).path());
+    m_curPath.truncate(m_curPath.lastIndexOf(QLatin1Char('/')));
     return true;
 }
 
 QString CFileExporter::makeOutputFileName(const QString &name) const
 {
     const OutputName output(name);
-    return CCommonUtils::uniqFileName(m_curDir, output.base, output.extension);
+    return CCommonUtils::uniqFileName(QDir(m_curPath), output.base, output.extension);
 }
 
 bool CFileExporter::progressFileCopy(int bytes)

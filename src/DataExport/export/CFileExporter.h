@@ -72,7 +72,7 @@ private:
     bool fail(const QString &name, CIExportReport::Cause cause, const QString &reason);
     QString reportName(const QString &name) const;
 
-    QDir m_curDir;
+    QString m_curPath; //!< Folder that files go to now, absolute.
     QMap<QString, QString> m_subDirs; //!< Group to the folder made for it.
     CIProgressCallback *m_progress = nullptr;
     QString m_group; //!< Group whose folder is the current one; empty outside of any.

@@ -14,6 +14,9 @@ namespace {
 // No error of the system says that a thing may be opened but is a folder, a pipe or a device.
 constexpr int kNotRegular = -1;
 
+// From here on it pays to tell the system that all of a file will be read.
+constexpr qint64 kLongFile = 512 * 1024;
+
 } // namespace
 
 NativeFile::~NativeFile()
@@ -34,8 +37,12 @@ bool NativeFile::openForReading(const QString &path)
     struct stat status
     {
     };
-    if (::fstat(m_descriptor, &status) == 0 && S_ISREG(status.st_mode))
+    if (::fstat(m_descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+        m_left = status.st_size;
+        if (m_left > kLongFile)
+            ::posix_fadvise(m_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
         return true;
+    }
     close();
     m_error = kNotRegular;
     return false;
@@ -49,15 +56,18 @@ bool NativeFile::create(const QString &path)
 
 qint64 NativeFile::read(char *buffer, qint64 size)
 {
-    for (;;) {
+    while (m_left > 0) {
         const ssize_t count = ::read(m_descriptor, buffer, static_cast<std::size_t>(size));
-        if (count >= 0)
+        if (count >= 0) {
+            m_left -= count;
             return count;
+        }
         if (errno != EINTR) {
             m_error = errno;
             return -1;
         }
     }
+    return 0;
 }
 
 bool NativeFile::write(const char *data, qint64 size)
@@ -98,6 +108,14 @@ bool NativeFile::close()
 int NativeFile::release()
 {
     return std::exchange(m_descriptor, -1);
+}
+
+qint64 NativeFile::sizeBytes(const QString &path)
+{
+    struct stat status
+    {
+    };
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_size : 0;
 }
 
 QString NativeFile::errorString() const

@@ -26,7 +26,8 @@ public:
     //! Creates \a path; error() is EEXIST when something of that name is there.
     bool create(const QString &path);
 
-    //! Up to \a size bytes into \a buffer: their number, 0 at the end, -1 after an error.
+    //! Up to \a size bytes into \a buffer: their number, 0 at the end, -1 after an error. The end
+    //! is where the file ended when it was opened, or where it was cut since.
     qint64 read(char *buffer, qint64 size);
 
     //! All of the \a size bytes at \a data.
@@ -41,6 +42,9 @@ public:
     //! Gives the descriptor away; -1 when closed.
     int release();
 
+    //! Bytes of the file \a path; 0 when there is none.
+    static qint64 sizeBytes(const QString &path);
+
     int error() const { return m_error; }
 
     //! The text of error(), for a person.
@@ -51,6 +55,7 @@ private:
 
     int m_descriptor = -1;
     int m_error = 0;
+    qint64 m_left = 0; //!< Bytes of an open source that are still to be read.
 };
 
 #endif
