@@ -9,6 +9,7 @@ namespace {
 
 constexpr int kWidthPx = 120;
 constexpr int kHeightPx = 90;
+constexpr int kPersonPx = 136; // the square that photos of contacts are scaled to
 constexpr QColor kCard(0xf3, 0xf4, 0xf7);
 constexpr QColor kRim(0xc3, 0xc8, 0xd1);
 constexpr QColor kInk(0x8b, 0x93, 0xa1);
@@ -84,11 +85,39 @@ QImage drawVideo()
     return image;
 }
 
+// Head and shoulders: a contact without a photo.
+QImage drawPerson()
+{
+    QImage image = canvas(kPersonPx, kPersonPx);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF square(0.5, 0.5, kPersonPx - 1, kPersonPx - 1);
+    QPainterPath card;
+    card.addRoundedRect(square, 8, 8);
+    painter.fillPath(card, kCard);
+
+    QPainterPath shoulders;
+    shoulders.addEllipse(QRectF(20, 88, 96, 110));
+    painter.setClipPath(card);
+    painter.fillPath(shoulders, kInk);
+    // The line of the card's colour between head and shoulders is the collar.
+    painter.setPen(QPen(kCard, 5));
+    painter.setBrush(kInk);
+    painter.drawEllipse(QRectF(41.5, 24.5, 53, 66));
+    painter.setClipping(false);
+
+    painter.setPen(QPen(kRim, 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPath(card);
+    return image;
+}
+
 } // namespace
 
 QList<Artwork> drawPlaceholders()
 {
     return {
+        { u"contact_person.png"_s, drawPerson() },
         { u"sms_video.png"_s, drawVideo() },
         { u"sms_image.png"_s, drawPicture() },
     };
