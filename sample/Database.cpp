@@ -61,7 +61,7 @@ int bind(sqlite3_stmt *statement, int index, const QVariant &value)
 
 } // namespace
 
-void Statement::run(std::initializer_list<QVariant> values)
+void Statement::run(const QList<QVariant> &values)
 {
     if (m_statement == nullptr || !m_database->error().isEmpty())
         return;

@@ -2,10 +2,10 @@
 #define SAMPLE_DATABASE_H
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QVariant>
 
-#include <initializer_list>
 #include <memory>
 
 struct sqlite3;
@@ -21,7 +21,7 @@ class Statement
 public:
     //! Binds \a values from the first parameter on and runs once. QByteArray is a BLOB, an invalid
     //! value NULL.
-    void run(std::initializer_list<QVariant> values);
+    void run(const QList<QVariant> &values);
 
 private:
     friend class Database;

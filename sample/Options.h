@@ -8,6 +8,8 @@ namespace Sample {
 //! What a sample backup holds. A count of 0 leaves out all that belongs to that kind of data.
 struct Options
 {
+    static constexpr int kShowcase = -1;
+
     quint64 seed = 1;
     int photos = 24;
     int videos = 3;
@@ -17,6 +19,9 @@ struct Options
     int ringtones = 3;
     int appDocuments = 12;
     int voicemails = 5;
+    int messages = kShowcase; //!< kShowcase: a few conversations with every kind of message.
+    int conversations = 20; //!< For the messages, when they are counted.
+    int messagesRelease = 18; //!< iOS release whose tables the messages stand in, 6 to 18.
     int indexRows = 0; //!< Rows of the index on top, folders among them, without content files.
     QList<qint64> fileSizesBytes; //!< Of photos and videos, in turn; empty: as they come.
 };

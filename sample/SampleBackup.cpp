@@ -4,6 +4,7 @@
 #include "sample/BookSample.h"
 #include "sample/CameraRollSample.h"
 #include "sample/IndexRowsSample.h"
+#include "sample/MessageSample.h"
 #include "sample/RingtoneSample.h"
 #include "sample/SystemSample.h"
 #include "sample/VoiceMemoSample.h"
@@ -20,6 +21,7 @@ void addSampleContents(BackupWriter &writer, const Options &options)
     addRingtones(writer, options);
     addAppDocuments(writer, options);
     addVoicemails(writer, options);
+    addMessages(writer, options);
     addIndexRows(writer, options);
 }
 

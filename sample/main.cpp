@@ -16,6 +16,7 @@ using namespace Qt::StringLiterals;
 
 constexpr int kExitFailed = 1;
 constexpr int kExitUsage = 2;
+constexpr int kMostOfAKind = 10'000'000;
 
 void print(std::FILE *stream, const QString &text)
 {
@@ -24,10 +25,25 @@ void print(std::FILE *stream, const QString &text)
 
 void addCount(CLI::App &app, const std::string &name, int &count, const std::string &what)
 {
-    constexpr int kMost = 10'000'000;
     app.add_option(name, count, what)
-        ->check(CLI::Range(0, kMost).description(""))
+        ->check(CLI::Range(0, kMostOfAKind).description(""))
         ->type_name("N")
+        ->capture_default_str();
+}
+
+void addMessageOptions(CLI::App &app, Sample::Options &options)
+{
+    app.add_option("--messages",
+                   options.messages,
+                   "Messages; without this a few conversations with every kind of message")
+        ->check(CLI::Range(0, kMostOfAKind).description(""))
+        ->type_name("N");
+    addCount(app, "--conversations", options.conversations, "Conversations that --messages fill");
+    app.add_option("--messages-era",
+                   options.messagesRelease,
+                   "iOS release whose tables the messages stand in, 6 to 18")
+        ->check(CLI::Range(6, 18).description(""))
+        ->type_name("RELEASE")
         ->capture_default_str();
 }
 
@@ -55,6 +71,9 @@ QString summary(const Sample::Options &options)
     add(options.ringtones, u"ringtone"_s, u"ringtones"_s);
     add(options.appDocuments, u"app document"_s, u"app documents"_s);
     add(options.voicemails, u"voicemail"_s, u"voicemails"_s);
+    if (options.messages == Sample::Options::kShowcase)
+        parts.append(u"conversations with every kind of message"_s);
+    add(options.messages, u"message"_s, u"messages"_s);
     add(options.indexRows, u"row without a file"_s, u"rows without files"_s);
     return parts.isEmpty() ? u"nothing but settings"_s : parts.join(", "_L1);
 }
@@ -80,6 +99,7 @@ int main(int argc, char *argv[])
     addCount(app, "--ringtones", options.ringtones, "Ringtones");
     addCount(app, "--app-documents", options.appDocuments, "Documents of apps");
     addCount(app, "--voicemail", options.voicemails, "Voicemail messages");
+    addMessageOptions(app, options);
     addCount(app, "--index-rows", options.indexRows, "Rows of the index on top, without files");
     app.add_option("--file-size",
                    fileSizesBytes,

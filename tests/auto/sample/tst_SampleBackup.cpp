@@ -211,6 +211,9 @@ void tst_SampleBackup::leavesOutWhatIsNotWanted_data()
     QTest::newRow("voicemail") << u"HomeDomain-Library/Voicemail%"_s;
     QTest::newRow("books") << u"BooksDomain-%"_s;
     QTest::newRow("ringtones") << u"TonesDomain-%"_s;
+    QTest::newRow("messages") << u"HomeDomain-Library/SMS%"_s;
+    QTest::newRow("contacts") << u"HomeDomain-Library/AddressBook%"_s;
+    QTest::newRow("files of messages") << u"MediaDomain-Library/SMS%"_s;
     QTest::newRow("apps") << u"AppDomain%"_s;
 }
 
@@ -221,7 +224,7 @@ void tst_SampleBackup::leavesOutWhatIsNotWanted()
     if (!QFile::exists(root)) {
         Sample::Options none;
         none.photos = none.videos = none.sharedPhotos = none.voiceMemos = 0;
-        none.books = none.ringtones = none.appDocuments = none.voicemails = 0;
+        none.books = none.ringtones = none.appDocuments = none.voicemails = none.messages = 0;
         make(root, none);
     }
     const QByteArray sql =
