@@ -53,8 +53,8 @@ std::variant<BackupInfo, NoChoice> chooseBackup(Console &console, const QString 
     return several(console, path, backups);
 }
 
-std::variant<std::unique_ptr<PhoneBackup::Backup>, Failure> openBackup(Console &console,
-                                                                       const BackupInfo &info)
+std::variant<std::unique_ptr<PhoneBackup::Backup>, Failure>
+openBackup(Console &console, const BackupInfo &info, const PhoneBackup::MessageFilter &messages)
 {
     console.status(u"Reading the index of the backup …"_s);
     auto opened = PhoneBackup::Backup::open(info.path, [] { return !Interrupt::requested(); });
@@ -62,7 +62,9 @@ std::variant<std::unique_ptr<PhoneBackup::Backup>, Failure> openBackup(Console &
     if (!opened)
         return failureOf(opened.error());
     console.say(u"Backup: %1"_s.arg(describe(info)));
-    return opened.take();
+    auto backup = opened.take();
+    backup->setMessageFilter(messages);
+    return backup;
 }
 
 QString describe(const BackupInfo &info)

@@ -24,9 +24,12 @@ struct NoChoice
 //! The backup at \a path, or the only one in it.
 std::variant<PhoneBackup::BackupInfo, NoChoice> chooseBackup(Console &console, const QString &path);
 
-//! Opens the backup \a info and says which one it is.
+//! Opens the backup \a info, of whose messages those of \a messages are wanted, and says which one
+//! it is.
 std::variant<std::unique_ptr<PhoneBackup::Backup>, Failure>
-openBackup(Console &console, const PhoneBackup::BackupInfo &info);
+openBackup(Console &console,
+           const PhoneBackup::BackupInfo &info,
+           const PhoneBackup::MessageFilter &messages);
 
 //! "Anna's phone (iPhone 11, version 14.3), 2023-03-01 12:00".
 QString describe(const PhoneBackup::BackupInfo &info);

@@ -75,10 +75,13 @@ void ConsoleProgress::typeStarts(int code)
     endType();
     m_type = m_inventory.find(code);
     m_units = 0;
-    if (m_type && !m_console.isTerminal())
-        m_console.say(u"%1: %2, %3"_s.arg(m_type->name,
-                                          counted(m_type->items, u"item"_s, u"items"_s),
-                                          sizeText(m_type->sizeBytes)));
+    if (m_type && !m_console.isTerminal()) {
+        // Conversations and the like have no size before they are written.
+        const QString size =
+            m_type->sizeBytes > 0 ? u", "_s + sizeText(m_type->sizeBytes) : QString();
+        m_console.say(
+            u"%1: %2%3"_s.arg(m_type->name, counted(m_type->items, u"item"_s, u"items"_s), size));
+    }
 }
 
 void ConsoleProgress::initRange(int total)

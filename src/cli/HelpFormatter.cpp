@@ -72,6 +72,7 @@ Examples:
   dataexport --list ~/Backups
   dataexport ~/Backups/00008030-001A2D3C4E5F802E ~/phone
   dataexport --only photos,videos ~/Backups /media/disk/pictures
+  dataexport --only messages --chat "Anna" --since 2023-06-01 ~/Backups ~/anna
   dataexport --json --quiet ~/Backups ~/phone > summary.json
 
 Exit codes:

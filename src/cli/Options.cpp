@@ -3,6 +3,7 @@
 #include "Console.h"
 #include "Failure.h"
 #include "HelpFormatter.h"
+#include "Moment.h"
 #include "TypeNames.h"
 #include "model/Backup.h"
 
@@ -11,7 +12,9 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <array>
 #include <memory>
+#include <optional>
 #include <string>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +30,9 @@ struct Raw
     std::string output;
     std::string only;
     std::string skip;
+    std::optional<std::string> since;
+    std::optional<std::string> until;
+    std::optional<std::string> chat;
     bool noSpaceCheck = false;
 };
 
@@ -51,6 +57,31 @@ void describe(CLI::App &app, Raw &raw, Options &options)
         ->group("What to export");
     addTypes("--only", raw.only, "Export these types and no others");
     addTypes("--skip", raw.skip, "Export all types but these");
+
+    const auto addFilter = [&app](const char *name,
+                                  std::optional<std::string> &value,
+                                  const char *type,
+                                  const char *text) {
+        app.add_option(name, value, text)
+            ->type_name(type)
+            ->option_text(type)
+            ->group("Which messages");
+    };
+    addFilter("--since",
+              raw.since,
+              "DATE",
+              "Messages from this day on: YYYY-MM-DD, or\n"
+              "\"YYYY-MM-DD hh:mm\", in the time of this place");
+    addFilter("--until",
+              raw.until,
+              "DATE",
+              "Messages up to the end of this day, or before\n"
+              "this minute");
+    addFilter("--chat",
+              raw.chat,
+              "TEXT",
+              "Conversations with this in their name, or with\n"
+              "this phone number or address");
 
     app.add_flag("--into-existing",
                  options.intoExisting,
@@ -120,6 +151,48 @@ std::variant<QList<int>, Failure> selectedTypes(const Raw &raw)
     return types;
 }
 
+bool holdsMessages(int code)
+{
+    constexpr std::array kTypes { 6, 7, 11, 12 };
+    return std::find(kTypes.begin(), kTypes.end(), code) != kTypes.end();
+}
+
+std::optional<Failure> readMoment(const char *option,
+                                  const std::optional<std::string> &text,
+                                  QDateTime (*read)(const QString &),
+                                  QDateTime &moment)
+{
+    if (!text)
+        return std::nullopt;
+    moment = read(fromArgument(*text));
+    if (moment.isValid())
+        return std::nullopt;
+    return usage(u"%1: “%2” is no date."_s.arg(QLatin1StringView(option), fromArgument(*text)),
+                 u"Write YYYY-MM-DD, or \"YYYY-MM-DD hh:mm\" with the time."_s);
+}
+
+std::variant<PhoneBackup::MessageFilter, Failure> messageFilter(const Raw &raw,
+                                                                const QList<int> &types)
+{
+    PhoneBackup::MessageFilter filter;
+    if (auto failure = readMoment("--since", raw.since, &Moment::first, filter.since))
+        return *failure;
+    if (auto failure = readMoment("--until", raw.until, &Moment::behind, filter.until))
+        return *failure;
+    if (filter.since.isValid() && filter.until.isValid() && filter.since >= filter.until)
+        return usage(u"--since and --until leave no time between them."_s);
+    if (raw.chat) {
+        filter.chat = fromArgument(*raw.chat).trimmed();
+        if (filter.chat.isEmpty())
+            return usage(u"--chat needs a name, a phone number or an address."_s);
+    }
+    // Somebody who wants the photos of last year must not believe to have got them.
+    if (!filter.isEmpty() && std::none_of(types.begin(), types.end(), &holdsMessages))
+        return usage(u"--since, --until and --chat are for messages, and no type with messages is"
+                     " to be exported."_s);
+    return filter;
+}
+
 std::variant<Options, Failure> complete(const Raw &raw, Options options)
 {
     options.backup = fromArgument(raw.backup);
@@ -135,6 +208,10 @@ std::variant<Options, Failure> complete(const Raw &raw, Options options)
     if (const auto *failure = std::get_if<Failure>(&types))
         return *failure;
     options.types = std::get<0>(types);
+    auto filter = messageFilter(raw, options.types);
+    if (const auto *failure = std::get_if<Failure>(&filter))
+        return *failure;
+    options.messages = std::get<0>(filter);
     return options;
 }
 

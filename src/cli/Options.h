@@ -2,6 +2,7 @@
 #define CLI_OPTIONS_H
 
 #include "ExitCode.h"
+#include "model/MessageFilter.h"
 
 #include <QList>
 #include <QString>
@@ -16,6 +17,7 @@ struct Options
     QString backup;
     QString output; //!< Empty with list.
     QList<int> types; //!< Codes of the selected data types, never empty.
+    PhoneBackup::MessageFilter messages; //!< Which messages are wanted, and what was sent in them.
     bool list = false;
     bool json = false;
     bool quiet = false;

@@ -75,6 +75,20 @@ void tst_CommandLine::refusesWrongUse_data()
     } << "leave no type"_ba;
     QTest::newRow("control characters in a word")
         << QStringList { u"--only"_s, u"\u001b[2Jx"_s, u"BACKUP"_s, u"OUT"_s } << "is no type"_ba;
+    const auto filter = [](const char *name, const QStringList &options, const QByteArray &said) {
+        QTest::newRow(name) << options + QStringList { u"BACKUP"_s, u"OUT"_s } << said;
+    };
+    filter("a word for a date", { u"--since"_s, u"yesterday"_s }, "“yesterday” is no date"_ba);
+    filter("a day that does not exist", { u"--until=2023-02-29"_s }, "“2023-02-29” is no date"_ba);
+    filter("a time that does not exist",
+           { u"--since"_s, u"2024-01-31 24:10"_s },
+           "YYYY-MM-DD hh:mm"_ba);
+    filter("a date the other way round", { u"--until"_s, u"31.01.2024"_s }, "--until: “31"_ba);
+    filter("nothing between", { u"--since=2024-02-01"_s, u"--until=2024-01-31"_s }, "no time"_ba);
+    filter("nobody to look for", { u"--chat"_s, u" "_s }, "--chat needs a name"_ba);
+    filter("a filter without messages",
+           { u"--only=photos"_s, u"--since=2024-02-01"_s },
+           "are for messages"_ba);
 }
 
 void tst_CommandLine::refusesWrongUse()
@@ -100,6 +114,9 @@ void tst_CommandLine::helpTellsOptionsTypesAndExitCodes()
     for (const char *part : { "--list",
                               "--only TYPE",
                               "--skip TYPE",
+                              "--since DATE",
+                              "--until DATE",
+                              "--chat TEXT",
                               "--json",
                               "--quiet",
                               "--into-existing",
