@@ -6,12 +6,11 @@ namespace PhoneBackup {
 
 void ConversationContent::clear()
 {
-    // New containers: those of a large conversation would keep its memory.
-    m_chats = {};
+    m_chats = {}; // not clear(), which keeps the room that a large conversation took
     m_names.clear();
-    m_pieces = {};
-    m_extras = {};
-    m_messages = {};
+    m_pieces.clear();
+    m_extras.clear();
+    m_messages.clear();
 }
 
 Message &ConversationContent::addMessage()

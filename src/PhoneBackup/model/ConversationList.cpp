@@ -79,9 +79,13 @@ void ConversationList::readChats()
                                  u"account_login"_s })
         wanted.append(m_database.column(table, name));
     std::vector<Chat> chats;
-    m_database.query(wanted.join(u", "_s), table, [&chats](const Statement &row) {
+    QSet<qint64> known;
+    m_database.query(wanted.join(u", "_s), table, [&](const Statement &row) {
         Chat chat;
         chat.row = row.integer(0);
+        if (known.contains(chat.row))
+            return;
+        known.insert(chat.row);
         chat.isGroup = row.integer(1) == kGroupStyle;
         chat.identifier = row.text(2).trimmed();
         chat.service = row.text(3);
@@ -235,9 +239,11 @@ void ConversationList::readMessages()
         m_database.addLoss(tr("It has no table of messages that can be read."));
         return;
     }
-    m_database.query(u"ROWID"_s, u"message"_s, [this](const Statement &row) {
-        m_rows.add(row.integer(0));
-    });
+    m_database.query(
+        u"ROWID"_s,
+        u"message"_s,
+        [this](const Statement &row) { m_rows.add(row.integer(0)); },
+        SmsDatabase::Order::Any);
     m_rows.sort();
     m_linked.assign(std::size_t(m_rows.count()), false);
     m_dateQuery = m_database.prepare(u"SELECT %1 FROM message WHERE ROWID = ?1"_s.arg(
@@ -249,11 +255,10 @@ void ConversationList::readLinks()
     const QString table = u"chat_message_join"_s;
     if (!m_database.hasColumn(table, u"chat_id"_s) || !m_database.hasColumn(table, u"message_id"_s))
         return;
-    const QString what =
-        u"chat_id, message_id, "_s + m_database.column(table, u"message_date"_s);
+    const QString what = u"chat_id, message_id, "_s + m_database.column(table, u"message_date"_s);
     qint64 lastChat = 0;
     int index = -1;
-    m_database.query(what, table, [&](const Statement &row) {
+    const auto link = [&](const Statement &row) {
         const qint64 chat = row.integer(0);
         if (chat != lastChat || index < 0) {
             index = m_ofChat.value(chat, -1);
@@ -271,7 +276,8 @@ void ConversationList::readLinks()
             m_undated[std::size_t(index)] = true;
         else
             conversation.lastDateMs = std::max(conversation.lastDateMs, date);
-    });
+    };
+    m_database.query(what, table, link, SmsDatabase::Order::Any);
 }
 
 // The phone moves the link of a deleted message to a table of its own.

@@ -22,8 +22,8 @@ MappedFile::MappedFile(const QString &path)
     QFile file(path);
     if (path.isEmpty() || !CCommonUtils::openForReading(file) || file.size() <= 0)
         return;
-    void *data = ::mmap(
-        nullptr, std::size_t(file.size()), PROT_READ, MAP_PRIVATE, file.handle(), 0);
+    void *data =
+        ::mmap(nullptr, std::size_t(file.size()), PROT_READ, MAP_PRIVATE, file.handle(), 0);
     if (data == MAP_FAILED) // NOLINT: the macro's cast is the system's
         return;
     m_bytes = QByteArrayView(static_cast<const char *>(data), qsizetype(file.size()));

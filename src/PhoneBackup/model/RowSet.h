@@ -34,8 +34,8 @@ public:
             return kNone;
         // Without gaps the difference is the position; gaps only make it smaller.
         const quint64 distance = quint64(row) - quint64(m_rows.front());
-        const auto limit = distance < m_rows.size() ? m_rows.cbegin() + qsizetype(distance)
-                                                    : m_rows.cend() - 1;
+        const auto limit =
+            distance < m_rows.size() ? m_rows.cbegin() + qsizetype(distance) : m_rows.cend() - 1;
         if (*limit == row)
             return limit - m_rows.cbegin();
         const auto found = std::lower_bound(m_rows.cbegin(), limit, row);

@@ -64,13 +64,17 @@ QString SmsDatabase::column(const QString &table, const QString &column) const
 
 bool SmsDatabase::query(const QString &what,
                         const QString &from,
-                        const std::function<void(const Statement &)> &row)
+                        const std::function<void(const Statement &)> &row,
+                        Order order)
 {
-    const QString sql = u"SELECT %1 FROM %2 ORDER BY ROWID"_s.arg(what, from);
-    if (readRows(sql, row))
+    const QString sql = u"SELECT %1 FROM %2"_s.arg(what, from);
+    // In any order: an index that holds all of it is read in place of a table with long rows.
+    if (order == Order::Any && readRows(sql, row))
         return true;
-    readRows(sql + u" DESC"_s, row);
-    return false;
+    const bool complete = readRows(sql + u" ORDER BY ROWID"_s, row);
+    if (!complete)
+        readRows(sql + u" ORDER BY ROWID DESC"_s, row);
+    return complete;
 }
 
 bool SmsDatabase::readRows(const QString &sql, const std::function<void(const Statement &)> &row)

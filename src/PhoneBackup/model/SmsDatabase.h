@@ -35,14 +35,17 @@ public:
     //! \a column when \a table has it, else "NULL".
     QString column(const QString &table, const QString &column) const;
 
+    enum class Order { ByRow, Any };
+
     /*!
-        Calls \a row for each row of "SELECT \a what FROM \a from", in the order of ROWID. Where a
-        damaged page ends that, the rest is read from the end backwards, so that rows may come twice
-        and in any order. \return whether all were read.
+        Calls \a row for each row of "SELECT \a what FROM \a from". Where a damaged page ends that,
+        the rest is read from the end backwards, so that rows may come twice and in any order.
+        \return whether all were read.
     */
     bool query(const QString &what,
                const QString &from,
-               const std::function<void(const Statement &)> &row);
+               const std::function<void(const Statement &)> &row,
+               Order order = Order::ByRow);
 
     //! Prepares a query that is known to fit; none, and a problem, when the database cannot.
     std::unique_ptr<Statement> prepare(const QString &sql);

@@ -21,6 +21,13 @@ Source::Source(std::unique_ptr<BackupFiles> files, Backup::KeepGoing keepGoing)
 {
 }
 
+const AddressBook &Source::addressBook()
+{
+    if (!m_addressBook)
+        m_addressBook.emplace(*this);
+    return *m_addressBook;
+}
+
 void Source::addProblem(const Problem &problem)
 {
     const QString key = QString::number(problem.dataType) + u' ' + problem.source;

@@ -2,6 +2,7 @@
 #define PHONEBACKUP_MODEL_SOURCE_H
 
 #include "folder/BackupFiles.h"
+#include "model/AddressBook.h"
 #include "model/Backup.h"
 #include "model/MessageFilter.h"
 #include "plist/PropertyList.h"
@@ -29,6 +30,9 @@ public:
     //! Which messages are wanted.
     const MessageFilter &messageFilter() const { return m_messageFilter; }
     void setMessageFilter(const MessageFilter &filter) { m_messageFilter = filter; }
+
+    //! The phone's address book, read when it is first asked for.
+    const AddressBook &addressBook();
 
     //! Remembers \a problem, once for each data type and source.
     void addProblem(const Problem &problem);
@@ -62,6 +66,7 @@ private:
     std::unique_ptr<BackupFiles> m_files;
     Backup::KeepGoing m_keepGoing;
     MessageFilter m_messageFilter;
+    std::optional<AddressBook> m_addressBook;
     QList<Problem> m_problems;
     QSet<QString> m_known;
     int m_questions = 0;

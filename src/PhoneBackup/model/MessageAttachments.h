@@ -1,0 +1,76 @@
+#ifndef PHONEBACKUP_MODEL_MESSAGEATTACHMENTS_H
+#define PHONEBACKUP_MODEL_MESSAGEATTACHMENTS_H
+
+#include "folder/FileIndex.h"
+
+#include <QList>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace PhoneBackup {
+
+class Source;
+class SmsDatabase;
+class Statement;
+
+//! A file that was sent in a message, as the message database tells of it.
+struct MessageAttachment
+{
+    enum class Kind { Picture, Video, Audio, Contact, Location, Other };
+
+    qint64 row = 0;
+    QString guid;
+    QString path; //!< On the phone; empty when it was never downloaded.
+    QString name; //!< What it was called when it was sent, else the last part of its path.
+    QString mimeType; //!< In lower case; as the sender said, which may be wrong.
+    qint64 created = 0; //!< Seconds since 2001, 0 for none.
+    bool isForPeople = true; //!< false: part of a link's or an app's balloon, or hidden.
+    Kind kind = Kind::Other;
+    FileIndex::Row file = FileIndex::kNone; //!< The file or folder; kNone when it is missing.
+};
+
+/*!
+    \brief Which files were sent in which messages.
+
+    \par Cost
+    The links are read at once, 16 bytes each; an attachment when it is asked for.
+*/
+class MessageAttachments
+{
+public:
+    //! A row of the table that links the two.
+    struct Link
+    {
+        qint64 message;
+        qint64 attachment;
+    };
+
+    MessageAttachments(Source &source, SmsDatabase &database);
+    ~MessageAttachments();
+
+    //! The attachments of \a message in their order; a link to a missing one is left out.
+    QList<MessageAttachment> of(qint64 message);
+
+    //! By message, then in their order.
+    const std::vector<Link> &links() const { return m_links; }
+
+    //! The ROWIDs of all attachments.
+    QList<qint64> rows();
+
+    //! The attachment \a row; its row is 0 when there is none.
+    MessageAttachment read(qint64 row);
+
+private:
+    MessageAttachment::Kind kindOf(const MessageAttachment &attachment, const QString &uti) const;
+
+    Source &m_source;
+    SmsDatabase &m_database;
+    std::vector<Link> m_links;
+    std::unique_ptr<Statement> m_query;
+};
+
+} // namespace PhoneBackup
+
+#endif

@@ -1,0 +1,66 @@
+#ifndef PHONEBACKUP_MODEL_MESSAGEDATA_H
+#define PHONEBACKUP_MODEL_MESSAGEDATA_H
+
+#include "message/BkSMSData.h"
+#include "model/Conversation.h"
+#include "model/MessageItem.h"
+
+#include <deque>
+#include <memory>
+#include <vector>
+
+namespace PhoneBackup {
+
+class ConversationContent;
+class MessageAttachments;
+class Source;
+
+/*!
+    \brief Data type 6: the conversations of the phone's own messages; all of them are selected.
+
+    \par Memory
+    A light object a conversation, 8 bytes a message, and the one conversation whose content was
+    asked for last.
+    \par Owner
+    The source is borrowed and must outlive the set.
+*/
+class MessageData final : public BkSMSData
+{
+public:
+    explicit MessageData(Source &source);
+    ~MessageData() override;
+
+    int dataType() const override;
+    int recoverCount() const override;
+    QList<int> recoverList() const override;
+    BkAbstractItem *at(int index, bool original) const override;
+    int count(int kind) const override;
+    bool recover(BkAbstractItem *item) const override;
+
+    const Conversation &conversation(int index) const
+    {
+        return m_conversations[std::size_t(index)];
+    }
+
+    //! The messages of a conversation, valid until those of the next are asked for; null when none
+    //! could be read.
+    ConversationContent *content(int index) const;
+
+    //! The files of the messages, null when there is no database.
+    MessageAttachments *attachments() const;
+
+private:
+    class Reading;
+
+    void readConversations(Source &source);
+
+    std::unique_ptr<Reading> m_reading;
+    std::vector<Conversation> m_conversations;
+    // Items are asked for as changeable objects by a set that is not.
+    mutable std::deque<MessageItem> m_items;
+    mutable int m_current = -1;
+};
+
+} // namespace PhoneBackup
+
+#endif

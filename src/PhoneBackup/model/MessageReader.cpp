@@ -1,0 +1,603 @@
+#include "model/MessageReader.h"
+
+#include "model/AudioDuration.h"
+#include "model/Balloon.h"
+#include "model/Handles.h"
+#include "model/MappedFile.h"
+#include "model/MessageAttachments.h"
+#include "model/MessageWords.h"
+#include "model/PathParts.h"
+#include "model/People.h"
+#include "model/SmsDatabase.h"
+#include "model/Source.h"
+#include "model/VCardText.h"
+#include "platform/Translation_p.h"
+#include "plist/AttributedText.h"
+#include "plist/PropertyList.h"
+
+#include <algorithm>
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+using DataExport::tr;
+
+namespace {
+
+constexpr QChar kFilePlace(0xFFFC);
+constexpr QChar kAppPlace(0xFFFD);
+constexpr QChar kLineSeparator(0x2028);
+
+bool needsCleaning(QChar c)
+{
+    return (c < u' ' && c != u'\n' && c != u'\t') || c == kFilePlace || c == kAppPlace
+        || c == kLineSeparator;
+}
+
+// Without the places of files and apps and without control characters; line ends as line feeds.
+QString cleaned(const QString &text)
+{
+    if (std::none_of(text.cbegin(), text.cend(), needsCleaning))
+        return text;
+    QString result;
+    result.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (!needsCleaning(c))
+            result.append(c);
+        else if (c == kLineSeparator
+                 || (c == u'\r' && (i + 1 == text.size() || text[i + 1] != u'\n')))
+            result.append(u'\n');
+    }
+    return result;
+}
+
+bool isIMessage(QByteArrayView service)
+{
+    return service.compare("iMessage", Qt::CaseInsensitive) == 0
+        || service.compare("iMessageLite", Qt::CaseInsensitive) == 0;
+}
+
+bool isReaction(qint64 type)
+{
+    return (type >= 2000 && type <= 2007) || (type >= 3000 && type <= 3007) || type == 4000
+        || type == 1000;
+}
+
+// "0:12", from an hour on "1:02:03".
+QString durationText(int seconds)
+{
+    const auto padded = [](int number) { return u"%1"_s.arg(number, 2, 10, QChar(u'0')); };
+    const int minutes = seconds / 60;
+    const QString start = minutes < 60
+        ? QString::number(minutes)
+        : QString::number(minutes / 60) + u':' + padded(minutes % 60);
+    return start + u':' + padded(seconds % 60);
+}
+
+// A type that is none of those which the page shows.
+QString otherType(const QString &mimeType)
+{
+    const bool misleads = mimeType.contains("text"_L1) || mimeType.contains("image"_L1)
+        || mimeType.contains("video"_L1);
+    return mimeType.isEmpty() || misleads ? u"application/octet-stream"_s : mimeType;
+}
+
+QString shownType(QLatin1StringView wanted, const MessageAttachment &attachment)
+{
+    if (attachment.mimeType.startsWith(wanted))
+        return attachment.mimeType;
+    const QString extension = attachment.name.section(u'.', -1).toLower();
+    // The first of the words "text", "image" and "video" in a type decides what it is.
+    return wanted + (extension.contains("text"_L1) ? u"unknown"_s : extension);
+}
+
+enum Column { // of the query for every message
+    kText,
+    kBody,
+    kDate,
+    kFromMe,
+    kHandle,
+    kService,
+    kSubject,
+    kGuid,
+    kSentDone,
+    kSummary,
+    kHasDetails,
+};
+
+enum DetailColumn {
+    kItemType,
+    kGroupAction,
+    kGroupTitle,
+    kOtherHandle,
+    kShareStatus,
+    kAssociatedType,
+    kAssociatedGuid,
+    kAssociatedEmoji,
+    kBundle,
+    kPayload,
+    kDateEdited,
+    kDateRetracted,
+    kOriginator,
+    kOriginatorPart,
+    kIsAudio,
+};
+
+bool isEmpty(const Message &message)
+{
+    return message.text.isEmpty() && message.subject().isEmpty() && message.pieces().isEmpty();
+}
+
+} // namespace
+
+struct MessageReader::Details
+{
+    qint64 itemType = 0;
+    qint64 groupAction = 0;
+    QString groupTitle;
+    qint64 otherHandle = 0;
+    qint64 shareStatus = 0;
+    qint64 associatedType = 0;
+    QString associatedGuid;
+    QString associatedEmoji;
+    QString bundle;
+    QByteArray payload;
+    bool edited = false;
+    bool retracted = false;
+    QByteArray originator;
+    QString originatorPart;
+    bool isAudio = false;
+};
+
+MessageReader::MessageReader(Source &source,
+                             SmsDatabase &database,
+                             const Handles &handles,
+                             const People &people,
+                             MessageAttachments &attachments)
+    : m_source(source)
+    , m_database(database)
+    , m_handles(handles)
+    , m_people(people)
+    , m_attachments(attachments)
+{
+}
+
+MessageReader::~MessageReader() = default;
+
+void MessageReader::prepare()
+{
+    m_prepared = true;
+    const QString table = u"message"_s;
+    const auto column = [&](const QString &name) { return m_database.column(table, name); };
+    const auto columns = [&](const QStringList &names) {
+        QStringList list;
+        for (const QString &name : names)
+            list.append(column(name));
+        return list;
+    };
+    const QString sentDone =
+        u"ifnull(%1, 0) = 0 AND (ifnull(%2, 0) <> 0 OR ifnull(%3, 0) <> 0 OR ifnull(%4, 0) <> 0)"_s
+            .arg(column(u"error"_s),
+                 column(u"is_sent"_s),
+                 column(u"is_delivered"_s),
+                 column(u"date_delivered"_s));
+    QStringList hasDetails { u"0"_s };
+    for (const QString &name : { u"item_type"_s,
+                                 u"associated_message_type"_s,
+                                 u"is_audio_message"_s,
+                                 u"date_edited"_s,
+                                 u"date_retracted"_s }) {
+        if (m_database.hasColumn(table, name))
+            hasDetails.append(u"ifnull(%1, 0) <> 0"_s.arg(name));
+    }
+    for (const QString &name :
+         { u"thread_originator_guid"_s, u"balloon_bundle_id"_s, u"payload_data"_s }) {
+        if (m_database.hasColumn(table, name))
+            hasDetails.append(name + u" IS NOT NULL"_s);
+    }
+    QStringList main = columns({ u"text"_s,
+                                 u"attributedBody"_s,
+                                 u"date"_s,
+                                 u"is_from_me"_s,
+                                 u"handle_id"_s,
+                                 u"service"_s,
+                                 u"subject"_s,
+                                 u"guid"_s });
+    main.append({ sentDone, column(u"message_summary_info"_s), hasDetails.join(u" OR "_s) });
+    m_rows =
+        m_database.prepare(u"SELECT %1 FROM message WHERE ROWID = ?1"_s.arg(main.join(u", "_s)));
+    m_details = m_database.prepare(
+        u"SELECT %1 FROM message WHERE ROWID = ?1"_s.arg(columns({ u"item_type"_s,
+                                                                   u"group_action_type"_s,
+                                                                   u"group_title"_s,
+                                                                   u"other_handle"_s,
+                                                                   u"share_status"_s,
+                                                                   u"associated_message_type"_s,
+                                                                   u"associated_message_guid"_s,
+                                                                   u"associated_message_emoji"_s,
+                                                                   u"balloon_bundle_id"_s,
+                                                                   u"payload_data"_s,
+                                                                   u"date_edited"_s,
+                                                                   u"date_retracted"_s,
+                                                                   u"thread_originator_guid"_s,
+                                                                   u"thread_originator_part"_s,
+                                                                   u"is_audio_message"_s })
+                                                             .join(u", "_s)));
+    readDeletedParts();
+}
+
+void MessageReader::readDeletedParts()
+{
+    const QString table = u"recoverable_message_part"_s;
+    if (!m_database.hasColumn(table, u"message_id"_s)
+        || !m_database.hasColumn(table, u"part_text"_s))
+        return;
+    m_database.query(u"message_id, part_text"_s, table, [this](const Statement &row) {
+        const auto part = AttributedText::decode(row.bytes(1));
+        const QString text =
+            cleaned(part ? part->text : AttributedText::salvage(row.bytes(1)).value_or(QString()));
+        if (!text.isEmpty())
+            m_deletedParts.insert(row.integer(0), text);
+    });
+}
+
+bool MessageReader::read(const Conversation &conversation, ConversationContent &content)
+{
+    if (!m_prepared)
+        prepare();
+    if (!m_rows || !m_details)
+        return false;
+    m_conversation = &conversation;
+    m_content = &content;
+    m_relations.clear();
+    m_senders.clear();
+    std::size_t failed = 0;
+    for (const qint64 row : conversation.messages) {
+        m_rows->reset();
+        m_rows->bind(1, row);
+        switch (m_rows->step()) {
+        case Statement::Step::Row: {
+            Message &message = content.addMessage();
+            message.row = row;
+            readRow(message);
+            break;
+        }
+        case Statement::Step::Done:
+            break;
+        case Statement::Step::Failed:
+            if (failed++ == 0)
+                m_database.addLoss(tr("It is damaged: %1.").arg(m_rows->error()));
+            break;
+        }
+    }
+    m_rows->reset();
+    m_details->reset();
+    m_relations.apply(content);
+    const MessageFilter &filter = m_source.messageFilter();
+    if (filter.since.isValid() || filter.until.isValid()) {
+        for (Message &message : content.messages())
+            message.hidden = message.hidden || !filter.accepts(message.msgDate());
+    }
+    content.list();
+    nameParticipants();
+    return failed == 0 || !content.chats().isEmpty();
+}
+
+void MessageReader::readRow(Message &message)
+{
+    message.fromMe = m_rows->integer(kFromMe) != 0;
+    message.dateMs = SmsDatabase::dateMs(m_rows->integer(kDate));
+    message.sentDone = !message.fromMe || m_rows->integer(kSentDone) != 0;
+    const QByteArrayView service = m_rows->bytes(kService);
+    message.normalSms =
+        !(service.isEmpty() ? isIMessage(m_conversation->service.toUtf8()) : isIMessage(service));
+    message.guidHash = MessageRelations::hashOf(m_rows->bytes(kGuid));
+    if (!message.fromMe) {
+        message.address = m_handles.address(m_rows->integer(kHandle));
+        if (!message.address && !m_conversation->isGroup && !m_conversation->addresses.isEmpty())
+            message.address = &m_conversation->addresses.first();
+        if (m_conversation->isGroup && message.address)
+            m_senders.insert(message.address);
+    }
+    const QString subject = cleaned(m_rows->text(kSubject));
+    if (!subject.isEmpty())
+        m_content->extrasOf(message).subject = subject;
+
+    const Details details =
+        m_rows->integer(kHasDetails) != 0 ? readDetails(message.row) : Details();
+    m_files.clear();
+    m_transcription.clear();
+    m_textIsUnreadable = false;
+    m_isVoice = details.isAudio;
+    History history;
+    QString text;
+    if (!isReaction(details.associatedType) && details.itemType == 0) {
+        const QByteArrayView summary = m_rows->bytes(kSummary);
+        if (!summary.isEmpty())
+            history = historyOf(summary);
+        text = readText();
+        if (text.isEmpty())
+            text = history.lastText;
+    }
+    setParts(message, text);
+    setSpecialText(message, details);
+    mark(message, details, history);
+}
+
+MessageReader::Details MessageReader::readDetails(qint64 row)
+{
+    Details details;
+    m_details->reset();
+    m_details->bind(1, row);
+    if (m_details->step() != Statement::Step::Row)
+        return details;
+    details.itemType = m_details->integer(kItemType);
+    details.groupAction = m_details->integer(kGroupAction);
+    details.groupTitle = cleaned(m_details->text(kGroupTitle));
+    details.otherHandle = m_details->integer(kOtherHandle);
+    details.shareStatus = m_details->integer(kShareStatus);
+    details.associatedType = m_details->integer(kAssociatedType);
+    details.associatedGuid = m_details->text(kAssociatedGuid);
+    details.associatedEmoji = cleaned(m_details->text(kAssociatedEmoji));
+    details.bundle = m_details->text(kBundle);
+    details.payload = m_details->bytes(kPayload).toByteArray();
+    details.edited = m_details->integer(kDateEdited) != 0;
+    details.retracted = m_details->integer(kDateRetracted) != 0;
+    details.originator = m_details->bytes(kOriginator).toByteArray();
+    details.originatorPart = m_details->text(kOriginatorPart);
+    details.isAudio = m_details->integer(kIsAudio) != 0;
+    return details;
+}
+
+QString MessageReader::readText()
+{
+    const QByteArrayView body = m_rows->bytes(kBody);
+    if (body.isEmpty())
+        return m_rows->text(kText);
+    if (auto decoded = AttributedText::decode(body)) {
+        m_files = std::move(decoded->files);
+        m_transcription = std::move(decoded->transcription);
+        return std::move(decoded->text);
+    }
+    const QString plain = m_rows->text(kText);
+    if (!plain.isEmpty())
+        return plain;
+    const std::optional<QString> salvaged = AttributedText::salvage(body);
+    m_textIsUnreadable = !salvaged;
+    return salvaged.value_or(QString());
+}
+
+// Texts and files in the order in which they stand in the message.
+void MessageReader::setParts(Message &message, const QString &text)
+{
+    QList<MessageAttachment> attachments = m_attachments.of(message.row);
+    if (attachments.isEmpty()) {
+        message.text = cleaned(text);
+        return;
+    }
+    qsizetype start = 0;
+    for (qsizetype place = text.indexOf(kFilePlace); place >= 0 && !attachments.isEmpty();
+         place = text.indexOf(kFilePlace, start)) {
+        addText(message, text.sliced(start, place - start));
+        start = place + 1;
+        const auto stands = [place](const auto &file) { return file.position == place; };
+        const auto named = std::find_if(m_files.cbegin(), m_files.cend(), stands);
+        auto attachment = attachments.begin();
+        if (named != m_files.cend()) {
+            const auto isNamed = [&](const auto &other) { return other.guid == named->guid; };
+            attachment = std::find_if(attachments.begin(), attachments.end(), isNamed);
+            if (attachment == attachments.end())
+                attachment = attachments.begin();
+        }
+        addAttachment(message, *attachment);
+        attachments.erase(attachment);
+    }
+    addText(message, text.sliced(start));
+    for (const MessageAttachment &attachment : std::as_const(attachments))
+        addAttachment(message, attachment);
+}
+
+void MessageReader::addText(Message &message, const QString &text)
+{
+    const QString part = cleaned(text);
+    if (QStringView(part).trimmed().isEmpty())
+        return;
+    if (message.text.isEmpty() && message.pieces().isEmpty())
+        message.text = part;
+    else
+        m_content->addText(message, part);
+    m_content->extrasOf(message).parts.append(part);
+}
+
+void MessageReader::addAttachment(Message &message, const MessageAttachment &attachment)
+{
+    if (!attachment.isForPeople)
+        return;
+    const FileIndex::Row row = attachment.file;
+    const bool isFile =
+        row != FileIndex::kNone && m_source.index().kind(row) == FileIndex::Kind::File;
+    const QString path = isFile ? m_source.files().contentPath(row) : QString();
+    switch (attachment.kind) {
+    case MessageAttachment::Kind::Picture:
+        m_content->addFile(message, shownType("image/"_L1, attachment), path, attachment.name);
+        m_content->extrasOf(message).parts.append(tr("[Picture]"));
+        break;
+    case MessageAttachment::Kind::Video:
+        m_content->addFile(message, shownType("video/"_L1, attachment), path, attachment.name);
+        m_content->extrasOf(message).parts.append(tr("[Video]"));
+        break;
+    default:
+        addLabelled(message, attachment, path, labelOf(attachment, path));
+        break;
+    }
+}
+
+// What the page does not show by itself gets a line that says what it is.
+void MessageReader::addLabelled(Message &message,
+                                const MessageAttachment &attachment,
+                                const QString &path,
+                                const QString &label)
+{
+    addText(message, label);
+    m_content->addFile(message, otherType(attachment.mimeType), path, attachment.name);
+}
+
+QString MessageReader::labelOf(const MessageAttachment &attachment, const QString &path) const
+{
+    const auto label = [&](const QString &withName, const QString &without, const QString &name) {
+        return name.isEmpty() ? without : QString(withName).arg(name);
+    };
+    switch (attachment.kind) {
+    case MessageAttachment::Kind::Audio: {
+        const bool isVoice = m_isVoice || attachment.name.endsWith(".caf"_L1, Qt::CaseInsensitive)
+            || attachment.name.endsWith(".amr"_L1, Qt::CaseInsensitive);
+        if (!isVoice)
+            return label(tr("[Audio: %1]"), tr("[Audio]"), attachment.name);
+        const int seconds = audioDurationSeconds(MappedFile(path).bytes());
+        const QString line = seconds < 0 ? tr("[Voice message]")
+                                         : tr("[Voice message %1]").arg(durationText(seconds));
+        return m_transcription.isEmpty() ? line : line + u' ' + m_transcription;
+    }
+    case MessageAttachment::Kind::Contact: {
+        const QString name = vCardText(MappedFile(path).bytes(), "FN");
+        return label(tr("[Contact: %1]"), tr("[Contact]"), name.isEmpty() ? attachment.name : name);
+    }
+    case MessageAttachment::Kind::Location:
+        return label(
+            tr("[Location: %1]"), tr("[Location]"), vCardText(MappedFile(path).bytes(), "URL"));
+    default:
+        return label(tr("[File: %1]"), tr("[File]"), attachment.name);
+    }
+}
+
+void MessageReader::setSpecialText(Message &message, const Details &details)
+{
+    if (isReaction(details.associatedType)) {
+        m_relations.addReaction({ &message,
+                                  details.associatedType,
+                                  details.associatedGuid,
+                                  details.associatedEmoji,
+                                  nameOf(message) });
+        return;
+    }
+    if (details.itemType != 0) {
+        message.text = eventLine(message, details);
+        message.sentDone = true;
+        return;
+    }
+    if (isEmpty(message) && !(details.bundle.isEmpty() && details.payload.isEmpty()))
+        message.text = balloonText(details.bundle, details.payload);
+    else if (isEmpty(message) && details.isAudio) // it has expired
+        message.text = tr("[Voice message]");
+    if (!details.originator.isEmpty())
+        m_relations.addReply(message, details.originator, details.originatorPart);
+}
+
+QString MessageReader::eventLine(const Message &message, const Details &details) const
+{
+    MessageWords::Event event;
+    event.type = details.itemType;
+    event.action = details.groupAction;
+    event.shareStatus = details.shareStatus;
+    event.title = details.groupTitle;
+    event.who = nameOf(message);
+    const QString *other = m_handles.address(details.otherHandle);
+    event.other = other ? m_people.name(*other) : tr("somebody");
+    event.toOneself = other && other == message.address;
+    return MessageWords::event(event);
+}
+
+MessageReader::History MessageReader::historyOf(QByteArrayView summary)
+{
+    History history;
+    // Most summaries tell of nothing but links: one that has these keys is worth parsing.
+    if (!summary.contains(QByteArrayView("\x52"
+                                         "ec"))
+        && !summary.contains(QByteArrayView("\x52"
+                                            "rp")))
+        return history;
+    const PropertyList list = PropertyList::parse(summary.toByteArray());
+    history.unsent = !list.value("rp").toList().isEmpty();
+    const QVariantMap parts = list.value("ec").toMap();
+    for (const QVariant &part : parts) {
+        const QVariantList versions = part.toList();
+        if (versions.isEmpty())
+            continue;
+        history.edited = true;
+        const QByteArray body = versions.last().toMap().value(u"t"_s).toByteArray();
+        const auto decoded = AttributedText::decode(body);
+        const QString text =
+            decoded ? decoded->text : AttributedText::salvage(body).value_or(QString());
+        if (!history.lastText.isEmpty() && !text.isEmpty())
+            history.lastText += u'\n';
+        history.lastText += text;
+    }
+    return history;
+}
+
+void MessageReader::mark(Message &message, const Details &details, const History &history)
+{
+    const bool isDeleted = std::binary_search(
+        m_conversation->deleted.cbegin(), m_conversation->deleted.cend(), message.row);
+    const bool isReactionRow = isReaction(details.associatedType);
+    if (history.unsent || details.retracted) {
+        if (isEmpty(message))
+            message.text = MessageWords::unsent();
+        else if (history.unsent)
+            append(message, MessageWords::unsent(), u'\n');
+    }
+    if (m_textIsUnreadable) {
+        append(message, MessageWords::unreadable(), u'\n');
+        m_source.addProblem({ SmsDatabase::kMessages,
+                              u"HomeDomain/Library/SMS/sms.db: attributedBody"_s,
+                              tr("The text of some messages is damaged and could not be read."),
+                              true });
+    }
+    const bool isEdited =
+        history.edited || (details.edited && !history.unsent && !details.retracted);
+    if (isEdited && !isEmpty(message))
+        append(message, MessageWords::edited(), u' ');
+    if (!isDeleted) {
+        for (const QString &part : m_deletedParts.values(message.row))
+            append(message, MessageWords::deleted() + u' ' + part, u'\n');
+    }
+    // Rows without anything are the phone's own notes; it does not show them either.
+    if (isEmpty(message) && !isReactionRow)
+        message.hidden = true;
+    else if (isDeleted && !m_conversation->isDeleted)
+        message.text = message.text.isEmpty() ? MessageWords::deleted()
+                                              : MessageWords::deleted() + u' ' + message.text;
+}
+
+void MessageReader::append(Message &message, const QString &text, QChar separator)
+{
+    if (!message.pieces().isEmpty())
+        m_content->addText(message, text);
+    else
+        message.text = message.text.isEmpty() ? text : message.text + separator + text;
+}
+
+QString MessageReader::nameOf(const Message &message) const
+{
+    if (message.fromMe)
+        return tr("You");
+    return message.address ? m_people.name(*message.address) : tr("Somebody");
+}
+
+// A group is everybody in it and everybody who once wrote; a person with two addresses is one.
+void MessageReader::nameParticipants()
+{
+    const QStringList &addresses = m_conversation->addresses;
+    if (!m_conversation->isGroup) {
+        if (!addresses.isEmpty())
+            m_content->setName(addresses.first(), m_conversation->name);
+        return;
+    }
+    for (const QString &address : addresses)
+        m_content->setName(address, m_people.name(address));
+    for (const QString *address : std::as_const(m_senders))
+        m_content->setName(*address, m_people.name(*address));
+}
+
+} // namespace PhoneBackup

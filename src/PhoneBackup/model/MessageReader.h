@@ -1,0 +1,103 @@
+#ifndef PHONEBACKUP_MODEL_MESSAGEREADER_H
+#define PHONEBACKUP_MODEL_MESSAGEREADER_H
+
+#include "model/Conversation.h"
+#include "model/ConversationContent.h"
+#include "model/MessageRelations.h"
+#include "plist/AttributedText.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <memory>
+
+namespace PhoneBackup {
+
+class Handles;
+class MessageAttachments;
+class People;
+class SmsDatabase;
+class Source;
+class Statement;
+struct MessageAttachment;
+
+/*!
+    \brief Reads the messages of one conversation: their texts, files and marks.
+
+    \par Cost
+    One look-up a message by its number; a second one for those that are more than a text. A row on
+    a damaged page costs itself alone.
+*/
+class MessageReader
+{
+public:
+    MessageReader(Source &source,
+                  SmsDatabase &database,
+                  const Handles &handles,
+                  const People &people,
+                  MessageAttachments &attachments);
+    ~MessageReader();
+
+    /*!
+        Fills the empty \a content. The conversation must stay where it is as long as the content
+        is used. \return false when there are messages and none could be read.
+    */
+    bool read(const Conversation &conversation, ConversationContent &content);
+
+private:
+    //! What few rows have, from a query of its own.
+    struct Details;
+    //! What the row says of its parts' history.
+    struct History
+    {
+        bool edited = false;
+        bool unsent = false;
+        QString lastText;
+    };
+
+    void prepare();
+    void readDeletedParts();
+    void readRow(Message &message);
+    Details readDetails(qint64 row);
+    QString readText();
+    void setParts(Message &message, const QString &text);
+    void addText(Message &message, const QString &text);
+    void addAttachment(Message &message, const MessageAttachment &attachment);
+    void addLabelled(Message &message,
+                     const MessageAttachment &attachment,
+                     const QString &path,
+                     const QString &label);
+    void setSpecialText(Message &message, const Details &details);
+    QString eventLine(const Message &message, const Details &details) const;
+    QString labelOf(const MessageAttachment &attachment, const QString &path) const;
+    static History historyOf(QByteArrayView summary);
+    void mark(Message &message, const Details &details, const History &history);
+    void append(Message &message, const QString &text, QChar separator);
+    QString nameOf(const Message &message) const;
+    void nameParticipants();
+
+    Source &m_source;
+    SmsDatabase &m_database;
+    const Handles &m_handles;
+    const People &m_people;
+    MessageAttachments &m_attachments;
+    std::unique_ptr<Statement> m_rows;
+    std::unique_ptr<Statement> m_details;
+    QMultiHash<qint64, QString> m_deletedParts; // of messages that are still there
+    bool m_prepared = false;
+
+    // Of the conversation that is being read.
+    const Conversation *m_conversation = nullptr;
+    ConversationContent *m_content = nullptr;
+    MessageRelations m_relations;
+    QSet<const QString *> m_senders;
+    // Of the message that is being read.
+    QList<AttributedText::File> m_files;
+    QString m_transcription;
+    bool m_textIsUnreadable = false;
+    bool m_isVoice = false;
+};
+
+} // namespace PhoneBackup
+
+#endif
