@@ -168,6 +168,7 @@ void ExportRun::exportTypes(const QDir &folder)
     });
     CBackupExporter exporter;
     exporter.setReport(&m_report);
+    exporter.setHardened(true); // anyone can send a message or a contact with markup in it
     exporter.exportBackup(&selected, folder, &progress);
 }
 
