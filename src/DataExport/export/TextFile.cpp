@@ -10,43 +10,48 @@ constexpr qsizetype kSlice = 64 * 1024;
 
 bool TextFile::open(const QString &path, QStringConverter::Encoding encoding, bool byteOrderMark)
 {
-    m_file.setFileName(path);
-    if (!m_file.open(QIODevice::WriteOnly)) {
-        m_error = m_file.errorString();
+    m_path = path;
+    auto output = std::make_unique<Output>();
+    output->file.setFileName(path);
+    if (!output->file.open(QIODevice::WriteOnly)) {
+        m_error = output->file.errorString();
         return false;
     }
-    m_stream.setDevice(&m_file);
-    m_stream.setEncoding(encoding);
-    m_stream.setGenerateByteOrderMark(byteOrderMark);
+    output->stream.setDevice(&output->file);
+    output->stream.setEncoding(encoding);
+    output->stream.setGenerateByteOrderMark(byteOrderMark);
+    m_output = std::move(output);
     return true;
 }
 
 void TextFile::write(QStringView text)
 {
-    while (!text.isEmpty()) {
+    while (m_output && !text.isEmpty()) {
         qsizetype length = std::min(kSlice, text.size());
         if (length < text.size() && text[length - 1].isHighSurrogate())
             ++length;
-        m_stream << text.first(length);
+        m_output->stream << text.first(length);
         text = text.sliced(length);
     }
 }
 
 bool TextFile::close(bool keep)
 {
-    if (!m_file.isOpen())
+    if (!m_output)
         return true;
+    const std::unique_ptr<Output> output = std::move(m_output);
+    QFile &file = output->file;
     // Both layers buffer: only their flush meets a full disk.
-    m_stream.flush();
-    bool written = m_stream.status() == QTextStream::Ok && m_file.flush();
-    m_error = m_file.errorString();
-    m_stream.setDevice(nullptr);
-    m_file.close();
-    if (written && m_file.error() != QFileDevice::NoError) {
+    output->stream.flush();
+    bool written = output->stream.status() == QTextStream::Ok && file.flush();
+    m_error = file.errorString();
+    output->stream.setDevice(nullptr);
+    file.close();
+    if (written && file.error() != QFileDevice::NoError) {
         written = false;
-        m_error = m_file.errorString();
+        m_error = file.errorString();
     }
     if (!keep || !written)
-        m_file.remove();
+        file.remove();
     return written;
 }

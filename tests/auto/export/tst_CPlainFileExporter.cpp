@@ -27,6 +27,7 @@ private Q_SLOTS:
     void aFailedExportLeavesNothing();
     void survivesAFileThatDoesNotOpen();
     void reportsFullDeviceAtEveryByte();
+    void goesOnAfterAFileThatWasCutShort();
 };
 
 void tst_CPlainFileExporter::writesInTheCodec_data()
@@ -231,6 +232,28 @@ void tst_CPlainFileExporter::reportsFullDeviceAtEveryByte()
         QCOMPARE(Files::tree(temp.filePath(u"T"_s)).size(), fits ? 1 : 0);
         QCOMPARE(report.failures.size(), fits ? 0 : 1);
     }
+}
+
+void tst_CPlainFileExporter::goesOnAfterAFileThatWasCutShort()
+{
+    const QTemporaryDir temp;
+    RecordingReport report;
+    CPlainFileExporter sink(u".vcf"_s, true);
+    sink.setReport(&report);
+    QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"T"_s));
+    {
+        const FullDevice device(50);
+        for (const int size : { 10, 100000, 20, 51, 30 }) {
+            QVERIFY(sink.itemExportBegin(QString::number(size)));
+            sink.exportData(QString(size, u'x'));
+            QVERIFY(sink.itemExportEnd());
+        }
+    }
+    QVERIFY(sink.finish(true));
+    QCOMPARE(Files::tree(temp.filePath(u"T"_s)),
+             (QStringList { u"10.vcf"_s, u"20.vcf"_s, u"30.vcf"_s }));
+    QCOMPARE(Files::read(temp.filePath(u"T/30.vcf"_s)), QByteArray(30, 'x'));
+    QCOMPARE(report.failures.size(), 2);
 }
 
 QTEST_GUILESS_MAIN(tst_CPlainFileExporter)
