@@ -90,7 +90,7 @@ private:
     void writeAddress(const BkContactProperty &address)
     {
         // The post-office box and the extended address are never there.
-        QString value = ";;"_L1 + m_helper.getPropValue(&address, u";"_s);
+        QString value = ";;"_L1 + oneLine(m_helper.getPropValue(&address, u";"_s));
         value.replace(u'\n', u' ');
         writeLine("ADR;TYPE="_L1 + itemType(address.propLabel()), value);
     }
@@ -118,9 +118,9 @@ private:
     {
         const QMap<QString, QString> entry = account.propValueEntry();
         const QString user = entry.value(CContactHelper::VALUE_KEY_USER);
-        const auto service = entry.constFind(CContactHelper::VALUE_KEY_SERVICE);
-        if (service != entry.constEnd() && !user.isEmpty())
-            m_card += oneLine("X-"_L1 + service->toUpper() + u';' + user) + kLineEnd;
+        const QString service = entry.value(CContactHelper::VALUE_KEY_SERVICE);
+        if (!service.isEmpty() && !user.isEmpty())
+            m_card += oneLine("X-"_L1 + service.toUpper() + u';' + user) + kLineEnd;
     }
 
     void writeField(QLatin1String name, const QString &value)
