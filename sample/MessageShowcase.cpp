@@ -318,9 +318,9 @@ void Showcase::crew()
     mention.runs = { { 5, 0, {}, {}, people()[1].number }, { 29, 0, {}, {}, {} } };
     m_script.put(mention);
     MessageRow share = m_script.line(mara, QString());
-    share.balloon =
-        u"com.apple.messages.MSMessageExtensionBalloonPlugin:0000000000:com.example.pay.extension"_s;
-    share.payload = appPayload(u"Purse"_s, u"Payment of $24.00 requested"_s, u"$24.00 for fuel"_s);
+    share.balloon = u"com.apple.messages.MSMessageExtensionBalloonPlugin:0000000000:"
+                    "com.apple.PassbookUIService.PeerPaymentMessagesExtension"_s;
+    share.payload = appPayload(u"Cash"_s, u"$24.00 for fuel"_s, u"$24.00 for fuel"_s);
     m_script.put(share);
     m_script.say(jonas, u"Paid. Twice, by mistake. Buy a spare can!"_s);
     m_script.event(stranger, GroupAction, Left, 0);
