@@ -43,28 +43,31 @@ public:
 };
 
 MessageData::MessageData(Source &source)
+    : m_source(source)
 {
     std::unique_ptr<SmsDatabase> database = SmsDatabase::open(source);
     if (!database)
         return;
     m_reading = std::make_unique<Reading>(source, std::move(database));
-    readConversations(source);
+    readConversations();
     for (int i = 0; i < int(m_conversations.size()); ++i)
         m_items.emplace_back(*this, i);
 }
 
 MessageData::~MessageData() = default;
 
-void MessageData::readConversations(Source &source)
+void MessageData::readConversations()
 {
     m_conversations =
         ConversationList(*m_reading->database, m_reading->handles, m_reading->people).take();
-    const MessageFilter &filter = source.messageFilter();
-    const bool byDate = filter.since.isValid() || filter.until.isValid();
+    const MessageFilter &filter = m_source.messageFilter();
     const auto isEmpty = [&](const Conversation &conversation) {
         if (!filter.accepts(conversation.name, conversation.addresses))
             return true;
-        if (!byDate && conversation.messages.size() > kFewMessages)
+        const bool byDate = filter.since.isValid() || filter.until.isValid();
+        if (byDate && !hasWanted(conversation))
+            return true;
+        if (conversation.messages.size() > kFewMessages)
             return false;
         m_reading->content.clear();
         return m_reading->reader.read(conversation, m_reading->content)
@@ -117,6 +120,22 @@ ConversationContent *MessageData::content(int index) const
         m_current = read ? index : -1;
     }
     return m_current == index ? &content : nullptr;
+}
+
+bool MessageData::hasWanted(const Conversation &conversation) const
+{
+    // The newest come last and are asked for most.
+    return std::any_of(conversation.messages.crbegin(),
+                       conversation.messages.crend(),
+                       [this](qint64 message) { return isWanted(message); });
+}
+
+bool MessageData::isWanted(qint64 message) const
+{
+    const MessageFilter &filter = m_source.messageFilter();
+    if (!filter.since.isValid() && !filter.until.isValid())
+        return true;
+    return filter.accepts(m_reading->reader.dateOf(message));
 }
 
 MessageAttachments *MessageData::attachments() const

@@ -46,14 +46,19 @@ public:
     //! could be read.
     ConversationContent *content(int index) const;
 
+    //! Whether the filter accepts the date of the message with this ROWID.
+    bool isWanted(qint64 message) const;
+
     //! The files of the messages, null when there is no database.
     MessageAttachments *attachments() const;
 
 private:
     class Reading;
 
-    void readConversations(Source &source);
+    void readConversations();
+    bool hasWanted(const Conversation &conversation) const;
 
+    Source &m_source;
     std::unique_ptr<Reading> m_reading;
     std::vector<Conversation> m_conversations;
     // Items are asked for as changeable objects by a set that is not.

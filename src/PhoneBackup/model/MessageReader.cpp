@@ -242,6 +242,22 @@ void MessageReader::readDeletedParts()
     });
 }
 
+QDateTime MessageReader::dateOf(qint64 row)
+{
+    if (!m_dates) {
+        m_dates = m_database.prepare(u"SELECT %1 FROM message WHERE ROWID = ?1"_s.arg(
+            m_database.column(u"message"_s, u"date"_s)));
+    }
+    Message message;
+    if (m_dates) {
+        m_dates->reset();
+        m_dates->bind(1, row);
+        if (m_dates->step() == Statement::Step::Row)
+            message.dateMs = SmsDatabase::dateMs(m_dates->integer(0));
+    }
+    return message.msgDate();
+}
+
 bool MessageReader::read(const Conversation &conversation, ConversationContent &content)
 {
     if (!m_prepared)

@@ -44,6 +44,9 @@ public:
     */
     bool read(const Conversation &conversation, ConversationContent &content);
 
+    //! When the message with the ROWID \a row was sent; invalid when that is not known.
+    QDateTime dateOf(qint64 row);
+
 private:
     //! What few rows have, from a query of its own.
     struct Details;
@@ -83,6 +86,7 @@ private:
     MessageAttachments &m_attachments;
     std::unique_ptr<Statement> m_rows;
     std::unique_ptr<Statement> m_details;
+    std::unique_ptr<Statement> m_dates;
     QMultiHash<qint64, QString> m_deletedParts; // of messages that are still there
     bool m_prepared = false;
 

@@ -1,0 +1,210 @@
+#include "model/MessageFiles.h"
+
+#include "model/AttachmentFiles.h"
+#include "model/FileData.h"
+#include "model/MessageAttachments.h"
+#include "model/MessageData.h"
+#include "model/Messages.h"
+#include "model/PathParts.h"
+#include "model/PhoneTime.h"
+#include "model/SmsDatabase.h"
+#include "model/Source.h"
+#include "platform/Translation_p.h"
+
+#include <algorithm>
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+using DataExport::tr;
+
+namespace {
+
+constexpr int kMessageFiles = 7;
+
+// Folder and stem: what the parts of a picture that moves have in common.
+QByteArray stemPath(QByteArrayView path)
+{
+    return PathParts::folder(path).toByteArray() + '/' + PathParts::stem(path).toByteArray();
+}
+
+class MessageFiles
+{
+public:
+    MessageFiles(Source &source, const MessageData &messages)
+        : m_source(source)
+        , m_messages(messages)
+        , m_data(std::make_unique<FileData>(kMessageFiles, source.files()))
+    {
+    }
+
+    std::unique_ptr<FileData> read()
+    {
+        if (m_messages.attachments()) {
+            for (int i = 0; i < m_messages.recoverCount() && m_source.keepGoing(); ++i)
+                addConversation(m_messages.conversation(i));
+        }
+        if (m_source.messageFilter().isEmpty()) { // what belongs to no message meets no condition
+            addAttachmentsWithoutMessage();
+            addFilesWithoutAttachment(AttachmentFiles::kFolder);
+            addFilesWithoutAttachment("Library/SMS/Parts/");
+        }
+        return std::move(m_data);
+    }
+
+private:
+    void addConversation(const Conversation &conversation)
+    {
+        MessageAttachments &attachments = *m_messages.attachments();
+        const auto &links = attachments.links();
+        const auto before = [](const MessageAttachments::Link &link, qint64 message) {
+            return link.message < message;
+        };
+        m_group = -1;
+        m_groupName = conversation.name;
+        m_inGroup.clear();
+        auto link = links.cbegin();
+        for (const qint64 message : conversation.messages) {
+            link = std::lower_bound(link, links.cend(), message, before);
+            if (link == links.cend())
+                break;
+            if (link->message != message || !m_messages.isWanted(message))
+                continue;
+            const bool isDeleted = std::binary_search(
+                conversation.deleted.cbegin(), conversation.deleted.cend(), message);
+            for (; link != links.cend() && link->message == message; ++link) {
+                m_attached.insert(link->attachment);
+                add(attachments.read(link->attachment), isDeleted);
+            }
+        }
+    }
+
+    void addAttachmentsWithoutMessage()
+    {
+        enterOther();
+        if (!m_messages.attachments())
+            return;
+        const QList<qint64> rows = m_messages.attachments()->rows();
+        for (const qint64 row : rows) {
+            if (!m_attached.contains(row))
+                add(m_messages.attachments()->read(row), false);
+        }
+    }
+
+    void addFilesWithoutAttachment(QByteArrayView folder)
+    {
+        const FileIndex &index = m_source.index();
+        const FileIndex::Range range = index.walk(AttachmentFiles::kDomain, folder);
+        for (FileIndex::Row row = range.first; row < range.last && m_source.keepGoing(); ++row) {
+            const QByteArrayView path = index.path(row);
+            if (index.kind(row) != FileIndex::Kind::File || m_used.contains(row)
+                || path.endsWith(".pluginPayloadAttachment") || PathParts::isHidden(path)
+                || PathParts::stem(path).endsWith("-preview"))
+                continue;
+            // The film of a picture that moves has no row of its own.
+            m_group = m_groupOfStem.value(stemPath(path), -1);
+            if (m_group < 0)
+                enterOther();
+            addFile(row, {}, {}, false);
+        }
+    }
+
+    void enterOther()
+    {
+        if (!m_isOther)
+            m_inGroup.clear();
+        m_isOther = true;
+        m_groupName = tr("Other");
+        m_group = m_other;
+    }
+
+    void add(const MessageAttachment &attachment, bool isDeleted)
+    {
+        const FileIndex::Row row = attachment.file;
+        if (attachment.row == 0)
+            return;
+        if (row == FileIndex::kNone) {
+            if (attachment.isForPeople)
+                reportMissing(attachment);
+            return;
+        }
+        const FileIndex &index = m_source.index();
+        if (index.kind(row) == FileIndex::Kind::File) {
+            if (attachment.isForPeople)
+                addFile(row,
+                        attachment.name,
+                        PhoneTime::since2001(double(attachment.created)),
+                        isDeleted);
+            m_used.insert(row); // what is hidden is none of the files without a message
+            return;
+        }
+        // A document that is a folder.
+        const QByteArray inside = index.path(row).toByteArray() + '/';
+        const FileIndex::Range range = index.walk(index.domain(row), inside);
+        for (FileIndex::Row file = range.first; file < range.last; ++file) {
+            if (index.kind(file) == FileIndex::Kind::File && attachment.isForPeople)
+                addFile(file, {}, {}, isDeleted);
+            m_used.insert(file);
+        }
+    }
+
+    void addFile(FileIndex::Row row, const QString &name, const QDateTime &date, bool isDeleted)
+    {
+        if (m_inGroup.contains(row))
+            return;
+        m_inGroup.insert(row);
+        m_used.insert(row);
+        if (m_group < 0) {
+            m_group = m_data->addGroup(m_groupName);
+            if (m_isOther)
+                m_other = m_group;
+        }
+        m_groupOfStem.insert(stemPath(m_source.index().path(row)), m_group);
+        FileEntry entry;
+        entry.row = row;
+        entry.group = m_group;
+        entry.name = name;
+        entry.date = date;
+        entry.deleted = isDeleted;
+        m_data->add(entry);
+    }
+
+    void reportMissing(const MessageAttachment &attachment)
+    {
+        const QString name = attachment.name.isEmpty() ? attachment.guid : attachment.name;
+        const QString what = attachment.path.isEmpty()
+            ? tr("The file was never downloaded to the phone.")
+            : tr("The file “%1” is missing in the backup.").arg(attachment.path);
+        // The number keeps apart what has one name.
+        m_source.addProblem(
+            { kMessageFiles,
+              u"%1/%2 (%3)"_s.arg(m_groupName, name, QString::number(attachment.row)),
+              what,
+              true });
+    }
+
+    Source &m_source;
+    const MessageData &m_messages;
+    std::unique_ptr<FileData> m_data;
+    int m_group = -1; // of the data, -1 until the first file makes it
+    int m_other = -1;
+    bool m_isOther = false; // the group of files without a message
+    QString m_groupName;
+    QSet<FileIndex::Row> m_inGroup;
+    QSet<FileIndex::Row> m_used;
+    QSet<qint64> m_attached; // attachments that a message has
+    QHash<QByteArray, int> m_groupOfStem;
+};
+
+} // namespace
+
+void readMessageFiles(Source &source, DataSets &sets)
+{
+    if (sets.find(SmsDatabase::kMessages) == sets.end())
+        readMessages(source, sets);
+    const auto *messages = dynamic_cast<const MessageData *>(sets[SmsDatabase::kMessages].get());
+    if (messages)
+        sets[kMessageFiles] = MessageFiles(source, *messages).read();
+}
+
+} // namespace PhoneBackup
