@@ -442,7 +442,7 @@ void tst_Backup::namesOwnerAndTypes()
     QCOMPARE(backup->dataTypeName(18), u"Note Attachments"_s);
     QVERIFY(backup->dataTypeName(19).isEmpty());
     QVERIFY(backup->dataTypeName(-1).isEmpty());
-    QVERIFY(!backup->getBkData(6));
+    QVERIFY(!backup->getBkData(19));
     for (const int code : Backup::dataTypes()) {
         QVERIFY(backup->getBkData(code));
         QCOMPARE(backup->getBkData(code), backup->getBkData(code));
