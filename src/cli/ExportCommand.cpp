@@ -39,6 +39,7 @@ ExitCode runExport(Console &console, const Options &options)
     const auto inventory = readInventory(console, backup, options.types);
     if (!inventory)
         return refuse(console, options, stoppedEarly());
+    sayWhenNothingFits(console, options, *inventory);
     if (options.checkSpace) {
         if (const auto failure = Preflight::checkSpace(output, *inventory))
             return refuse(console, options, *failure);

@@ -2,11 +2,13 @@
 
 #include "Console.h"
 #include "Interrupt.h"
+#include "Options.h"
 #include "backup/BkAbstractItem.h"
 #include "backup/BkBackup.h"
 #include "backup/BkData.h"
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -15,6 +17,12 @@ namespace Cli {
 namespace {
 
 constexpr qint64 kBlockBytes = 4096;
+
+bool isOfMessages(int code)
+{
+    constexpr std::array kCodes { 6, 7, 11, 12 }; // the phone's and WhatsApp, with their files
+    return std::find(kCodes.begin(), kCodes.end(), code) != kCodes.end();
+}
 
 void count(const BkData &data, TypeTotals &totals)
 {
@@ -32,6 +40,18 @@ void count(const BkData &data, TypeTotals &totals)
 }
 
 } // namespace
+
+bool holdMessages(const QList<int> &codes)
+{
+    return std::any_of(codes.begin(), codes.end(), &isOfMessages);
+}
+
+bool Inventory::hasMessages() const
+{
+    return std::any_of(types.begin(), types.end(), [](const TypeTotals &type) {
+        return type.items > 0 && isOfMessages(type.code);
+    });
+}
 
 TypeTotals Inventory::total() const
 {
@@ -71,6 +91,12 @@ readInventory(Console &console, const BkBackup &backup, const QList<int> &codes)
     }
     console.clearStatus();
     return inventory;
+}
+
+void sayWhenNothingFits(Console &console, const Options &options, const Inventory &inventory)
+{
+    if (!options.messages.isEmpty() && !inventory.hasMessages())
+        console.warn(u"No messages fit what --since, --until and --chat ask for."_s);
 }
 
 } // namespace Cli

@@ -11,6 +11,7 @@ class BkBackup;
 namespace Cli {
 
 class Console;
+struct Options;
 
 //! How much there is of one data type.
 struct TypeTotals
@@ -29,12 +30,19 @@ struct Inventory
     QList<TypeTotals> types;
 
     TypeTotals total() const; //!< The sums, under the name "Total".
+    bool hasMessages() const; //!< Whether any type with messages has an item.
     const TypeTotals *find(int code) const; //!< Null when the type was not asked for.
 };
+
+//! Whether messages of some kind are among the types of \a codes: only they can be filtered.
+bool holdMessages(const QList<int> &codes);
 
 //! Reads the data sets \a codes of \a backup and counts. None when the user asked to stop.
 std::optional<Inventory>
 readInventory(Console &console, const BkBackup &backup, const QList<int> &codes);
+
+//! Says so when messages are looked for that \a inventory, read with \a options, does not have.
+void sayWhenNothingFits(Console &console, const Options &options, const Inventory &inventory);
 
 } // namespace Cli
 

@@ -64,6 +64,7 @@ ExitCode runList(Console &console, const Options &options)
     const auto inventory = readInventory(console, backup, options.types);
     if (!inventory)
         return refuse(console, options, stoppedEarly());
+    sayWhenNothingFits(console, options, *inventory);
 
     const QList<PhoneBackup::Problem> problems = backup.problems();
     sayProblems(console, backup, problems);

@@ -3,6 +3,7 @@
 #include "Console.h"
 #include "Failure.h"
 #include "HelpFormatter.h"
+#include "Inventory.h"
 #include "Moment.h"
 #include "TypeNames.h"
 #include "model/Backup.h"
@@ -12,7 +13,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -151,12 +151,6 @@ std::variant<QList<int>, Failure> selectedTypes(const Raw &raw)
     return types;
 }
 
-bool holdsMessages(int code)
-{
-    constexpr std::array kTypes { 6, 7, 11, 12 };
-    return std::find(kTypes.begin(), kTypes.end(), code) != kTypes.end();
-}
-
 std::optional<Failure> readMoment(const char *option,
                                   const std::optional<std::string> &text,
                                   QDateTime (*read)(const QString &),
@@ -187,7 +181,7 @@ std::variant<PhoneBackup::MessageFilter, Failure> messageFilter(const Raw &raw,
             return usage(u"--chat needs a name, a phone number or an address."_s);
     }
     // Somebody who wants the photos of last year must not believe to have got them.
-    if (!filter.isEmpty() && std::none_of(types.begin(), types.end(), &holdsMessages))
+    if (!filter.isEmpty() && !holdMessages(types))
         return usage(u"--since, --until and --chat are for messages, and no type with messages is"
                      " to be exported."_s);
     return filter;
