@@ -336,16 +336,15 @@ void Showcase::mara()
         m_database.addChat({ people()[0].number, kIMessage, false, {}, {}, { mara } });
 
     m_script.enter(textChat, kSms, may(25, 8, 14));
-    m_script.say(byText, u"No signal out here, only bars of the old sort"_s);
+    m_script.say(byText, u"Only bars of the old sort here"_s);
     m_script.say(kMe, u"Then I'll write like it's 1999: c u l8r"_s);
 
     m_script.enter(chat, kIMessage, may(25, 16, 40));
-    m_script.say(mara, u"Back in the world! You won't believe this evening"_s);
+    m_script.say(mara, u"Back! You won't believe this sky"_s);
     m_script.send(mara, u"￼"_s, { photo(u"IMG_1012.jpeg"_s) });
-    const QString wow = m_script.say(kMe, u"Wow. Straight out of the phone? 😍"_s);
+    const QString wow = m_script.say(kMe, u"Wow. Straight from the phone? 😍"_s);
     m_script.react(mara, Love, wow);
-    m_script.say(
-        mara, u"Straight out of the phone. And no filter but the fog"_s, TextStore::Attributed);
+    m_script.say(mara, u"Straight out. No filter but fog"_s, TextStore::Attributed);
     m_script.wait(12);
     MessageRow voice = m_script.line(mara, u"￼"_s);
     voice.isAudio = true;
