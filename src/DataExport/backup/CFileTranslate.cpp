@@ -9,7 +9,6 @@
 #include "platform/CCommonUtils.h"
 #include "platform/NativeFile_p.h"
 
-
 namespace {
 
 constexpr int kUnitsPerFile = 100;
