@@ -79,8 +79,8 @@ void FileIndex::sort()
         sorted[i] = m_domains[byName[i]];
     }
     m_domains = std::move(sorted);
-    for (auto it = m_domainNumbers.begin(); it != m_domainNumbers.end(); ++it)
-        *it = position[*it];
+    for (quint32 &number : m_domainNumbers)
+        number = position[number];
     for (Entry &entry : m_entries) {
         entry.domain = position[entry.domain >> kKindBits] << kKindBits
             | (entry.domain & ((1U << kKindBits) - 1));

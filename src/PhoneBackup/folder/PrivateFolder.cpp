@@ -14,7 +14,7 @@ using DataExport::tr;
 
 namespace {
 
-constexpr qint64 kChunk = 256 * 1024;
+constexpr qint64 kChunk = 262144;
 
 bool liesIn(const QString &path, const QString &folder)
 {

@@ -109,8 +109,8 @@ Result<std::unique_ptr<Backup>> Backup::open(const QString &path, const KeepGoin
     return std::unique_ptr<Backup>(new Backup(std::move(d)));
 }
 
-Backup::Backup(std::unique_ptr<Private> d_)
-    : d(std::move(d_))
+Backup::Backup(std::unique_ptr<Private> d)
+    : m_d(std::move(d))
 {
 }
 
@@ -118,7 +118,7 @@ Backup::~Backup() = default;
 
 const BackupInfo &Backup::info() const
 {
-    return d->source.files().folder().info();
+    return m_d->source.files().folder().info();
 }
 
 QList<int> Backup::dataTypes()
@@ -131,23 +131,23 @@ QList<int> Backup::dataTypes()
 
 void Backup::setMessageFilter(const MessageFilter &filter)
 {
-    d->source.setMessageFilter(filter);
+    m_d->source.setMessageFilter(filter);
 }
 
 QList<Problem> Backup::problems() const
 {
-    return d->source.problems();
+    return m_d->source.problems();
 }
 
 BkData *Backup::getBkData(int code) const
 {
-    const auto known = d->sets.find(code);
-    if (known != d->sets.end())
+    const auto known = m_d->sets.find(code);
+    if (known != m_d->sets.end())
         return known->second.get();
     for (const DataType &type : dataTypeTable()) {
         if (type.code == code) {
-            type.read(d->source, d->sets);
-            return d->sets[code].get();
+            type.read(m_d->source, m_d->sets);
+            return m_d->sets[code].get();
         }
     }
     return nullptr;

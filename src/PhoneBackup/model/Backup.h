@@ -73,7 +73,7 @@ private:
     class Private;
     explicit Backup(std::unique_ptr<Private> d);
 
-    std::unique_ptr<Private> d;
+    std::unique_ptr<Private> m_d;
 };
 
 } // namespace PhoneBackup

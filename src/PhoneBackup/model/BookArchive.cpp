@@ -16,7 +16,7 @@ using DataExport::tr;
 
 namespace {
 
-constexpr qint64 kChunk = 128 * 1024;
+constexpr qint64 kChunk = 131072;
 constexpr QByteArrayView kMimeType = "mimetype";
 
 struct CloseZip

@@ -98,7 +98,7 @@ private:
             addProblem(book, folder.error().what);
             return files().contentPath(book.row);
         }
-        const QString target = QDir(folder.value()).filePath(u"book"_s);
+        QString target = QDir(folder.value()).filePath(u"book"_s);
         const Result<QStringList> missing =
             writeBookArchive(files(), book.parts, book.path, target);
         if (!missing) {

@@ -198,7 +198,7 @@ QString OutputNames::take(const QString &name, Kind kind)
         kind == Kind::File ? split(name) : std::pair(QStringView(name), QStringView());
     for (quint32 number = *known + 1;; ++number) {
         const QString suffix = u" (%1)"_s.arg(number) + extension.toString();
-        const QString candidate = cut(title, kMaxBytes - utf8Size(suffix)).toString() + suffix;
+        QString candidate = cut(title, kMaxBytes - utf8Size(suffix)).toString() + suffix;
         const quint64 candidateKey = hashOfFolded(candidate);
         if (!m_used.contains(candidateKey)) {
             m_used.insert(candidateKey, 1);

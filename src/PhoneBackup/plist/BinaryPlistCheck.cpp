@@ -16,16 +16,15 @@ constexpr quint64 kMaxBytes = quint64(512) << 20;
 constexpr quint64 kHeaderSize = 8;
 constexpr quint64 kTrailerSize = 32;
 
-enum Marker : quint8 {
-    kData = 0x4,
-    kAscii = 0x5,
-    kUtf16 = 0x6,
-    kUtf8 = 0x7,
-    kArray = 0xA,
-    kOrderedSet = 0xB,
-    kSet = 0xC,
-    kDict = 0xD,
-};
+// What the upper half of an object's first byte says.
+constexpr quint8 kData = 0x4;
+constexpr quint8 kAscii = 0x5;
+constexpr quint8 kUtf16 = 0x6;
+constexpr quint8 kUtf8 = 0x7;
+constexpr quint8 kArray = 0xA;
+constexpr quint8 kOrderedSet = 0xB;
+constexpr quint8 kSet = 0xC;
+constexpr quint8 kDict = 0xD;
 
 quint64 bigEndian(const uchar *bytes, int size)
 {

@@ -72,7 +72,7 @@ QVariant KeyedArchive::decode(const QVariant &value, int depth, int &budget) con
 {
     if (depth > kMaxDepth || --budget < 0)
         return {};
-    const QVariant object = resolve(value);
+    QVariant object = resolve(value);
     if (object.typeId() == QMetaType::QVariantList)
         return decodeList(object, depth, budget);
     if (object.typeId() == QMetaType::QVariantMap)
