@@ -1,0 +1,744 @@
+#include "MessageFixture.h"
+#include "model/MessageFilter.h"
+#include "sample/KeyedArchive.h"
+#include "sample/TypedStream.h"
+
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A conversation with Ann, on the address book too, whose messages the rows below add.
+const QByteArray kAnn =
+    "INSERT INTO handle(ROWID, id, service) VALUES (1, '+15550100123', 'iMessage');"
+    "INSERT INTO chat(ROWID, guid, style, chat_identifier, service_name) VALUES"
+    " (1, 'iMessage;-;+15550100123', 45, '+15550100123', 'iMessage');"
+    "INSERT INTO chat_handle_join VALUES (1, 1);";
+
+const QByteArray kGroup =
+    "INSERT INTO handle(ROWID, id, service) VALUES (1, '+15550100123', 'iMessage'),"
+    " (2, 'bob@example.org', 'iMessage'), (3, '+15550100999', 'iMessage');"
+    "INSERT INTO chat(ROWID, guid, style, chat_identifier, room_name, service_name,"
+    " last_addressed_handle) VALUES (1, 'iMessage;+;chat1', 43, 'chat1', 'chat1', 'iMessage',"
+    " '+15550100999');"
+    "INSERT INTO chat_handle_join VALUES (1, 1), (1, 2), (1, 3);";
+
+QByteArray hex(const QByteArray &bytes)
+{
+    return "x'" + bytes.toHex() + '\'';
+}
+
+// A message with further columns, and its link to chat 1.
+QByteArray message(int row,
+                   const QByteArray &text,
+                   const QByteArray &columns = {},
+                   const QByteArray &values = {},
+                   const QByteArray &handle = "1")
+{
+    const QByteArray number = QByteArray::number(row);
+    return "INSERT INTO message(ROWID, guid, date, service, is_sent, handle_id, is_from_me, text"
+        + (columns.isEmpty() ? QByteArray() : ", " + columns) + ") VALUES (" + number + ", 'guid-"
+        + number + "', " + QByteArray::number(700000000 + row) + "000000000, 'iMessage', 1, "
+        + handle + ", " + (handle == "0" ? "1" : "0") + ", " + text
+        + (values.isEmpty() ? QByteArray() : ", " + values)
+        + ");INSERT INTO chat_message_join(chat_id, message_id) VALUES (1, " + number + ");";
+}
+
+QByteArray attachment(int row, int ofMessage, const QByteArray &path, const QByteArray &more = {})
+{
+    const QByteArray number = QByteArray::number(row);
+    return "INSERT INTO attachment(ROWID, guid, original_guid, filename) VALUES (" + number
+        + ", 'file-" + number + "', 'file-" + number + "', " + path
+        + ");INSERT INTO message_attachment_join VALUES (" + QByteArray::number(ofMessage) + ", "
+        + number + ");"
+        + (more.isEmpty() ? QByteArray()
+                          : "UPDATE attachment SET " + more + " WHERE ROWID = " + number + ';');
+}
+
+QByteArray addressBook()
+{
+    return BackupFixture::database(
+        "CREATE TABLE ABPerson (ROWID INTEGER PRIMARY KEY, First TEXT, Last TEXT);"
+        "CREATE TABLE ABMultiValue (record_id INTEGER, property INTEGER, label INTEGER, value "
+        "TEXT);"
+        "INSERT INTO ABPerson VALUES (1, 'Ann', NULL), (2, 'Bob', NULL);"
+        "INSERT INTO ABMultiValue VALUES (1, 3, NULL, '(555) 010-0123'),"
+        " (1, 4, NULL, 'ann@example.org'), (2, 4, NULL, 'bob@example.org');");
+}
+
+QByteArray app(const QVariantMap &root)
+{
+    return hex(Sample::keyedArchive(root));
+}
+
+const QString kAnnSays = u"+15550100123: "_s;
+
+} // namespace
+
+class tst_Messages : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void showsEveryKindOfMessage_data();
+    void showsEveryKindOfMessage();
+    void readsEveryEra_data();
+    void readsEveryEra();
+    void mergesConversations_data();
+    void mergesConversations();
+    void ordersConversationsAndMessages();
+    void tellsWhatWasSentAndHow();
+    void tellsPartsOfAGroupApart();
+    void showsFilesInTheirPlaces_data();
+    void showsFilesInTheirPlaces();
+    void givesTheBytesOfFiles();
+    void keepsOneConversationInMemory();
+    void marksDeletedOnes();
+    void filters_data();
+    void filters();
+    void exportsFiles();
+};
+
+void tst_Messages::showsEveryKindOfMessage_data()
+{
+    QTest::addColumn<QByteArray>("rows");
+    QTest::addColumn<QStringList>("expected");
+    const auto ann = [](const char *text) { return kAnnSays + QString::fromUtf8(text); };
+
+    QTest::newRow("text") << message(1, "'Hello'") << QStringList { ann("Hello") };
+    QTest::newRow("attributed text goes before the plain one")
+        << message(1, "'Hel'", "attributedBody", hex(Sample::attributedBody(u"Hello"_s)))
+        << QStringList { ann("Hello") };
+    QTest::newRow("attributed text alone")
+        << message(1, "NULL", "attributedBody", hex(Sample::attributedBody(u"Hello"_s)))
+        << QStringList { ann("Hello") };
+    QTest::newRow("damaged attributed text, plain one")
+        << message(1, "'Hello'", "attributedBody", "x'040b'") << QStringList { ann("Hello") };
+    QTest::newRow("damaged attributed text alone")
+        << message(1, "NULL", "attributedBody", hex(Sample::attributedBody(u"Hello"_s).chopped(9)))
+        << QStringList { ann("Hello") };
+    QTest::newRow("nothing left of it") << message(1, "NULL", "attributedBody", "x'040b'")
+                                        << QStringList { ann("[This message could not be read]") };
+    QTest::newRow("control characters")
+        << message(1, "CAST(x'610062010d0a63e280a864efbfbc' AS TEXT)")
+        << QStringList { ann("ab|c|d") };
+    QTest::newRow("bytes that are no text")
+        << message(1, "CAST(x'61ff62' AS TEXT)") << QStringList { ann("ab") };
+    QTest::newRow("subject") << message(1, "'Hello'", "subject", "'Re'")
+                             << QStringList { ann("Re / Hello") };
+    QTest::newRow("the phone's own notes")
+        << message(1, "NULL", "is_empty", "1") + message(2, "'x'") << QStringList { ann("x") };
+    QTest::newRow("edited") << message(1, "'New'", "date_edited", "700000001000000001")
+                            << QStringList { ann("New [Edited]") };
+    const QVariantMap versions { { u"d"_s, 1.0 }, { u"t"_s, Sample::attributedBody(u"Last"_s) } };
+    QTest::newRow("edited, in its history alone")
+        << message(1,
+                   "NULL",
+                   "message_summary_info",
+                   hex(Sample::binaryPropertyList(QVariantMap {
+                       { u"ec"_s, QVariantMap { { u"0"_s, QVariantList { versions, versions } } } },
+                       { u"ust"_s, true } })))
+        << QStringList { ann("Last [Edited]") };
+    QTest::newRow("unsent") << message(1, "NULL", "date_retracted", "700000001000000001")
+                            << QStringList { ann("[Unsent]") };
+    QTest::newRow("partly unsent")
+        << message(1,
+                   "'Rest'",
+                   "message_summary_info",
+                   hex(Sample::binaryPropertyList(QVariantMap { { u"rp"_s, QVariantList { 1 } } })))
+        << QStringList { ann("Rest|[Unsent]") };
+    QTest::newRow("a part deleted")
+        << message(1, "'Rest'") + "INSERT INTO recoverable_message_part VALUES (1, 1, 1, 5, "
+            + hex(Sample::attributedBody(u"Gone"_s)) + ", 0);"
+        << QStringList { ann("Rest|[Deleted] Gone") };
+
+    const QByteArray reaction = "associated_message_type, associated_message_guid";
+    const QByteArray target = message(1, "'See you\nthere'");
+    QTest::newRow("reactions")
+        << target + message(2, "'Loved'", reaction, "2000, 'p:0/guid-1'", "0")
+            + message(3,
+                      "'x'",
+                      reaction + ", associated_message_emoji",
+                      "2006, 'bp:guid-1', '\xF0\x9F\x98\x80'")
+        << QStringList { ann("See you|there"),
+                         u"> You loved “See you there”"_s,
+                         ann("Ann reacted with \U0001F600 to “See you there”") };
+    QTest::newRow("a later reaction takes the place")
+        << target + message(2, "'x'", reaction, "2000, 'p:0/guid-1'")
+            + message(3, "'x'", reaction, "2003, 'p:0/guid-1'")
+        << QStringList { ann("See you|there"), ann("Ann laughed at “See you there”") };
+    QTest::newRow("taken back") << target + message(2, "'x'", reaction, "2001, 'guid-1'")
+            + message(3, "'x'", reaction, "3001, 'guid-1'")
+                                << QStringList { ann("See you|there") };
+    QTest::newRow("each in a group of its own")
+        << target + message(2, "'x'", reaction, "2001, 'p:0/guid-1'")
+            + message(3, "'x'", reaction, "2001, 'p:0/guid-1'", "0")
+            + message(4, "'x'", reaction, "3001, 'p:0/guid-1'", "0")
+        << QStringList { ann("See you|there"), ann("Ann liked “See you there”") };
+    QTest::newRow("reaction to a message that is gone")
+        << message(2, "'x'", reaction, "2004, 'p:0/elsewhere'")
+        << QStringList { ann("Ann emphasized a message") };
+    QTest::newRow("a long text is quoted in part")
+        << message(1, "'" + QByteArray(79, 'a') + "\xF0\x9F\x98\x80" + "b'")
+            + message(2, "'x'", reaction, "2001, 'guid-1'")
+        << QStringList { kAnnSays + QString(79, u'a') + u"\U0001F600b"_s,
+                         ann("Ann liked “") + QString(79, u'a') + u"…”"_s };
+
+    const QByteArray reply = "thread_originator_guid, thread_originator_part";
+    QTest::newRow("reply") << target + message(2, "'Yes'", reply, "'guid-1', '0:0:5'", "0")
+                           << QStringList { ann("See you|there"),
+                                            u"> [Reply to “See you there”]|Yes"_s };
+    QTest::newRow("replies in a circle") << message(1, "'a'", reply, "'guid-2', NULL")
+            + message(2, "'b'", reply, "'guid-1', NULL") + message(3, "'c'", reply, "'guid-3', ''")
+                                         << QStringList { ann("[Reply to “b”]|a"),
+                                                          ann("[Reply to “a”]|b"),
+                                                          ann("[Reply to “c”]|c") };
+    QTest::newRow("reply to nothing")
+        << message(2, "'Yes'", reply, "'gone', NULL") << QStringList { ann("[Reply]|Yes") };
+
+    const QByteArray event = "item_type, group_action_type, other_handle, group_title";
+    QTest::newRow("events") << message(1, "NULL", event, "1, 0, 2, NULL")
+            + message(2, "NULL", event, "1, 1, 2, NULL")
+            + message(3, "NULL", event, "2, 0, 0, 'Crew'", "0")
+            + message(4, "NULL", event, "2, 0, 0, NULL")
+            + message(5, "NULL", event, "3, 0, 0, NULL")
+            + message(6, "NULL", event, "3, 1, 0, NULL")
+            + message(7, "NULL", event, "77, 0, 0, NULL")
+            + message(8, "NULL", event, "1, 0, 1, NULL")
+            + "INSERT INTO handle(ROWID, id, service) VALUES (2, 'bob@example.org', 'iMessage');"
+                            << QStringList { ann("Ann added Bob to the conversation"),
+                                             ann("Ann removed Bob from the conversation"),
+                                             u"> You named the conversation “Crew”"_s,
+                                             ann("Ann removed the name of the conversation"),
+                                             ann("Ann left the conversation"),
+                                             ann("Ann changed the group photo"),
+                                             ann("[Event 77 by Ann]"),
+                                             ann("Ann changed the phone number") };
+
+    const QByteArray balloon = "balloon_bundle_id, payload_data";
+    const QByteArray plugin = "'com.apple.messages.MSMessageExtensionBalloonPlugin:0:";
+    const QVariantMap url { { Sample::kArchivedClass, u"NSURL"_s },
+                            { u"NS.relative"_s, u"https://example.org/x"_s } };
+    const QByteArray link = app(
+        { { u"richLinkMetadata"_s,
+            QVariantMap { { Sample::kArchivedClass, u"LPLinkMetadata"_s }, { u"URL"_s, url } } } });
+    QTest::newRow("links") << message(1,
+                                      "NULL",
+                                      balloon,
+                                      "'com.apple.messages.URLBalloonProvider', " + link)
+            + message(2, "NULL", balloon, "NULL, " + link)
+            + message(3, "'https://a.example'", balloon, "NULL, " + link)
+            + message(4, "NULL", balloon, "'com.apple.messages.URLBalloonProvider', x'00'")
+                           << QStringList { ann("https://example.org/x"),
+                                            ann("https://example.org/x"),
+                                            ann("https://a.example"),
+                                            ann("[Link]") };
+    QTest::newRow("apps")
+        << message(
+               1,
+               "CAST(x'efbfbd' AS TEXT)",
+               balloon,
+               plugin + "com.example.game', "
+                   + app({ { u"an"_s, u"Game"_s },
+                           { u"userInfo"_s, QVariantMap { { u"caption"_s, u"Your turn"_s } } } }))
+            + message(2,
+                      "NULL",
+                      balloon,
+                      plugin + "com.apple.PassbookUIService.PeerPaymentMessagesExtension', "
+                          + app({ { u"ldtext"_s, u"$5 Payment"_s } }))
+            + message(3, "NULL", balloon, plugin + "com.example.gone', x'0102'")
+            + message(4, "NULL", balloon, "'com.apple.DigitalTouchBalloonProvider', x'0a'")
+            + message(5, "NULL", balloon, "'com.apple.Handwriting.HandwritingProvider', x'0a'")
+        << QStringList { ann("[Game: Your turn]"),
+                         ann("[Payment: $5 Payment]"),
+                         ann("[App message]"),
+                         ann("[Digital Touch message]"),
+                         ann("[Handwritten message]") };
+    QTest::newRow("a voice message that has expired")
+        << message(1, "NULL", "is_audio_message", "1") << QStringList { ann("[Voice message]") };
+}
+
+void tst_Messages::showsEveryKindOfMessage()
+{
+    QFETCH(QByteArray, rows);
+    QFETCH(QStringList, expected);
+    MessageFixture fixture;
+    fixture.addMessages(kAnn + rows);
+    fixture.writer.addFile(
+        u"HomeDomain"_s, u"Library/AddressBook/AddressBook.sqlitedb"_s, addressBook());
+    QCOMPARE(fixture.messages(), expected);
+    QCOMPARE(fixture.conversations(), QStringList { u"Ann|+15550100123|"_s });
+    const bool isDamaged = expected.join(u' ').contains("could not be read"_L1);
+    QCOMPARE(fixture.problems().size(), isDamaged ? 1 : 0);
+}
+
+void tst_Messages::readsEveryEra_data()
+{
+    QTest::addColumn<int>("release");
+    for (int release = Sample::kOldestMessageRelease; release <= Sample::kNewestMessageRelease;
+         ++release)
+        QTest::addRow("iOS %d", release) << release;
+}
+
+void tst_Messages::readsEveryEra()
+{
+    QFETCH(int, release);
+    MessageFixture fixture;
+    // Seconds and nanoseconds in one database, as an upgrade leaves them.
+    fixture.addMessages(kAnn
+                            + "INSERT INTO message(ROWID, guid, text, handle_id, date, is_from_me,"
+                              " is_sent) VALUES (1, 'a', 'Second', 1, 400000000, 0, 0),"
+                              " (2, 'b', 'Third', 0, 700000000000000000, 1, 1),"
+                              " (3, 'c', 'First', 1, 0, 0, 0);"
+                              "INSERT INTO chat_message_join(chat_id, message_id) VALUES (1, 1),"
+                              " (1, 2), (1, 3);",
+                        release);
+    QCOMPARE(fixture.messages(),
+             QStringList({ kAnnSays + u"First"_s, kAnnSays + u"Second"_s, u"> Third"_s }));
+    QCOMPARE(fixture.conversations(), QStringList { u"+15550100123|+15550100123|"_s });
+    const QList<BkSMSChat *> &chats = fixture.content()->chats();
+    QVERIFY(!chats.at(0)->msgDate().isValid());
+    QCOMPARE(chats.at(1)->msgDate(), QDateTime(QDate(2013, 9, 4), QTime(15, 6, 40), Qt::UTC));
+    QCOMPARE(chats.at(2)->msgDate(), QDateTime(QDate(2023, 3, 8), QTime(20, 26, 40), Qt::UTC));
+    QVERIFY(fixture.problems().isEmpty());
+}
+
+void tst_Messages::mergesConversations_data()
+{
+    QTest::addColumn<QByteArray>(
+        "chats"); // guid, style, identifier, room, name, group id: address…
+    QTest::addColumn<QStringList>("expected");
+
+    const auto chat = [](int row, const QByteArray &values, const QByteArrayList &addresses) {
+        const QByteArray number = QByteArray::number(row);
+        QByteArray sql = "INSERT INTO chat(ROWID, guid, style, chat_identifier, room_name,"
+                         " display_name, group_id) VALUES ("
+            + number + ", 'chat-" + number + "', " + values + ");";
+        for (const QByteArray &address : addresses) {
+            sql += "INSERT OR IGNORE INTO handle(id, service) VALUES ('" + address + "', 's"
+                + number + "'); INSERT INTO chat_handle_join SELECT " + number
+                + ", ROWID FROM handle WHERE id = '" + address + "' AND service = 's" + number
+                + "';";
+        }
+        return sql + "INSERT INTO message(ROWID, guid, text, date) VALUES (" + number + ", 'm"
+            + number + "', 'x', 70000000" + number
+            + "000000000); INSERT INTO chat_message_join(chat_id, message_id) VALUES (" + number
+            + ", " + number + ");";
+    };
+    QTest::newRow("two services") << chat(1,
+                                          "45, '+15550100777', NULL, NULL, NULL",
+                                          { "+15550100777" })
+            + chat(2, "45, '+15550100777', NULL, NULL, NULL", { "+15550100777" })
+                                  << QStringList { u"+15550100777|+15550100777|"_s };
+    QTest::newRow("two spellings of a stranger's number")
+        << chat(1, "45, '+15550100777', NULL, NULL, NULL", { "+15550100777" })
+            + chat(2, "45, '5550100777', NULL, NULL, NULL", { "5550100777" })
+        << QStringList { u"+15550100777|+15550100777, 5550100777|"_s };
+    QTest::newRow("number and e-mail of one person")
+        << chat(1, "45, '+15550100123', NULL, NULL, NULL", { "+15550100123" })
+            + chat(2, "45, 'ann@example.org', NULL, NULL, NULL", { "ann@example.org" })
+        << QStringList { u"Ann|+15550100123|ann@example.org"_s };
+    QTest::newRow("two people") << chat(1, "45, '28777', NULL, NULL, NULL", { "28777" })
+            + chat(2, "45, 'bob@example.org', NULL, NULL, NULL", { "bob@example.org" })
+                                << QStringList { u"Bob||bob@example.org"_s, u"28777|28777|"_s };
+    QTest::newRow("a group by its identifier")
+        << chat(1, "43, 'chat1', 'chat1', 'Crew', 'g'", { "28777", "+15550100123" })
+            + chat(2, "43, 'chat2', 'chat2', 'Crew 2', 'g'", { "28777", "bob@example.org" })
+        << QStringList { u"Crew 2|28777, +15550100123|bob@example.org"_s };
+    QTest::newRow("a group by its room, without a name")
+        << chat(1, "43, 'chat1', 'chat1', NULL, NULL", { "28777", "+15550100123" })
+            + chat(2, "43, 'chat1', 'chat1', '', NULL", { "28777", "+15550100123" })
+        << QStringList { u"28777, Ann|28777, +15550100123|"_s };
+    QTest::newRow("a group that says it is none")
+        << chat(1, "45, 'chat1', NULL, NULL, NULL", { "28777", "+15550100123" })
+        << QStringList { u"28777, Ann|28777, +15550100123|"_s };
+    QTest::newRow("without participants")
+        << chat(1, "45, 'bob@example.org', NULL, NULL, NULL", {})
+            + chat(2, "43, 'chat2', NULL, NULL, NULL", {})
+        << QStringList { u"chat2||"_s, u"Bob||bob@example.org"_s };
+    QTest::newRow("a sender's word")
+        << chat(1, "45, 'MyBank', NULL, NULL, NULL", { "MyBank" }) << QStringList { u"MyBank||"_s };
+    QTest::newRow("messages of no chat")
+        << "INSERT INTO handle(ROWID, id, service) VALUES (9, '+15550100123', 'SMS');"_ba
+            + chat(1, "45, 'ann@example.org', NULL, NULL, NULL", { "ann@example.org" })
+            + chat(2, "43, 'chat2', 'chat2', 'Crew', NULL", { "28777" })
+            + "INSERT INTO message(ROWID, guid, text, handle_id, cache_roomnames, date) VALUES"
+              " (5, 'a', 'of Ann', 9, NULL, 700000005000000000),"
+              " (6, 'b', 'of the crew', 9, 'chat2', 700000006000000000),"
+              " (7, 'c', 'of nobody', 77, NULL, 5),"
+              " (8, 'd', 'of a chat that is gone', 0, NULL, 5);"
+              "INSERT INTO chat_message_join(chat_id, message_id) VALUES (99, 8);"
+        << QStringList { u"Crew|28777|"_s, u"Ann||ann@example.org"_s, u"No conversation||"_s };
+}
+
+void tst_Messages::mergesConversations()
+{
+    QFETCH(QByteArray, chats);
+    QFETCH(QStringList, expected);
+    MessageFixture fixture;
+    fixture.addMessages(chats);
+    fixture.writer.addFile(
+        u"HomeDomain"_s, u"Library/AddressBook/AddressBook.sqlitedb"_s, addressBook());
+    QCOMPARE(fixture.conversations(), expected);
+    QVERIFY(fixture.problems().isEmpty());
+    qsizetype shown = 0;
+    for (int i = 0; i < expected.size(); ++i)
+        shown += fixture.messages(i).size();
+    QCOMPARE(shown,
+             chats.count("INSERT INTO message(ROWID, guid, text, date)")
+                 + (chats.contains("of nobody") ? 4 : 0));
+}
+
+void tst_Messages::ordersConversationsAndMessages()
+{
+    MessageFixture fixture;
+    // The dates of the links may lack or be as coarse as they like.
+    fixture.addMessages(
+        kAnn
+        + "INSERT INTO handle(ROWID, id, service) VALUES (2, '28777', 'SMS');"
+          "INSERT INTO chat(ROWID, guid, style, chat_identifier) VALUES (2, 'x', 45, '28777'),"
+          " (3, 'y', 45, 'empty@example.org');"
+          "INSERT INTO chat_handle_join VALUES (2, 2);"
+          "INSERT INTO message(ROWID, guid, text, handle_id, date) VALUES"
+          " (1, 'a', 'last', 1, 700000009000000000), (2, 'b', 'first', 1, 600000000),"
+          " (3, 'c', 'equal 1', 1, 700000005000000000), (4, 'd', 'equal 2', 1, 700000005000000000),"
+          " (5, 'e', 'code', 2, 700000007000000000);"
+          "INSERT INTO chat_message_join(chat_id, message_id, message_date) VALUES (1, 1, 0),"
+          " (1, 2, 600000000), (1, 4, 0), (1, 3, 0), (1, 77, 800000000000000000),"
+          " (2, 5, 700000007000000000);");
+    QCOMPARE(fixture.conversations(),
+             QStringList({ u"+15550100123|+15550100123|"_s, u"28777|28777|"_s }));
+    QCOMPARE(fixture.messages(0),
+             QStringList({ kAnnSays + u"first"_s,
+                           kAnnSays + u"equal 1"_s,
+                           kAnnSays + u"equal 2"_s,
+                           kAnnSays + u"last"_s }));
+    QVERIFY(fixture.problems().isEmpty());
+}
+
+void tst_Messages::tellsWhatWasSentAndHow()
+{
+    MessageFixture fixture;
+    fixture.addMessages(
+        kAnn
+        + "INSERT INTO message(ROWID, guid, text, date, is_from_me, service, error, is_sent,"
+          " is_delivered, date_delivered) VALUES"
+          " (1, 'a', 'received', 1, 0, 'SMS', 4, 0, 0, 0),"
+          " (2, 'b', 'sent', 2, 1, 'sms', 0, 1, 0, 0),"
+          " (3, 'c', 'delivered', 3, 1, 'iMessage', 0, 0, 1, NULL),"
+          " (4, 'd', 'delivered then', 4, 1, 'IMESSAGE', 0, 0, 0, 5),"
+          " (5, 'e', 'failed', 5, 1, 'iMessageLite', 22, 1, 0, 0),"
+          " (6, 'f', 'on its way', 6, 1, 'RCS', 0, 0, 0, 0),"
+          " (7, 'g', 'of the chat', 7, 0, NULL, 0, 0, 0, 0);"
+          "INSERT INTO chat_message_join(chat_id, message_id) SELECT 1, ROWID FROM message;");
+    QString sent;
+    QString kinds;
+    BkSMSChatGroup *group = fixture.content();
+    QVERIFY(group);
+    for (const BkSMSChat *chat : group->chats()) {
+        sent += chat->isSentDone() ? u'+' : u'-';
+        kinds += chat->isNormalSMS() ? u'S' : u'i';
+    }
+    QCOMPARE(sent, u"++++--+"_s);
+    QCOMPARE(kinds, u"SSiiiSi"_s);
+}
+
+void tst_Messages::tellsPartsOfAGroupApart()
+{
+    MessageFixture fixture;
+    fixture.addMessages(kGroup + message(1, "'a'") + message(2, "'b'", {}, {}, "2")
+                        + message(3, "'c'", {}, {}, "4") + message(4, "'d'", {}, {}, "77")
+                        + "INSERT INTO handle(ROWID, id, service) VALUES (4, 'left@example.org',"
+                          " 'iMessage');");
+    fixture.writer.addFile(
+        u"HomeDomain"_s, u"Library/AddressBook/AddressBook.sqlitedb"_s, addressBook());
+    // The owner's own number is no participant; who left and wrote still has a name.
+    QCOMPARE(fixture.conversations(), QStringList { u"Ann, Bob|+15550100123|bob@example.org"_s });
+    QCOMPARE(
+        fixture.messages(),
+        QStringList(
+            { u"+15550100123: a"_s, u"bob@example.org: b"_s, u"left@example.org: c"_s, u": d"_s }));
+    const QMap<QString, QString> expected { { u"+15550100123"_s, u"Ann"_s },
+                                            { u"bob@example.org"_s, u"Bob"_s },
+                                            { u"left@example.org"_s, u"left@example.org"_s } };
+    QCOMPARE(fixture.content()->addrIds(), expected);
+}
+
+void tst_Messages::showsFilesInTheirPlaces_data()
+{
+    QTest::addColumn<QByteArray>("rows");
+    QTest::addColumn<QString>("expected");
+
+    const QByteArray folder = "'~/Library/SMS/Attachments/aa/10/";
+    QTest::newRow("between texts, by identifier")
+        << message(1,
+                   "NULL",
+                   "attributedBody",
+                   hex(Sample::attributedBody(u"One\uFFFCtwo\uFFFC"_s,
+                                              { { 3, 0, {}, {}, {} },
+                                                { 1, 1, u"file-2"_s, {}, {} },
+                                                { 3, 2, {}, {}, {} },
+                                                { 1, 3, u"file-1"_s, {}, {} } })))
+            + attachment(1, 1, folder + "a.jpg'") + attachment(2, 1, folder + "b.mov'")
+        << u"One{video/mov b.mov}+two{image/jpg a.jpg}"_s;
+    QTest::newRow("in order") << message(
+                                     1, "CAST(x'efbfbc' AS TEXT) || 'x' || CAST(x'efbfbc' AS TEXT)")
+            + attachment(1, 1, folder + "a.jpg'", "mime_type = 'image/jpeg'")
+            + attachment(2, 1, folder + "b.png'")
+                              << u"{image/jpeg a.jpg}+x{image/png b.png}"_s;
+    QTest::newRow("more files than places")
+        << message(1, "'x'") + attachment(1, 1, folder + "a.jpg'") << u"x{image/jpg a.jpg}"_s;
+    QTest::newRow("more places than files")
+        << message(1, "CAST(x'efbfbcefbfbc' AS TEXT)") + attachment(1, 1, folder + "a.jpg'")
+        << u"{image/jpg a.jpg}"_s;
+    QTest::newRow("type by the name, though the column says else") << message(1, "NULL")
+            + attachment(1, 1, folder + "x'", "transfer_name = 'a.HEIC', mime_type = 'text/plain'")
+                                                                   << u"{image/heic a.HEIC}"_s;
+    QTest::newRow("type by the content")
+        << message(1, "NULL") + attachment(1, 1, folder + "png'") << u"{image/png png}"_s;
+    QTest::newRow("hidden and of a balloon")
+        << message(1, "'x'") + attachment(1, 1, folder + "a.jpg'", "hide_attachment = 1")
+            + attachment(2, 1, folder + "b.pluginPayloadAttachment'")
+        << u"x"_s;
+    QTest::newRow("never downloaded") << message(1, "NULL")
+            + attachment(1, 1, "NULL", "mime_type = 'image/png', transfer_name = 'a'")
+                                      << u"{image/png a}"_s;
+    QTest::newRow("document") << message(1, "NULL")
+            + attachment(1, 1, folder + "a.pdf'", "mime_type = 'application/pdf'")
+                              << u"[File: a.pdf]{application/pdf a.pdf}"_s;
+    QTest::newRow("a text file is no text of the message")
+        << message(1, "NULL") + attachment(1, 1, folder + "a.txt'", "mime_type = 'text/plain'")
+        << u"[File: a.txt]{application/octet-stream a.txt}"_s;
+    QTest::newRow("contact") << message(1, "NULL") + attachment(1, 1, folder + "c.vcf'")
+                             << u"[Contact: Carl; Jr.]{application/octet-stream c.vcf}"_s;
+    QTest::newRow("missing contact") << message(1, "NULL") + attachment(1, 1, folder + "gone.vcf'")
+                                     << u"[Contact: gone.vcf]{application/octet-stream gone.vcf}"_s;
+    QTest::newRow("location")
+        << message(1, "NULL") + attachment(1, 1, folder + "x.loc.vcf'")
+        << u"[Location: https://maps.example/?ll=1,2]{application/octet-stream x.loc.vcf}"_s;
+    QTest::newRow("voice message") << message(1, "CAST(x'efbfbc' AS TEXT)", "is_audio_message", "1")
+            + attachment(1, 1, folder + "v.amr'")
+                                   << u"[Voice message 1:15]{application/octet-stream v.amr}"_s;
+    QTest::newRow("a link to no file")
+        << message(1, "'x'") + "INSERT INTO message_attachment_join VALUES (1, 99);" << u"x"_s;
+    QTest::newRow("outside the domain")
+        << message(1, "NULL")
+            + attachment(1, 1, "'~/Library/SMS/Attachments/../../../../etc/passwd'")
+            + attachment(2, 1, "'/etc/passwd'")
+        << u"[File: passwd]{application/octet-stream passwd}+[File: passwd]{application/octet-stream passwd}"_s;
+}
+
+void tst_Messages::showsFilesInTheirPlaces()
+{
+    QFETCH(QByteArray, rows);
+    QFETCH(QString, expected);
+    MessageFixture fixture;
+    fixture.addMessages(kAnn + rows);
+    const QString folder = u"Library/SMS/Attachments/aa/10/"_s;
+    const auto add = [&](const QString &name, const QByteArray &content) {
+        fixture.writer.addFile(u"MediaDomain"_s, folder + name, content);
+    };
+    add(u"a.jpg"_s, "a");
+    add(u"png"_s, "\x89PNG....");
+    add(u"c.vcf"_s, "BEGIN:VCARD\r\nitem1.TEL:1\r\nFN;CHARSET=utf-8:Carl\\; Jr.\r\nEND:VCARD\r\n");
+    add(u"x.loc.vcf"_s, "BEGIN:VCARD\nitem1.URL;type=pref:https://maps.example/?ll=1\\,2\n");
+    // Frames of 20 ms in the mode that takes 13 bytes.
+    add(u"v.amr"_s, "#!AMR\n" + QByteArray("\x04............", 13).repeated(75 * 50));
+    QCOMPARE(fixture.messages(), QStringList { kAnnSays + expected });
+}
+
+void tst_Messages::givesTheBytesOfFiles()
+{
+    MessageFixture fixture;
+    QByteArray rows = kAnn;
+    const QByteArray picture = QByteArray("picture").repeated(1000);
+    for (int i = 1; i <= 2000; ++i) { // more than a process may have open
+        rows += message(i, "NULL")
+            + attachment(i,
+                         i,
+                         "'/var/mobile/Library/SMS/Attachments/aa/10/" + QByteArray::number(i % 7)
+                             + ".jpg'");
+    }
+    fixture.addMessages(rows);
+    for (int i = 0; i < 6; ++i)
+        fixture.writer.addFile(u"MediaDomain"_s,
+                               u"Library/SMS/Attachments/aa/10/%1.jpg"_s.arg(i),
+                               picture + QByteArray::number(i));
+    BkSMSChatGroup *group = fixture.content();
+    QVERIFY(group);
+    QCOMPARE(group->chats().size(), 2000);
+    for (int round = 0; round < 2; ++round) {
+        int number = 0;
+        for (const BkSMSChat *chat : group->chats()) {
+            ++number;
+            const QByteArray &data = chat->pieces().constFirst()->pieceData();
+            if (number % 7 == 6)
+                QVERIFY(data.isEmpty()); // missing, and still a picture
+            else
+                QCOMPARE(data, picture + QByteArray::number(number % 7));
+        }
+    }
+}
+
+void tst_Messages::keepsOneConversationInMemory()
+{
+    MessageFixture fixture;
+    fixture.addMessages(
+        kAnn
+        + "INSERT INTO chat(ROWID, guid, style, chat_identifier) VALUES (2, 'x', 45, '28777');"
+          "INSERT INTO message(ROWID, guid, text, date) VALUES (1, 'a', 'one', 2), (2, 'b', 'two',"
+          " 1); INSERT INTO chat_message_join(chat_id, message_id) VALUES (1, 1), (2, 2);");
+    for (int round = 0; round < 3; ++round) {
+        QCOMPARE(fixture.messages(0).size(), 1);
+        QVERIFY(fixture.messages(0).constFirst().endsWith("one"_L1));
+        QVERIFY(fixture.messages(1).constFirst().endsWith("two"_L1));
+    }
+    BkData *data = fixture.set();
+    QCOMPARE(data->recoverList(), QList<int>({ 0, 1 }));
+    QVERIFY(data->recover(data->at(1, true)));
+    QVERIFY(!data->recover(nullptr));
+    QVERIFY(!data->at(2, true));
+    QVERIFY(!data->at(-1, true));
+}
+
+void tst_Messages::marksDeletedOnes()
+{
+    MessageFixture fixture;
+    fixture.addMessages(
+        kAnn
+        + "INSERT INTO chat(ROWID, guid, style, chat_identifier) VALUES (2, 'x', 45, '28777');"
+          "INSERT INTO message(ROWID, guid, text, date) VALUES (1, 'a', 'one', 11),"
+          " (2, 'b', 'two', 12), (3, 'c', 'three', 13), (4, 'd', 'four', 1);"
+          "INSERT INTO chat_message_join(chat_id, message_id) VALUES (1, 1), (1, 3);"
+          "INSERT INTO chat_recoverable_message_join(chat_id, message_id, delete_date) VALUES"
+          " (1, 2, 5), (1, 3, 5), (2, 4, 5);"
+        + attachment(1, 2, "'~/Library/SMS/Attachments/a.jpg'"));
+    fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Attachments/a.jpg"_s, "a");
+    QCOMPARE(fixture.conversations(),
+             QStringList({ u"+15550100123|+15550100123|"_s, u"28777|28777||deleted"_s }));
+    QCOMPARE(fixture.messages(0),
+             QStringList({ kAnnSays + u"one"_s,
+                           kAnnSays + u"[Deleted] two{image/jpg a.jpg}"_s,
+                           kAnnSays + u"three"_s }));
+    QCOMPARE(fixture.messages(1), QStringList { u"28777: four"_s });
+    QCOMPARE(fixture.list(MessageFixture::kFiles),
+             QStringList { u"+15550100123/a.jpg [deleted]"_s });
+}
+
+void tst_Messages::filters_data()
+{
+    QTest::addColumn<QString>("chat");
+    QTest::addColumn<int>("since"); // minutes from the first message, -1 for none
+    QTest::addColumn<int>("until");
+    QTest::addColumn<QStringList>("expected");
+    QTest::addColumn<QStringList>("files");
+
+    const QString ann = u"Ann: a b"_s;
+    const QString code = u"28777: c"_s;
+    const QStringList none;
+    QTest::newRow("nothing asked") << QString() << -1 << -1 << QStringList { code, ann }
+                                   << QStringList { u"Ann/a.jpg"_s, u"Other/b.jpg"_s };
+    QTest::newRow("since is part of it")
+        << QString() << 1 << -1 << QStringList { code, u"Ann: b"_s } << none;
+    QTest::newRow("until is not") << QString() << -1 << 1 << QStringList { u"Ann: a"_s }
+                                  << QStringList { u"Ann/a.jpg"_s };
+    QTest::newRow("nothing left") << QString() << 5 << -1 << none << none;
+    QTest::newRow("by name") << u"aNN"_s << -1 << -1 << QStringList { ann }
+                             << QStringList { u"Ann/a.jpg"_s };
+    QTest::newRow("by number") << u"(555) 0100123"_s << -1 << -1 << QStringList { ann }
+                               << QStringList { u"Ann/a.jpg"_s };
+    QTest::newRow("by a short code, whole") << u"2877"_s << 2 << -1 << QStringList { code } << none;
+    QTest::newRow("nobody") << u"Zoe"_s << -1 << -1 << none << none;
+}
+
+void tst_Messages::filters()
+{
+    QFETCH(QString, chat);
+    QFETCH(int, since);
+    QFETCH(int, until);
+    MessageFixture fixture;
+    fixture.addMessages(
+        kAnn
+        + "INSERT INTO chat(ROWID, guid, style, chat_identifier) VALUES (2, 'x', 45, '28777');"
+          "INSERT INTO message(ROWID, guid, text, handle_id, date) VALUES (1, 'a', 'a', 1, 60),"
+          " (2, 'b', 'b', 1, 120), (3, 'c', 'c', 0, 180);"
+          "INSERT INTO chat_message_join(chat_id, message_id) VALUES (1, 1), (1, 2), (2, 3);"
+        + attachment(1, 1, "'~/Library/SMS/Attachments/a.jpg'"));
+    fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Attachments/a.jpg"_s, "a");
+    fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Attachments/b.jpg"_s, "b");
+    fixture.writer.addFile(
+        u"HomeDomain"_s, u"Library/AddressBook/AddressBook.sqlitedb"_s, addressBook());
+    PhoneBackup::Backup *backup = fixture.open();
+    QVERIFY(backup);
+    const QDateTime first(QDate(2001, 1, 1), QTime(0, 1), Qt::UTC);
+    PhoneBackup::MessageFilter filter;
+    filter.chat = chat;
+    if (since >= 0)
+        filter.since = first.addSecs(60 * since);
+    if (until >= 0)
+        filter.until = first.addSecs(60 * until);
+    backup->setMessageFilter(filter);
+
+    QStringList found;
+    const BkData *data = backup->getBkData(MessageFixture::kMessages);
+    for (int i = 0; i < data->count(1); ++i) {
+        auto *item = dynamic_cast<BkSMSItem *>(data->at(i, true));
+        QString line = item->value(0) + u':';
+        for (const BkSMSChat *message : item->detailContent()->chats())
+            line += u' ' + message->content();
+        found.append(line);
+    }
+    QTEST(found, "expected");
+    QTEST(fixture.list(MessageFixture::kFiles), "files");
+}
+
+void tst_Messages::exportsFiles()
+{
+    MessageFixture fixture;
+    const QByteArray folder = "'~/Library/SMS/Attachments/";
+    fixture.addMessages(
+        kAnn
+        + "INSERT INTO handle(ROWID, id, service) VALUES (2, '28777', 'SMS');"
+          "INSERT INTO chat(ROWID, guid, style, chat_identifier) VALUES (2, 'x', 45, '28777');"
+          "INSERT INTO message(ROWID, guid, text, date) VALUES (50, 'z', 'x', 1);"
+          "INSERT INTO chat_message_join(chat_id, message_id) VALUES (2, 50);"
+        + message(1, "'x'") + message(2, "'y'")
+        + attachment(1, 1, folder + "1/a.jpg'", "transfer_name = 'Boat: 1.jpg'")
+        + attachment(2, 2, folder + "2/a.jpg'", "transfer_name = 'boat_ 1.JPG'")
+        + attachment(3, 2, folder + "3/live.heic'") + attachment(4, 2, folder + "4/doc.pages'")
+        + attachment(5, 2, folder + "5/hidden.bin'", "hide_attachment = 1")
+        + attachment(6, 2, folder + "6/gone.jpg'") + attachment(7, 99, folder + "7/lost.jpg'")
+        + attachment(8, 2, "NULL", "transfer_name = 'never.jpg'")
+        + attachment(9, 1, "'/var/mobile/Library/SMS/Parts/aa/1/1-0.jpg'")
+        + "INSERT INTO message_attachment_join VALUES (50, 1), (2, 1);");
+    for (const char *path : { "1/a.jpg",
+                              "2/a.jpg",
+                              "3/live.heic",
+                              "3/live.MOV",
+                              "4/doc.pages/Index/Document",
+                              "5/hidden.bin",
+                              "7/lost.jpg",
+                              "8/nobody.txt",
+                              "9/x.pluginPayloadAttachment" })
+        fixture.writer.addFile(
+            u"MediaDomain"_s, u"Library/SMS/Attachments/"_s + QString::fromLatin1(path), path);
+    fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Parts/aa/1/1-0.jpg"_s, "x");
+    fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Parts/aa/1/1-0-preview.jpg"_s, "x");
+    QCOMPARE(fixture.list(MessageFixture::kFiles),
+             QStringList({ u"+15550100123/Boat_ 1.jpg"_s,
+                           u"+15550100123/1-0.jpg"_s,
+                           u"+15550100123/boat_ 1 (2).JPG"_s,
+                           u"+15550100123/live.heic"_s,
+                           u"+15550100123/Document"_s,
+                           u"28777/Boat_ 1.jpg"_s,
+                           u"Other/lost.jpg"_s,
+                           u"+15550100123/live.MOV"_s,
+                           u"Other/nobody.txt"_s }));
+    QCOMPARE(fixture.problems(),
+             QStringList({ u"7 +15550100123/gone.jpg (6) (loss)"_s,
+                           u"7 +15550100123/never.jpg (8) (loss)"_s }));
+}
+
+QTEST_GUILESS_MAIN(tst_Messages)
+#include "tst_Messages.moc"
