@@ -58,11 +58,10 @@ void readAppDocuments(Source &source, DataSets &sets)
                 PathParts::compareNatural(identifier(index.domain(a)), identifier(index.domain(b)));
             return order != 0 ? order < 0 : a < b; // an app and a group of one name stay apart
         }
-        const int order = PathParts::compareNatural(index.path(a), index.path(b));
-        return order != 0 ? order < 0 : a < b;
+        return PathParts::compareNatural(index.path(a), index.path(b)) < 0;
     };
-    if (!std::is_sorted(rows.cbegin(), rows.cend(), before))
-        std::sort(rows.begin(), rows.end(), before);
+    // Stable: it profits from the index's order, which is nearly this one.
+    std::stable_sort(rows.begin(), rows.end(), before);
 
     auto data = std::make_unique<FileData>(kAppDocuments, source.files());
     data->reserve(qsizetype(rows.size()));

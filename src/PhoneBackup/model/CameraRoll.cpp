@@ -21,6 +21,7 @@ struct Shot
     FileIndex::Row row;
     QByteArrayView folder; // that of the original
     QByteArrayView stem; // likewise
+    int folderRank; // place of the folder among all, once they are sorted
     bool edited;
     bool video;
     bool deleted;
@@ -75,8 +76,13 @@ private:
         }
         if (kind != MediaKind::Picture && kind != MediaKind::Video)
             return;
-        Shot shot { row,    PathParts::folder(path),  PathParts::stem(path),
-                    edited, kind == MediaKind::Video, false };
+        Shot shot { row,
+                    PathParts::folder(path),
+                    PathParts::stem(path),
+                    0,
+                    edited,
+                    kind == MediaKind::Video,
+                    false };
         if (edited)
             placeBesideOriginal(shot, path);
         m_shots.push_back(shot);
@@ -141,33 +147,57 @@ private:
         }
     }
 
+    // There are few folders and many files: they are compared by name once, then by rank.
+    void rankFolders()
+    {
+        std::vector<QByteArrayView> folders;
+        for (const Shot &shot : m_shots) {
+            if (folders.empty() || folders.back() != folderKey(shot))
+                folders.push_back(folderKey(shot));
+        }
+        const auto before = [](QByteArrayView a, QByteArrayView b) {
+            return PathParts::compareNatural(a, b) < 0;
+        };
+        std::sort(folders.begin(), folders.end(), before);
+        QByteArrayView last;
+        int rank = -1;
+        for (Shot &shot : m_shots) {
+            if (rank < 0 || folderKey(shot) != last) {
+                last = folderKey(shot);
+                rank = int(std::lower_bound(folders.cbegin(), folders.cend(), last, before)
+                           - folders.cbegin());
+            }
+            shot.folderRank = rank;
+        }
+    }
+
     void sort()
     {
-        const auto before = [this](const Shot &a, const Shot &b) {
-            int order = PathParts::compareNatural(folderKey(a), folderKey(b));
-            if (order == 0)
-                order = PathParts::compareNatural(a.stem, b.stem);
+        rankFolders();
+        // Stable: it profits from the index's order, which is nearly this one.
+        std::stable_sort(m_shots.begin(), m_shots.end(), [this](const Shot &a, const Shot &b) {
+            if (a.folderRank != b.folderRank)
+                return a.folderRank < b.folderRank;
+            int order = PathParts::compareNatural(a.stem, b.stem);
             if (order == 0)
                 order = int(a.edited) - int(b.edited);
             if (order == 0)
                 order = PathParts::compareNatural(m_index.path(a.row), m_index.path(b.row));
-            return order != 0 ? order < 0 : a.row < b.row;
-        };
-        if (!std::is_sorted(m_shots.cbegin(), m_shots.cend(), before))
-            std::sort(m_shots.begin(), m_shots.end(), before);
+            return order < 0;
+        });
     }
 
     std::unique_ptr<BkData> makeSet(int dataType) const
     {
         auto data = std::make_unique<FileData>(dataType, m_source.files());
-        QByteArrayView folder;
+        int folder = -1;
         FileEntry entry;
         for (const Shot &shot : m_shots) {
             if (shot.video != (dataType == kVideos))
                 continue;
-            if (entry.group < 0 || folderKey(shot) != folder) {
-                folder = folderKey(shot);
-                entry.group = data->addGroup(PathParts::text(PathParts::name(folder)));
+            if (shot.folderRank != folder) {
+                folder = shot.folderRank;
+                entry.group = data->addGroup(PathParts::text(PathParts::name(folderKey(shot))));
             }
             entry.row = shot.row;
             entry.deleted = shot.deleted;
