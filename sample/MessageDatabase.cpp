@@ -10,7 +10,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kFirstWithNanoseconds = 11;
-constexpr int kFirstWithDeleted = 16;
 constexpr int kStyleOne = 45;
 constexpr int kStyleGroup = 43;
 constexpr int kComplete = 5;
@@ -214,8 +213,6 @@ void MessageDatabase::addToChat(qint64 chat, qint64 message, const QDateTime &da
 
 void MessageDatabase::addDeletedToChat(qint64 chat, qint64 message, const QDateTime &deleted)
 {
-    if (m_iosRelease < kFirstWithDeleted)
-        return;
     run("INSERT INTO chat_recoverable_message_join(chat_id,message_id,delete_date) "
         "VALUES (?,?,?)",
         { chat, message, stamp(deleted) });

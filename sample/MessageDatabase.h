@@ -97,7 +97,7 @@ public:
     qint64 addChat(const ChatRow &chat);
     qint64 addMessage(const MessageRow &message);
     void addToChat(qint64 chat, qint64 message, const QDateTime &date);
-    //! As addToChat() for a message that can still be brought back. Since iOS 16.
+    //! As addToChat() for a message that can still be brought back. From iOS 16 on only.
     void addDeletedToChat(qint64 chat, qint64 message, const QDateTime &deleted);
     void addAttachment(qint64 message, const AttachmentRow &attachment, const QDateTime &date);
 

@@ -17,6 +17,7 @@ constexpr int kFirstWithEvents = 8;
 constexpr int kFirstWithReactions = 10;
 constexpr int kFirstWithReplies = 14;
 constexpr int kFirstWithEditing = 16;
+constexpr int kFirstWithDeleted = 16;
 constexpr int kReaction = 2000;
 constexpr int kWithdrawn = 3000;
 constexpr int kWithEmoji = 6;
@@ -62,6 +63,8 @@ MessageRow MessageScript::line(qint64 handle, const QString &text) const
 
 QString MessageScript::put(MessageRow row, const QList<SentFile> &files)
 {
+    if (m_deleted.isValid() && m_database.iosRelease() < kFirstWithDeleted)
+        return QString(); // was gone at once
     m_now = m_now.addSecs(m_random.between(8, 70));
     row.guid = m_random.uuid();
     row.date = m_now;

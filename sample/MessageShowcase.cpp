@@ -166,8 +166,6 @@ void Showcase::boatyard()
 
 void Showcase::deletedConversation()
 {
-    if (m_database.iosRelease() < 16)
-        return;
     const OneToOne stranger = oneToOne(u"+12025550171"_s, kSms);
     m_script.enter(stranger.chat, kSms, may(12, 20, 11));
     m_script.startDeleting(may(20, 8, 0));

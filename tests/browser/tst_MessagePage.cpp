@@ -139,21 +139,26 @@ QString tst_MessagePage::exported(const QString &name, const Sample::Options &op
 void tst_MessagePage::looksAsItShould_data()
 {
     QTest::addColumn<int>("messages");
+    QTest::addColumn<int>("release");
     QTest::addColumn<QSize>("window");
 
-    QTest::newRow("every-kind") << Sample::Options::kShowcase << QSize(700, 900);
-    QTest::newRow("every-kind-narrow") << Sample::Options::kShowcase << QSize(kPageWidth, 900);
-    QTest::newRow("small-talk") << 1500 << QSize(1200, 800);
+    QTest::newRow("every-kind") << Sample::Options::kShowcase << 18 << QSize(700, 900);
+    QTest::newRow("every-kind-narrow")
+        << Sample::Options::kShowcase << 18 << QSize(kPageWidth, 900);
+    QTest::newRow("every-kind-older") << Sample::Options::kShowcase << 10 << QSize(700, 900);
+    QTest::newRow("small-talk") << 1500 << 18 << QSize(1200, 800);
 }
 
 void tst_MessagePage::looksAsItShould()
 {
     QFETCH(int, messages);
+    QFETCH(int, release);
     QFETCH(QSize, window);
     const QString name = QLatin1StringView(QTest::currentDataTag());
     Sample::Options options;
     options.messages = messages;
     options.conversations = 8;
+    options.messagesRelease = release;
     const QString page = exported(name, options);
     QVERIFY(!page.isEmpty());
     QVERIFY2(m_browser.open(page, window), qPrintable(m_browser.error()));
