@@ -40,21 +40,11 @@ struct MessageAttachment
 class MessageAttachments
 {
 public:
-    //! A row of the table that links the two.
-    struct Link
-    {
-        qint64 message;
-        qint64 attachment;
-    };
-
     MessageAttachments(Source &source, SmsDatabase &database);
     ~MessageAttachments();
 
     //! The attachments of \a message in their order; a link to a missing one is left out.
     QList<MessageAttachment> of(qint64 message);
-
-    //! By message, then in their order.
-    const std::vector<Link> &links() const { return m_links; }
 
     //! The ROWIDs of all attachments.
     QList<qint64> rows();
@@ -63,11 +53,18 @@ public:
     MessageAttachment read(qint64 row);
 
 private:
+    //! A row of the table that links the two.
+    struct Link
+    {
+        qint64 message;
+        qint64 attachment;
+    };
+
     MessageAttachment::Kind kindOf(const MessageAttachment &attachment, const QString &uti) const;
 
     Source &m_source;
     SmsDatabase &m_database;
-    std::vector<Link> m_links;
+    std::vector<Link> m_links; // by message, then in their order
     std::unique_ptr<Statement> m_query;
 };
 

@@ -1,11 +1,7 @@
 #include "model/MessageData.h"
 
 #include "model/ConversationContent.h"
-#include "model/ConversationList.h"
-#include "model/Handles.h"
-#include "model/MessageAttachments.h"
-#include "model/MessageReader.h"
-#include "model/People.h"
+#include "model/MessageSource.h"
 #include "model/SmsDatabase.h"
 #include "model/Source.h"
 
@@ -22,33 +18,13 @@ constexpr std::size_t kFewMessages = 8;
 
 } // namespace
 
-class MessageData::Reading
-{
-public:
-    Reading(Source &source, std::unique_ptr<SmsDatabase> database_)
-        : database(std::move(database_))
-        , handles(*database)
-        , people(source.addressBook())
-        , attachments(source, *database)
-        , reader(source, *database, handles, people, attachments)
-    {
-    }
-
-    std::unique_ptr<SmsDatabase> database;
-    Handles handles;
-    People people;
-    MessageAttachments attachments;
-    MessageReader reader;
-    ConversationContent content;
-};
-
 MessageData::MessageData(Source &source)
     : m_source(source)
+    , m_messages(MessageSource::open(source))
+    , m_content(std::make_unique<ConversationContent>())
 {
-    std::unique_ptr<SmsDatabase> database = SmsDatabase::open(source);
-    if (!database)
+    if (!m_messages)
         return;
-    m_reading = std::make_unique<Reading>(source, std::move(database));
     readConversations();
     for (int i = 0; i < int(m_conversations.size()); ++i)
         m_items.emplace_back(*this, i);
@@ -58,8 +34,7 @@ MessageData::~MessageData() = default;
 
 void MessageData::readConversations()
 {
-    m_conversations =
-        ConversationList(*m_reading->database, m_reading->handles, m_reading->people).take();
+    m_conversations = m_messages->takeConversations();
     const MessageFilter &filter = m_source.messageFilter();
     const auto isEmpty = [&](const Conversation &conversation) {
         if (!filter.accepts(conversation.name, conversation.addresses))
@@ -69,13 +44,12 @@ void MessageData::readConversations()
             return true;
         if (conversation.messages.size() > kFewMessages)
             return false;
-        m_reading->content.clear();
-        return m_reading->reader.read(conversation, m_reading->content)
-            && m_reading->content.chats().isEmpty();
+        m_content->clear();
+        return m_messages->read(conversation, *m_content) && m_content->chats().isEmpty();
     };
     m_conversations.erase(std::remove_if(m_conversations.begin(), m_conversations.end(), isEmpty),
                           m_conversations.end());
-    m_reading->content.clear();
+    m_content->clear();
 }
 
 int MessageData::dataType() const
@@ -113,13 +87,12 @@ bool MessageData::recover(BkAbstractItem *item) const
 
 ConversationContent *MessageData::content(int index) const
 {
-    ConversationContent &content = m_reading->content;
     if (m_current != index) {
-        content.clear();
-        const bool read = m_reading->reader.read(conversation(index), content);
+        m_content->clear();
+        const bool read = m_messages->read(conversation(index), *m_content);
         m_current = read ? index : -1;
     }
-    return m_current == index ? &content : nullptr;
+    return m_current == index ? m_content.get() : nullptr;
 }
 
 bool MessageData::hasWanted(const Conversation &conversation) const
@@ -135,12 +108,7 @@ bool MessageData::isWanted(qint64 message) const
     const MessageFilter &filter = m_source.messageFilter();
     if (!filter.since.isValid() && !filter.until.isValid())
         return true;
-    return filter.accepts(m_reading->reader.dateOf(message));
-}
-
-MessageAttachments *MessageData::attachments() const
-{
-    return m_reading ? &m_reading->attachments : nullptr;
+    return filter.accepts(m_messages->dateOf(message));
 }
 
 } // namespace PhoneBackup

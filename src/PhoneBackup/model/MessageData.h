@@ -12,7 +12,7 @@
 namespace PhoneBackup {
 
 class ConversationContent;
-class MessageAttachments;
+class MessageSource;
 class Source;
 
 /*!
@@ -49,17 +49,16 @@ public:
     //! Whether the filter accepts the date of the message with this ROWID.
     bool isWanted(qint64 message) const;
 
-    //! The files of the messages, null when there is no database.
-    MessageAttachments *attachments() const;
+    //! Where they come from, null when there is no database.
+    MessageSource *messages() const { return m_messages.get(); }
 
 private:
-    class Reading;
-
     void readConversations();
     bool hasWanted(const Conversation &conversation) const;
 
     Source &m_source;
-    std::unique_ptr<Reading> m_reading;
+    std::unique_ptr<MessageSource> m_messages;
+    std::unique_ptr<ConversationContent> m_content;
     std::vector<Conversation> m_conversations;
     // Items are asked for as changeable objects by a set that is not.
     mutable std::deque<MessageItem> m_items;

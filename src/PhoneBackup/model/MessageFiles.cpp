@@ -2,8 +2,8 @@
 
 #include "model/AttachmentFiles.h"
 #include "model/FileData.h"
-#include "model/MessageAttachments.h"
 #include "model/MessageData.h"
+#include "model/MessageSource.h"
 #include "model/Messages.h"
 #include "model/PathParts.h"
 #include "model/PhoneTime.h"
@@ -40,10 +40,8 @@ public:
 
     std::unique_ptr<FileData> read()
     {
-        if (m_messages.attachments()) {
-            for (int i = 0; i < m_messages.recoverCount() && m_source.keepGoing(); ++i)
-                addConversation(m_messages.conversation(i));
-        }
+        for (int i = 0; i < m_messages.recoverCount() && m_source.keepGoing(); ++i)
+            addConversation(m_messages.conversation(i));
         if (m_source.messageFilter().isEmpty()) { // what belongs to no message meets no condition
             addAttachmentsWithoutMessage();
             addFilesWithoutAttachment(AttachmentFiles::kFolder);
@@ -55,26 +53,19 @@ public:
 private:
     void addConversation(const Conversation &conversation)
     {
-        MessageAttachments &attachments = *m_messages.attachments();
-        const auto &links = attachments.links();
-        const auto before = [](const MessageAttachments::Link &link, qint64 message) {
-            return link.message < message;
-        };
         m_group = -1;
         m_groupName = conversation.name;
         m_inGroup.clear();
-        auto link = links.cbegin();
         for (const qint64 message : conversation.messages) {
-            link = std::lower_bound(link, links.cend(), message, before);
-            if (link == links.cend())
-                break;
-            if (link->message != message || !m_messages.isWanted(message))
+            const QList<MessageAttachment> attachments =
+                m_messages.messages()->attachmentsOf(message);
+            if (attachments.isEmpty() || !m_messages.isWanted(message))
                 continue;
             const bool isDeleted = std::binary_search(
                 conversation.deleted.cbegin(), conversation.deleted.cend(), message);
-            for (; link != links.cend() && link->message == message; ++link) {
-                m_attached.insert(link->attachment);
-                add(attachments.read(link->attachment), isDeleted);
+            for (const MessageAttachment &attachment : attachments) {
+                m_attached.insert(attachment.row);
+                add(attachment, isDeleted);
             }
         }
     }
@@ -82,12 +73,12 @@ private:
     void addAttachmentsWithoutMessage()
     {
         enterOther();
-        if (!m_messages.attachments())
+        if (!m_messages.messages())
             return;
-        const QList<qint64> rows = m_messages.attachments()->rows();
+        const QList<qint64> rows = m_messages.messages()->attachmentRows();
         for (const qint64 row : rows) {
             if (!m_attached.contains(row))
-                add(m_messages.attachments()->read(row), false);
+                add(m_messages.messages()->attachment(row), false);
         }
     }
 

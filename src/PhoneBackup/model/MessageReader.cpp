@@ -25,33 +25,6 @@ using DataExport::tr;
 namespace {
 
 constexpr QChar kFilePlace(0xFFFC);
-constexpr QChar kAppPlace(0xFFFD);
-constexpr QChar kLineSeparator(0x2028);
-
-bool needsCleaning(QChar c)
-{
-    return (c < u' ' && c != u'\n' && c != u'\t') || c == kFilePlace || c == kAppPlace
-        || c == kLineSeparator;
-}
-
-// Without the places of files and apps and without control characters; line ends as line feeds.
-QString cleaned(const QString &text)
-{
-    if (std::none_of(text.cbegin(), text.cend(), needsCleaning))
-        return text;
-    QString result;
-    result.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar c = text[i];
-        if (!needsCleaning(c))
-            result.append(c);
-        else if (c == kLineSeparator
-                 || (c == u'\r' && (i + 1 == text.size() || text[i + 1] != u'\n')))
-            result.append(u'\n');
-    }
-    return result;
-}
-
 bool isIMessage(QByteArrayView service)
 {
     return service.compare("iMessage", Qt::CaseInsensitive) == 0
@@ -235,8 +208,8 @@ void MessageReader::readDeletedParts()
         return;
     m_database.query(u"message_id, part_text"_s, table, [this](const Statement &row) {
         const auto part = AttributedText::decode(row.bytes(1));
-        const QString text =
-            cleaned(part ? part->text : AttributedText::salvage(row.bytes(1)).value_or(QString()));
+        const QString text = MessageWords::cleaned(
+            part ? part->text : AttributedText::salvage(row.bytes(1)).value_or(QString()));
         if (!text.isEmpty())
             m_deletedParts.insert(row.integer(0), text);
     });
@@ -316,7 +289,7 @@ void MessageReader::readRow(Message &message)
         if (m_conversation->isGroup && message.address)
             m_senders.insert(message.address);
     }
-    const QString subject = cleaned(m_rows->text(kSubject));
+    const QString subject = MessageWords::cleaned(m_rows->text(kSubject));
     if (!subject.isEmpty())
         m_content->extrasOf(message).subject = subject;
 
@@ -350,12 +323,12 @@ MessageReader::Details MessageReader::readDetails(qint64 row)
         return details;
     details.itemType = m_details->integer(kItemType);
     details.groupAction = m_details->integer(kGroupAction);
-    details.groupTitle = cleaned(m_details->text(kGroupTitle));
+    details.groupTitle = MessageWords::cleaned(m_details->text(kGroupTitle));
     details.otherHandle = m_details->integer(kOtherHandle);
     details.shareStatus = m_details->integer(kShareStatus);
     details.associatedType = m_details->integer(kAssociatedType);
     details.associatedGuid = m_details->text(kAssociatedGuid);
-    details.associatedEmoji = cleaned(m_details->text(kAssociatedEmoji));
+    details.associatedEmoji = MessageWords::cleaned(m_details->text(kAssociatedEmoji));
     details.bundle = m_details->text(kBundle);
     details.payload = m_details->bytes(kPayload).toByteArray();
     details.edited = m_details->integer(kDateEdited) != 0;
@@ -389,7 +362,7 @@ void MessageReader::setParts(Message &message, const QString &text)
 {
     QList<MessageAttachment> attachments = m_attachments.of(message.row);
     if (attachments.isEmpty()) {
-        message.text = cleaned(text);
+        message.text = MessageWords::cleaned(text);
         return;
     }
     qsizetype start = 0;
@@ -416,7 +389,7 @@ void MessageReader::setParts(Message &message, const QString &text)
 
 void MessageReader::addText(Message &message, const QString &text)
 {
-    const QString part = cleaned(text);
+    const QString part = MessageWords::cleaned(text);
     if (QStringView(part).trimmed().isEmpty())
         return;
     if (message.text.isEmpty() && message.pieces().isEmpty())

@@ -85,6 +85,7 @@ private Q_SLOTS:
     void showsEveryKindOfMessage();
     void readsEveryEra_data();
     void readsEveryEra();
+    void readsWhatIsOlder();
     void mergesConversations_data();
     void mergesConversations();
     void ordersConversationsAndMessages();
@@ -302,6 +303,60 @@ void tst_Messages::readsEveryEra()
     QCOMPARE(chats.at(1)->msgDate(), QDateTime(QDate(2013, 9, 4), QTime(15, 6, 40), Qt::UTC));
     QCOMPARE(chats.at(2)->msgDate(), QDateTime(QDate(2023, 3, 8), QTime(20, 26, 40), Qt::UTC));
     QVERIFY(fixture.problems().isEmpty());
+}
+
+// One table for all, before version 6.
+void tst_Messages::readsWhatIsOlder()
+{
+    MessageFixture fixture;
+    fixture.addDatabase(BackupFixture::database(
+        "CREATE TABLE message (ROWID INTEGER PRIMARY KEY AUTOINCREMENT, address TEXT, date INTEGER,"
+        " text TEXT, flags INTEGER, group_id INTEGER, subject TEXT, recipients BLOB,"
+        " is_madrid INTEGER, madrid_handle TEXT, madrid_roomname TEXT, madrid_flags INTEGER,"
+        " madrid_error INTEGER);"
+        "CREATE TABLE group_member (ROWID INTEGER PRIMARY KEY, group_id INTEGER, address TEXT);"
+        "CREATE TABLE msg_pieces (ROWID INTEGER PRIMARY KEY, message_id INTEGER, data BLOB,"
+        " part_id INTEGER, content_type TEXT);"
+        "INSERT INTO group_member(group_id, address) VALUES (1, '(555) 010-0123'), (2, '28777'),"
+        " (2, 'bob@example.org');"
+        "INSERT INTO message(ROWID, address, date, text, flags, group_id) VALUES"
+        " (1, '+15550100123', 1300000000, 'in', 2, 1), (2, '+15550100123', 1300000060, 'out', 3, "
+        "1),"
+        " (3, '+15550100123', 1300000120, 'failed', 33, 1),"
+        " (4, '+15550100123', 1300000180, 'draft', 5, 1),"
+        " (5, '28777', 1200000000, NULL, 2, 2);"
+        "INSERT INTO message(ROWID, date, text, flags, is_madrid, madrid_handle, madrid_flags,"
+        " madrid_error) VALUES (6, 330000000, 'by iMessage', 0, 1, '+15550100123', 32773, 0),"
+        " (7, 330000060, 'in', 0, 1, '+15550100123', 1, 0);"
+        "INSERT INTO msg_pieces(message_id, part_id, content_type, data) VALUES"
+        " (5, 2, 'image/jpeg', NULL), (5, 1, 'text/plain', 'Look'), (5, 0, 'application/smil', "
+        "'x'),"
+        " (5, 3, 'audio/amr', NULL);"));
+    fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Parts/a5/14/5-2.JPG"_s, "picture");
+    fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Parts/a5/14/5-2-preview.JPG"_s, "x");
+    fixture.writer.addFile(
+        u"HomeDomain"_s, u"Library/AddressBook/AddressBook.sqlitedb"_s, addressBook());
+    QCOMPARE(fixture.conversations(),
+             QStringList({ u"Ann|(555) 010-0123, +15550100123|"_s,
+                           u"28777, Bob|28777|bob@example.org"_s }));
+    QCOMPARE(fixture.messages(0),
+             QStringList({ u"+15550100123: in"_s,
+                           u"> out"_s,
+                           u"> failed"_s,
+                           u"> by iMessage"_s,
+                           u"+15550100123: in"_s }));
+    QString marks;
+    for (const BkSMSChat *chat : fixture.content(0)->chats())
+        marks += QString(chat->isSentDone() ? u'+' : u'-') + (chat->isNormalSMS() ? u'S' : u'i');
+    QCOMPARE(marks, u"+S+S-S+i+i"_s);
+    QCOMPARE(fixture.content(0)->chats().constFirst()->msgDate(),
+             QDateTime(QDate(2011, 3, 13), QTime(7, 6, 40), Qt::UTC));
+    QCOMPARE(fixture.messages(1),
+             QStringList {
+                 u"28777: +Look{image/jpeg 5-2.JPG}+[File: 5-3]{application/octet-stream 5-3}"_s });
+    QCOMPARE(fixture.content(1)->chats().constFirst()->pieces().at(1)->pieceData(), "picture");
+    QCOMPARE(fixture.list(MessageFixture::kFiles), QStringList { u"28777, Bob/5-2.JPG"_s });
+    QCOMPARE(fixture.problems(), QStringList { u"7 28777, Bob/5-3 (4) (loss)"_s });
 }
 
 void tst_Messages::mergesConversations_data()

@@ -1,0 +1,31 @@
+#include "model/MessageSource.h"
+
+#include "model/CurrentMessages.h"
+#include "model/OldMessages.h"
+#include "model/SmsDatabase.h"
+
+namespace PhoneBackup {
+
+MessageSource::~MessageSource() = default;
+
+std::unique_ptr<MessageSource> MessageSource::open(Source &source)
+{
+    std::unique_ptr<SmsDatabase> database = SmsDatabase::open(source);
+    if (!database)
+        return nullptr;
+    if (OldMessages::recognises(*database))
+        return std::make_unique<OldMessages>(source, std::move(database));
+    return std::make_unique<CurrentMessages>(source, std::move(database));
+}
+
+QList<qint64> MessageSource::attachmentRows()
+{
+    return {};
+}
+
+MessageAttachment MessageSource::attachment(qint64 /*row*/)
+{
+    return {};
+}
+
+} // namespace PhoneBackup
