@@ -9,6 +9,7 @@ void ConversationContent::clear()
     m_chats = {}; // not clear(), which keeps the room that a large conversation took
     m_names.clear();
     m_pieces.clear();
+    m_lastRead = nullptr;
     m_extras.clear();
     m_messages.clear();
 }
@@ -35,7 +36,7 @@ void ConversationContent::addFile(Message &message,
                                   const QString &path,
                                   const QString &name)
 {
-    extrasOf(message).pieces.append(&m_pieces.emplace_back(type, path, name));
+    extrasOf(message).pieces.append(&m_pieces.emplace_back(type, path, name, &m_lastRead));
 }
 
 void ConversationContent::list()

@@ -35,6 +35,7 @@ private:
     std::deque<Message> m_messages;
     std::deque<Message::Extras> m_extras;
     std::deque<MessagePiece> m_pieces;
+    const MappedFile *m_lastRead = nullptr; // of a piece
     QList<BkSMSChat *> m_chats;
     QMap<QString, QString> m_names;
 };

@@ -8,17 +8,10 @@
 
 namespace PhoneBackup {
 
-const MappedFile *MappedFile::s_last = nullptr;
-
 // QFile's own mapping keeps the file open: a conversation may hold more pictures than a process may
 // have files open.
 MappedFile::MappedFile(const QString &path)
 {
-    if (s_last)
-        ::madvise(const_cast<char *>(s_last->m_bytes.data()), // NOLINT: advice changes nothing
-                  std::size_t(s_last->m_bytes.size()),
-                  MADV_DONTNEED);
-    s_last = nullptr;
     QFile file(path);
     if (path.isEmpty() || !CCommonUtils::openForReading(file) || file.size() <= 0)
         return;
@@ -27,13 +20,18 @@ MappedFile::MappedFile(const QString &path)
     if (data == MAP_FAILED) // NOLINT: the macro's cast is the system's
         return;
     m_bytes = QByteArrayView(static_cast<const char *>(data), qsizetype(file.size()));
-    s_last = this;
+}
+
+void MappedFile::release() const
+{
+    if (!m_bytes.isEmpty())
+        ::madvise(const_cast<char *>(m_bytes.data()), // NOLINT: advice changes nothing
+                  std::size_t(m_bytes.size()),
+                  MADV_DONTNEED);
 }
 
 MappedFile::~MappedFile()
 {
-    if (s_last == this)
-        s_last = nullptr;
     if (!m_bytes.isEmpty())
         ::munmap(const_cast<char *>(m_bytes.data()), // NOLINT: what was mapped is unmapped
                  std::size_t(m_bytes.size()));

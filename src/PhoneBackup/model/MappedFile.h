@@ -9,8 +9,7 @@ namespace PhoneBackup {
 /*!
     \brief The bytes of a file, mapped into memory for as long as the object lives.
 
-    The file is open only while it is being mapped: any number of objects may live. Memory that
-    reading them takes is given back when the next file is mapped, and taken again when need be.
+    The file is open only while it is being mapped: any number of objects may live.
 */
 class MappedFile
 {
@@ -24,9 +23,10 @@ public:
     //! Empty when the file is missing, empty or cannot be read.
     QByteArrayView bytes() const { return m_bytes; }
 
-private:
-    static const MappedFile *s_last;
+    //! Gives back the memory that reading took; the bytes stay and are read again when need be.
+    void release() const;
 
+private:
     QByteArrayView m_bytes;
 };
 

@@ -12,10 +12,14 @@ MessagePiece::MessagePiece(const QString &text)
 {
 }
 
-MessagePiece::MessagePiece(const QString &type, const QString &path, const QString &name)
+MessagePiece::MessagePiece(const QString &type,
+                           const QString &path,
+                           const QString &name,
+                           const MappedFile **lastRead)
     : m_type(type)
     , m_path(path)
     , m_name(name)
+    , m_lastRead(lastRead)
 {
 }
 
@@ -24,8 +28,11 @@ MessagePiece::~MessagePiece() = default;
 const QByteArray &MessagePiece::pieceData() const
 {
     if (!m_path.isEmpty() && !m_file) {
+        if (*m_lastRead)
+            (*m_lastRead)->release();
         m_file = std::make_unique<MappedFile>(m_path);
         m_data = QByteArray::fromRawData(m_file->bytes().data(), m_file->bytes().size());
+        *m_lastRead = m_file.get();
     }
     return m_data;
 }

@@ -20,8 +20,14 @@ public:
     //! A text of its own.
     explicit MessagePiece(const QString &text);
 
-    //! The file at \a path, which may be missing.
-    MessagePiece(const QString &type, const QString &path, const QString &name);
+    /*!
+        The file at \a path, which may be missing. \a lastRead is where the pieces of a conversation
+        note the file that was asked for last; the next one gives its memory back.
+    */
+    MessagePiece(const QString &type,
+                 const QString &path,
+                 const QString &name,
+                 const MappedFile **lastRead);
 
     ~MessagePiece() override;
 
@@ -35,6 +41,7 @@ private:
     QString m_name;
     mutable QByteArray m_data;
     mutable std::unique_ptr<MappedFile> m_file;
+    const MappedFile **m_lastRead = nullptr;
 };
 
 } // namespace PhoneBackup

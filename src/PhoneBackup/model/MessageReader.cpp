@@ -1,16 +1,14 @@
 #include "model/MessageReader.h"
 
-#include "model/AudioDuration.h"
+#include "model/AttachmentLabel.h"
 #include "model/Balloon.h"
 #include "model/Handles.h"
-#include "model/MappedFile.h"
 #include "model/MessageAttachments.h"
 #include "model/MessageWords.h"
 #include "model/PathParts.h"
 #include "model/People.h"
 #include "model/SmsDatabase.h"
 #include "model/Source.h"
-#include "model/VCardText.h"
 #include "platform/Translation_p.h"
 #include "plist/AttributedText.h"
 #include "plist/PropertyList.h"
@@ -35,34 +33,6 @@ bool isReaction(qint64 type)
 {
     return (type >= 2000 && type <= 2007) || (type >= 3000 && type <= 3007) || type == 4000
         || type == 1000;
-}
-
-// "0:12", from an hour on "1:02:03".
-QString durationText(int seconds)
-{
-    const auto padded = [](int number) { return u"%1"_s.arg(number, 2, 10, QChar(u'0')); };
-    const int minutes = seconds / 60;
-    const QString start = minutes < 60
-        ? QString::number(minutes)
-        : QString::number(minutes / 60) + u':' + padded(minutes % 60);
-    return start + u':' + padded(seconds % 60);
-}
-
-// A type that is none of those which the page shows.
-QString otherType(const QString &mimeType)
-{
-    const bool misleads = mimeType.contains("text"_L1) || mimeType.contains("image"_L1)
-        || mimeType.contains("video"_L1);
-    return mimeType.isEmpty() || misleads ? u"application/octet-stream"_s : mimeType;
-}
-
-QString shownType(QLatin1StringView wanted, const MessageAttachment &attachment)
-{
-    if (attachment.mimeType.startsWith(wanted))
-        return attachment.mimeType;
-    const QString extension = attachment.name.section(u'.', -1).toLower();
-    // The first of the words "text", "image" and "video" in a type decides what it is.
-    return wanted + (extension.contains("text"_L1) ? u"unknown"_s : extension);
 }
 
 enum Column { // of the query for every message
@@ -407,57 +377,12 @@ void MessageReader::addAttachment(Message &message, const MessageAttachment &att
     const bool isFile =
         row != FileIndex::kNone && m_source.index().kind(row) == FileIndex::Kind::File;
     const QString path = isFile ? m_source.files().contentPath(row) : QString();
-    switch (attachment.kind) {
-    case MessageAttachment::Kind::Picture:
-        m_content->addFile(message, shownType("image/"_L1, attachment), path, attachment.name);
-        m_content->extrasOf(message).parts.append(tr("[Picture]"));
-        break;
-    case MessageAttachment::Kind::Video:
-        m_content->addFile(message, shownType("video/"_L1, attachment), path, attachment.name);
-        m_content->extrasOf(message).parts.append(tr("[Video]"));
-        break;
-    default:
-        addLabelled(message, attachment, path, labelOf(attachment, path));
-        break;
-    }
-}
-
-// What the page does not show by itself gets a line that says what it is.
-void MessageReader::addLabelled(Message &message,
-                                const MessageAttachment &attachment,
-                                const QString &path,
-                                const QString &label)
-{
-    addText(message, label);
-    m_content->addFile(message, otherType(attachment.mimeType), path, attachment.name);
-}
-
-QString MessageReader::labelOf(const MessageAttachment &attachment, const QString &path) const
-{
-    const auto label = [&](const QString &withName, const QString &without, const QString &name) {
-        return name.isEmpty() ? without : QString(withName).arg(name);
-    };
-    switch (attachment.kind) {
-    case MessageAttachment::Kind::Audio: {
-        const bool isVoice = m_isVoice || attachment.name.endsWith(".caf"_L1, Qt::CaseInsensitive)
-            || attachment.name.endsWith(".amr"_L1, Qt::CaseInsensitive);
-        if (!isVoice)
-            return label(tr("[Audio: %1]"), tr("[Audio]"), attachment.name);
-        const int seconds = audioDurationSeconds(MappedFile(path).bytes());
-        const QString line = seconds < 0 ? tr("[Voice message]")
-                                         : tr("[Voice message %1]").arg(durationText(seconds));
-        return m_transcription.isEmpty() ? line : line + u' ' + m_transcription;
-    }
-    case MessageAttachment::Kind::Contact: {
-        const QString name = vCardText(MappedFile(path).bytes(), "FN");
-        return label(tr("[Contact: %1]"), tr("[Contact]"), name.isEmpty() ? attachment.name : name);
-    }
-    case MessageAttachment::Kind::Location:
-        return label(
-            tr("[Location: %1]"), tr("[Location]"), vCardText(MappedFile(path).bytes(), "URL"));
-    default:
-        return label(tr("[File: %1]"), tr("[File]"), attachment.name);
-    }
+    const bool isPicture = attachment.kind == MessageAttachment::Kind::Picture;
+    if (isPicture || attachment.kind == MessageAttachment::Kind::Video)
+        m_content->extrasOf(message).parts.append(isPicture ? tr("[Picture]") : tr("[Video]"));
+    else // what the page does not show by itself gets a line that says what it is
+        addText(message, attachmentLabel(attachment, path, m_isVoice, m_transcription));
+    m_content->addFile(message, attachmentType(attachment), path, attachment.name);
 }
 
 void MessageReader::setSpecialText(Message &message, const Details &details)

@@ -66,13 +66,8 @@ private:
     void setParts(Message &message, const QString &text);
     void addText(Message &message, const QString &text);
     void addAttachment(Message &message, const MessageAttachment &attachment);
-    void addLabelled(Message &message,
-                     const MessageAttachment &attachment,
-                     const QString &path,
-                     const QString &label);
     void setSpecialText(Message &message, const Details &details);
     QString eventLine(const Message &message, const Details &details) const;
-    QString labelOf(const MessageAttachment &attachment, const QString &path) const;
     static History historyOf(QByteArrayView summary);
     void mark(Message &message, const Details &details, const History &history);
     void append(Message &message, const QString &text, QChar separator);

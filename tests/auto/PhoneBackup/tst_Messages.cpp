@@ -6,66 +6,9 @@
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
+using namespace MessageRows;
 
 namespace {
-
-// A conversation with Ann, on the address book too, whose messages the rows below add.
-const QByteArray kAnn =
-    "INSERT INTO handle(ROWID, id, service) VALUES (1, '+15550100123', 'iMessage');"
-    "INSERT INTO chat(ROWID, guid, style, chat_identifier, service_name) VALUES"
-    " (1, 'iMessage;-;+15550100123', 45, '+15550100123', 'iMessage');"
-    "INSERT INTO chat_handle_join VALUES (1, 1);";
-
-const QByteArray kGroup =
-    "INSERT INTO handle(ROWID, id, service) VALUES (1, '+15550100123', 'iMessage'),"
-    " (2, 'bob@example.org', 'iMessage'), (3, '+15550100999', 'iMessage');"
-    "INSERT INTO chat(ROWID, guid, style, chat_identifier, room_name, service_name,"
-    " last_addressed_handle) VALUES (1, 'iMessage;+;chat1', 43, 'chat1', 'chat1', 'iMessage',"
-    " '+15550100999');"
-    "INSERT INTO chat_handle_join VALUES (1, 1), (1, 2), (1, 3);";
-
-QByteArray hex(const QByteArray &bytes)
-{
-    return "x'" + bytes.toHex() + '\'';
-}
-
-// A message with further columns, and its link to chat 1.
-QByteArray message(int row,
-                   const QByteArray &text,
-                   const QByteArray &columns = {},
-                   const QByteArray &values = {},
-                   const QByteArray &handle = "1")
-{
-    const QByteArray number = QByteArray::number(row);
-    return "INSERT INTO message(ROWID, guid, date, service, is_sent, handle_id, is_from_me, text"
-        + (columns.isEmpty() ? QByteArray() : ", " + columns) + ") VALUES (" + number + ", 'guid-"
-        + number + "', " + QByteArray::number(700000000 + row) + "000000000, 'iMessage', 1, "
-        + handle + ", " + (handle == "0" ? "1" : "0") + ", " + text
-        + (values.isEmpty() ? QByteArray() : ", " + values)
-        + ");INSERT INTO chat_message_join(chat_id, message_id) VALUES (1, " + number + ");";
-}
-
-QByteArray attachment(int row, int ofMessage, const QByteArray &path, const QByteArray &more = {})
-{
-    const QByteArray number = QByteArray::number(row);
-    return "INSERT INTO attachment(ROWID, guid, original_guid, filename) VALUES (" + number
-        + ", 'file-" + number + "', 'file-" + number + "', " + path
-        + ");INSERT INTO message_attachment_join VALUES (" + QByteArray::number(ofMessage) + ", "
-        + number + ");"
-        + (more.isEmpty() ? QByteArray()
-                          : "UPDATE attachment SET " + more + " WHERE ROWID = " + number + ';');
-}
-
-QByteArray addressBook()
-{
-    return BackupFixture::database(
-        "CREATE TABLE ABPerson (ROWID INTEGER PRIMARY KEY, First TEXT, Last TEXT);"
-        "CREATE TABLE ABMultiValue (record_id INTEGER, property INTEGER, label INTEGER, value "
-        "TEXT);"
-        "INSERT INTO ABPerson VALUES (1, 'Ann', NULL), (2, 'Bob', NULL);"
-        "INSERT INTO ABMultiValue VALUES (1, 3, NULL, '(555) 010-0123'),"
-        " (1, 4, NULL, 'ann@example.org'), (2, 4, NULL, 'bob@example.org');");
-}
 
 QByteArray app(const QVariantMap &root)
 {
@@ -91,14 +34,10 @@ private Q_SLOTS:
     void ordersConversationsAndMessages();
     void tellsWhatWasSentAndHow();
     void tellsPartsOfAGroupApart();
-    void showsFilesInTheirPlaces_data();
-    void showsFilesInTheirPlaces();
-    void givesTheBytesOfFiles();
     void keepsOneConversationInMemory();
     void marksDeletedOnes();
     void filters_data();
     void filters();
-    void exportsFiles();
 };
 
 void tst_Messages::showsEveryKindOfMessage_data()
@@ -520,122 +459,6 @@ void tst_Messages::tellsPartsOfAGroupApart()
     QCOMPARE(fixture.content()->addrIds(), expected);
 }
 
-void tst_Messages::showsFilesInTheirPlaces_data()
-{
-    QTest::addColumn<QByteArray>("rows");
-    QTest::addColumn<QString>("expected");
-
-    const QByteArray folder = "'~/Library/SMS/Attachments/aa/10/";
-    QTest::newRow("between texts, by identifier")
-        << message(1,
-                   "NULL",
-                   "attributedBody",
-                   hex(Sample::attributedBody(u"One\uFFFCtwo\uFFFC"_s,
-                                              { { 3, 0, {}, {}, {} },
-                                                { 1, 1, u"file-2"_s, {}, {} },
-                                                { 3, 2, {}, {}, {} },
-                                                { 1, 3, u"file-1"_s, {}, {} } })))
-            + attachment(1, 1, folder + "a.jpg'") + attachment(2, 1, folder + "b.mov'")
-        << u"One{video/mov b.mov}+two{image/jpg a.jpg}"_s;
-    QTest::newRow("in order") << message(
-                                     1, "CAST(x'efbfbc' AS TEXT) || 'x' || CAST(x'efbfbc' AS TEXT)")
-            + attachment(1, 1, folder + "a.jpg'", "mime_type = 'image/jpeg'")
-            + attachment(2, 1, folder + "b.png'")
-                              << u"{image/jpeg a.jpg}+x{image/png b.png}"_s;
-    QTest::newRow("more files than places")
-        << message(1, "'x'") + attachment(1, 1, folder + "a.jpg'") << u"x{image/jpg a.jpg}"_s;
-    QTest::newRow("more places than files")
-        << message(1, "CAST(x'efbfbcefbfbc' AS TEXT)") + attachment(1, 1, folder + "a.jpg'")
-        << u"{image/jpg a.jpg}"_s;
-    QTest::newRow("type by the name, though the column says else") << message(1, "NULL")
-            + attachment(1, 1, folder + "x'", "transfer_name = 'a.HEIC', mime_type = 'text/plain'")
-                                                                   << u"{image/heic a.HEIC}"_s;
-    QTest::newRow("type by the content")
-        << message(1, "NULL") + attachment(1, 1, folder + "png'") << u"{image/png png}"_s;
-    QTest::newRow("hidden and of a balloon")
-        << message(1, "'x'") + attachment(1, 1, folder + "a.jpg'", "hide_attachment = 1")
-            + attachment(2, 1, folder + "b.pluginPayloadAttachment'")
-        << u"x"_s;
-    QTest::newRow("never downloaded") << message(1, "NULL")
-            + attachment(1, 1, "NULL", "mime_type = 'image/png', transfer_name = 'a'")
-                                      << u"{image/png a}"_s;
-    QTest::newRow("document") << message(1, "NULL")
-            + attachment(1, 1, folder + "a.pdf'", "mime_type = 'application/pdf'")
-                              << u"[File: a.pdf]{application/pdf a.pdf}"_s;
-    QTest::newRow("a text file is no text of the message")
-        << message(1, "NULL") + attachment(1, 1, folder + "a.txt'", "mime_type = 'text/plain'")
-        << u"[File: a.txt]{application/octet-stream a.txt}"_s;
-    QTest::newRow("contact") << message(1, "NULL") + attachment(1, 1, folder + "c.vcf'")
-                             << u"[Contact: Carl; Jr.]{application/octet-stream c.vcf}"_s;
-    QTest::newRow("missing contact") << message(1, "NULL") + attachment(1, 1, folder + "gone.vcf'")
-                                     << u"[Contact: gone.vcf]{application/octet-stream gone.vcf}"_s;
-    QTest::newRow("location")
-        << message(1, "NULL") + attachment(1, 1, folder + "x.loc.vcf'")
-        << u"[Location: https://maps.example/?ll=1,2]{application/octet-stream x.loc.vcf}"_s;
-    QTest::newRow("voice message") << message(1, "CAST(x'efbfbc' AS TEXT)", "is_audio_message", "1")
-            + attachment(1, 1, folder + "v.amr'")
-                                   << u"[Voice message 1:15]{application/octet-stream v.amr}"_s;
-    QTest::newRow("a link to no file")
-        << message(1, "'x'") + "INSERT INTO message_attachment_join VALUES (1, 99);" << u"x"_s;
-    QTest::newRow("outside the domain")
-        << message(1, "NULL")
-            + attachment(1, 1, "'~/Library/SMS/Attachments/../../../../etc/passwd'")
-            + attachment(2, 1, "'/etc/passwd'")
-        << u"[File: passwd]{application/octet-stream passwd}+[File: passwd]{application/octet-stream passwd}"_s;
-}
-
-void tst_Messages::showsFilesInTheirPlaces()
-{
-    QFETCH(QByteArray, rows);
-    QFETCH(QString, expected);
-    MessageFixture fixture;
-    fixture.addMessages(kAnn + rows);
-    const QString folder = u"Library/SMS/Attachments/aa/10/"_s;
-    const auto add = [&](const QString &name, const QByteArray &content) {
-        fixture.writer.addFile(u"MediaDomain"_s, folder + name, content);
-    };
-    add(u"a.jpg"_s, "a");
-    add(u"png"_s, "\x89PNG....");
-    add(u"c.vcf"_s, "BEGIN:VCARD\r\nitem1.TEL:1\r\nFN;CHARSET=utf-8:Carl\\; Jr.\r\nEND:VCARD\r\n");
-    add(u"x.loc.vcf"_s, "BEGIN:VCARD\nitem1.URL;type=pref:https://maps.example/?ll=1\\,2\n");
-    // Frames of 20 ms in the mode that takes 13 bytes.
-    add(u"v.amr"_s, "#!AMR\n" + QByteArray("\x04............", 13).repeated(75 * 50));
-    QCOMPARE(fixture.messages(), QStringList { kAnnSays + expected });
-}
-
-void tst_Messages::givesTheBytesOfFiles()
-{
-    MessageFixture fixture;
-    QByteArray rows = kAnn;
-    const QByteArray picture = QByteArray("picture").repeated(1000);
-    for (int i = 1; i <= 2000; ++i) { // more than a process may have open
-        rows += message(i, "NULL")
-            + attachment(i,
-                         i,
-                         "'/var/mobile/Library/SMS/Attachments/aa/10/" + QByteArray::number(i % 7)
-                             + ".jpg'");
-    }
-    fixture.addMessages(rows);
-    for (int i = 0; i < 6; ++i)
-        fixture.writer.addFile(u"MediaDomain"_s,
-                               u"Library/SMS/Attachments/aa/10/%1.jpg"_s.arg(i),
-                               picture + QByteArray::number(i));
-    BkSMSChatGroup *group = fixture.content();
-    QVERIFY(group);
-    QCOMPARE(group->chats().size(), 2000);
-    for (int round = 0; round < 2; ++round) {
-        int number = 0;
-        for (const BkSMSChat *chat : group->chats()) {
-            ++number;
-            const QByteArray &data = chat->pieces().constFirst()->pieceData();
-            if (number % 7 == 6)
-                QVERIFY(data.isEmpty()); // missing, and still a picture
-            else
-                QCOMPARE(data, picture + QByteArray::number(number % 7));
-        }
-    }
-}
-
 void tst_Messages::keepsOneConversationInMemory()
 {
     MessageFixture fixture;
@@ -746,53 +569,6 @@ void tst_Messages::filters()
     }
     QTEST(found, "expected");
     QTEST(fixture.list(MessageFixture::kFiles), "files");
-}
-
-void tst_Messages::exportsFiles()
-{
-    MessageFixture fixture;
-    const QByteArray folder = "'~/Library/SMS/Attachments/";
-    fixture.addMessages(
-        kAnn
-        + "INSERT INTO handle(ROWID, id, service) VALUES (2, '28777', 'SMS');"
-          "INSERT INTO chat(ROWID, guid, style, chat_identifier) VALUES (2, 'x', 45, '28777');"
-          "INSERT INTO message(ROWID, guid, text, date) VALUES (50, 'z', 'x', 1);"
-          "INSERT INTO chat_message_join(chat_id, message_id) VALUES (2, 50);"
-        + message(1, "'x'") + message(2, "'y'")
-        + attachment(1, 1, folder + "1/a.jpg'", "transfer_name = 'Boat: 1.jpg'")
-        + attachment(2, 2, folder + "2/a.jpg'", "transfer_name = 'boat_ 1.JPG'")
-        + attachment(3, 2, folder + "3/live.heic'") + attachment(4, 2, folder + "4/doc.pages'")
-        + attachment(5, 2, folder + "5/hidden.bin'", "hide_attachment = 1")
-        + attachment(6, 2, folder + "6/gone.jpg'") + attachment(7, 99, folder + "7/lost.jpg'")
-        + attachment(8, 2, "NULL", "transfer_name = 'never.jpg'")
-        + attachment(9, 1, "'/var/mobile/Library/SMS/Parts/aa/1/1-0.jpg'")
-        + "INSERT INTO message_attachment_join VALUES (50, 1), (2, 1);");
-    for (const char *path : { "1/a.jpg",
-                              "2/a.jpg",
-                              "3/live.heic",
-                              "3/live.MOV",
-                              "4/doc.pages/Index/Document",
-                              "5/hidden.bin",
-                              "7/lost.jpg",
-                              "8/nobody.txt",
-                              "9/x.pluginPayloadAttachment" })
-        fixture.writer.addFile(
-            u"MediaDomain"_s, u"Library/SMS/Attachments/"_s + QString::fromLatin1(path), path);
-    fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Parts/aa/1/1-0.jpg"_s, "x");
-    fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Parts/aa/1/1-0-preview.jpg"_s, "x");
-    QCOMPARE(fixture.list(MessageFixture::kFiles),
-             QStringList({ u"+15550100123/Boat_ 1.jpg"_s,
-                           u"+15550100123/1-0.jpg"_s,
-                           u"+15550100123/boat_ 1 (2).JPG"_s,
-                           u"+15550100123/live.heic"_s,
-                           u"+15550100123/Document"_s,
-                           u"28777/Boat_ 1.jpg"_s,
-                           u"Other/lost.jpg"_s,
-                           u"+15550100123/live.MOV"_s,
-                           u"Other/nobody.txt"_s }));
-    QCOMPARE(fixture.problems(),
-             QStringList({ u"7 +15550100123/gone.jpg (6) (loss)"_s,
-                           u"7 +15550100123/never.jpg (8) (loss)"_s }));
 }
 
 QTEST_GUILESS_MAIN(tst_Messages)

@@ -1,0 +1,25 @@
+#ifndef PHONEBACKUP_MODEL_ATTACHMENTLABEL_H
+#define PHONEBACKUP_MODEL_ATTACHMENTLABEL_H
+
+#include <QString>
+
+namespace PhoneBackup {
+
+struct MessageAttachment;
+
+/*!
+    What a message shows for a file that is neither picture nor video: "[Voice message 0:12]",
+    "[Contact: Ann]", "[File: plan.pdf]". The content at \a path, which may be missing, tells length
+    and name. \a isVoice: the message was spoken, \a transcription is what the phone understood.
+*/
+QString attachmentLabel(const MessageAttachment &attachment,
+                        const QString &path,
+                        bool isVoice,
+                        const QString &transcription);
+
+//! The type of the message's part that the file is: that which the page goes by.
+QString attachmentType(const MessageAttachment &attachment);
+
+} // namespace PhoneBackup
+
+#endif
