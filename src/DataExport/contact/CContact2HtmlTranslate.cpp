@@ -100,7 +100,7 @@ QString CContact2HtmlTranslate::pictureOf(CIDataExporter *exporter,
                                           const BkContactItem &item,
                                           const QByteArray &photo)
 {
-    const QString silhouette = CHtmlExporter::HTML_IMG_FOLDER + u'/' + kSilhouetteOnPage;
+    QString silhouette = CHtmlExporter::HTML_IMG_FOLDER + u'/' + kSilhouetteOnPage;
     if (photo.isEmpty())
         return silhouette;
     const int number = m_photoCount++;

@@ -189,7 +189,7 @@ QString CContactHelper::getPropValue(const BkContactProperty *prop, const QStrin
     const int type = prop->propType();
     if (!prop->propValueEntry().isEmpty())
         return buildMultiValue(prop, type != ContactType::kSocialProfile, separator);
-    const QString value = prop->propValue();
+    QString value = prop->propValue();
     if (type != ContactType::kDate)
         return value;
     return getDateDesc(CCommonUtils::buildDateTimeBase2001(value.toDouble()), nullptr);
@@ -217,6 +217,7 @@ bool CContactHelper::getHiddenProperty(const BkContactProperty *prop,
     return !hidden.isEmpty();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is frozen
 QString CContactHelper::getDateDesc(QDateTime dateTime, const char *format)
 {
     if (dateTime.date().year() == kYearOfDaysWithoutYear)

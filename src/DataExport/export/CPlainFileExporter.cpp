@@ -103,7 +103,7 @@ QString CPlainFileExporter::uniqFileName(const QString &baseName)
     const auto numbered = [this](const QString &base) {
         return CCommonUtils::uniqFileName(m_curDir, base, m_suffix, m_usedNames[base]);
     };
-    const QString path = numbered(FileName::visible(baseName, room));
+    QString path = numbered(FileName::visible(baseName, room));
     if (FileName::bytes(QFileInfo(path).fileName()) <= FileName::kMaxBytes)
         return path;
     return numbered(FileName::visible(baseName, room - kNumberBytes));

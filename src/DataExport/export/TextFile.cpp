@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr qsizetype kSlice = 64 * 1024;
+constexpr qsizetype kSlice = 65536;
 
 } // namespace
 
