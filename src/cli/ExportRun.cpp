@@ -147,7 +147,8 @@ void ExportRun::takeProblems()
     for (; m_problemsTaken < problems.size(); ++m_problemsTaken) {
         const PhoneBackup::Problem &problem = problems.at(m_problemsTaken);
         if (problem.loss)
-            m_report.sourceLost(problemType(m_backup, problem), problem.source, problem.what);
+            m_report.sourceLost(
+                problem.dataType, problemType(m_backup, problem), problem.source, problem.what);
         else
             warnings += problem;
     }

@@ -71,8 +71,12 @@ void RunReport::itemExported(const QString & /*typeName*/, const QString & /*ite
     ++m_counts[m_code].exported;
 }
 
-void RunReport::sourceLost(const QString &typeName, const QString &source, const QString &reason)
+void RunReport::sourceLost(int code,
+                           const QString &typeName,
+                           const QString &source,
+                           const QString &reason)
 {
+    ++m_counts[code].unreadable;
     add({ typeName, source, causeText(Cause::Source), reason });
 }
 

@@ -32,6 +32,7 @@ public:
     {
         int exported = 0;
         int failed = 0; //!< Items, not faults: an item may have more than one.
+        int unreadable = 0; //!< Parts of the backup, each of which may have held many items.
         bool started = false;
         bool lost = false; //!< The data type as a whole was not written.
     };
@@ -50,8 +51,10 @@ public:
                     const QString &reason) override;
     void itemExported(const QString &typeName, const QString &itemName) override;
 
-    //! Takes in a part of the backup that could not be read.
-    void sourceLost(const QString &typeName, const QString &source, const QString &reason);
+    //! Takes in a part of the backup that could not be read; \a code is -1 for the backup as a
+    //! whole.
+    void
+    sourceLost(int code, const QString &typeName, const QString &source, const QString &reason);
 
     //! What the output refused, when nothing more can be written there.
     const std::optional<Failed> &outputFault() const;

@@ -60,7 +60,8 @@ QJsonArray failuresJson(const RunReport &report)
 
 int TypeOutcome::failed() const
 {
-    return state == State::Lost ? totals.items - counts.exported : counts.failed;
+    const int items = state == State::Lost ? totals.items - counts.exported : counts.failed;
+    return items + counts.unreadable;
 }
 
 QList<TypeOutcome> typeOutcomes(const Inventory &inventory, const RunReport &report, bool stopped)
@@ -87,7 +88,7 @@ QByteArray summaryText(const Outcome &outcome)
     qint64 exported = 0;
     qint64 failed = 0;
     for (const TypeOutcome &type : outcome.types) {
-        if (type.totals.items == 0)
+        if (type.totals.items == 0 && type.failed() == 0)
             continue;
         rows += { type.totals.name, grouped(type.counts.exported), grouped(type.failed()) };
         if (early)
