@@ -1,5 +1,6 @@
 #include "model/Handles.h"
 
+#include "model/MessageWords.h"
 #include "model/SmsDatabase.h"
 
 namespace PhoneBackup {
@@ -11,7 +12,7 @@ Handles::Handles(SmsDatabase &database)
     if (!database.hasColumn(u"handle"_s, u"id"_s))
         return;
     database.query(u"ROWID, id"_s, u"handle"_s, [this](const Statement &row) {
-        const QString address = row.text(1).trimmed();
+        const QString address = MessageWords::cleaned(row.text(1)).simplified();
         if (!address.isEmpty())
             m_byRow.insert(row.integer(0), intern(address));
     });
