@@ -1,6 +1,7 @@
 #include "contact/CContactTranslate.h"
 
-#include "backup/SinkSettings_p.h"
+#include "backup/FormatPasses_p.h"
+#include "backup/SelectedItems_p.h"
 #include "contact/BkContactData.h"
 #include "contact/BkContactItem.h"
 #include "contact/CContact2CSVTranslate.h"
@@ -8,16 +9,9 @@
 #include "contact/CContact2VCFTranslate.h"
 #include "export/CHtmlExporter.h"
 #include "export/CPlainFileExporter.h"
-#include "platform/CSubProgress.h"
 #include "platform/Translation_p.h"
 
 using DataExport::tr;
-
-namespace {
-
-constexpr int kUnitsPerPass = 100;
-
-} // namespace
 
 CContactTranslate::CContactTranslate(BkContactData *data)
     : m_data(data)
@@ -32,20 +26,11 @@ bool CContactTranslate::translate(CIDataExporter *exporter,
 {
     if (!translateHeader(exporter, title))
         return false;
-    const QList<int> indices = m_data->recoverList();
-    const double step = progress && !indices.isEmpty()
-        ? static_cast<double>(progress->range()) / static_cast<double>(indices.size())
-        : 0;
+    const SelectedItems items(*m_data, progress);
     if (!translateDataBefore(exporter))
         return false;
-    for (const int index : indices) {
-        if (progress && !progress->progress(step))
-            break;
-        auto *item = dynamic_cast<BkContactItem *>(m_data->at(index, true));
-        if (item && !translateItem(exporter, item))
-            return false;
-    }
-    return translateDataAfter(exporter);
+    const auto translate = [&](BkContactItem *item) { return translateItem(exporter, item); };
+    return items.forEach<BkContactItem>(translate) && translateDataAfter(exporter);
 }
 
 bool CContactTranslate::translateItem(CIDataExporter *exporter, BkContactItem *item)
@@ -83,45 +68,28 @@ bool CBackupExporter::exportContact(BkData *data,
                                     CIProgressCallback *progress,
                                     CBackupExporter *exporter)
 {
-    CSubProgress sub(progress, progress ? progress->range() / 3 : 0);
-    const QString title = tr("%1's %2").arg(owner, typeName);
     auto *contacts = dynamic_cast<BkContactData *>(data);
     if (!contacts)
         return false;
-
-    // A failed or cancelled format ends the sequence. finish() is asked in either case.
-    const auto pass = [&](CIDataExporter &sink, CContactTranslate &translator, const char *folder) {
-        sub.initRange(kUnitsPerPass);
-        applySettings(exporter, sink);
-        return sink.initExporterWithSubDir(dir, owner, typeName, QLatin1String(folder))
-            && translator.translate(&sink, title, &sub);
-    };
-    bool ok = false;
+    constexpr int formats = 3;
+    FormatPasses passes(formats, dir, owner, typeName, progress, exporter);
     {
         CHtmlExporter page;
         CContact2HtmlTranslate translator(contacts);
         page.setStyle(translator.contactStyle());
-        ok = pass(page, translator, "HTML");
-        page.finish(ok);
+        if (!passes.run(page, translator, QStringLiteral("HTML")))
+            return passes.succeeded();
     }
-    if (!sub.finish() || !ok)
-        return ok;
     {
         CPlainFileExporter csv(QStringLiteral(".csv"), false);
         CContact2CSVTranslate translator(contacts);
         csv.setCodec(QStringLiteral("UTF16"), true);
-        ok = pass(csv, translator, "CSV");
-        csv.finish(ok);
+        if (!passes.run(csv, translator, QStringLiteral("CSV")))
+            return passes.succeeded();
     }
-    if (!sub.finish() || !ok)
-        return ok;
-    {
-        CPlainFileExporter cards(QStringLiteral(".vcf"), true);
-        CContact2VCFTranslate translator(contacts);
-        cards.setCodec(QStringLiteral("UTF-8"), false);
-        ok = pass(cards, translator, "VCF");
-        cards.finish(ok);
-    }
-    sub.finish();
-    return ok;
+    CPlainFileExporter cards(QStringLiteral(".vcf"), true);
+    CContact2VCFTranslate translator(contacts);
+    cards.setCodec(QStringLiteral("UTF-8"), false);
+    passes.run(cards, translator, QStringLiteral("VCF"));
+    return passes.succeeded();
 }

@@ -1,0 +1,50 @@
+#ifndef DATAEXPORT_BACKUP_SELECTEDITEMS_P_H
+#define DATAEXPORT_BACKUP_SELECTEDITEMS_P_H
+
+#include "backup/BkAbstractItem.h"
+#include "backup/BkData.h"
+#include "platform/CIProgressCallback.h"
+
+/*!
+    The selected items of a data set, as every translator walks them. Data and progress, which may
+    be null, are borrowed; the selection is asked for once, when this is made.
+*/
+class SelectedItems
+{
+public:
+    SelectedItems(const BkData &data, CIProgressCallback *progress)
+        : m_data(data)
+        , m_progress(progress)
+        , m_indices(data.recoverList())
+        , m_step(progress && !m_indices.isEmpty() ? static_cast<double>(progress->range())
+                         / static_cast<double>(m_indices.size())
+                                                  : 0)
+    {
+    }
+
+    /*!
+        Calls \a each for every item that is an \a Item, until it answers false. The progress hears
+        of each index before its item is looked at; its answer of false ends the walk and is no
+        failure. \return false when \a each did.
+    */
+    template <class Item, class Each>
+    bool forEach(Each each) const
+    {
+        for (const int index : m_indices) {
+            if (m_progress && !m_progress->progress(m_step))
+                break;
+            auto *item = dynamic_cast<Item *>(m_data.at(index, true));
+            if (item && !each(item))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    const BkData &m_data;
+    CIProgressCallback *m_progress;
+    const QList<int> m_indices;
+    const double m_step;
+};
+
+#endif

@@ -1,0 +1,31 @@
+#ifndef DATAEXPORT_MESSAGE_CHATFORMATS_P_H
+#define DATAEXPORT_MESSAGE_CHATFORMATS_P_H
+
+#include "backup/FormatPasses_p.h"
+#include "export/CHtmlExporter.h"
+#include "export/CPlainFileExporter.h"
+
+constexpr int kChatFormats = 2;
+
+/*!
+    Exports the chats in \a data, whatever kind they are of, as a page and then as CSV. \a passes
+   are kChatFormats. \return whether the last format that was reached succeeded.
+*/
+template <class PageTranslate, class CsvTranslate, class Data>
+bool exportChats(Data *data, FormatPasses passes)
+{
+    {
+        CHtmlExporter page;
+        PageTranslate translator(data);
+        page.setStyle(translator.smsStyle());
+        if (!passes.run(page, translator))
+            return passes.succeeded();
+    }
+    CPlainFileExporter csv(QStringLiteral(".csv"), false);
+    CsvTranslate translator(data);
+    csv.setCodec(QStringLiteral("UTF16"), true);
+    passes.run(csv, translator);
+    return passes.succeeded();
+}
+
+#endif
