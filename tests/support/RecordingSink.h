@@ -13,7 +13,7 @@ public:
     bool exportData(const QString &text, const QString & /*name*/) override
     {
         writes.append(text);
-        return accepts;
+        return accepts && writes.size() != refusedWrite + 1;
     }
     using CIDataExporter::exportData;
     bool exportDepends(const QString &srcPath, const QString &name) override
@@ -37,6 +37,7 @@ public:
     QStringList sources;
     QMap<QString, QByteArray> images;
     bool accepts = true; //!< What writing answers.
+    qsizetype refusedWrite = -1; //!< Number of a write that fails all the same.
 };
 
 #endif

@@ -1,0 +1,129 @@
+#include "table/CTableTranslate.h"
+
+#include "backup/BkAbstractItem.h"
+#include "backup/BkData.h"
+#include "export/CUtils.h"
+#include "platform/CIProgressCallback.h"
+#include "table/PageExport_p.h"
+
+using namespace Qt::StringLiterals;
+using DataExport::tr;
+
+namespace {
+
+// Percent of the table that all columns but the last share; the last takes what they leave.
+constexpr int kSharedWidth = 90;
+constexpr int kCalls = 15;
+constexpr int kDateOfCall = 3;
+
+QString header(const BkData &data, const QString &title)
+{
+    const int columns = data.column();
+    const QString width = QString::number(kSharedWidth / columns);
+    QString text = "<table id=\"wrap\" cellspacing=0 cellpadding=0><tr><td>"
+                   "<div id=\"top\"><h1>"_L1
+        + CUtils::htmlEncode(title)
+        + "</h1></div><div class=\"main\"><table border=0 cellspacing=0 cellpadding=0>"
+          "<tr class=\"dark\">"_L1;
+    for (int column = 0; column < columns; ++column) {
+        text += column < columns - 1 ? "<td width=\""_L1 + width + "%\">"_L1 : u"<td>"_s;
+        text += CUtils::htmlEncode(data.columnName(column)) + "&nbsp;</td>"_L1;
+    }
+    return text + "</tr>"_L1;
+}
+
+QString row(const BkData &data, int index, bool isOdd, bool isDeleted)
+{
+    QString text = isDeleted ? (isOdd ? u"<tr class=\"grey rd\">"_s : u"<tr class=\"rd\">"_s)
+                             : (isOdd ? u"<tr class=\"grey\">"_s : u"<tr>"_s);
+    const int columns = data.column();
+    const bool isCall = data.dataType() == kCalls;
+    for (int column = 0; column < columns; ++column) {
+        QString cell = CUtils::htmlEncode(data.value(index, column));
+        if (isCall && column == kDateOfCall)
+            cell.replace(u' ', "&nbsp;"_L1);
+        text += "<td>"_L1;
+        if (isDeleted && column == 0)
+            text += "<img src='image/"_L1 + CHtmlExporter::DELETE_FLAG_IMG + "'>"_L1;
+        text += cell + "&nbsp;</td>"_L1;
+    }
+    return text + "</tr>"_L1;
+}
+
+} // namespace
+
+CTableTranslate::CTableTranslate(BkData *data)
+    : m_data(data)
+{
+}
+
+CTableTranslate::~CTableTranslate() = default;
+
+QString CTableTranslate::tableStyle() const
+{
+    return u"<style type=\"text/css\">"
+           "html, div, body, p, form, img, h1, input { margin:0 auto; padding:0; "
+           "font:12px/160% Arial, Helvetica, sans-serif; color:#575757; }"
+           "img, input { border:none; }"
+           "h1 { color:#fefefe; font-size:32px; font-weight:bold; margin-left:16px; "
+           "padding-top:5px; }"
+           "#wrap { margin:0 auto; width:80%; background-color:#FFF; padding:4px; "
+           "border:1px solid #cacaca; }"
+           "#top { background: #7f8ea3; }"
+           ".main table { margin:0 auto; font-size:14px; width:100%; }"
+           ".main table tr td { background-color:#fff; border-collapse:collapse; height:38px; "
+           "line-height:150%; text-align:left; border:1px solid #f8f8f8; padding:6px; }"
+           ".main table tr.grey td { background-color:#f8f8f8; }"
+           ".main table tr.dark td { background-color:#e5e4e4; color:#353535; font-weight:bold; "
+           "border:1px solid #dadada; text-align:center; }"
+           ".rd { color:#e61010; }"
+           "</style>"_s;
+}
+
+bool CTableTranslate::translate(CIDataExporter *exporter,
+                                const QString &title,
+                                CIProgressCallback *progress)
+{
+    if (m_data->column() < 1) {
+        exporter->reportFailure(
+            {}, CIExportReport::Cause::Content, tr("It is a table without columns."));
+        return false;
+    }
+    if (!exporter->exportData(header(*m_data, title)))
+        return false;
+    const QList<int> indices = m_data->recoverList();
+    const double step = progress && !indices.isEmpty()
+        ? static_cast<double>(progress->range()) / static_cast<double>(indices.size())
+        : 0;
+    bool hasFlagImage = false;
+    for (qsizetype i = 0; i < indices.size(); ++i) {
+        if (progress && !progress->progress(step))
+            break;
+        const BkAbstractItem *item = m_data->at(indices[i], true);
+        if (!item)
+            continue;
+        const bool isDeleted = item->flag(0);
+        if (isDeleted && !hasFlagImage)
+            CHtmlExporter::exportDeleteFlagImage(exporter);
+        hasFlagImage |= isDeleted;
+        if (!exporter->exportData(row(*m_data, indices[i], i % 2 != 0, isDeleted)))
+            return false;
+        const QString name = m_data->value(indices[i], 0);
+        exporter->reportExported(name.isEmpty() ? tr("(no name)") : name);
+    }
+    return exporter->exportData(u"</table></div></td></tr></table>"_s);
+}
+
+bool CBackupExporter::exportHtml(BkData *data,
+                                 const QDir &dir,
+                                 const QString &owner,
+                                 const QString &typeName,
+                                 CIProgressCallback *progress,
+                                 CBackupExporter *exporter)
+{
+    if (!data)
+        return false;
+    CTableTranslate translator(data);
+    return exportPage(
+        translator, translator.tableStyle(), dir, owner, typeName, progress, exporter);
+}
