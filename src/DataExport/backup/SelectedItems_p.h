@@ -23,18 +23,25 @@ public:
     }
 
     /*!
-        Calls \a each for every item that is an \a Item, until it answers false. The progress hears
+        Calls \a each with every item that is an \a Item, until it answers false. The progress hears
         of each index before its item is looked at; its answer of false ends the walk and is no
         failure. \return false when \a each did.
     */
     template <class Item, class Each>
     bool forEach(Each each) const
     {
-        for (const int index : m_indices) {
+        return forEachRow<Item>([&](Item *item, int, qsizetype) { return each(item); });
+    }
+
+    //! The same; \a each also gets the item's index and its position in the selection.
+    template <class Item, class Each>
+    bool forEachRow(Each each) const
+    {
+        for (qsizetype i = 0; i < m_indices.size(); ++i) {
             if (m_progress && !m_progress->progress(m_step))
                 break;
-            auto *item = dynamic_cast<Item *>(m_data.at(index, true));
-            if (item && !each(item))
+            auto *item = dynamic_cast<Item *>(m_data.at(m_indices[i], true));
+            if (item && !each(item, m_indices[i], i))
                 return false;
         }
         return true;

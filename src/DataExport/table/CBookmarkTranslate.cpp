@@ -1,9 +1,8 @@
 #include "table/CBookmarkTranslate.h"
 
-#include "backup/BkData.h"
+#include "backup/SelectedItems_p.h"
 #include "export/CUtils.h"
 #include "export/PageText_p.h"
-#include "platform/CIProgressCallback.h"
 #include "table/BkSafariBookmarkItem.h"
 #include "table/PageExport_p.h"
 
@@ -121,24 +120,17 @@ bool CBookmarkTranslate::translate(CIDataExporter *exporter,
             "<div class=\"main\">"
             "<table border=0 cellspacing=0 cellpadding=0>"_s.arg(CUtils::htmlEncode(title))))
         return false;
-    const QList<int> indices = m_data->recoverList();
-    const double step = progress && !indices.isEmpty()
-        ? static_cast<double>(progress->range()) / static_cast<double>(indices.size())
-        : 0;
     Groups groups;
     bool hasFlagImage = false;
-    for (const int index : indices) {
-        if (progress && !progress->progress(step))
-            break;
-        const auto *link = dynamic_cast<const BkSafariBookmarkItem *>(m_data->at(index, true));
-        if (!link)
-            continue;
-        if (link->flag(0) && !hasFlagImage) {
-            CHtmlExporter::exportDeleteFlagImage(exporter);
-            hasFlagImage = true;
-        }
-        groups[link->bookmarkGroup()].append(link);
-    }
+    SelectedItems(*m_data, progress)
+        .forEach<BkSafariBookmarkItem>([&](const BkSafariBookmarkItem *link) {
+            if (link->flag(0) && !hasFlagImage) {
+                CHtmlExporter::exportDeleteFlagImage(exporter);
+                hasFlagImage = true;
+            }
+            groups[link->bookmarkGroup()].append(link);
+            return true;
+        });
     const QStringList order = orderOf(groups);
     if (!exporter->exportData(bodyOf(*exporter, groups, order)))
         return false;

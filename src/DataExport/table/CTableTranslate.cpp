@@ -1,9 +1,7 @@
 #include "table/CTableTranslate.h"
 
-#include "backup/BkAbstractItem.h"
-#include "backup/BkData.h"
+#include "backup/SelectedItems_p.h"
 #include "export/CUtils.h"
-#include "platform/CIProgressCallback.h"
 #include "table/PageExport_p.h"
 
 using namespace Qt::StringLiterals;
@@ -91,26 +89,20 @@ bool CTableTranslate::translate(CIDataExporter *exporter,
     }
     if (!exporter->exportData(header(*m_data, title)))
         return false;
-    const QList<int> indices = m_data->recoverList();
-    const double step = progress && !indices.isEmpty()
-        ? static_cast<double>(progress->range()) / static_cast<double>(indices.size())
-        : 0;
     bool hasFlagImage = false;
-    for (qsizetype i = 0; i < indices.size(); ++i) {
-        if (progress && !progress->progress(step))
-            break;
-        const BkAbstractItem *item = m_data->at(indices[i], true);
-        if (!item)
-            continue;
+    const auto writeRow = [&](const BkAbstractItem *item, int index, qsizetype position) {
         const bool isDeleted = item->flag(0);
         if (isDeleted && !hasFlagImage)
             CHtmlExporter::exportDeleteFlagImage(exporter);
         hasFlagImage |= isDeleted;
-        if (!exporter->exportData(row(*m_data, indices[i], i % 2 != 0, isDeleted)))
+        if (!exporter->exportData(row(*m_data, index, position % 2 != 0, isDeleted)))
             return false;
-        const QString name = m_data->value(indices[i], 0);
+        const QString name = m_data->value(index, 0);
         exporter->reportExported(name.isEmpty() ? tr("(no name)") : name);
-    }
+        return true;
+    };
+    if (!SelectedItems(*m_data, progress).forEachRow<BkAbstractItem>(writeRow))
+        return false;
     return exporter->exportData(u"</table></div></td></tr></table>"_s);
 }
 

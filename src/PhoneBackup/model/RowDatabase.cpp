@@ -1,0 +1,112 @@
+#include "model/RowDatabase.h"
+
+#include "model/PathParts.h"
+#include "model/Source.h"
+#include "platform/Translation_p.h"
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+using DataExport::tr;
+
+std::optional<RowDatabase> RowDatabase::open(Source &source,
+                                             int dataType,
+                                             QByteArrayView domain,
+                                             const QString &path,
+                                             const QString &consequence)
+{
+    Result<Database> database = source.files().openDatabase(domain, path);
+    if (database)
+        return RowDatabase(source, dataType, database.take(), consequence);
+    if (database.error().fault != Fault::NotFound) {
+        source.addProblem({ dataType,
+                            PathParts::text(domain) + u'/' + path,
+                            database.error().what + u' ' + consequence,
+                            true });
+    }
+    return std::nullopt;
+}
+
+RowDatabase::RowDatabase(Source &source,
+                         int dataType,
+                         Database database,
+                         const QString &consequence)
+    : m_source(&source)
+    , m_dataType(dataType)
+    , m_database(std::move(database))
+    , m_consequence(consequence)
+{
+    if (m_database.isDamaged())
+        addLoss(m_database.damage());
+}
+
+const QStringList &RowDatabase::columns(const QString &table) const
+{
+    const auto known = m_columns.constFind(table);
+    return known != m_columns.constEnd() ? *known
+                                         : *m_columns.insert(table, m_database.columns(table));
+}
+
+bool RowDatabase::hasColumn(const QString &table, const QString &column) const
+{
+    return columns(table).contains(column, Qt::CaseInsensitive);
+}
+
+QString RowDatabase::column(const QString &table, const QString &column) const
+{
+    return hasColumn(table, column) ? column : u"NULL"_s;
+}
+
+bool RowDatabase::query(const QString &what,
+                        const QString &from,
+                        const std::function<void(const Statement &)> &row,
+                        Order order)
+{
+    const QString sql = u"SELECT %1 FROM %2"_s.arg(what, from);
+    // In any order: an index that holds all of it is read in place of a table with long rows.
+    if (order == Order::Any && readRows(sql, row))
+        return true;
+    const bool complete = readRows(sql + u" ORDER BY ROWID"_s, row);
+    if (!complete)
+        readRows(sql + u" ORDER BY ROWID DESC"_s, row);
+    return complete;
+}
+
+bool RowDatabase::readRows(const QString &sql, const std::function<void(const Statement &)> &row)
+{
+    const std::unique_ptr<Statement> statement = prepare(sql);
+    if (!statement)
+        return false;
+    for (qint64 left = m_database.maxRowCount();; --left) {
+        const Statement::Step step = statement->step();
+        if (step == Statement::Step::Done)
+            return true;
+        if (step == Statement::Step::Failed) {
+            addLoss(tr("It is damaged: %1.").arg(statement->error()));
+            return false;
+        }
+        if (left <= 0) {
+            addLoss(tr("It is damaged: its rows repeat without an end."));
+            return false;
+        }
+        row(*statement);
+        if (!m_source->keepGoing())
+            return false;
+    }
+}
+
+std::unique_ptr<Statement> RowDatabase::prepare(const QString &sql)
+{
+    Result<Statement> statement = m_database.prepare(sql);
+    if (statement)
+        return std::make_unique<Statement>(statement.take());
+    addLoss(statement.error().what);
+    return nullptr;
+}
+
+void RowDatabase::addLoss(const QString &why)
+{
+    m_source->addProblem({ m_dataType, m_database.name(), why + u' ' + m_consequence, true });
+}
+
+} // namespace PhoneBackup
