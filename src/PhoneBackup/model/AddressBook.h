@@ -2,30 +2,52 @@
 #define PHONEBACKUP_MODEL_ADDRESSBOOK_H
 
 #include "model/PhoneAddress.h"
+#include "model/RowDatabase.h"
 
 #include <QHash>
+#include <QSet>
 #include <QString>
-#include <QStringList>
 
 #include <vector>
 
 namespace PhoneBackup {
 
-class Database;
 class Source;
 
 /*!
-    \brief Who a phone number or e-mail address belongs to.
+    \brief The people in the phone's address book, and who a number or e-mail address belongs to.
 
-    Read once from the phone's address book; without one, or with a damaged one, it knows nobody or
-    fewer people. Cards that the phone shows as one are one person.
-    \par Cost
-    A look-up tests the few people whose numbers end alike; an answer is kept.
+    Read once; without an address book, or with a damaged one, it knows nobody or fewer people.
+   Cards that the phone shows as one are one person. \par Cost A look-up tests the few people whose
+   numbers end alike; an answer is kept. \par Memory Names and numbers, and the places of everything
+   else that is known of people.
 */
 class AddressBook
 {
 public:
     static constexpr int kNobody = -1;
+
+    struct Person
+    {
+        QString name; //!< In one line; empty when there is none.
+        QString sortName; //!< What lists are ordered by: the family name, where there is one.
+        QString sortRest; //!< What orders those of equal sort names.
+        std::vector<qint64> cards; //!< ROWIDs; that of the name comes first.
+        qint64 imageCard = -1; //!< Whose picture is shown, -1 for any of them.
+
+        //! Their name, and what tells them from others of that name.
+        QString nameForReport() const;
+    };
+
+    //! Where a value of a card stands.
+    struct Value
+    {
+        qint64 card;
+        int kind;
+        int place; //!< Among those of its kind and card.
+        qint64 row;
+    };
+    using Values = std::vector<Value>;
 
     //! Reads the address book of \a source, and tells it what could not be read.
     explicit AddressBook(Source &source);
@@ -42,19 +64,57 @@ public:
     //! The name for \a address, empty when it is not known.
     QString name(const QString &address) const { return personName(person(address)); }
 
+    //! All people; their numbers are their places.
+    const std::vector<Person> &people() const { return m_people; }
+
+    //! The values of \a card of all kinds that people are shown, in the phone's order.
+    std::pair<Values::const_iterator, Values::const_iterator> values(qint64 card) const;
+
+    //! Number of values whose kind is not known.
+    int unknownValueCount() const { return m_unknownValues; }
+
+    //! Where all of this comes from; null when there is none that can be opened.
+    RowDatabase *database() const { return m_database.get(); }
+
+    //! "domain/path" of the address book, for a person.
+    static QString place();
+
+    //! Why there may be more people than are known, for a person; empty when there are not.
+    QString loss() const;
+
 private:
     struct Entry
     {
         PhoneAddress address;
         int person;
     };
+    struct Link
+    {
+        qint64 nameCard;
+        qint64 imageCard;
+        int person = kNobody;
+    };
+    struct Card
+    {
+        qint64 row;
+        Link *link;
+        bool isPreferred;
+        Person person;
+    };
 
-    void readPeople(Source &source, const Database &database);
-    void readAddresses(Source &source, const Database &database);
+    void readPeople();
+    void addCard(Card &&card);
+    void readValues();
+    void addAddress(int person, const QString &text);
     int find(const PhoneAddress &address) const;
 
-    QStringList m_names; // of each person
-    QHash<qint64, int> m_personOfCard;
+    std::unique_ptr<RowDatabase> m_database;
+    QString m_openError;
+    std::vector<Person> m_people;
+    QHash<qint64, int> m_personOfCard; // while it is read
+    QSet<int> m_settledNames; // likewise
+    Values m_values;
+    int m_unknownValues = 0;
     std::vector<Entry> m_entries;
     QMultiHash<QString, int> m_buckets; // PhoneAddress::bucket() to indices of entries
     mutable QHash<QString, int> m_known;

@@ -9,8 +9,8 @@
 namespace PhoneBackup {
 
 //! A data set that owns its items, all of which are selected. Subclasses fill m_items.
-template <class Item>
-class ItemData : public BkData
+template <class Item, class Base = BkData>
+class ItemData : public Base
 {
 public:
     explicit ItemData(int dataType)

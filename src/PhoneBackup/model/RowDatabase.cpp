@@ -27,14 +27,13 @@ std::optional<RowDatabase> RowDatabase::open(Source &source,
     return std::nullopt;
 }
 
-RowDatabase::RowDatabase(Source &source,
-                         int dataType,
-                         Database database,
-                         const QString &consequence)
+RowDatabase::RowDatabase(
+    Source &source, int dataType, Database database, const QString &consequence, bool isLoss)
     : m_source(&source)
     , m_dataType(dataType)
     , m_database(std::move(database))
     , m_consequence(consequence)
+    , m_isLoss(isLoss)
 {
     if (m_database.isDamaged())
         addLoss(m_database.damage());
@@ -106,7 +105,9 @@ std::unique_ptr<Statement> RowDatabase::prepare(const QString &sql)
 
 void RowDatabase::addLoss(const QString &why)
 {
-    m_source->addProblem({ m_dataType, m_database.name(), why + u' ' + m_consequence, true });
+    if (m_firstLoss.isEmpty())
+        m_firstLoss = why;
+    m_source->addProblem({ m_dataType, m_database.name(), why + u' ' + m_consequence, m_isLoss });
 }
 
 } // namespace PhoneBackup

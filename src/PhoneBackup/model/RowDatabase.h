@@ -33,7 +33,12 @@ public:
                                            const QString &path,
                                            const QString &consequence);
 
-    RowDatabase(Source &source, int dataType, Database database, const QString &consequence);
+    //! \a isLoss as Problem::loss.
+    RowDatabase(Source &source,
+                int dataType,
+                Database database,
+                const QString &consequence,
+                bool isLoss = true);
 
     bool hasTable(const QString &table) const { return !columns(table).isEmpty(); }
     bool hasColumn(const QString &table, const QString &column) const;
@@ -62,6 +67,9 @@ public:
     //! Says that something of it is lost, and why.
     void addLoss(const QString &why);
 
+    //! Why something of it is lost, as it was told first; empty when nothing is.
+    QString firstLoss() const { return m_firstLoss; }
+
 private:
     bool readRows(const QString &sql, const std::function<void(const Statement &)> &row);
 
@@ -69,6 +77,8 @@ private:
     int m_dataType;
     Database m_database;
     QString m_consequence;
+    bool m_isLoss;
+    QString m_firstLoss;
     mutable QHash<QString, QStringList> m_columns;
 };
 
