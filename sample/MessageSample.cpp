@@ -1,23 +1,14 @@
 #include "sample/MessageSample.h"
 
-#include "sample/AddressBookSample.h"
 #include "sample/BackupWriter.h"
 #include "sample/ManyMessages.h"
 #include "sample/MessageDatabase.h"
 #include "sample/MessageShowcase.h"
 #include "sample/Random.h"
 
-#include <algorithm>
-
 namespace Sample {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-constexpr int kMostContacts = 500; // The others write from numbers without a name.
-
-} // namespace
 
 void addMessages(BackupWriter &writer, const Options &options)
 {
@@ -27,21 +18,15 @@ void addMessages(BackupWriter &writer, const Options &options)
     const QString path = u"Library/SMS/sms.db"_s;
     Random random(options.seed, "messages");
     MessageDatabase database(writer.contentPath(domain, path), options.messagesRelease);
-    QList<Person> contacts = people();
-    if (options.messages == Options::kShowcase) {
+    if (options.messages == Options::kShowcase)
         addMessageShowcase(database, writer, random);
-    } else {
+    else
         addManyMessages(database, random, options.messages, options.conversations);
-        const int named = std::min(kMostContacts, options.conversations * 2 / 3);
-        for (auto i = static_cast<int>(contacts.size()); i < named; ++i)
-            contacts.append(person(i));
-    }
     database.finish();
     writer.addWritten(domain, path);
     // The phone leaves these behind when it has written all back into the database.
     writer.addFile(domain, path + "-wal"_L1, QByteArray());
     writer.addFile(domain, path + "-shm"_L1, QByteArray(32768, '\0'));
-    addAddressBook(writer, contacts);
 }
 
 } // namespace Sample

@@ -7,7 +7,7 @@ namespace Sample {
 
 class BackupWriter;
 
-//! Adds conversations, the files sent in them, and the address book with the people's names.
+//! Adds conversations and the files sent in them. The people's names are in the address book.
 void addMessages(BackupWriter &writer, const Options &options);
 
 } // namespace Sample

@@ -22,6 +22,8 @@ struct Options
     int messages = kShowcase; //!< kShowcase: a few conversations with every kind of message.
     int conversations = 20; //!< For the messages, when they are counted.
     int messagesRelease = 18; //!< iOS release whose tables the messages stand in, 6 to 18.
+    int contacts = kShowcase; //!< kShowcase: the people who write, and every kind of entry.
+    int contactPhotos = 0; //!< For the contacts, when they are counted; 100 KB each.
     int indexRows = 0; //!< Rows of the index on top, folders among them, without content files.
     QList<qint64> fileSizesBytes; //!< Of photos and videos, in turn; empty: as they come.
 };

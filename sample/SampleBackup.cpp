@@ -3,6 +3,7 @@
 #include "sample/AppDocumentSample.h"
 #include "sample/BookSample.h"
 #include "sample/CameraRollSample.h"
+#include "sample/ContactSample.h"
 #include "sample/IndexRowsSample.h"
 #include "sample/MessageSample.h"
 #include "sample/RingtoneSample.h"
@@ -22,6 +23,7 @@ void addSampleContents(BackupWriter &writer, const Options &options)
     addAppDocuments(writer, options);
     addVoicemails(writer, options);
     addMessages(writer, options);
+    addContacts(writer, options);
     addIndexRows(writer, options);
 }
 

@@ -47,6 +47,18 @@ void addMessageOptions(CLI::App &app, Sample::Options &options)
         ->capture_default_str();
 }
 
+void addContactOptions(CLI::App &app, Sample::Options &options)
+{
+    app.add_option(
+           "--contacts", options.contacts, "Contacts; without this a few with every kind of entry")
+        ->check(CLI::Range(0, kMostOfAKind).description(""))
+        ->type_name("N");
+    addCount(app,
+             "--contact-photos",
+             options.contactPhotos,
+             "How many of the --contacts have a photo, of 100 KB each");
+}
+
 bool isNewOrEmpty(const QString &path)
 {
     const QFileInfo info(path);
@@ -74,6 +86,9 @@ QString summary(const Sample::Options &options)
     if (options.messages == Sample::Options::kShowcase)
         parts.append(u"conversations with every kind of message"_s);
     add(options.messages, u"message"_s, u"messages"_s);
+    if (options.contacts == Sample::Options::kShowcase)
+        parts.append(u"contacts with every kind of entry"_s);
+    add(options.contacts, u"contact"_s, u"contacts"_s);
     add(options.indexRows, u"row without a file"_s, u"rows without files"_s);
     return parts.isEmpty() ? u"nothing but settings"_s : parts.join(", "_L1);
 }
@@ -100,6 +115,7 @@ int main(int argc, char *argv[])
     addCount(app, "--app-documents", options.appDocuments, "Documents of apps");
     addCount(app, "--voicemail", options.voicemails, "Voicemail messages");
     addMessageOptions(app, options);
+    addContactOptions(app, options);
     addCount(app, "--index-rows", options.indexRows, "Rows of the index on top, without files");
     app.add_option("--file-size",
                    fileSizesBytes,

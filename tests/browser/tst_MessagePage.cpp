@@ -3,6 +3,7 @@
 #include "browser/PageFaults.h"
 #include "cli/Program.h"
 #include "sample/BackupWriter.h"
+#include "sample/ContactSample.h"
 #include "sample/MessageSample.h"
 
 #include <QTemporaryDir>
@@ -128,6 +129,7 @@ QString tst_MessagePage::exported(const QString &name, const Sample::Options &op
     Sample::BackupWriter writer(backup);
     writer.setInfo(u"Display Name"_s, u"Robin"_s);
     Sample::addMessages(writer, options);
+    Sample::addContacts(writer, options);
     if (!writer.finish())
         return {};
     CliTest::run({ u"--only=messages"_s, backup, output });

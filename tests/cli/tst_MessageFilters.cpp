@@ -1,5 +1,6 @@
 #include "cli/Program.h"
 #include "sample/BackupWriter.h"
+#include "sample/ContactSample.h"
 #include "sample/MessageSample.h"
 #include "support/Files.h"
 
@@ -58,6 +59,7 @@ void tst_MessageFilters::initTestCase()
     m_backup = m_temp.filePath(u"backup"_s);
     Sample::BackupWriter writer(m_backup);
     Sample::addMessages(writer, {});
+    Sample::addContacts(writer, {});
     QVERIFY2(writer.finish(), qPrintable(writer.error()));
 }
 
