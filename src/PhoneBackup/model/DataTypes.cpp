@@ -3,10 +3,13 @@
 #include "model/AppDocuments.h"
 #include "model/Audio.h"
 #include "model/Books.h"
+#include "model/Calendar.h"
 #include "model/CameraRoll.h"
 #include "model/Contacts.h"
 #include "model/MessageFiles.h"
 #include "model/Messages.h"
+#include "model/Notes.h"
+#include "model/Reminders.h"
 #include "model/SharedAlbums.h"
 #include "model/VoiceMemos.h"
 #include "model/Voicemail.h"
@@ -16,10 +19,11 @@ namespace PhoneBackup {
 const QList<DataType> &dataTypeTable()
 {
     static const QList<DataType> table {
-        { 0, &readCameraRoll },    { 1, &readCameraRoll },   { 2, &readSharedAlbums },
-        { 3, &readVoiceMemos },    { 4, &readBooks },        { 5, &readAudio },
-        { 6, &readMessages },      { 7, &readMessageFiles }, { 8, &readContacts },
-        { 10, &readAppDocuments }, { 16, &readVoicemail },
+        { 0, &readCameraRoll }, { 1, &readCameraRoll },    { 2, &readSharedAlbums },
+        { 3, &readVoiceMemos }, { 4, &readBooks },         { 5, &readAudio },
+        { 6, &readMessages },   { 7, &readMessageFiles },  { 8, &readContacts },
+        { 9, &readNotes },      { 10, &readAppDocuments }, { 13, &readReminders },
+        { 14, &readCalendar },  { 16, &readVoicemail },    { 18, &readNotes },
     };
     return table;
 }
