@@ -24,6 +24,10 @@ struct Options
     int messagesRelease = 18; //!< iOS release whose tables the messages stand in, 6 to 18.
     int contacts = kShowcase; //!< kShowcase: the people who write, and every kind of entry.
     int contactPhotos = 0; //!< For the contacts, when they are counted; 100 KB each.
+    int notes = 9;
+    int events = 9;
+    int reminders = 8;
+    int plannerRelease = 18; //!< iOS release whose stores these three stand in, 6 to 18.
     int indexRows = 0; //!< Rows of the index on top, folders among them, without content files.
     QList<qint64> fileSizesBytes; //!< Of photos and videos, in turn; empty: as they come.
 };

@@ -6,6 +6,8 @@
 #include "sample/ContactSample.h"
 #include "sample/IndexRowsSample.h"
 #include "sample/MessageSample.h"
+#include "sample/NoteSample.h"
+#include "sample/PlannerSample.h"
 #include "sample/RingtoneSample.h"
 #include "sample/SystemSample.h"
 #include "sample/VoiceMemoSample.h"
@@ -24,6 +26,8 @@ void addSampleContents(BackupWriter &writer, const Options &options)
     addVoicemails(writer, options);
     addMessages(writer, options);
     addContacts(writer, options);
+    addNotes(writer, options);
+    addPlanner(writer, options);
     addIndexRows(writer, options);
 }
 

@@ -59,6 +59,19 @@ void addContactOptions(CLI::App &app, Sample::Options &options)
              "How many of the --contacts have a photo, of 100 KB each");
 }
 
+void addPlannerOptions(CLI::App &app, Sample::Options &options)
+{
+    addCount(app, "--notes", options.notes, "Notes");
+    addCount(app, "--events", options.events, "Events of the calendar");
+    addCount(app, "--reminders", options.reminders, "Reminders");
+    app.add_option("--planner-era",
+                   options.plannerRelease,
+                   "iOS release whose stores notes, events and reminders stand in, 6 to 18")
+        ->check(CLI::Range(6, 18).description(""))
+        ->type_name("RELEASE")
+        ->capture_default_str();
+}
+
 bool isNewOrEmpty(const QString &path)
 {
     const QFileInfo info(path);
@@ -89,6 +102,9 @@ QString summary(const Sample::Options &options)
     if (options.contacts == Sample::Options::kShowcase)
         parts.append(u"contacts with every kind of entry"_s);
     add(options.contacts, u"contact"_s, u"contacts"_s);
+    add(options.notes, u"note"_s, u"notes"_s);
+    add(options.events, u"event"_s, u"events"_s);
+    add(options.reminders, u"reminder"_s, u"reminders"_s);
     add(options.indexRows, u"row without a file"_s, u"rows without files"_s);
     return parts.isEmpty() ? u"nothing but settings"_s : parts.join(", "_L1);
 }
@@ -116,6 +132,7 @@ int main(int argc, char *argv[])
     addCount(app, "--voicemail", options.voicemails, "Voicemail messages");
     addMessageOptions(app, options);
     addContactOptions(app, options);
+    addPlannerOptions(app, options);
     addCount(app, "--index-rows", options.indexRows, "Rows of the index on top, without files");
     app.add_option("--file-size",
                    fileSizesBytes,

@@ -16,6 +16,7 @@ Sample::Options messagesOnly()
     Sample::Options options;
     options.photos = options.videos = options.sharedPhotos = options.voiceMemos = 0;
     options.books = options.ringtones = options.appDocuments = options.voicemails = 0;
+    options.notes = options.events = options.reminders = 0;
     return options;
 }
 

@@ -225,7 +225,7 @@ void tst_SampleBackup::leavesOutWhatIsNotWanted()
         Sample::Options none;
         none.photos = none.videos = none.sharedPhotos = none.voiceMemos = 0;
         none.books = none.ringtones = none.appDocuments = none.voicemails = none.messages = 0;
-        none.contacts = 0;
+        none.contacts = none.notes = none.events = none.reminders = 0;
         make(root, none);
     }
     const QByteArray sql =

@@ -1,0 +1,62 @@
+#ifndef SAMPLE_NOTERECORD_H
+#define SAMPLE_NOTERECORD_H
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace Sample {
+
+//! A protobuf message, field by field.
+class FieldWriter
+{
+public:
+    FieldWriter &number(quint32 field, quint64 value);
+    FieldWriter &bytes(quint32 field, const QByteArray &value);
+    FieldWriter &text(quint32 field, const QString &value) { return bytes(field, value.toUtf8()); }
+
+    QByteArray message() const { return m_message; }
+
+private:
+    void varint(quint64 value);
+
+    QByteArray m_message;
+};
+
+//! A stretch of a note's text with one look.
+struct NoteRun
+{
+    static constexpr int kPlain = -1;
+    enum Style {
+        Title = 0,
+        Heading = 1,
+        Monospaced = 4,
+        Dotted = 100,
+        Dashed = 101,
+        Numbered = 102,
+        Checklist = 103
+    };
+
+    QString text;
+    int style = kPlain;
+    int indent = 0;
+    bool isDone = false;
+    bool isQuote = false;
+    QString link = {};
+    QString attachment = {}; //!< Its identifier; the text is U+FFFC.
+    QString attachmentType = {};
+};
+
+//! The record of a note's text, not packed.
+QByteArray noteDocument(const QList<NoteRun> &runs);
+
+//! The record of a table of \a rows that are all as long as the first, not packed.
+QByteArray tableDocument(const QList<QStringList> &rows);
+
+//! \a bytes as gzip packs them.
+QByteArray gzipped(const QByteArray &bytes);
+
+} // namespace Sample
+
+#endif
