@@ -72,6 +72,26 @@ public:
         return lines;
     }
 
+    //! The rows of a table: cells with bars between them, " [deleted]" behind rows that are; line
+    //! ends as slashes.
+    QStringList table(int dataType)
+    {
+        PhoneBackup::Backup *backup = m_backup ? m_backup.get() : open();
+        QStringList lines;
+        if (!backup)
+            return { QStringLiteral("not opened") };
+        const BkData *data = backup->getBkData(dataType);
+        for (const int row : data->recoverList()) {
+            QStringList cells;
+            for (int column = 0; column < data->column(); ++column)
+                cells.append(data->value(row, column));
+            lines.append(
+                cells.join(QLatin1Char('|')).replace(QLatin1Char('\n'), QLatin1Char('/'))
+                + (data->at(row, true)->flag(0) ? QStringLiteral(" [deleted]") : QString()));
+        }
+        return lines;
+    }
+
     //! The problems so far: "code source", with " (loss)" behind those that lost something.
     QStringList problems() const
     {

@@ -1,0 +1,492 @@
+#include "model/HtmlText.h"
+#include "model/NoteTable.h"
+#include "model/NoteText.h"
+#include "record/FieldReader.h"
+#include "record/Gzip.h"
+#include "sample/NoteRecord.h"
+#include "support/Files.h"
+
+#include <QtTest>
+
+using namespace PhoneBackup;
+using namespace Qt::StringLiterals;
+using Sample::FieldWriter;
+using Sample::NoteRun;
+
+namespace {
+
+constexpr qsizetype kLargest = 32 << 20;
+const QString kFile = QString(QChar(0xFFFC));
+
+QString realData()
+{
+    const QString given = qEnvironmentVariable("DATAEXPORT_REAL_DATA");
+    return given.isEmpty() ? QDir(QStringLiteral(TEST_SOURCE_DIR)).filePath(u"../../shared/real"_s)
+                           : given;
+}
+
+// A file by its identifier; "table" gives lines of a table.
+NoteText::Inset inset(const QString &identifier, const QString &type)
+{
+    if (identifier == "table"_L1)
+        return { u"a | b\nc | d"_s, true };
+    return { u'[' + identifier + u' ' + type + u']', false };
+}
+
+QString textOf(const QList<NoteRun> &runs)
+{
+    // Fixed blanks are written as dots.
+    return NoteText::read(Sample::noteDocument(runs), &inset)
+        .text.replace(QChar(QChar::Nbsp), u'.');
+}
+
+} // namespace
+
+//! Texts as a person reads them, from the forms that notes are kept in.
+class tst_NoteText : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsFields_data();
+    void readsFields();
+    void unpacks_data();
+    void unpacks();
+    void neverUnpacksMoreThanAllowed();
+    void readsLooks_data();
+    void readsLooks();
+    void readsDamagedRecords();
+    void survivesEveryFlippedByte_data();
+    void survivesEveryFlippedByte();
+    void boundsWhatRecordsSay_data();
+    void boundsWhatRecordsSay();
+    void readsTables_data();
+    void readsTables();
+    void readsHtml_data();
+    void readsHtml();
+    void readsRealRecords_data();
+    void readsRealRecords();
+};
+
+void tst_NoteText::readsFields_data()
+{
+    QTest::addColumn<QByteArray>("message");
+    QTest::addColumn<QString>("expected"); // "number=value" or "number:bytes", "!" when damaged
+
+    const auto row = [](const char *name, const char *hex, const QString &expected) {
+        QTest::newRow(name) << QByteArray::fromHex(hex) << expected;
+    };
+    row("nothing", "", QString());
+    row("every wire type",
+        "0801 12026869 1d04030201 210807060504030201",
+        u"1=1 2:hi 3=16909060 4=72623859790382856"_s);
+    row("long number", "08ffffffffffffffffff01", u"1=18446744073709551615"_s);
+    row("number beyond 64 bits", "08ffffffffffffffffff7f", u"1=18446744073709551615"_s);
+    row("number without an end", "0801 10ffffffffffffffffffff01", u"1=1 !"_s);
+    row("cut number", "0801 10ff", u"1=1 !"_s);
+    row("bytes longer than the message", "0801 120568", u"1=1 !"_s);
+    row("length of 64 bits", "0801 12ffffffffffffffffff01", u"1=1 !"_s);
+    row("cut fixed numbers", "1d0403", u"!"_s);
+    row("field 0", "0001", u"!"_s);
+    row("number of a field too large", "f8ffffffff7f01", u"!"_s);
+    row("group", "0801 0b 0c", u"1=1 !"_s);
+    row("wire type 7", "0f", u"!"_s);
+    row("empty bytes", "1200 1801", u"2: 3=1"_s);
+}
+
+void tst_NoteText::readsFields()
+{
+    QFETCH(QByteArray, message);
+    QFETCH(QString, expected);
+    QStringList read;
+    FieldReader reader(message);
+    while (reader.next()) {
+        const QString number = QString::number(reader.number());
+        read.append(reader.isBytes() ? number + u':' + QString::fromUtf8(reader.bytes())
+                                     : number + u'=' + QString::number(reader.value()));
+    }
+    if (reader.isDamaged())
+        read.append(u"!"_s);
+    QCOMPARE(read.join(u' '), expected);
+    QVERIFY(!reader.next());
+}
+
+void tst_NoteText::unpacks_data()
+{
+    QTest::addColumn<QByteArray>("record");
+    QTest::addColumn<int>("state");
+    QTest::addColumn<QByteArray>("start");
+
+    using State = Unzipped::State;
+    const QByteArray text = QByteArray("Milk and bread. ").repeated(1000);
+    const QByteArray packed = Sample::gzipped(text);
+    QByteArray wrong = packed;
+    wrong[wrong.size() - 6] = char(~uchar(wrong[wrong.size() - 6]));
+    QTest::newRow("whole") << packed << int(State::Whole) << text;
+    QTest::newRow("empty text") << Sample::gzipped({}) << int(State::Whole) << QByteArray();
+    QTest::newRow("wrong check sum") << wrong << int(State::Damaged) << text;
+    QTest::newRow("cut") << packed.first(packed.size() - 20) << int(State::Damaged)
+                         << QByteArray("Milk and bread. ");
+    QTest::newRow("header alone") << packed.first(10) << int(State::Damaged) << QByteArray();
+    QTest::newRow("two bytes") << packed.first(2) << int(State::Damaged) << QByteArray();
+    QTest::newRow("nothing") << QByteArray() << int(State::NotGzip) << QByteArray();
+    QTest::newRow("cipher") << QByteArray("\x00\x11\x22", 3) << int(State::NotGzip) << QByteArray();
+    QTest::newRow("property list") << QByteArray("bplist00") << int(State::NotGzip) << QByteArray();
+}
+
+void tst_NoteText::unpacks()
+{
+    QFETCH(QByteArray, record);
+    QFETCH(int, state);
+    QFETCH(QByteArray, start);
+    const Unzipped result = unzipped(record, kLargest);
+    QCOMPARE(int(result.state), state);
+    QVERIFY(result.data.startsWith(start));
+    if (result.state == Unzipped::State::Whole)
+        QCOMPARE(result.data.size(), start.size());
+}
+
+void tst_NoteText::neverUnpacksMoreThanAllowed()
+{
+    const QByteArray bomb = Sample::gzipped(QByteArray(64 << 20, 'x'));
+    QVERIFY(bomb.size() < 100'000);
+    for (const qsizetype most : { qsizetype(1), qsizetype(5000), qsizetype(1) << 20 }) {
+        const Unzipped result = unzipped(bomb, most);
+        QCOMPARE(int(result.state), int(Unzipped::State::TooLong));
+        QCOMPARE(result.data.size(), most);
+        QVERIFY(result.data.capacity() < 2 * most + 5000);
+    }
+}
+
+void tst_NoteText::readsLooks_data()
+{
+    QTest::addColumn<QList<NoteRun>>("runs");
+    QTest::addColumn<QString>("expected");
+
+    const int plain = NoteRun::kPlain;
+    const auto row = [](const char *name, const QList<NoteRun> &runs, const QString &expected) {
+        QTest::newRow(name) << runs << expected;
+    };
+    row("nothing", {}, QString());
+    row("plain", { { u"One\nTwo\n\nThree"_s } }, u"One\nTwo\n\nThree"_s);
+    row("line ends behind the text", { { u"One\n\n\n"_s } }, u"One"_s);
+    row("title and heading",
+        { { u"T\n"_s, NoteRun::Title }, { u"H\n"_s, NoteRun::Heading }, { u"b"_s } },
+        u"T\nH\nb"_s);
+    row("lists",
+        { { u"a\nb\n"_s, NoteRun::Dotted },
+          { u"c\n"_s, NoteRun::Dotted, 1 },
+          { u"d\n"_s, NoteRun::Dashed, 2 } },
+        u"• a\n• b\n....• c\n........– d"_s);
+    row("checklist",
+        { { u"open\n"_s, NoteRun::Checklist }, { u"done\n"_s, NoteRun::Checklist, 1, true } },
+        u"☐ open\n....☑ done"_s);
+    row("an item that is empty", { { u"a\n\nb"_s, NoteRun::Dotted } }, u"• a\n• \n• b"_s);
+    row("numbers go on behind a deeper level",
+        { { u"a\nb\n"_s, NoteRun::Numbered },
+          { u"x\ny\n"_s, NoteRun::Numbered, 1 },
+          { u"c\n"_s, NoteRun::Numbered },
+          { u"x\n"_s, NoteRun::Numbered, 1 } },
+        u"1. a\n2. b\n....1. x\n....2. y\n3. c\n....1. x"_s);
+    row("numbers begin anew behind a text",
+        { { u"a\nb\n"_s, NoteRun::Numbered }, { u"text\n"_s }, { u"c"_s, NoteRun::Numbered } },
+        u"1. a\n2. b\ntext\n1. c"_s);
+    row("an item of several looks has one mark",
+        { { u"a "_s, NoteRun::Dotted },
+          { u"bold\n"_s, NoteRun::Dotted },
+          { u"b"_s, NoteRun::Dotted } },
+        u"• a bold\n• b"_s);
+    row("line break in an item",
+        { { u"a\u2028b\nc"_s, NoteRun::Dotted, 1 } },
+        u"....• a\n....b\n....• c"_s);
+    row("quote", { { u"said\n"_s, plain, 0, false, true } }, u"┃ said"_s);
+    row("indented code", { { u"if\n  x\n\ty z"_s, NoteRun::Monospaced } }, u"if\n..x\n....y z"_s);
+    row("link",
+        { { u"see "_s },
+          { u"here"_s, plain, 0, false, false, u"https://a.example/x"_s },
+          { u"."_s } },
+        u"see here (https://a.example/x)."_s);
+    row("link in several looks",
+        { { u"he"_s, plain, 0, false, false, u"https://a.example"_s },
+          { u"re"_s, plain, 0, false, false, u"https://a.example"_s } },
+        u"here (https://a.example)"_s);
+    row("link up to the end of its line",
+        { { u"here\n"_s, plain, 0, false, false, u"https://a.example"_s }, { u"b"_s } },
+        u"here (https://a.example)\nb"_s);
+    row("link that is shown",
+        { { u"A.example"_s, plain, 0, false, false, u"https://a.example/"_s } },
+        u"A.example"_s);
+    row("address that is shown",
+        { { u"ann@a.example"_s, plain, 0, false, false, u"mailto:ann@a.example"_s } },
+        u"ann@a.example"_s);
+    row("file",
+        { { u"see "_s },
+          { kFile, plain, 0, false, false, {}, u"id"_s, u"public.jpeg"_s },
+          { u" ok"_s } },
+        u"see [id public.jpeg] ok"_s);
+    row("table stands alone",
+        { { u"see "_s }, { kFile, plain, 0, false, false, {}, u"table"_s, u"t"_s }, { u"ok"_s } },
+        u"see \na | b\nc | d\nok"_s);
+    row("table between lines",
+        { { u"see\n"_s },
+          { kFile, plain, 0, false, false, {}, u"table"_s, u"t"_s },
+          { u"\nok"_s } },
+        u"see\na | b\nc | d\nok"_s);
+    row("outside the BMP: lengths count UTF-16",
+        { { u"🚀🕹️"_s, NoteRun::Dotted }, { u" x\n"_s, NoteRun::Dotted }, { u"後"_s } },
+        u"• 🚀🕹️ x\n後"_s);
+}
+
+void tst_NoteText::readsLooks()
+{
+    QFETCH(QList<NoteRun>, runs);
+    QFETCH(QString, expected);
+    QCOMPARE(textOf(runs), expected);
+    QVERIFY(NoteText::read(Sample::noteDocument(runs), &inset).isComplete);
+}
+
+void tst_NoteText::readsDamagedRecords()
+{
+    const QByteArray whole = Sample::noteDocument(
+        { { u"first line\n"_s }, { u"item\n"_s, NoteRun::Dotted }, { u"last"_s } });
+    // The lengths of the outer messages no longer fit: nothing of it can be told apart.
+    for (qsizetype size = 0; size < whole.size(); ++size)
+        QVERIFY(NoteText::read(whole.first(size), &inset).text.size() <= 20);
+    // Runs that lie about their lengths, and unknown fields between them.
+    const auto document = [](const QByteArray &body) {
+        return FieldWriter().bytes(2, FieldWriter().bytes(3, body).message()).message();
+    };
+    const QByteArray run = FieldWriter().number(1, ~quint64(0)).message();
+    QCOMPARE(NoteText::read(document(FieldWriter()
+                                         .number(99, 7)
+                                         .bytes(1000, "unknown")
+                                         .text(2, u"all of it"_s)
+                                         .bytes(5, run)
+                                         .bytes(5, run)
+                                         .message()),
+                            &inset)
+                 .text,
+             u"all of it"_s);
+    const NoteText cut = NoteText::read(
+        document(FieldWriter().text(2, u"all of it"_s).message() + QByteArray("\x2a\x7f")), &inset);
+    QCOMPARE(cut.text, u"all of it"_s);
+    QVERIFY(!cut.isComplete);
+    QVERIFY(!NoteText::read({}, &inset).isComplete);
+}
+
+void tst_NoteText::survivesEveryFlippedByte_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::newRow("note") << Sample::noteDocument(
+        { { u"a\n"_s, NoteRun::Numbered },
+          { kFile, -1, 0, false, false, u"x"_s, u"id"_s, u"t"_s } });
+    QTest::newRow("table") << Sample::tableDocument({ { u"a"_s, u"b"_s }, { u"c"_s, u"d"_s } });
+}
+
+void tst_NoteText::survivesEveryFlippedByte()
+{
+    QFETCH(QByteArray, document);
+    for (qsizetype at = 0; at < document.size(); ++at) {
+        for (const uchar mask : { uchar(0x01), uchar(0x80), uchar(0xFF) }) {
+            QByteArray damaged = document;
+            damaged[at] = char(uchar(damaged[at]) ^ mask);
+            QVERIFY(NoteText::read(damaged, &inset).text.size() <= 2 * document.size());
+            const std::optional<NoteTable> table = NoteTable::read(damaged);
+            QVERIFY(!table || table->text().size() <= 2 * document.size());
+        }
+    }
+}
+
+void tst_NoteText::boundsWhatRecordsSay_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<bool>("isTable");
+
+    const auto document = [](const QByteArray &body) {
+        return FieldWriter().bytes(2, FieldWriter().bytes(3, body).message()).message();
+    };
+    QList<NoteRun> insets;
+    for (int i = 0; i < 20'000; ++i)
+        insets.append({ kFile, -1, 0, false, false, {}, u"long"_s, u"t"_s });
+    QTest::newRow("the same long file everywhere") << Sample::noteDocument(insets) << false;
+    QTest::newRow("a long text") << Sample::noteDocument({ { QString(9 << 20, u'x') } }) << false;
+    // 3000 columns that share 3000 cells.
+    const auto reference = [](quint64 object) { return FieldWriter().number(6, object).message(); };
+    const auto element = [&](quint64 key, quint64 value) {
+        return FieldWriter().bytes(1, reference(key)).bytes(2, reference(value)).message();
+    };
+    FieldWriter array;
+    FieldWriter cells;
+    FieldWriter columns;
+    FieldWriter data;
+    constexpr int kMany = 3000;
+    for (int i = 0; i < kMany; ++i) {
+        const QByteArray uuid = "identifier " + QByteArray::number(i);
+        array.bytes(2, FieldWriter().bytes(2, uuid).message());
+        data.bytes(6, uuid);
+        cells.bytes(1, element(quint64(3 + i), 2));
+        columns.bytes(1, element(quint64(3 + i), 1));
+    }
+    const QByteArray set =
+        FieldWriter().bytes(1, FieldWriter().bytes(1, array.message()).message()).message();
+    FieldWriter table;
+    table.number(1, 0);
+    const std::array<quint64, 3> parts { 3 + kMany, 3 + kMany, 4 + kMany };
+    for (std::size_t i = 0; i < parts.size(); ++i)
+        table.bytes(3, FieldWriter().number(1, i).bytes(2, reference(parts[i])).message());
+    data.bytes(3, FieldWriter().bytes(13, table.message()).message());
+    data.bytes(3, FieldWriter().bytes(6, cells.message()).message());
+    data.bytes(
+        3, FieldWriter().bytes(10, FieldWriter().text(2, QString(500, u'x')).message()).message());
+    for (int i = 0; i < kMany; ++i) {
+        const QByteArray value = FieldWriter().number(2, quint64(i)).message();
+        const QByteArray entry = FieldWriter().number(1, 9).bytes(2, value).message();
+        data.bytes(3, FieldWriter().bytes(13, FieldWriter().bytes(3, entry).message()).message());
+    }
+    data.bytes(3, FieldWriter().bytes(16, set).message());
+    data.bytes(3, FieldWriter().bytes(6, columns.message()).message());
+    for (const char *key : { "crRows", "crColumns", "cellColumns" })
+        data.bytes(4, key);
+    data.bytes(5, "x.ICTable");
+    QTest::newRow("columns that share their cells") << document(data.message()) << true;
+}
+
+void tst_NoteText::boundsWhatRecordsSay()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(bool, isTable);
+    if (isTable) {
+        const std::optional<NoteTable> table = NoteTable::read(document);
+        QVERIFY(table && !table->isComplete && !table->rows.isEmpty());
+        QVERIFY(table->rows.size() * table->rows.first().size() <= NoteTable::kMaxCells);
+        QVERIFY(table->text().size() < 10 * document.size());
+        return;
+    }
+    const NoteText text = NoteText::read(document, [](const QString &, const QString &) {
+        return NoteText::Inset { QString(1000, u'x'), false };
+    });
+    QVERIFY(!text.isComplete);
+    QCOMPARE(text.text.size(), NoteText::kMaxCharacters);
+}
+
+void tst_NoteText::readsTables_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("two by three") << Sample::tableDocument(
+        { { u"a"_s, u"b"_s, u"c"_s }, { u"d"_s, u"e"_s, u"f"_s } })
+                                  << u"a | b | c\nd | e | f"_s;
+    QTest::newRow("cells with lines, and empty ones")
+        << Sample::tableDocument({ { u"a\nb"_s, QString() }, { QString(), u"d"_s } })
+        << u"a b | \n | d"_s;
+    QTest::newRow("no rows") << Sample::tableDocument({}) << QString();
+    QTest::newRow("a note is none") << Sample::noteDocument({ { u"a"_s } }) << u"none"_s;
+    QTest::newRow("nothing") << QByteArray() << u"none"_s;
+}
+
+void tst_NoteText::readsTables()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(QString, expected);
+    const std::optional<NoteTable> table = NoteTable::read(document);
+    QCOMPARE(table ? table->text() : u"none"_s, expected);
+}
+
+void tst_NoteText::readsHtml_data()
+{
+    QTest::addColumn<QString>("html");
+    QTest::addColumn<QString>("expected");
+
+    const auto row = [](const char *name, const QString &html, const QString &expected) {
+        QTest::newRow(name) << html << expected;
+    };
+    row("lines", u"<div>Milk</div><div>Bread</div>"_s, u"Milk\nBread"_s);
+    row("first line bare", u"Milk<div>Bread</div>"_s, u"Milk\nBread"_s);
+    row("empty line", u"<div>a</div><div><br></div><div>b</div>"_s, u"a\n\nb"_s);
+    row("breaks", u"a<br>b<br/><BR>c"_s, u"a\nb\n\nc"_s);
+    row("white space", u"<p> a \n  b </p>\n<p>c</p>"_s, u"a b\nc"_s);
+    row("entities",
+        u"<b>a &lt;b&gt; &amp;amp; &#8364; &#x1F600; &nbsp;x &bogus; &#0; &"_s,
+        u"a <b> &amp; € 😀 \u00A0x &bogus; &#0; &"_s);
+    row("no tags", u"a\nb &amp; c"_s, u"a\nb & c"_s);
+    row("lists",
+        u"<ul><li>a</li><li>b<ol><li>c</li><li>d</li></ol></li></ul>e"_s,
+        u"• a\n• b\n\u00A0\u00A0\u00A0\u00A01. c\n\u00A0\u00A0\u00A0\u00A02. d\ne"_s);
+    row("link",
+        u"<a href=\"https://a.example/?a=1&amp;b=2\">here</a>!"_s,
+        u"here (https://a.example/?a=1&b=2)!"_s);
+    row("link that is shown", u"<a href='http://a.example/'>a.example</a>"_s, u"a.example"_s);
+    row("table",
+        u"<table><tr><td>a</td><td>b</td></tr><tr><td>c</td></tr></table>"_s,
+        u"a | b\nc"_s);
+    row("picture",
+        u"<div>x <img src=\"cid:1\" alt=\"Boat\"> <img src='cid:2'></div>"_s,
+        u"x [Boat] [Picture]"_s);
+    row("script and style", u"<style>p{}</style>a<script>if (a<b) x();</script>b"_s, u"ab"_s);
+    row("comment", u"a<!-- <b> -->b<!-- open"_s, u"ab"_s);
+    row("no tag", u"<b>1 < 2 and 3 <4</b>"_s, u"1 < 2 and 3 <4"_s);
+    row("tag without an end", u"<b>a <b"_s, u"a <b"_s);
+    row("bracket in an attribute", u"<a title=\"a>b\">x</a>"_s, u"x"_s);
+    row("preformatted", u"<pre>a\n b</pre>"_s, u"a\n\u00A0b"_s);
+}
+
+void tst_NoteText::readsHtml()
+{
+    QFETCH(QString, html);
+    QFETCH(QString, expected);
+    QCOMPARE(textOfHtml(html), expected);
+}
+
+void tst_NoteText::readsRealRecords_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("expected"); // a part of it
+
+    QTest::newRow("simple") << u"simple_note_protobuf"_s << u"Title"_s;
+    QTest::newRow("lists")
+        << u"list_indents"_s
+        << u"☐ Checklist\n....☐ Indented checklist 1\n........☐ Indented "
+           "checklist 2 checked\n....☐ Indented 1\n\n• Dotted list\n....• Dotted "
+           "list second indent\n• Dotted list\n\n....– Dashed list indent 2\n– "
+           "Dashed list\n\n1. Numbered list\n....1. Numbers list indent 2"_s;
+    QTest::newRow("links") << u"url"_s
+                           << u"Jim Nettles (https://en.m.wikipedia.org/wiki/Jim_Nettles) "
+                              "followed his older brother (https://"_s;
+    QTest::newRow("quotes") << u"block_quotes"_s << u"\n┃ This is a block quote\n"_s;
+    QTest::newRow("emoji") << u"emoji_formatting_1"_s
+                           << u"🚀1🚀2🕹️3💻4🖥️5🧑\u200d💻6👩\u200d💻7"_s;
+    QTest::newRow("tags as text") << u"html"_s << u"<script src=‘evil.js’></script>"_s;
+    QTest::newRow("wide characters")
+        << u"wide_characters"_s
+        << u"體驗看法覺得很大\n\n6 character title\n8 character body\n\n[AE845CBB-"_s;
+    QTest::newRow("decorations") << u"text_decorations"_s
+                                 << u"Bold italic body \nUnderlined body"_s;
+    QTest::newRow("table") << u"table"_s
+                           << u"Row 1 Column 1 | Row 1 Column 2\nRow 2 Column 1 | Row 2 Column 2"_s;
+    QTest::newRow("table from right to left") << u"right_to_left_table"_s << u"اول | \n | نهاية"_s;
+}
+
+void tst_NoteText::readsRealRecords()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, expected);
+    const QString path = realData() + u"/notes/bodies/%1_gzipped.bin"_s.arg(file);
+    if (!QFileInfo::exists(path))
+        QSKIP("no real records: set DATAEXPORT_REAL_DATA to where they are");
+    const Unzipped record = unzipped(Files::read(path), kLargest);
+    QCOMPARE(int(record.state), int(Unzipped::State::Whole));
+    const std::optional<NoteTable> table = NoteTable::read(record.data);
+    if (table) {
+        QCOMPARE(table->text(), expected);
+        QVERIFY(table->isComplete);
+        return;
+    }
+    NoteText text = NoteText::read(record.data, &inset);
+    QVERIFY(text.isComplete);
+    text.text.replace(QChar(QChar::Nbsp), u'.');
+    QVERIFY2(text.text.contains(expected), qPrintable(text.text));
+}
+
+QTEST_GUILESS_MAIN(tst_NoteText)
+#include "tst_NoteText.moc"
