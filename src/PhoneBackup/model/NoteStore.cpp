@@ -32,6 +32,7 @@ constexpr qint64 kTrash = 1; // kind of a folder
 constexpr int kMostLevels = 32; // of folders in folders, and attachments in attachments
 constexpr qsizetype kMaxCharacters = qsizetype(32) << 20;
 constexpr qsizetype kMaxRecordBytes = qsizetype(32) << 20; // of one note's text, or one table
+constexpr qsizetype kMaxUnpackedBytes = qsizetype(2) << 30; // of all of them
 
 const QString kObjects = u"ZICCLOUDSYNCINGOBJECT"_s;
 const QString kData = u"ZICNOTEDATA"_s;
@@ -280,11 +281,19 @@ private:
         m_attachments.insert(attachment.key, attachment);
     }
 
+    // A record may unpack to a thousand times its size: together they have a limit, too.
+    Unzipped unpacked(QByteArrayView record)
+    {
+        Unzipped result = unzipped(record, std::min(kMaxRecordBytes, m_bytesLeft));
+        m_bytesLeft -= result.data.size();
+        return result;
+    }
+
     void readTable(Attachment &attachment, QByteArrayView record)
     {
         if (record.isEmpty())
             return;
-        const Unzipped unzipped = PhoneBackup::unzipped(record, kMaxRecordBytes);
+        const Unzipped unzipped = unpacked(record);
         const std::optional<NoteTable> table = NoteTable::read(unzipped.data);
         if (table)
             attachment.table = table->text();
@@ -352,7 +361,7 @@ private:
 
     void setText(Draft &draft, QByteArrayView record)
     {
-        const Unzipped unzipped = PhoneBackup::unzipped(record, kMaxRecordBytes);
+        const Unzipped unzipped = unpacked(record);
         if (unzipped.state == Unzipped::State::NotGzip) {
             lock(draft, {});
             reportText(draft, tr("The text of the note is locked or damaged."));
@@ -561,6 +570,7 @@ private:
     QHash<qint64, Medium> m_mediaObjects;
     QHash<qint64, qint64> m_mediumOfAttachment;
     qsizetype m_charactersLeft = kMaxCharacters;
+    qsizetype m_bytesLeft = kMaxUnpackedBytes;
 };
 
 } // namespace
