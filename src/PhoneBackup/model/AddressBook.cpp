@@ -192,13 +192,12 @@ void AddressBook::addCard(Card &&card)
     m_personOfCard.insert(card.row, number);
     const bool isBetter = isNameCard || person.name.isEmpty()
         || (!m_settledNames.contains(number) && card.isPreferred);
+    person.cards.push_back(card.row);
     if (!card.person.name.isEmpty() && isBetter) {
         person.name = card.person.name;
         person.sortName = card.person.sortName;
         person.sortRest = card.person.sortRest;
-        person.cards.insert(person.cards.begin(), card.row);
-    } else {
-        person.cards.push_back(card.row);
+        std::swap(person.cards.front(), person.cards.back());
     }
     if (isNameCard)
         m_settledNames.insert(number);
