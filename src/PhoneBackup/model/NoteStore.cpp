@@ -312,8 +312,7 @@ private:
     {
         if (m_store.hasColumn(kObjects, u"ZFOLDER"_s))
             return;
-        static const QRegularExpression kLinks(u"^Z_(\\d+)NOTES$"_s);
-        static const QRegularExpression kOtherColumn(u"^Z_(\\d+)NOTES$"_s);
+        static const QRegularExpression kLinks(u"^Z_\\d+NOTES$"_s); // the table, and its column
         QStringList tables;
         m_store.query(u"name"_s, u"sqlite_master"_s, [&tables](const Statement &row) {
             if (kLinks.match(row.text(0)).hasMatch())
@@ -322,7 +321,7 @@ private:
         for (const QString &table : std::as_const(tables)) {
             const QStringList columns = m_store.columns(table);
             const QString folders = table.chopped(5) + u"FOLDERS"_s;
-            const qsizetype notes = columns.indexOf(kOtherColumn);
+            const qsizetype notes = columns.indexOf(kLinks);
             if (!columns.contains(folders) || notes < 0)
                 continue;
             m_store.query(columns[notes] + u", "_s + folders, table, [this](const Statement &row) {
