@@ -183,8 +183,8 @@ void writeAttributes(StreamWriter &out, const TextRun &run)
     out.group("@");
     out.open(kDictionary);
     out.group("i");
-    const int optional =
-        int(!run.attachmentGuid.isEmpty()) + int(!run.link.isEmpty()) + int(!run.mention.isEmpty());
+    const int optional = int(!run.attachmentGuid.isEmpty()) + int(!run.link.isEmpty())
+        + int(!run.mention.isEmpty()) + int(!run.transcription.isEmpty());
     out.integer(1 + optional);
     if (!run.attachmentGuid.isEmpty()) {
         out.attributeName("__kIMFileTransferGUIDAttributeName");
@@ -203,6 +203,10 @@ void writeAttributes(StreamWriter &out, const TextRun &run)
         out.attributeName("__kIMMentionConfirmedMention");
         writeText(out, run.mention);
     }
+    if (!run.transcription.isEmpty()) {
+        out.attributeName("IMAudioTranscription");
+        writeText(out, run.transcription);
+    }
     out.attributeName("__kIMMessagePartAttributeName");
     writeNumber(out, run.part);
     out.close();
@@ -211,7 +215,8 @@ void writeAttributes(StreamWriter &out, const TextRun &run)
 bool sameAttributes(const TextRun &left, const TextRun &right)
 {
     return left.part == right.part && left.attachmentGuid == right.attachmentGuid
-        && left.link == right.link && left.mention == right.mention;
+        && left.link == right.link && left.mention == right.mention
+        && left.transcription == right.transcription;
 }
 
 } // namespace

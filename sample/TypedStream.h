@@ -15,6 +15,8 @@ struct TextRun
     QString attachmentGuid; //!< Of the file for which the stretch, U+FFFC, stands.
     QString link;
     QString mention; //!< Address of the person whose name the stretch is.
+    QString
+        transcription = {}; //!< What was said in the voice message for which the stretch stands.
 };
 
 /*!

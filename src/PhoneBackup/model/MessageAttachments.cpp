@@ -93,33 +93,50 @@ Kind kindByContent(const QByteArray &bytes)
 
 } // namespace
 
+MessageAttachment::Kind MessageAttachment::kindOfType(const QString &mimeType)
+{
+    return kindByType(mimeType, {}).value_or(Kind::Other);
+}
+
 MessageAttachments::MessageAttachments(Source &source, SmsDatabase &database)
     : m_source(source)
     , m_database(database)
 {
-    const QString joins = u"message_attachment_join"_s;
-    if (!database.hasTable(u"attachment"_s))
+    const bool isFirst = !database.hasTable(u"attachment"_s);
+    m_table = isFirst ? u"madrid_attachment"_s : u"attachment"_s;
+    if (!database.hasTable(m_table))
         return;
-    if (database.hasColumn(joins, u"message_id"_s)
-        && database.hasColumn(joins, u"attachment_id"_s)) {
-        database.query(u"message_id, attachment_id"_s, joins, [this](const Statement &row) {
-            m_links.push_back({ row.integer(0), row.integer(1) });
-        });
-    }
-    const auto before = [](const Link &a, const Link &b) { return a.message < b.message; };
-    std::stable_sort(m_links.begin(), m_links.end(), before);
+    if (isFirst)
+        readLinks(m_table, u"message_id"_s, u"ROWID"_s);
+    else
+        readLinks(u"message_attachment_join"_s, u"message_id"_s, u"attachment_id"_s);
 
     QStringList wanted;
-    for (const QString &name : { u"guid"_s,
+    for (const QString &name : { isFirst ? u"attachment_guid"_s : u"guid"_s,
                                  u"filename"_s,
                                  u"transfer_name"_s,
                                  u"mime_type"_s,
-                                 u"uti"_s,
+                                 isFirst ? u"uti_type"_s : u"uti"_s,
                                  u"created_date"_s,
                                  u"hide_attachment"_s })
-        wanted.append(database.column(u"attachment"_s, name));
-    m_query =
-        database.prepare(u"SELECT %1 FROM attachment WHERE ROWID = ?1"_s.arg(wanted.join(u", "_s)));
+        wanted.append(database.column(m_table, name));
+    m_query = database.prepare(
+        u"SELECT %1 FROM %2 WHERE ROWID = ?1"_s.arg(wanted.join(u", "_s), m_table));
+}
+
+void MessageAttachments::readLinks(const QString &table,
+                                   const QString &message,
+                                   const QString &attachment)
+{
+    const bool isKnown = m_database.hasColumn(table, message)
+        && (attachment == "ROWID"_L1 || m_database.hasColumn(table, attachment));
+    if (!isKnown)
+        return;
+    m_database.query(message + u", "_s + attachment, table, [this](const Statement &row) {
+        m_links.push_back({ row.integer(0), row.integer(1) });
+    });
+    const auto before = [](const Link &a, const Link &b) { return a.message < b.message; };
+    std::stable_sort(m_links.begin(), m_links.end(), before);
 }
 
 MessageAttachments::~MessageAttachments() = default;
@@ -145,9 +162,8 @@ QList<qint64> MessageAttachments::rows()
 {
     QList<qint64> rows;
     if (m_query) {
-        m_database.query(u"ROWID"_s, u"attachment"_s, [&rows](const Statement &row) {
-            rows.append(row.integer(0));
-        });
+        m_database.query(
+            u"ROWID"_s, m_table, [&rows](const Statement &row) { rows.append(row.integer(0)); });
     }
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());

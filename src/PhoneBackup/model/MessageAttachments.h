@@ -20,6 +20,9 @@ struct MessageAttachment
 {
     enum class Kind { Picture, Video, Audio, Contact, Location, Other };
 
+    //! The kind of a file that has the type \a mimeType and no name.
+    static Kind kindOfType(const QString &mimeType);
+
     qint64 row = 0;
     QString guid;
     QString path; //!< On the phone; empty when it was never downloaded.
@@ -33,6 +36,9 @@ struct MessageAttachment
 
 /*!
     \brief Which files were sent in which messages.
+
+    Before system version 6 only iMessages have such rows, in a table of another name that holds the
+    links as well.
 
     \par Cost
     The links are read at once, 16 bytes each; an attachment when it is asked for.
@@ -60,10 +66,12 @@ private:
         qint64 attachment;
     };
 
+    void readLinks(const QString &table, const QString &message, const QString &attachment);
     MessageAttachment::Kind kindOf(const MessageAttachment &attachment, const QString &uti) const;
 
     Source &m_source;
     SmsDatabase &m_database;
+    QString m_table;
     std::vector<Link> m_links; // by message, then in their order
     std::unique_ptr<Statement> m_query;
 };

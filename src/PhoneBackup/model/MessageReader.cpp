@@ -1,16 +1,12 @@
 #include "model/MessageReader.h"
 
-#include "model/AttachmentLabel.h"
 #include "model/Balloon.h"
 #include "model/Handles.h"
-#include "model/MessageAttachments.h"
 #include "model/MessageWords.h"
-#include "model/PathParts.h"
 #include "model/People.h"
 #include "model/SmsDatabase.h"
 #include "model/Source.h"
 #include "platform/Translation_p.h"
-#include "plist/AttributedText.h"
 #include "plist/PropertyList.h"
 
 #include <algorithm>
@@ -22,7 +18,6 @@ using DataExport::tr;
 
 namespace {
 
-constexpr QChar kFilePlace(0xFFFC);
 bool isIMessage(QByteArrayView service)
 {
     return service.compare("iMessage", Qt::CaseInsensitive) == 0
@@ -34,6 +29,8 @@ bool isReaction(qint64 type)
     return (type >= 2000 && type <= 2007) || (type >= 3000 && type <= 3007) || type == 4000
         || type == 1000;
 }
+
+constexpr qint64 kScheduled = 2;
 
 enum Column { // of the query for every message
     kText,
@@ -65,6 +62,8 @@ enum DetailColumn {
     kOriginator,
     kOriginatorPart,
     kIsAudio,
+    kEffect,
+    kScheduleType,
 };
 
 bool isEmpty(const Message &message)
@@ -91,6 +90,8 @@ struct MessageReader::Details
     QByteArray originator;
     QString originatorPart;
     bool isAudio = false;
+    QString effect;
+    bool isScheduled = false;
 };
 
 MessageReader::MessageReader(Source &source,
@@ -130,12 +131,15 @@ void MessageReader::prepare()
                                  u"associated_message_type"_s,
                                  u"is_audio_message"_s,
                                  u"date_edited"_s,
-                                 u"date_retracted"_s }) {
+                                 u"date_retracted"_s,
+                                 u"schedule_type"_s }) {
         if (m_database.hasColumn(table, name))
             hasDetails.append(u"ifnull(%1, 0) <> 0"_s.arg(name));
     }
-    for (const QString &name :
-         { u"thread_originator_guid"_s, u"balloon_bundle_id"_s, u"payload_data"_s }) {
+    for (const QString &name : { u"thread_originator_guid"_s,
+                                 u"balloon_bundle_id"_s,
+                                 u"payload_data"_s,
+                                 u"expressive_send_style_id"_s }) {
         if (m_database.hasColumn(table, name))
             hasDetails.append(name + u" IS NOT NULL"_s);
     }
@@ -165,7 +169,9 @@ void MessageReader::prepare()
                                                                    u"date_retracted"_s,
                                                                    u"thread_originator_guid"_s,
                                                                    u"thread_originator_part"_s,
-                                                                   u"is_audio_message"_s })
+                                                                   u"is_audio_message"_s,
+                                                                   u"expressive_send_style_id"_s,
+                                                                   u"schedule_type"_s })
                                                              .join(u", "_s)));
     readDeletedParts();
 }
@@ -265,10 +271,8 @@ void MessageReader::readRow(Message &message)
 
     const Details details =
         m_rows->integer(kHasDetails) != 0 ? readDetails(message.row) : Details();
-    m_files.clear();
-    m_transcription.clear();
+    m_hints = { {}, {}, details.isAudio };
     m_textIsUnreadable = false;
-    m_isVoice = details.isAudio;
     History history;
     QString text;
     if (!isReaction(details.associatedType) && details.itemType == 0) {
@@ -279,7 +283,7 @@ void MessageReader::readRow(Message &message)
         if (text.isEmpty())
             text = history.lastText;
     }
-    setParts(message, text);
+    MessageParts(m_source, *m_content).set(message, text, m_attachments.of(message.row), m_hints);
     setSpecialText(message, details);
     mark(message, details, history);
 }
@@ -306,6 +310,8 @@ MessageReader::Details MessageReader::readDetails(qint64 row)
     details.originator = m_details->bytes(kOriginator).toByteArray();
     details.originatorPart = m_details->text(kOriginatorPart);
     details.isAudio = m_details->integer(kIsAudio) != 0;
+    details.effect = m_details->text(kEffect);
+    details.isScheduled = m_details->integer(kScheduleType) == kScheduled;
     return details;
 }
 
@@ -315,8 +321,8 @@ QString MessageReader::readText()
     if (body.isEmpty())
         return m_rows->text(kText);
     if (auto decoded = AttributedText::decode(body)) {
-        m_files = std::move(decoded->files);
-        m_transcription = std::move(decoded->transcription);
+        m_hints.places = std::move(decoded->files);
+        m_hints.transcription = std::move(decoded->transcription);
         return std::move(decoded->text);
     }
     const QString plain = m_rows->text(kText);
@@ -325,64 +331,6 @@ QString MessageReader::readText()
     const std::optional<QString> salvaged = AttributedText::salvage(body);
     m_textIsUnreadable = !salvaged;
     return salvaged.value_or(QString());
-}
-
-// Texts and files in the order in which they stand in the message.
-void MessageReader::setParts(Message &message, const QString &text)
-{
-    QList<MessageAttachment> attachments = m_attachments.of(message.row);
-    if (attachments.isEmpty()) {
-        message.text = MessageWords::cleaned(text);
-        return;
-    }
-    qsizetype start = 0;
-    for (qsizetype place = text.indexOf(kFilePlace); place >= 0 && !attachments.isEmpty();
-         place = text.indexOf(kFilePlace, start)) {
-        addText(message, text.sliced(start, place - start));
-        start = place + 1;
-        const auto stands = [place](const auto &file) { return file.position == place; };
-        const auto named = std::find_if(m_files.cbegin(), m_files.cend(), stands);
-        auto attachment = attachments.begin();
-        if (named != m_files.cend()) {
-            const auto isNamed = [&](const auto &other) { return other.guid == named->guid; };
-            attachment = std::find_if(attachments.begin(), attachments.end(), isNamed);
-            if (attachment == attachments.end())
-                attachment = attachments.begin();
-        }
-        addAttachment(message, *attachment);
-        attachments.erase(attachment);
-    }
-    addText(message, text.sliced(start));
-    for (const MessageAttachment &attachment : std::as_const(attachments))
-        addAttachment(message, attachment);
-}
-
-void MessageReader::addText(Message &message, const QString &text)
-{
-    const QString part = MessageWords::cleaned(text);
-    if (QStringView(part).trimmed().isEmpty())
-        return;
-    if (message.text.isEmpty() && message.pieces().isEmpty())
-        message.text = part;
-    else
-        m_content->addText(message, part);
-    m_content->extrasOf(message).parts.append(part);
-}
-
-void MessageReader::addAttachment(Message &message, const MessageAttachment &attachment)
-{
-    if (!attachment.isForPeople)
-        return;
-    const FileIndex::Row row = attachment.file;
-    const bool isFile =
-        row != FileIndex::kNone && m_source.index().kind(row) == FileIndex::Kind::File;
-    const QString path = isFile ? m_source.files().contentPath(row) : QString();
-    const bool isPicture = attachment.kind == MessageAttachment::Kind::Picture;
-    if (isPicture || attachment.kind == MessageAttachment::Kind::Video)
-        m_content->extrasOf(message).parts.append(isPicture ? tr("[Picture]") : tr("[Video]"));
-    else // what the page does not show by itself gets a line that says what it is
-        addText(message, attachmentLabel(attachment, path, m_isVoice, m_transcription));
-    m_content->addFile(message, attachmentType(attachment), path, attachment.name);
 }
 
 void MessageReader::setSpecialText(Message &message, const Details &details)
@@ -472,6 +420,10 @@ void MessageReader::mark(Message &message, const Details &details, const History
         history.edited || (details.edited && !history.unsent && !details.retracted);
     if (isEdited && !isEmpty(message))
         append(message, MessageWords::edited(), u' ');
+    if (!details.effect.isEmpty() && !isReactionRow && !isEmpty(message))
+        append(message, MessageWords::effect(details.effect), u' ');
+    if (details.isScheduled && message.fromMe && !message.sentDone && !isEmpty(message))
+        append(message, MessageWords::scheduled(), u' ');
     if (!isDeleted) {
         for (const QString &part : m_deletedParts.values(message.row))
             append(message, MessageWords::deleted() + u' ' + part, u'\n');

@@ -3,8 +3,8 @@
 
 #include "model/Conversation.h"
 #include "model/ConversationContent.h"
+#include "model/MessageParts.h"
 #include "model/MessageRelations.h"
-#include "plist/AttributedText.h"
 
 #include <QHash>
 #include <QSet>
@@ -14,12 +14,10 @@
 namespace PhoneBackup {
 
 class Handles;
-class MessageAttachments;
 class People;
 class SmsDatabase;
 class Source;
 class Statement;
-struct MessageAttachment;
 
 /*!
     \brief Reads the messages of one conversation: their texts, files and marks.
@@ -63,9 +61,6 @@ private:
     void readRow(Message &message);
     Details readDetails(qint64 row);
     QString readText();
-    void setParts(Message &message, const QString &text);
-    void addText(Message &message, const QString &text);
-    void addAttachment(Message &message, const MessageAttachment &attachment);
     void setSpecialText(Message &message, const Details &details);
     QString eventLine(const Message &message, const Details &details) const;
     static History historyOf(QByteArrayView summary);
@@ -91,10 +86,8 @@ private:
     MessageRelations m_relations;
     QSet<const QString *> m_senders;
     // Of the message that is being read.
-    QList<AttributedText::File> m_files;
-    QString m_transcription;
+    MessageParts::Hints m_hints;
     bool m_textIsUnreadable = false;
-    bool m_isVoice = false;
 };
 
 } // namespace PhoneBackup

@@ -3,6 +3,7 @@
 #include "platform/Translation_p.h"
 
 #include <algorithm>
+#include <array>
 
 namespace PhoneBackup::MessageWords {
 
@@ -153,6 +154,36 @@ QString unsent()
 QString unreadable()
 {
     return tr("[This message could not be read]");
+}
+
+QString effect(const QString &identifier)
+{
+    // The names that the phone shows, by the end of the identifier.
+    static constexpr std::array<std::pair<QLatin1StringView, const char *>, 13> kEffects { {
+        { ".impact"_L1, "Slam" },
+        { ".loud"_L1, "Loud" },
+        { ".gentle"_L1, "Gentle" },
+        { ".invisibleink"_L1, "Invisible Ink" },
+        { "CKConfettiEffect"_L1, "Confetti" },
+        { "CKEchoEffect"_L1, "Echo" },
+        { "CKFireworksEffect"_L1, "Fireworks" },
+        { "CKHappyBirthdayEffect"_L1, "Balloons" },
+        { "CKHeartEffect"_L1, "Love" },
+        { "CKLasersEffect"_L1, "Lasers" },
+        { "CKShootingStarEffect"_L1, "Shooting Star" },
+        { "CKSparklesEffect"_L1, "Celebration" },
+        { "CKSpotlightEffect"_L1, "Spotlight" },
+    } };
+    for (const auto &[end, name] : kEffects) {
+        if (identifier.endsWith(end, Qt::CaseInsensitive))
+            return tr("[Sent with %1]").arg(tr(name));
+    }
+    return tr("[Sent with an effect]");
+}
+
+QString scheduled()
+{
+    return tr("[Scheduled]");
 }
 
 } // namespace PhoneBackup::MessageWords

@@ -42,6 +42,9 @@ QString deleted();
 QString edited();
 QString unsent();
 QString unreadable();
+//! How a message was set off, "[Sent with Confetti]", from the identifier that the phone stores.
+QString effect(const QString &identifier);
+QString scheduled();
 
 } // namespace MessageWords
 

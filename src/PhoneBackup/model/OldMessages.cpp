@@ -99,6 +99,7 @@ OldMessages::OldMessages(Source &source, std::unique_ptr<SmsDatabase> database)
     , m_database(std::move(database))
     , m_handles(*m_database)
     , m_people(source.addressBook())
+    , m_attachments(source, *m_database)
 {
     QStringList wanted { u"ROWID"_s };
     for (const QString &name : { u"text"_s,
@@ -310,7 +311,9 @@ void OldMessages::readMessage(Message &message, ConversationContent &content)
     const Statement &row = *m_rows;
     message.dateMs = dateMs(row);
     message.normalSms = !isMadrid(row);
-    message.text = row.text(kText);
+    QString text = row.text(kText);
+    QList<MessageAttachment> attachments;
+    MessageParts::Hints hints;
     const QString subject = MessageWords::cleaned(row.text(kSubject));
     if (!subject.isEmpty())
         content.extrasOf(message).subject = subject;
@@ -321,45 +324,38 @@ void OldMessages::readMessage(Message &message, ConversationContent &content)
         message.sentDone = !message.fromMe
             || (row.integer(kMadridError) == 0 && (flags & (kDelivered | kWasSent)) != 0);
         address = row.text(kMadridHandle).trimmed();
-        if (message.text.isEmpty()) {
-            const auto decoded = AttributedText::decode(row.bytes(kMadridBody));
-            message.text = decoded ? decoded->text : QString();
+        auto decoded = AttributedText::decode(row.bytes(kMadridBody));
+        if (decoded && !decoded->text.isEmpty()) {
+            text = std::move(decoded->text);
+            hints.places = std::move(decoded->files);
         }
+        attachments = m_attachments.of(message.row);
     } else {
         const qint64 flags = row.integer(kFlags);
         message.fromMe = flags != kReceived;
         message.sentDone = flags == kReceived || flags == kSent || flags == kDeleted;
         address = row.text(kAddress).trimmed();
     }
-    message.text = MessageWords::cleaned(message.text);
+    MessageParts parts(m_source, content);
+    parts.set(message, text, attachments, hints);
     if (!message.fromMe && !address.isEmpty())
         message.address = m_handles.intern(address);
     for (const Part &part : partsOf(message.row))
-        readPart(part, message, content);
+        readPart(part, message, parts);
 }
 
-void OldMessages::readPart(const Part &part, Message &message, ConversationContent &content)
+void OldMessages::readPart(const Part &part, Message &message, MessageParts &parts)
 {
     if (part.type == "application/smil"_L1) // how the others are laid out
         return;
     if (part.type.startsWith("text/plain"_L1)) {
         m_partTexts->reset();
         m_partTexts->bind(1, part.row);
-        if (m_partTexts->step() == Statement::Step::Row) {
-            const QString text = MessageWords::cleaned(m_partTexts->text(0));
-            if (!text.isEmpty())
-                content.addText(message, text);
-        }
+        if (m_partTexts->step() == Statement::Step::Row)
+            parts.addText(message, m_partTexts->text(0));
         return;
     }
-    const MessageAttachment file = attachmentOf(part);
-    const QString path =
-        file.file == FileIndex::kNone ? QString() : m_source.files().contentPath(file.file);
-    const bool isShown = file.kind == MessageAttachment::Kind::Picture
-        || file.kind == MessageAttachment::Kind::Video;
-    if (!isShown)
-        content.addText(message, tr("[File: %1]").arg(file.name));
-    content.addFile(message, isShown ? part.type : u"application/octet-stream"_s, path, file.name);
+    parts.addFile(message, attachmentOf(part), {});
 }
 
 MessageAttachment OldMessages::attachmentOf(const Part &part) const
@@ -369,9 +365,7 @@ MessageAttachment OldMessages::attachmentOf(const Part &part) const
     MessageAttachment attachment;
     attachment.row = part.row;
     attachment.mimeType = part.type;
-    attachment.kind = part.type.startsWith("image/"_L1) ? MessageAttachment::Kind::Picture
-        : part.type.startsWith("video/"_L1)             ? MessageAttachment::Kind::Video
-                                                        : MessageAttachment::Kind::Other;
+    attachment.kind = MessageAttachment::kindOfType(part.type);
     attachment.file = m_files.value(name, FileIndex::kNone);
     attachment.path = u"Library/SMS/Parts/…/"_s + QString::fromLatin1(name);
     attachment.name = attachment.file == FileIndex::kNone
@@ -400,7 +394,7 @@ QDateTime OldMessages::dateOf(qint64 row)
 
 QList<MessageAttachment> OldMessages::attachmentsOf(qint64 row)
 {
-    QList<MessageAttachment> attachments;
+    QList<MessageAttachment> attachments = m_attachments.of(row);
     for (const Part &part : partsOf(row)) {
         if (!part.type.startsWith("text/plain"_L1) && part.type != "application/smil"_L1)
             attachments.append(attachmentOf(part));

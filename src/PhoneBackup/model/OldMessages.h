@@ -3,6 +3,7 @@
 
 #include "folder/FileIndex.h"
 #include "model/Handles.h"
+#include "model/MessageParts.h"
 #include "model/MessageSource.h"
 #include "model/People.h"
 #include "model/SmsDatabase.h"
@@ -48,7 +49,7 @@ private:
     int conversationWith(const QStringList &addresses, const QString &group);
     bool step(qint64 row);
     void readMessage(Message &message, ConversationContent &content);
-    void readPart(const Part &part, Message &message, ConversationContent &content);
+    void readPart(const Part &part, Message &message, MessageParts &parts);
     MessageAttachment attachmentOf(const Part &part) const;
     QList<Part> partsOf(qint64 message) const;
 
@@ -56,6 +57,7 @@ private:
     std::unique_ptr<SmsDatabase> m_database;
     Handles m_handles;
     People m_people;
+    MessageAttachments m_attachments; // of iMessages
     std::unique_ptr<Statement> m_rows;
     std::unique_ptr<Statement> m_partTexts;
     QHash<qint64, QStringList> m_members; // of a group by its number

@@ -79,6 +79,14 @@ void tst_MessageFiles::showsFilesInTheirPlaces_data()
     QTest::newRow("voice message") << message(1, "CAST(x'efbfbc' AS TEXT)", "is_audio_message", "1")
             + attachment(1, 1, folder + "v.amr'")
                                    << u"[Voice message 1:15]{application/octet-stream v.amr}"_s;
+    const QList<Sample::TextRun> spoken { { 1, 0, u"file-1"_s, {}, {}, u"Seals!\uFFFC"_s } };
+    QTest::newRow("voice message with what was said")
+        << message(1,
+                   "NULL",
+                   "is_audio_message, attributedBody",
+                   "1, " + hex(Sample::attributedBody(u"\uFFFC"_s, spoken)))
+            + attachment(1, 1, folder + "v.amr'")
+        << u"[Voice message 1:15] Seals!{application/octet-stream v.amr}"_s;
     QTest::newRow("a link to no file")
         << message(1, "'x'") + "INSERT INTO message_attachment_join VALUES (1, 99);" << u"x"_s;
     QTest::newRow("outside the domain")

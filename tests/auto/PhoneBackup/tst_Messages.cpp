@@ -125,6 +125,48 @@ void tst_Messages::showsEveryKindOfMessage_data()
         << QStringList { kAnnSays + QString(79, u'a') + u"\U0001F600b"_s,
                          ann("Ann liked “") + QString(79, u'a') + u"…”"_s };
 
+    QTest::newRow("a sticker takes no other's place")
+        << target + message(2, "'x'", reaction, "1000, 'p:0/guid-1'")
+            + message(3, "'x'", reaction, "2007, 'p:0/guid-1'")
+            + message(4, "'x'", reaction, "2001, 'p:0/guid-1'")
+            + attachment(1, 2, "'~/Library/SMS/Attachments/star.heics'", "is_sticker = 1")
+        << QStringList { ann("See you|there"),
+                         ann("Ann put a sticker on “See you there”{image/heics star.heics}"),
+                         ann("Ann put a sticker on “See you there”"),
+                         ann("Ann liked “See you there”") };
+    QTest::newRow("a sticker that was taken off")
+        << target + message(2, "'x'", reaction, "2007, 'p:0/guid-1'")
+            + message(3, "'x'", reaction, "3007, 'p:0/guid-1'")
+        << QStringList { ann("See you|there") };
+    QTest::newRow("a poll and its votes")
+        << message(1,
+                   "NULL",
+                   "balloon_bundle_id, payload_data",
+                   "'com.apple.messages.Polls', " + app({ { u"ldtext"_s, u"Fish or soup?"_s } }))
+            + message(2, "'x'", reaction, "4000, 'guid-1'")
+            + message(3, "'x'", reaction, "4000, 'guid-1'", "0")
+        << QStringList { ann("[Poll: Fish or soup?]"),
+                         ann("Ann voted on “[Poll: Fish or soup?]”"),
+                         u"> You voted on “[Poll: Fish or soup?]”"_s };
+
+    QTest::newRow("send effects") << message(1,
+                                             "'Boo'",
+                                             "expressive_send_style_id",
+                                             "'com.apple.MobileSMS.expressivesend.impact'")
+            + message(2,
+                      "'Yes!'",
+                      "expressive_send_style_id",
+                      "'com.apple.messages.effect.CKHappyBirthdayEffect'")
+            + message(3, "'New'", "expressive_send_style_id", "'com.apple.messages.effect.CKNew'")
+                                  << QStringList { ann("Boo [Sent with Slam]"),
+                                                   ann("Yes! [Sent with Balloons]"),
+                                                   ann("New [Sent with an effect]") };
+    QTest::newRow("scheduled ones, until they are sent")
+        << message(1, "'Later'", "schedule_type, schedule_state", "2, 1", "0")
+            + message(2, "'Sent'", "schedule_type, schedule_state", "2, 3", "0")
+            + "UPDATE message SET is_sent = 0 WHERE ROWID = 1;"
+        << QStringList { u"> Later [Scheduled]"_s, u"> Sent"_s };
+
     const QByteArray reply = "thread_originator_guid, thread_originator_part";
     QTest::newRow("reply") << target + message(2, "'Yes'", reply, "'guid-1', '0:0:5'", "0")
                            << QStringList { ann("See you|there"),
@@ -254,6 +296,8 @@ void tst_Messages::readsWhatIsOlder()
         " is_madrid INTEGER, madrid_handle TEXT, madrid_roomname TEXT, madrid_flags INTEGER,"
         " madrid_error INTEGER);"
         "CREATE TABLE group_member (ROWID INTEGER PRIMARY KEY, group_id INTEGER, address TEXT);"
+        "CREATE TABLE madrid_attachment (ROWID INTEGER PRIMARY KEY, attachment_guid TEXT,"
+        " created_date INTEGER, filename TEXT, uti_type TEXT, mime_type TEXT, message_id INTEGER);"
         "CREATE TABLE msg_pieces (ROWID INTEGER PRIMARY KEY, message_id INTEGER, data BLOB,"
         " part_id INTEGER, content_type TEXT);"
         "INSERT INTO group_member(group_id, address) VALUES (1, '(555) 010-0123'), (2, '28777'),"
@@ -266,13 +310,17 @@ void tst_Messages::readsWhatIsOlder()
         " (5, '28777', 1200000000, NULL, 2, 2);"
         "INSERT INTO message(ROWID, date, text, flags, is_madrid, madrid_handle, madrid_flags,"
         " madrid_error) VALUES (6, 330000000, 'by iMessage', 0, 1, '+15550100123', 32773, 0),"
-        " (7, 330000060, 'in', 0, 1, '+15550100123', 1, 0);"
+        " (7, 330000060, 'in' || char(65532) || 'out', 0, 1, '+15550100123', 1, 0);"
+        "INSERT INTO madrid_attachment VALUES"
+        " (4, 'file', 330000000, '/var/mobile/Library/SMS/Attachments/0a/boat.png', 'public.png',"
+        " NULL, 7), (5, 'gone', 0, NULL, NULL, 'image/jpeg', 7);"
         "INSERT INTO msg_pieces(message_id, part_id, content_type, data) VALUES"
         " (5, 2, 'image/jpeg', NULL), (5, 1, 'text/plain', 'Look'), (5, 0, 'application/smil', "
         "'x'),"
         " (5, 3, 'audio/amr', NULL);"));
     fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Parts/a5/14/5-2.JPG"_s, "picture");
     fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Parts/a5/14/5-2-preview.JPG"_s, "x");
+    fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Attachments/0a/boat.png"_s, "boat");
     fixture.writer.addFile(
         u"HomeDomain"_s, u"Library/AddressBook/AddressBook.sqlitedb"_s, addressBook());
     QCOMPARE(fixture.conversations(),
@@ -283,7 +331,7 @@ void tst_Messages::readsWhatIsOlder()
                            u"> out"_s,
                            u"> failed"_s,
                            u"> by iMessage"_s,
-                           u"+15550100123: in"_s }));
+                           u"+15550100123: in{image/png boat.png}+out{image/jpeg }"_s }));
     QString marks;
     for (const BkSMSChat *chat : fixture.content(0)->chats())
         marks += QString(chat->isSentDone() ? u'+' : u'-') + (chat->isNormalSMS() ? u'S' : u'i');
@@ -291,11 +339,12 @@ void tst_Messages::readsWhatIsOlder()
     QCOMPARE(fixture.content(0)->chats().constFirst()->msgDate(),
              QDateTime(QDate(2011, 3, 13), QTime(7, 6, 40), Qt::UTC));
     QCOMPARE(fixture.messages(1),
-             QStringList {
-                 u"28777: +Look{image/jpeg 5-2.JPG}+[File: 5-3]{application/octet-stream 5-3}"_s });
-    QCOMPARE(fixture.content(1)->chats().constFirst()->pieces().at(1)->pieceData(), "picture");
-    QCOMPARE(fixture.list(MessageFixture::kFiles), QStringList { u"28777, Bob/5-2.JPG"_s });
-    QCOMPARE(fixture.problems(), QStringList { u"7 28777, Bob/5-3 (4) (loss)"_s });
+             QStringList { u"28777: Look{image/jpeg 5-2.JPG}+[Audio: 5-3]{audio/amr 5-3}"_s });
+    QCOMPARE(fixture.content(1)->chats().constFirst()->pieces().at(0)->pieceData(), "picture");
+    QCOMPARE(fixture.list(MessageFixture::kFiles),
+             QStringList({ u"Ann/boat.png"_s, u"28777, Bob/5-2.JPG"_s }));
+    QCOMPARE(fixture.problems(),
+             QStringList({ u"7 Ann/gone (5) (loss)"_s, u"7 28777, Bob/5-3 (4) (loss)"_s }));
 }
 
 void tst_Messages::mergesConversations_data()
