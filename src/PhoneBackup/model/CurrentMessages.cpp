@@ -12,6 +12,8 @@ CurrentMessages::CurrentMessages(Source &source, std::unique_ptr<SmsDatabase> da
     , m_attachments(source, *m_database)
     , m_reader(source, *m_database, m_handles, m_people, m_attachments)
 {
+    for (const auto &[address, other] : m_handles.pairs())
+        m_people.join(address, other);
 }
 
 CurrentMessages::~CurrentMessages() = default;

@@ -11,10 +11,22 @@ Handles::Handles(SmsDatabase &database)
 {
     if (!database.hasColumn(u"handle"_s, u"id"_s))
         return;
-    database.query(u"ROWID, id"_s, u"handle"_s, [this](const Statement &row) {
+    const QString table = u"handle"_s;
+    const QString what = u"ROWID, id, "_s + database.column(table, u"person_centric_id"_s);
+    QHash<QString, QString> ofPerson;
+    database.query(what, table, [&](const Statement &row) {
         const QString address = MessageWords::cleaned(row.text(1)).simplified();
-        if (!address.isEmpty())
-            m_byRow.insert(row.integer(0), intern(address));
+        if (address.isEmpty())
+            return;
+        m_byRow.insert(row.integer(0), intern(address));
+        const QString person = row.text(2);
+        if (person.isEmpty())
+            return;
+        const QString first = ofPerson.value(person);
+        if (first.isEmpty())
+            ofPerson.insert(person, address);
+        else if (first != address)
+            m_pairs.append({ first, address });
     });
 }
 

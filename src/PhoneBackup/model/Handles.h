@@ -19,6 +19,9 @@ public:
     //! The address of \a row, null when there is none.
     const QString *address(qint64 row) const { return m_byRow.value(row); }
 
+    //! Pairs of addresses that the phone itself takes for those of one person.
+    const QList<std::pair<QString, QString>> &pairs() const { return m_pairs; }
+
     //! The object for \a address, which need not be in the database.
     const QString *intern(const QString &address);
 
@@ -26,6 +29,7 @@ private:
     std::deque<QString> m_addresses;
     QHash<QString, const QString *> m_byText;
     QHash<qint64, const QString *> m_byRow;
+    QList<std::pair<QString, QString>> m_pairs;
 };
 
 } // namespace PhoneBackup

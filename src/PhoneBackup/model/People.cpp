@@ -40,9 +40,20 @@ int People::number(const QString &address)
     return number;
 }
 
+void People::join(const QString &address, const QString &other)
+{
+    if (m_addressBook.person(other) == AddressBook::kNobody)
+        m_known.insert(other, number(address));
+    else if (m_addressBook.person(address) == AddressBook::kNobody)
+        m_known.insert(address, number(other));
+}
+
 QString People::name(const QString &address) const
 {
-    const QString name = m_addressBook.name(address);
+    QString name = m_addressBook.name(address);
+    const int known = name.isEmpty() ? m_known.value(address, 1) : 1;
+    if (known % 2 == 0)
+        name = m_addressBook.personName(known / 2);
     return name.isEmpty() ? address : name;
 }
 

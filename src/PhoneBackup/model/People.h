@@ -24,6 +24,9 @@ public:
     //! A number for the person at \a address, the same for all of their addresses.
     int number(const QString &address);
 
+    //! Makes \a address and \a other those of one person, unless the address book knows both.
+    void join(const QString &address, const QString &other);
+
     //! The name for \a address: that of the address book, else the address itself.
     QString name(const QString &address) const;
 

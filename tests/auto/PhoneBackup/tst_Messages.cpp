@@ -402,6 +402,12 @@ void tst_Messages::mergesConversations_data()
         << QStringList { u"chat2||"_s, u"Bob||bob@example.org"_s };
     QTest::newRow("a sender's word")
         << chat(1, "45, 'MyBank', NULL, NULL, NULL", { "MyBank" }) << QStringList { u"MyBank||"_s };
+    QTest::newRow("addresses that the phone joins")
+        << chat(1, "45, '+15550100123', NULL, NULL, NULL", { "+15550100123" })
+            + chat(2, "45, 'new@example.org', NULL, NULL, NULL", { "new@example.org" })
+            + chat(3, "45, 'bob@example.org', NULL, NULL, NULL", { "bob@example.org" })
+            + "UPDATE handle SET person_centric_id = 'one';"
+        << QStringList { u"Bob||bob@example.org"_s, u"Ann|+15550100123|new@example.org"_s };
     QTest::newRow("messages of no chat")
         << "INSERT INTO handle(ROWID, id, service) VALUES (9, '+15550100123', 'SMS');"_ba
             + chat(1, "45, 'ann@example.org', NULL, NULL, NULL", { "ann@example.org" })
