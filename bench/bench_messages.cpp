@@ -1,4 +1,4 @@
-// What messages cost: the page, the CSV file, and the thumbnail of a camera's picture.
+// What messages cost: the page, the CSV file, and the thumbnails of a camera's pictures.
 // bench_messages [MESSAGES CONVERSATIONS], as a rule 1000000 2000
 #include "export/CHtmlExporter.h"
 #include "export/CPlainFileExporter.h"
@@ -9,8 +9,10 @@
 #include "message/BkSMSPiece.h"
 #include "message/CSMS2CSVTranslate.h"
 #include "message/CSMS2HtmlTranslate.h"
+#include "sample/HeicEncoder.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QImage>
 #include <QTemporaryDir>
 
@@ -169,7 +171,7 @@ double runCsv(BenchData &data)
 }
 
 // 4032 by 3024 pixels with the fine grain of a photograph, on which the decoder's work depends.
-QByteArray photograph()
+QImage photograph()
 {
     constexpr int kWidth = 4032;
     constexpr int kHeight = 3024;
@@ -184,30 +186,47 @@ QByteArray photograph()
             line[x] = qRgb(red, green, (x + y) % 240 + grain);
         }
     }
-    QByteArray jpeg;
-    QBuffer buffer(&jpeg);
+    return image;
+}
+
+QByteArray jpegOf(const QImage &image)
+{
+    QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "JPG", 90);
-    return jpeg;
+    return buffer.data();
+}
+
+void benchPicture(const char *what, const QByteArray &picture)
+{
+    constexpr int kPictures = 20;
+    BenchPiece piece;
+    piece.data = picture;
+    BenchData data(kPictures, 1);
+    data.showPicture(&piece);
+    const double seconds = runPage(data);
+    std::printf("thumbnail of a 12-megapixel %s (%.1f MB): %.1f ms, peak %ld MB\n",
+                what,
+                static_cast<double>(piece.data.size()) / 1e6,
+                seconds * 1000 / kPictures,
+                peakMb());
 }
 
 void benchPictures()
 {
-    constexpr int kPictures = 20;
-    BenchPiece piece;
-    piece.data = photograph();
-    BenchData data(kPictures, 1);
-    data.showPicture(&piece);
-    const double seconds = runPage(data);
-    std::printf("thumbnail of a 12-megapixel JPEG (%.1f MB): %.1f ms\n",
-                static_cast<double>(piece.data.size()) / 1e6,
-                seconds * 1000 / kPictures);
+    const QImage image = photograph();
+    benchPicture("JPEG", jpegOf(image));
+    benchPicture("HEIC with a smaller version", Sample::encodeHeic(image));
+    Sample::HeicTraits alone;
+    alone.thumbnailPx = 0;
+    benchPicture("HEIC without one", Sample::encodeHeic(image, alone));
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    QCoreApplication::addLibraryPath(QStringLiteral(DATAEXPORT_BUILD_PLUGINS));
     const int messages = argc == 3 ? std::atoi(argv[1]) : 1000000;
     const int conversations = argc == 3 ? std::atoi(argv[2]) : 2000;
     if (conversations < 1 || messages < conversations) {

@@ -159,7 +159,10 @@ void CameraRoll::addPhoto(int index)
 {
     const auto kind =
         index < kPlainFrom ? static_cast<PhotoKind>(index % kPhotoKinds) : PhotoKind::Plain;
-    Asset asset = nextAsset(kind == PhotoKind::Screenshot ? "PNG" : "JPG", index, m_options.photos);
+    const bool isHeic = (kind == PhotoKind::Plain || kind == PhotoKind::Clockwise)
+        && index >= kPhotoKinds && index < 2 * kPhotoKinds && m_options.fileSizesBytes.isEmpty();
+    const char *extension = kind == PhotoKind::Screenshot ? "PNG" : isHeic ? "HEIC" : "JPG";
+    Asset asset = nextAsset(extension, index, m_options.photos);
     int orientation = 1;
     switch (kind) {
     case PhotoKind::Screenshot:
@@ -211,6 +214,7 @@ void CameraRoll::addPhoto(int index)
     }
     addFile(asset,
             kind == PhotoKind::Screenshot ? m_pool.screenshot()
+                : isHeic                  ? m_pool.heic(asset.taken, orientation)
                                           : m_pool.jpeg(asset.taken, orientation));
     const int key = m_library.addAsset(asset);
     if (index % 5 == 0 && !asset.isTrashed)

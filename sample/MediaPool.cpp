@@ -1,5 +1,6 @@
 #include "sample/MediaPool.h"
 
+#include "sample/HeicEncoder.h"
 #include "sample/MovieWriter.h"
 #include "sample/PictureMaker.h"
 
@@ -63,6 +64,13 @@ QByteArray MediaPool::jpeg(const QDateTime &taken, int orientation)
             });
     }
     return filledPicture(withExif(drawn, orientation, taken));
+}
+
+QByteArray MediaPool::heic(const QDateTime &taken, int orientation)
+{
+    const QImage image = drawLandscape(m_random, QSize(1280, 960));
+    return encodeHeic(storedForOrientation(image, orientation),
+                      { orientation, exifBlock(orientation, taken) });
 }
 
 QByteArray MediaPool::screenshot()

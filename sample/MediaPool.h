@@ -26,6 +26,8 @@ public:
 
     //! A landscape as JPEG, turned and marked for \a orientation; see withExif().
     QByteArray jpeg(const QDateTime &taken, int orientation = 1);
+    //! The same as HEIC, with a smaller version in it; never filled up.
+    QByteArray heic(const QDateTime &taken, int orientation);
     //! A picture of the screen as PNG.
     QByteArray screenshot();
     //! A film; a \a brief one is the companion of a live photo.

@@ -1,6 +1,7 @@
 #include "sample/MessageShowcase.h"
 
 #include "sample/DocumentMaker.h"
+#include "sample/HeicEncoder.h"
 #include "sample/InventedText.h"
 #include "sample/KeyedArchive.h"
 #include "sample/MessageScript.h"
@@ -101,6 +102,19 @@ private:
                  u"image/jpeg"_s,
                  u"public.jpeg"_s,
                  encodeJpeg(drawLandscape(m_random, size), 82),
+                 SentFile::Where::InBackup,
+                 false };
+    }
+
+    // As newer phones take them: on its side, in the file that they prefer.
+    SentFile newPhoto(const QString &name, QSize size)
+    {
+        constexpr int kToTheRight = 6;
+        const QImage image = storedForOrientation(drawLandscape(m_random, size), kToTheRight);
+        return { name,
+                 u"image/heic"_s,
+                 u"public.heic"_s,
+                 encodeHeic(image, { kToTheRight, exifBlock(kToTheRight, m_script.now()) }),
                  SentFile::Where::InBackup,
                  false };
     }
@@ -306,7 +320,7 @@ void Showcase::crew()
     m_script.wait(22);
     m_script.send(priya,
                   u"￼￼Look what came in the post"_s,
-                  { photo(u"IMG_7730.jpeg"_s), photo(u"IMG_7731.jpeg"_s, { 1400, 800 }) });
+                  { photo(u"IMG_7730.jpeg"_s), newPhoto(u"IMG_7731.HEIC"_s, { 1400, 800 }) });
     m_script.event(priya, GroupAction, NewPicture, 0);
     const QString weather = m_script.say(kMe, u"Forecast: four, gusts of six, sun from noon on"_s);
     m_script.reply(jonas, weather, u"Gusts of six is my middle name"_s);

@@ -91,6 +91,18 @@ private:
     QList<Entry> m_entries;
 };
 
+} // namespace
+
+QByteArray encodeJpeg(const QImage &image, int quality)
+{
+    return encode(image, "jpeg", quality);
+}
+
+QByteArray encodePng(const QImage &image)
+{
+    return encode(image, "png", -1);
+}
+
 QByteArray exifBlock(int orientation, const QDateTime &taken)
 {
     constexpr quint32 kFirstDirectory = 8;
@@ -110,18 +122,6 @@ QByteArray exifBlock(int orientation, const QDateTime &taken)
     exif.addText(0x9004, moment); // DateTimeDigitized
     return QByteArray("Exif\0\0MM\0\x2a", 10) + TiffDirectory::longWord(kFirstDirectory)
         + mainDirectory(exifOffset) + exif.bytes();
-}
-
-} // namespace
-
-QByteArray encodeJpeg(const QImage &image, int quality)
-{
-    return encode(image, "jpeg", quality);
-}
-
-QByteArray encodePng(const QImage &image)
-{
-    return encode(image, "png", -1);
 }
 
 QByteArray withExif(const QByteArray &jpeg, int orientation, const QDateTime &taken)

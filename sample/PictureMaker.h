@@ -27,6 +27,9 @@ QByteArray encodePng(const QImage &image);
 */
 QByteArray withExif(const QByteArray &jpeg, int orientation, const QDateTime &taken);
 
+//! The block that withExif() puts into the file, beginning with "Exif".
+QByteArray exifBlock(int orientation, const QDateTime &taken);
+
 //! \a image turned so that a viewer which minds \a orientation shows it upright.
 QImage storedForOrientation(const QImage &image, int orientation);
 

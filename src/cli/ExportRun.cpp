@@ -168,7 +168,10 @@ void ExportRun::exportTypes(const QDir &folder)
         m_report.typeStarts(code);
     });
     CBackupExporter exporter;
-    exporter.setReport(&m_report);
+    if (m_options.convertHeic)
+        exporter.setReport(&m_heicCopies);
+    else
+        exporter.setReport(&m_report);
     exporter.setHardened(true); // anyone can send a message or a contact with markup in it
     exporter.exportBackup(&selected, folder, &progress);
 }
@@ -206,6 +209,9 @@ ExitCode ExportRun::tell(const Outcome &result)
     if (!result.message.isEmpty())
         sayWhatIsThere(m_console, result.types, m_options.output);
     sayFailures(m_console, m_report);
+    if (m_heicCopies.count() > 0)
+        m_console.note(
+            u"JPEG copies made of HEIC pictures: %1"_s.arg(grouped(m_heicCopies.count())));
     const QByteArray text = m_options.json ? summaryJson(result, m_backup, m_report)
         : m_options.quiet                  ? QByteArray()
                                            : summaryText(result);

@@ -2,6 +2,7 @@
 #define CLI_EXPORTRUN_H
 
 #include "ExitCode.h"
+#include "HeicCopies.h"
 #include "RunReport.h"
 #include "Summary.h"
 
@@ -48,6 +49,7 @@ private:
     const Inventory &m_inventory;
     QString m_output;
     RunReport m_report;
+    HeicCopies m_heicCopies { m_report };
     QElapsedTimer m_clock;
     qsizetype m_problemsTaken = 0;
 };

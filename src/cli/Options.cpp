@@ -57,6 +57,11 @@ void describe(CLI::App &app, Raw &raw, Options &options)
         ->group("What to export");
     addTypes("--only", raw.only, "Export these types and no others");
     addTypes("--skip", raw.skip, "Export all types but these");
+    app.add_flag("--convert-heic",
+                 options.convertHeic,
+                 "Write a JPEG beside each copied HEIC picture, for\n"
+                 "computers that cannot show those")
+        ->group("What to export");
 
     const auto addFilter = [&app](const char *name,
                                   std::optional<std::string> &value,

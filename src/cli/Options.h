@@ -23,6 +23,7 @@ struct Options
     bool quiet = false;
     bool intoExisting = false;
     bool checkSpace = true;
+    bool convertHeic = false; //!< Write a JPEG beside each HEIC picture that is copied.
 };
 
 //! The options, or the code to end with: help and version are written, faults are said here.

@@ -5,6 +5,7 @@
 #include "Options.h"
 
 #include <QCoreApplication>
+#include <QDir>
 
 #include <csignal>
 #include <exception>
@@ -29,6 +30,15 @@ void dropMessage(QtMsgType /*type*/,
                  const QMessageLogContext & /*context*/,
                  const QString & /*text*/)
 {
+}
+
+// Where the formats of pictures lie that the image library does not read by itself.
+void addPluginFolder()
+{
+    const QDir installed(QCoreApplication::applicationDirPath()
+                         + u"/" DATAEXPORT_PLUGINS_FROM_PROGRAM ""_s);
+    QCoreApplication::addLibraryPath(installed.exists() ? installed.canonicalPath()
+                                                        : u"" DATAEXPORT_BUILD_PLUGINS ""_s);
 }
 
 Cli::ExitCode run(int argc, const char *const *argv)
@@ -60,5 +70,6 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(u"dataexport"_s);
     QCoreApplication::setApplicationVersion(u"" DATAEXPORT_VERSION ""_s);
+    addPluginFolder();
     return static_cast<int>(run(argc, argv));
 }

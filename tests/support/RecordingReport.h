@@ -30,8 +30,15 @@ public:
         exported.append(typeName + QLatin1String(": ") + itemName);
     }
 
+    void
+    fileWritten(const QString & /*typeName*/, const QString &itemName, const QString &path) override
+    {
+        files.append(itemName + QLatin1String(" -> ") + path);
+    }
+
     QList<Failure> failures;
     QStringList exported;
+    QStringList files;
 };
 
 #endif

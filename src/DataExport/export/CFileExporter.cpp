@@ -69,6 +69,7 @@ public:
     Target &operator=(const Target &) = delete;
 
     bool isOpen() const { return m_created; }
+    const QString &path() const { return m_path; }
     bool write(const char *data, qint64 size) { return m_file.write(data, size); }
 
     // The last errors of a network disk come when a file is closed.
@@ -120,6 +121,7 @@ bool CFileExporter::exportData(const QString &srcPath, const QString &name)
     }
     if (!target.complete(m_fileDate))
         return fail(name, CIExportReport::Cause::Target, target.reason());
+    reportFile(reportName(name), target.path());
     reportExported(reportName(name));
     return true;
 }
@@ -137,6 +139,7 @@ bool CFileExporter::exportDepends(const QByteArray &data, const QString &name)
     progressFileCopy(static_cast<int>(data.size()));
     if (!written)
         return fail(name, CIExportReport::Cause::Target, target.reason());
+    reportFile(reportName(name), target.path());
     reportExported(reportName(name));
     return true;
 }

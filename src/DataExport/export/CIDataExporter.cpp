@@ -100,6 +100,12 @@ void CIDataExporter::reportFailure(const QString &itemName,
         m_report->itemFailed(m_folder, itemName, cause, reason);
 }
 
+void CIDataExporter::reportFile(const QString &itemName, const QString &path)
+{
+    if (m_report)
+        m_report->fileWritten(m_folder, itemName, path);
+}
+
 void CIDataExporter::reportExported(const QString &itemName)
 {
     if (m_report)

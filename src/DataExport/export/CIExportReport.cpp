@@ -2,4 +2,10 @@
 
 CIExportReport::~CIExportReport() = default;
 
+void CIExportReport::fileWritten(const QString & /*typeName*/,
+                                 const QString & /*itemName*/,
+                                 const QString & /*path*/)
+{
+}
+
 void CIExportReport::itemExported(const QString & /*typeName*/, const QString & /*itemName*/) { }

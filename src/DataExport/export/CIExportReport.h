@@ -37,6 +37,12 @@ public:
                             Cause cause,
                             const QString &reason) = 0;
 
+    /*!
+        The item was copied to the file \a path, an absolute one, which is complete and closed; said
+        before itemExported(). Does nothing by default.
+    */
+    virtual void fileWritten(const QString &typeName, const QString &itemName, const QString &path);
+
     //! An item is completely in the output. Names as in itemFailed(). Does nothing by default.
     virtual void itemExported(const QString &typeName, const QString &itemName);
 };

@@ -1,4 +1,5 @@
 #include "export/CHtmlExporter.h"
+#include "export/StoredOrientation_p.h"
 #include "export/Thumbnail_p.h"
 #include "platform/Translation_p.h"
 
@@ -46,6 +47,7 @@ QSize fitted(QSize size, Thumbnail::Box box)
 QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
 {
     const AllocationLimit limit;
+    const int orientation = StoredOrientation::read(source);
     QImageReader reader(&source);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
@@ -64,7 +66,10 @@ QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
     const QSize wanted = fitted(picture.size(), box);
     if (exceeds(picture.size(), box) || (box.enlarges && picture.size() != wanted))
         picture = picture.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    return picture;
+    // A reader that knows of orientation has turned it already.
+    return reader.supportsOption(QImageIOHandler::ImageTransformation)
+        ? picture
+        : StoredOrientation::applied(picture, orientation);
 }
 
 } // namespace

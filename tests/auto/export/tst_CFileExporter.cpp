@@ -105,6 +105,7 @@ void tst_CFileExporter::copies()
     QCOMPARE(Files::read(out(u"a.bin"_s)), content);
     QTEST(progress.deltas, "steps");
     QCOMPARE(m_report->exported, QStringList { u"T: a.bin"_s });
+    QCOMPARE(m_report->files, QStringList { u"a.bin -> "_s + out(u"a.bin"_s) });
 
     // The bytes form tells the callback once, and of an empty content, too.
     progress.deltas.clear();

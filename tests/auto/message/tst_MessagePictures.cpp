@@ -1,11 +1,13 @@
 // Pictures of messages, through the page that shows them.
 #include "message/CSMS2HtmlTranslate.h"
+#include "sample/HeicEncoder.h"
 #include "support/RecordingReport.h"
 #include "support/RecordingSink.h"
 #include "support/SMSFromJson.h"
 
 #include <QElapsedTimer>
 #include <QImageReader>
+#include <QImageWriter>
 #include <QtEndian>
 #include <QtTest>
 
@@ -36,12 +38,30 @@ QImage redAboveBlue(int width, int height)
     return image;
 }
 
-// A JPEG that tells in its Exif block how the camera was held.
-QByteArray withOrientation(const QByteArray &jpeg, char orientation)
+// Blue with a red quarter at the top left.
+QImage redCorner(int width, int height)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    for (int y = 0; y < height / 2; ++y) {
+        for (int x = 0; x < width / 2; ++x)
+            image.setPixel(x, y, qRgb(255, 0, 0));
+    }
+    return image;
+}
+
+// The block in which cameras note how they were held.
+QByteArray exifBlock(int orientation)
 {
     QByteArray exif("Exif\0\0MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0", 25);
-    exif += orientation;
-    exif += QByteArray("\0\0\0\0\0\0", 6);
+    exif += static_cast<char>(orientation);
+    return exif + QByteArray("\0\0\0\0\0\0", 6);
+}
+
+QByteArray jpegHeld(const QImage &image, int orientation)
+{
+    const QByteArray jpeg = encoded(image, "JPG");
+    const QByteArray exif = exifBlock(orientation);
     QByteArray block("\xff\xe1", 2);
     block += char(0);
     block += static_cast<char>(exif.size() + 2);
@@ -59,6 +79,57 @@ QByteArray chunk(const QByteArray &type, const QByteArray &content)
                                             static_cast<uInt>(checked.size()))),
                  sum.data());
     return bytes + checked + sum;
+}
+
+QByteArray pngHeld(const QImage &image, int orientation)
+{
+    constexpr qsizetype kBehindHeader = 8 + 25;
+    return encoded(image, "PNG")
+        .insert(kBehindHeader, chunk("eXIf", exifBlock(orientation).sliced(6)));
+}
+
+QByteArray riffChunk(const QByteArray &type, const QByteArray &content)
+{
+    QByteArray size(4, '\0');
+    qToLittleEndian(static_cast<quint32>(content.size()), size.data());
+    return type + size + content + QByteArray(content.size() % 2, '\0');
+}
+
+QByteArray webpHeld(const QImage &image, int orientation)
+{
+    constexpr char kHasExif = 8;
+    QByteArray size(4, '\0');
+    qToLittleEndian(static_cast<quint32>(image.width() - 1), size.data());
+    QByteArray extended = QByteArray(1, kHasExif) + QByteArray(3, '\0') + size.first(3);
+    qToLittleEndian(static_cast<quint32>(image.height() - 1), size.data());
+    extended += size.first(3);
+    return riffChunk("RIFF",
+                     "WEBP" + riffChunk("VP8X", extended) + encoded(image, "WEBP").sliced(12)
+                         + riffChunk("EXIF", exifBlock(orientation)));
+}
+
+QByteArray tiffHeld(const QImage &image, int orientation)
+{
+    using Turn = QImageIOHandler;
+    static constexpr Turn::Transformation kTurns[] { Turn::TransformationNone,
+                                                     Turn::TransformationMirror,
+                                                     Turn::TransformationRotate180,
+                                                     Turn::TransformationFlip,
+                                                     Turn::TransformationFlipAndRotate90,
+                                                     Turn::TransformationRotate90,
+                                                     Turn::TransformationMirrorAndRotate90,
+                                                     Turn::TransformationRotate270 };
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "TIFF");
+    writer.setTransformation(kTurns[orientation - 1]);
+    writer.write(image);
+    return buffer.data();
+}
+
+QByteArray heicHeld(const QImage &image, int orientation)
+{
+    return Sample::encodeHeic(image, { orientation, exifBlock(orientation) });
 }
 
 // The header of a PNG of so many pixels, with a few bytes of data.
@@ -95,6 +166,8 @@ private Q_SLOTS:
     void fitsThePage();
     void turnsPicturesUpright_data();
     void turnsPicturesUpright();
+    void showsWhatAPictureIs_data();
+    void showsWhatAPictureIs();
     void showsAPlaceholder_data();
     void showsAPlaceholder();
     void namesTheConversationInTheReport_data();
@@ -158,37 +231,99 @@ void tst_MessagePictures::fitsThePage()
 
 void tst_MessagePictures::turnsPicturesUpright_data()
 {
-    QTest::addColumn<int>("orientation");
+    QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QSize>("shown");
-    QTest::addColumn<QPoint>("red"); // in quarters of the picture
+    QTest::addColumn<QPoint>("red"); // corner of the stored picture's first pixel, in quarters
 
-    QTest::newRow("as it is") << 1 << QSize(250, 125) << QPoint(2, 1);
-    QTest::newRow("mirrored") << 2 << QSize(250, 125) << QPoint(2, 1);
-    QTest::newRow("upside down") << 3 << QSize(250, 125) << QPoint(2, 3);
-    QTest::newRow("flipped") << 4 << QSize(250, 125) << QPoint(2, 3);
-    QTest::newRow("transposed") << 5 << QSize(125, 250) << QPoint(1, 2);
-    QTest::newRow("to the right") << 6 << QSize(125, 250) << QPoint(3, 2);
-    QTest::newRow("transversed") << 7 << QSize(125, 250) << QPoint(3, 2);
-    QTest::newRow("to the left") << 8 << QSize(125, 250) << QPoint(1, 2);
+    static constexpr struct
+    {
+        const char *name;
+        QSize shown;
+        QPoint red;
+    } kHeld[] {
+        { "as it is", { 250, 125 }, { 1, 1 } },    { "mirrored", { 250, 125 }, { 3, 1 } },
+        { "upside down", { 250, 125 }, { 3, 3 } }, { "flipped", { 250, 125 }, { 1, 3 } },
+        { "transposed", { 125, 250 }, { 1, 1 } },  { "to the right", { 125, 250 }, { 3, 1 } },
+        { "transversed", { 125, 250 }, { 3, 3 } }, { "to the left", { 125, 250 }, { 1, 3 } },
+    };
+    const QImage image = redCorner(800, 400);
+    int orientation = 0;
+    for (const auto &held : kHeld) {
+        ++orientation;
+        const auto add = [&](const char *format, const QByteArray &bytes) {
+            QTest::addRow("%s, %s", format, held.name) << bytes << held.shown << held.red;
+        };
+        add("JPEG", jpegHeld(image, orientation));
+        add("PNG", pngHeld(image, orientation));
+        add("WebP", webpHeld(image, orientation));
+        add("TIFF", tiffHeld(image, orientation));
+        add("HEIC", heicHeld(image, orientation));
+    }
 }
 
 void tst_MessagePictures::turnsPicturesUpright()
 {
-    QFETCH(int, orientation);
+    QFETCH(QByteArray, bytes);
     QFETCH(QSize, shown);
     QFETCH(QPoint, red);
 
-    exportPicture(
-        withOrientation(encoded(redAboveBlue(800, 400), "JPG"), static_cast<char>(orientation)));
+    exportPicture(bytes);
     const QImage image = QImage::fromData(m_sink->images.value(u"0.png"_s));
     QCOMPARE(image.size(), shown);
-    const auto at = [&](QPoint quarters) {
-        return image.pixelColor(quarters.x() * shown.width() / 4,
-                                quarters.y() * shown.height() / 4);
+    const auto isRed = [&](QPoint quarters) {
+        const QColor colour =
+            image.pixelColor(quarters.x() * shown.width() / 4, quarters.y() * shown.height() / 4);
+        return colour.red() > 200 && colour.blue() < 60;
     };
-    QVERIFY(at(red).red() > 200 && at(red).blue() < 50);
-    const QPoint opposite = QPoint(4, 4) - red;
-    QVERIFY(at(opposite).blue() > 200 && at(opposite).red() < 50);
+    for (const QPoint corner : { QPoint(1, 1), QPoint(3, 1), QPoint(1, 3), QPoint(3, 3) })
+        QCOMPARE(isRed(corner), corner == red);
+}
+
+void tst_MessagePictures::showsWhatAPictureIs_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QColor>("left"); // in the middle of the left half
+    QTest::addColumn<QColor>("right");
+
+    QImage glass(300, 300, QImage::Format_RGBA8888);
+    glass.fill(Qt::transparent);
+    for (int y = 0; y < 300; ++y) {
+        for (int x = 0; x < 150; ++x)
+            glass.setPixelColor(x, y, Qt::red);
+    }
+    const QColor clear(0, 0, 0, 0);
+    QTest::newRow("transparent PNG") << encoded(glass, "PNG") << QColor(Qt::red) << clear;
+    QTest::newRow("transparent WebP") << encoded(glass, "WEBP") << QColor(Qt::red) << clear;
+    QTest::newRow("transparent HEIC") << Sample::encodeHeic(glass) << QColor(Qt::red) << clear;
+    QTest::newRow("PNG of 16 bits a colour")
+        << encoded(glass.convertToFormat(QImage::Format_RGBA64), "PNG") << QColor(Qt::red) << clear;
+    // Two frames, blue and red.
+    QTest::newRow("animated GIF") << QByteArray::fromBase64(
+        "R0lGODlhAgACAPEAAAAA//8AAAAAAAAAACH/C05FVFNDQVBFMi4wAwEAAAAh+QQE"
+        "CgAAACwAAAAAAgACAAACAwSAAgAh+QQECgAAACwAAAAAAgACAAACA0ySAgA7")
+                                  << QColor(Qt::blue) << QColor(Qt::blue);
+}
+
+void tst_MessagePictures::showsWhatAPictureIs()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QColor, left);
+    QFETCH(QColor, right);
+
+    exportPicture(bytes);
+    const QImage image = QImage::fromData(m_sink->images.value(u"0.png"_s));
+    QVERIFY(!image.isNull());
+    const auto isLike = [&](QPoint point, QColor wanted) {
+        const QColor colour = image.pixelColor(point);
+        if (wanted.alpha() == 0)
+            return colour.alpha() < 8;
+        return std::abs(colour.red() - wanted.red()) < 12
+            && std::abs(colour.green() - wanted.green()) < 12
+            && std::abs(colour.blue() - wanted.blue()) < 12 && colour.alpha() > 247;
+    };
+    const int y = image.height() / 4;
+    QVERIFY(isLike({ image.width() / 4, y }, left));
+    QVERIFY(isLike({ image.width() * 3 / 4, y }, right));
 }
 
 void tst_MessagePictures::showsAPlaceholder_data()

@@ -1,0 +1,68 @@
+#ifndef PLUGINS_HEIF_HEIFPICTURE_H
+#define PLUGINS_HEIF_HEIFPICTURE_H
+
+#include <QByteArray>
+#include <QImage>
+#include <QSize>
+
+#include <memory>
+
+struct heif_context;
+struct heif_image_handle;
+class QIODevice;
+
+/*!
+    \brief The main picture of a HEIF file: HEIC or AVIF.
+
+    \par Orientation
+    The turns and flips that the file asks for are part of the picture: size() and decode() are
+    upright.
+    \par Bytes
+    Untrusted. Pictures of more than kMaxSidePx × kMaxSidePx pixels are refused; so are those that
+    need more memory than QImageReader::allocationLimit() grants.
+    \par Memory
+    The file is read piece by piece; what is decoded is held once.
+*/
+class HeifPicture
+{
+public:
+    static constexpr int kMaxSidePx = 16384;
+
+    //! Whether the bytes at \a device's position begin a file of this format; the position stays.
+    static bool isHeif(QIODevice &device);
+
+    HeifPicture();
+    ~HeifPicture();
+    HeifPicture(const HeifPicture &) = delete;
+    HeifPicture &operator=(const HeifPicture &) = delete;
+
+    //! Reads the structure of the file in \a device, which must stay open as long as this lives.
+    bool open(QIODevice *device);
+
+    //! In pixels, before scaling; invalid when the file was not opened.
+    QSize size() const { return m_size; }
+
+    /*!
+        The picture scaled to \a wanted, or as it is when that is invalid. A smaller version that
+        the file holds besides is used when it is large enough. Null when it cannot be decoded.
+    */
+    QImage decode(QSize wanted) const;
+
+private:
+    struct Free
+    {
+        void operator()(heif_context *context) const;
+        void operator()(heif_image_handle *handle) const;
+    };
+    using Handle = std::unique_ptr<heif_image_handle, Free>;
+
+    Handle smallerVersion(QSize wanted) const;
+    static QImage decode(const heif_image_handle &handle);
+
+    QByteArray m_bytes; // of a device that cannot go back
+    std::unique_ptr<heif_context, Free> m_context;
+    Handle m_handle;
+    QSize m_size;
+};
+
+#endif

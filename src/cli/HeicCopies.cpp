@@ -1,0 +1,122 @@
+#include "HeicCopies.h"
+
+#include "HeicExif.h"
+#include "platform/CCommonUtils.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QSaveFile>
+
+using namespace Qt::StringLiterals;
+
+namespace Cli {
+
+namespace {
+
+constexpr int kQuality = 92;
+constexpr int kMaxDecodedMb = 1024; // a quarter of a billion pixels
+constexpr qsizetype kStartOfImage = 2;
+
+bool isHeic(const QString &path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    return suffix == "heic"_L1 || suffix == "heif"_L1 || suffix == "hif"_L1;
+}
+
+QByteArray jpegOf(const QString &path, QString &why)
+{
+    const int before = QImageReader::allocationLimit();
+    QImageReader::setAllocationLimit(kMaxDecodedMb);
+    QImageReader reader(path);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    const QImage picture = reader.read();
+    QImageReader::setAllocationLimit(before);
+    if (picture.isNull()) {
+        why = reader.errorString();
+        return {};
+    }
+    QBuffer jpeg;
+    jpeg.open(QIODevice::WriteOnly);
+    QImageWriter writer(&jpeg, "jpeg");
+    writer.setQuality(kQuality);
+    if (!writer.write(picture)) {
+        why = writer.errorString();
+        return {};
+    }
+    return jpeg.data();
+}
+
+// The camera's remarks stand right behind the mark with which every JPEG begins.
+bool write(const QString &path, const QByteArray &jpeg, const QByteArray &exif, QString &why)
+{
+    QSaveFile file(path);
+    const bool written = file.open(QIODevice::WriteOnly)
+        && file.write(jpeg.first(kStartOfImage)) == kStartOfImage && file.write(exif) == exif.size()
+        && file.write(jpeg.sliced(kStartOfImage)) == jpeg.size() - kStartOfImage && file.commit();
+    if (!written)
+        why = file.errorString();
+    return written;
+}
+
+} // namespace
+
+void HeicCopies::itemFailed(const QString &typeName,
+                            const QString &itemName,
+                            Cause cause,
+                            const QString &reason)
+{
+    m_report.itemFailed(typeName, itemName, cause, reason);
+}
+
+void HeicCopies::itemExported(const QString &typeName, const QString &itemName)
+{
+    if (!m_failed)
+        m_report.itemExported(typeName, itemName);
+}
+
+void HeicCopies::fileWritten(const QString &typeName, const QString &itemName, const QString &path)
+{
+    m_failed = false;
+    m_report.fileWritten(typeName, itemName, path);
+    if (!isHeic(path))
+        return;
+    const QFileInfo original(path);
+    QString target = path + ".jpg"_L1;
+    if (QFileInfo::exists(target))
+        target = CCommonUtils::uniqFileName(original.dir(), original.fileName(), u".jpg"_s);
+    QString why;
+    const QByteArray jpeg = jpegOf(path, why);
+    if (jpeg.isEmpty()) {
+        fail(typeName,
+             itemName,
+             Cause::Content,
+             u"The HEIC file was copied, but no JPEG could be made of it: %1."_s.arg(why));
+        return;
+    }
+    if (!write(target, jpeg, jpegExif(path), why)) {
+        fail(typeName,
+             itemName,
+             Cause::Target,
+             u"Its JPEG could not be written to “%1”: %2."_s.arg(target, why));
+        return;
+    }
+    QFile dated(target);
+    if (dated.open(QIODevice::ReadWrite))
+        dated.setFileTime(original.lastModified(), QFileDevice::FileModificationTime);
+    ++m_count;
+}
+
+void HeicCopies::fail(const QString &typeName,
+                      const QString &itemName,
+                      Cause cause,
+                      const QString &reason)
+{
+    m_failed = true; // it counts once
+    m_report.itemFailed(typeName, itemName, cause, reason);
+}
+
+} // namespace Cli

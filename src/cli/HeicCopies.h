@@ -1,0 +1,44 @@
+#ifndef CLI_HEICCOPIES_H
+#define CLI_HEICCOPIES_H
+
+#include "export/CIExportReport.h"
+
+namespace Cli {
+
+/*!
+    \brief Writes a JPEG beside each HEIC picture that an export copies, and passes the report on.
+
+    The JPEG is of full size and upright, and keeps date, place and the other remarks of the camera.
+    It is called like the picture, with ".jpg" behind: "IMG_0001.HEIC.jpg".
+*/
+class HeicCopies final : public CIExportReport
+{
+public:
+    //! \a report must outlive this.
+    explicit HeicCopies(CIExportReport &report)
+        : m_report(report)
+    {
+    }
+
+    void itemFailed(const QString &typeName,
+                    const QString &itemName,
+                    Cause cause,
+                    const QString &reason) override;
+    void itemExported(const QString &typeName, const QString &itemName) override;
+    void
+    fileWritten(const QString &typeName, const QString &itemName, const QString &path) override;
+
+    //! How many were written.
+    int count() const { return m_count; }
+
+private:
+    void fail(const QString &typeName, const QString &itemName, Cause cause, const QString &reason);
+
+    CIExportReport &m_report;
+    bool m_failed = false; // the item that was copied last
+    int m_count = 0;
+};
+
+} // namespace Cli
+
+#endif

@@ -1,0 +1,128 @@
+#include "cli/Program.h"
+#include "cli/UsualBackup.h"
+#include "sample/BackupWriter.h"
+#include "sample/HeicEncoder.h"
+#include "sample/PictureMaker.h"
+#include "support/Files.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace CliTest;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QDateTime kTaken(QDate(2021, 8, 7), QTime(6, 5, 4), Qt::UTC);
+
+// What another program reads from a picture.
+QJsonObject remarks(const QString &path)
+{
+    QProcess tool;
+    tool.start(u"exiftool"_s, { u"-json"_s, u"-n"_s, path });
+    return tool.waitForFinished()
+        ? QJsonDocument::fromJson(tool.readAllStandardOutput()).array().first().toObject()
+        : QJsonObject();
+}
+
+// Blue, with red in the corner that is the top left one when it stands upright.
+QImage drawn()
+{
+    QImage image(320, 200, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    for (int y = 0; y < 100; ++y) {
+        for (int x = 0; x < 160; ++x)
+            image.setPixel(x, y, qRgb(255, 0, 0));
+    }
+    return image;
+}
+
+} // namespace
+
+class tst_HeicCopies : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void writesNoneUnasked();
+    void writesOneBesideEachPicture();
+
+private:
+    Result exportPhotos(const QStringList &more)
+    {
+        return run(QStringList { u"--only=photos"_s, m_backup, m_output } + more);
+    }
+    QString photo(const QString &name) const { return m_output + u"/Photos/100APPLE/"_s + name; }
+
+    QTemporaryDir m_folder;
+    QString m_backup;
+    QString m_output;
+};
+
+void tst_HeicCopies::init()
+{
+    m_backup = m_folder.filePath(u"backup"_s);
+    m_output = m_folder.filePath(u"out"_s);
+    QDir(m_backup).removeRecursively();
+    QDir(m_output).removeRecursively();
+    Sample::BackupWriter writer(m_backup);
+    Sample::FileTraits traits;
+    traits.modified = kTaken;
+    const auto add = [&](const QString &name, const QByteArray &content) {
+        writer.addFile(u"CameraRollDomain"_s, u"Media/DCIM/100APPLE/"_s + name, content, traits);
+    };
+    constexpr int kToTheRight = 6;
+    add(u"IMG_0001.HEIC"_s,
+        Sample::encodeHeic(Sample::storedForOrientation(drawn(), kToTheRight),
+                           { kToTheRight, Sample::exifBlock(kToTheRight, kTaken) }));
+    add(u"IMG_0002.heic"_s, Sample::encodeHeic(drawn()));
+    add(u"IMG_0003.HEIC"_s, "no picture");
+    add(u"IMG_0004.JPG"_s, "no HEIC");
+    QVERIFY2(writer.finish(), qPrintable(writer.error()));
+}
+
+void tst_HeicCopies::writesNoneUnasked()
+{
+    QCOMPARE(exportPhotos({}).exitCode, 0);
+    QCOMPARE(QDir(photo({})).entryList(QDir::Files).size(), 4);
+}
+
+void tst_HeicCopies::writesOneBesideEachPicture()
+{
+    const Result result = exportPhotos({ u"--convert-heic"_s, u"--json"_s });
+    QCOMPARE(result.exitCode, 3);
+    const QJsonObject photos = result.json().value(u"types"_s)[0].toObject();
+    QCOMPARE(photos.value(u"exported"_s).toInt(), 3);
+    QCOMPARE(photos.value(u"failed"_s).toInt(), 1);
+    QVERIFY2(result.err.contains("IMG_0003.HEIC: The HEIC file was copied, but"),
+             result.err.constData());
+    QVERIFY(result.err.contains("JPEG copies made of HEIC pictures: 2"));
+
+    const QString made = photo(u"IMG_0001.HEIC.jpg"_s);
+    const QImage picture(made);
+    QCOMPARE(picture.size(), QSize(320, 200));
+    QVERIFY(picture.pixelColor(40, 40).red() > 200);
+    QVERIFY(picture.pixelColor(280, 40).blue() > 200);
+    QVERIFY(picture.pixelColor(40, 160).blue() > 200);
+    QCOMPARE(QFileInfo(made).lastModified(), kTaken);
+    const QJsonObject noted = remarks(made);
+    QCOMPARE(noted.value(u"Orientation"_s).toInt(), 1);
+    QCOMPARE(noted.value(u"DateTimeOriginal"_s).toString(), u"2021:08:07 06:05:04"_s);
+    QCOMPARE(noted.value(u"Model"_s).toString(), u"Sample Phone"_s);
+
+    QVERIFY(!QImage(photo(u"IMG_0002.heic.jpg"_s)).isNull());
+    QCOMPARE(Files::read(photo(u"IMG_0003.HEIC"_s)), "no picture");
+    QVERIFY(!QFileInfo::exists(photo(u"IMG_0003.HEIC.jpg"_s)));
+    QVERIFY(!QFileInfo::exists(photo(u"IMG_0004.JPG.jpg"_s)));
+    QCOMPARE(QDir(photo({})).entryList(QDir::Files).size(), 6);
+}
+
+QTEST_GUILESS_MAIN(tst_HeicCopies)
+#include "tst_HeicCopies.moc"
