@@ -8,6 +8,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QColor kRed(0xd3, 0x2f, 0x2f);
+constexpr QColor kTeal(0x00, 0x6d, 0x5b);
 constexpr int kDeletedPx = 16;
 constexpr int kBadgePx = 15;
 constexpr int kSentBadgeHeightPx = 23; // the room below lifts the mark above the bubble's text
@@ -44,23 +45,46 @@ QImage drawDeleted()
 }
 
 // The mark lies on bubbles of every colour and on the page: a white rim parts it from all of them.
-QImage drawBadge(int heightPx)
+void drawDisc(QPainter &painter, const QColor &colour)
 {
-    QImage image = canvas(kBadgePx, heightPx);
-    QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Qt::white);
     painter.drawEllipse(QRectF(0, 0, kBadgePx, kBadgePx));
-    painter.setBrush(kRed);
+    painter.setBrush(colour);
     painter.drawEllipse(QRectF(1, 1, kBadgePx - 2, kBadgePx - 2));
     painter.setBrush(Qt::white);
+}
+
+QImage drawDeletedBadge(int heightPx)
+{
+    QImage image = canvas(kBadgePx, heightPx);
+    QPainter painter(&image);
+    drawDisc(painter, kRed);
     painter.drawRect(QRectF(6, 3, 3, 1)); // handle
     painter.drawRect(QRectF(4, 4, 7, 1)); // lid
     painter.drawRect(QRectF(5, 6, 1, 5)); // the body's ribs
     painter.drawRect(QRectF(7, 6, 1, 5));
     painter.drawRect(QRectF(9, 6, 1, 5));
     painter.drawRect(QRectF(5, 11, 5, 1)); // its floor
+    return image;
+}
+
+// A megaphone, for what went to many people.
+QImage drawBroadcast()
+{
+    QImage image = canvas(kBadgePx, kSentBadgeHeightPx);
+    QPainter painter(&image);
+    drawDisc(painter, kTeal);
+    QPainterPath horn(QPointF(5, 6));
+    horn.lineTo(10, 3.5);
+    horn.lineTo(10, 10.5);
+    horn.lineTo(5, 8);
+    horn.closeSubpath();
+    painter.drawPath(horn);
+    painter.drawRoundedRect(QRectF(3, 5.5, 2, 3), 1, 1); // mouthpiece
+    painter.drawRect(QRectF(5, 8, 1, 3)); // grip
+    painter.drawRect(QRectF(11, 6, 1, 2)); // sound
     return image;
 }
 
@@ -85,8 +109,9 @@ QList<Artwork> drawMarks()
 {
     return {
         { u"exclamation.png"_s, drawExclamation() },
-        { u"del_msg_recv.png"_s, drawBadge(kBadgePx) },
-        { u"del_msg_send.png"_s, drawBadge(kSentBadgeHeightPx) },
+        { u"del_msg_recv.png"_s, drawDeletedBadge(kBadgePx) },
+        { u"del_msg_send.png"_s, drawDeletedBadge(kSentBadgeHeightPx) },
         { u"deleted.png"_s, drawDeleted() },
+        { u"broadcast.png"_s, drawBroadcast() },
     };
 }

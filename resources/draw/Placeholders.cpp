@@ -10,25 +10,13 @@ namespace {
 constexpr int kWidthPx = 120;
 constexpr int kHeightPx = 90;
 constexpr int kPersonPx = 136; // the square that photos of contacts are scaled to
-constexpr QColor kCard(0xf3, 0xf4, 0xf7);
-constexpr QColor kRim(0xc3, 0xc8, 0xd1);
-constexpr QColor kInk(0x8b, 0x93, 0xa1);
-
-void drawCard(QPainter &painter)
-{
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(kRim, 1));
-    painter.setBrush(kCard);
-    painter.drawRoundedRect(QRectF(0.5, 0.5, kWidthPx - 1, kHeightPx - 1), 8, 8);
-    painter.setPen(Qt::NoPen);
-}
 
 // A landscape in a frame, with a line through it: a picture that cannot be shown.
 QImage drawPicture()
 {
     QImage image = canvas(kWidthPx, kHeightPx);
     QPainter painter(&image);
-    drawCard(painter);
+    drawCard(painter, image.size());
 
     const QRectF frame(36, 25, 48, 40);
     QPainterPath inside;
@@ -63,7 +51,7 @@ QImage drawVideo()
 {
     QImage image = canvas(kWidthPx, kHeightPx);
     QPainter painter(&image);
-    drawCard(painter);
+    drawCard(painter, image.size());
 
     painter.setBrush(kInk);
     painter.drawRoundedRect(QRectF(28, 23, 64, 44), 4, 4);

@@ -12,7 +12,7 @@ int main(int argc, char *argv[])
         return 2;
     }
     const QDir folder(QString::fromLocal8Bit(argv[1]));
-    const QList<Artwork> all = drawBubbles() + drawMarks() + drawPlaceholders();
+    const QList<Artwork> all = drawBubbles() + drawMarks() + drawPlaceholders() + drawIcons();
     for (const Artwork &artwork : all) {
         const QString path = folder.filePath(artwork.name);
         if (!artwork.image.save(path, "PNG")) {

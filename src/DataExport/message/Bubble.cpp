@@ -1,3 +1,4 @@
+#include "export/CUtils.h"
 #include "message/Bubble_p.h"
 
 #include <QString>
@@ -30,6 +31,11 @@ void Bubble::openBox(QTextStream &out) const
                      : QStringView(u"<div class=\"main-right\">"));
     if (deleted)
         out << kSentDeletedMark;
+    if (broadcast) {
+        out << QStringView(u"<img src='image/broadcast.png' style='top:20px;left:")
+            << (deleted ? QStringView(u"10") : QStringView(u"5"))
+            << QStringView(u"px; position:relative;' />");
+    }
 }
 
 void Bubble::openTable(QTextStream &out) const
@@ -51,8 +57,24 @@ void Bubble::closeTable(QTextStream &out) const
     out << kBottomRow;
 }
 
+void Bubble::write(QTextStream &out, const QString &text, const QString &picture) const
+{
+    openBox(out);
+    openTable(out);
+    if (picture.isEmpty()) {
+        out << QStringView(u"<td class=\"mid-c\">") << CUtils::htmlEncode(text)
+            << QStringView(u"&nbsp;</td>");
+    } else {
+        out << QStringView(u"<td class=\"mid-c\"><table><tr><td><img src=\"") << picture
+            << QStringView(u"\" /></td><td>") << CUtils::htmlEncode(text)
+            << QStringView(u"&nbsp;</td></tr></table></td>");
+    }
+    closeTable(out);
+}
+
 void Bubble::writePicture(QTextStream &out, const QString &path) const
 {
+    openBox(out);
     out << QStringView(u"<img src=\"") << path << QStringView(u"\" />");
     if (!fromMe && deleted)
         out << kReceivedDeletedMark;

@@ -11,18 +11,19 @@ struct Bubble
     bool notDelivered = false;
     bool iMessage = false; //!< Chooses the colour of a sent bubble.
     bool deleted = false;
+    bool broadcast = false; //!< Marks what was sent.
 
-    //! Opens the box on the side of its sender, with the mark of a deleted message that was sent.
-    void openBox(QTextStream &out) const;
+    //! Writes the whole bubble around \a text, with \a picture (a path) beside it unless that is
+    //! empty.
+    void write(QTextStream &out, const QString &text, const QString &picture) const;
 
-    //! Opens the nine-part table, up to the middle row's left edge; the middle cell follows.
-    void openTable(QTextStream &out) const;
-
-    //! Ends the table behind its middle cell, and the box.
-    void closeTable(QTextStream &out) const;
-
-    //! Writes the picture \a path with its marks, and ends the box, which holds no table then.
+    //! Writes the picture \a path with its marks, in a box without a table.
     void writePicture(QTextStream &out, const QString &path) const;
+
+private:
+    void openBox(QTextStream &out) const;
+    void openTable(QTextStream &out) const;
+    void closeTable(QTextStream &out) const;
 };
 
 #endif

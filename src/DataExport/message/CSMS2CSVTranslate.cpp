@@ -1,12 +1,11 @@
 #include "message/CSMS2CSVTranslate.h"
 
-#include "export/CIDataExporter.h"
 #include "export/CUtils.h"
 #include "message/BkSMSChat.h"
 #include "message/BkSMSChatGroup.h"
 #include "message/BkSMSItem.h"
+#include "message/ChatCsv_p.h"
 #include "message/MessagePiece_p.h"
-#include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
 
 #include <QStringList>
@@ -61,9 +60,8 @@ CSMS2CSVTranslate::~CSMS2CSVTranslate() = default;
 
 bool CSMS2CSVTranslate::translateHeader(CIDataExporter *exporter, const QString & /*title*/)
 {
-    const QStringList headers { tr("Name"), tr("Phone"), tr("Email"),
-                                tr("Date"), tr("Type"),  tr("Content") };
-    return exporter->exportData(headers.join(QLatin1Char(',')) + QLatin1Char('\n'));
+    return ChatCsv::writeHeader(
+        exporter, { tr("Name"), tr("Phone"), tr("Email"), tr("Date"), tr("Type"), tr("Content") });
 }
 
 bool CSMS2CSVTranslate::translateDataBefore(CIDataExporter * /*exporter*/)
@@ -81,26 +79,14 @@ bool CSMS2CSVTranslate::translateDataItem(CIDataExporter *exporter, BkSMSItem *i
     const BkSMSChatGroup *group = item->detailContent();
     if (!group)
         return true;
-    constexpr QLatin1Char comma(',');
-    QString line = CUtils::csvEncode(item->value(0)) + comma + CUtils::csvEncode(item->value(1))
-        + comma + CUtils::csvEncode(item->value(2)) + comma;
-    const auto conversationCells = line.size();
+    ChatCsv csv(exporter, *item);
     const TypeWords words;
-
     for (const BkSMSChat *chat : group->chats()) {
         if (!chat)
             continue;
         const QString text = joinedText(*chat);
-        if (text.isEmpty())
-            continue;
-        line.truncate(conversationCells);
-        line += CUtils::csvEncode(CCommonUtils::datetimeToMinute(chat->msgDate(), true));
-        line += comma;
-        line += words.of(*chat);
-        line += comma;
-        line += CUtils::csvEncode(text);
-        line += QLatin1Char('\n');
-        exporter->exportData(line);
+        if (!text.isEmpty())
+            csv.write(chat->msgDate(), words.of(*chat), text);
     }
     return true;
 }

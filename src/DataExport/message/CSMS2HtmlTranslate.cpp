@@ -1,7 +1,6 @@
 #include "message/CSMS2HtmlTranslate.h"
 
 #include "export/CIDataExporter.h"
-#include "export/CUtils.h"
 #include "export/Thumbnail_p.h"
 #include "message/BkSMSChat.h"
 #include "message/BkSMSChatGroup.h"
@@ -24,18 +23,6 @@ namespace {
 
 // Above the mark-up of one message, so that a page grows without being copied over and over.
 constexpr qsizetype kExpectedCharsPerMessage = 480;
-constexpr Thumbnail::Box kPictureBox { 250 };
-
-// Without a name the report shows what the page's heading shows instead.
-QString nameForReport(const BkSMSItem &item)
-{
-    for (const int field : { 0, 1 }) {
-        const QString name = item.value(field);
-        if (!name.isEmpty())
-            return name;
-    }
-    return item.value(2);
-}
 
 QString attachSubject(bool &subjectPending, const QString &subject, const QString &text)
 {
@@ -53,16 +40,7 @@ void outputText(QTextStream &out,
                 bool deleted)
 {
     const Bubble bubble { fromMe, notDelivered, iMessage, deleted };
-    bubble.openBox(out);
-    bubble.openTable(out);
-    out << QStringView(u"<td class=\"mid-c\">") << CUtils::htmlEncode(text)
-        << QStringView(u"&nbsp;</td>");
-    bubble.closeTable(out);
-}
-
-void outputLine(QTextStream &out, const QString &text)
-{
-    out << QStringView(u"<p>") << text << QStringView(u"</p>");
+    bubble.write(out, text, {});
 }
 
 // Composes the mark-up of one conversation, message by message.
@@ -87,7 +65,8 @@ public:
     {
         m_page.reserve(m_group.chats().size() * kExpectedCharsPerMessage);
         m_out << QStringView(u"<div class=\"main\">");
-        writeHeading();
+        MessagePage::writeHeading(
+            m_out, m_item, { tr("Name: %1"), tr("Phone: %1"), tr("Email: %1") });
         for (const BkSMSChat *chat : m_group.chats()) {
             if (chat)
                 writeMessage(*chat);
@@ -97,15 +76,6 @@ public:
     }
 
 private:
-    void writeHeading()
-    {
-        const QString separator = u"&nbsp;&nbsp;"_s;
-        m_out << QStringView(u"<h2>") << tr("Name: %1").arg(CUtils::htmlEncode(m_item.value(0)))
-              << separator << tr("Phone: %1").arg(CUtils::htmlEncode(m_item.value(1))) << separator
-              << tr("Email: %1").arg(CUtils::htmlEncode(m_item.value(2)))
-              << QStringView(u"</h2><hr />");
-    }
-
     void writeMessage(const BkSMSChat &chat)
     {
         writeLinesAbove(chat);
@@ -142,12 +112,12 @@ private:
         const bool iMessage = !chat.isNormalSMS();
         if (m_lastWasIMessage != iMessage) {
             m_lastWasIMessage = iMessage;
-            outputLine(m_out, iMessage ? tr("iMessage") : tr("SMS/MMS"));
+            MessagePage::writeLine(m_out, iMessage ? tr("iMessage") : tr("SMS/MMS"));
             m_lastDate.clear();
         }
         const QString date = CCommonUtils::datetimeToMinute(chat.msgDate(), true);
         if (!date.isEmpty() && date != m_lastDate) {
-            outputLine(m_out, CUtils::htmlEncode(date));
+            MessagePage::writeLine(m_out, date);
             m_lastDate = date;
         }
         if (!chat.isFromMe() && m_isGroupConversation)
@@ -157,10 +127,7 @@ private:
     void writeSender(const QString &address)
     {
         const QString name = m_group.addrIds().value(address);
-        const QString &shown = name.isEmpty() ? address : name;
-        if (!shown.isEmpty())
-            m_out << QStringView(u"<p class=\"cid\">") << CUtils::htmlEncode(shown)
-                  << QStringView(u"</p>");
+        MessagePage::writeSender(m_out, name.isEmpty() ? address : name);
     }
 
     void writeText(const BkSMSChat &chat, const QString &text)
@@ -172,7 +139,6 @@ private:
     void writePicture(const BkSMSChat &chat, const QString &path)
     {
         const Bubble bubble { chat.isFromMe(), !chat.isSentDone(), !chat.isNormalSMS(), m_deleted };
-        bubble.openBox(m_out);
         bubble.writePicture(m_out, path);
     }
 
@@ -184,7 +150,7 @@ private:
         source.open(QIODevice::ReadOnly);
         QString why;
         const QByteArray png =
-            source.data().isEmpty() ? QByteArray() : Thumbnail::makePng(source, kPictureBox, &why);
+            source.data().isEmpty() ? QByteArray() : MessagePage::makePicture(source, &why);
         if (!png.isEmpty())
             return Thumbnail::place(m_exporter, png, m_imageIndex++);
         reportPicture(piece, why);
@@ -193,17 +159,15 @@ private:
 
     void reportPicture(const BkSMSPiece &piece, const QString &why)
     {
-        QString name = nameForReport(m_item);
+        if (!why.isEmpty()) {
+            MessagePage::reportPicture(m_exporter, m_item, piece.pieceLocation(), why);
+            return;
+        }
+        QString name = MessagePage::nameForReport(m_item);
         if (!piece.pieceLocation().isEmpty())
             name += u'/' + piece.pieceLocation();
-        if (why.isEmpty()) {
-            m_exporter->reportFailure(
-                name, CIExportReport::Cause::Source, tr("The picture is missing in the backup."));
-        } else {
-            m_exporter->reportFailure(name,
-                                      CIExportReport::Cause::Content,
-                                      tr("The picture cannot be shown: %1.").arg(why));
-        }
+        m_exporter->reportFailure(
+            name, CIExportReport::Cause::Source, tr("The picture is missing in the backup."));
     }
 
     CIDataExporter *m_exporter;
@@ -264,13 +228,13 @@ bool CSMS2HtmlTranslate::translateDataItem(CIDataExporter *exporter, BkSMSItem *
 {
     const BkSMSChatGroup *group = item->detailContent();
     if (!group) {
-        exporter->reportFailure(nameForReport(*item),
+        exporter->reportFailure(MessagePage::nameForReport(*item),
                                 CIExportReport::Cause::Source,
                                 tr("The messages of the conversation could not be read."));
         return true;
     }
     if (!exporter->exportData(ConversationWriter(exporter, *item, *group, m_imageIndex).write()))
         return false;
-    exporter->reportExported(nameForReport(*item));
+    exporter->reportExported(MessagePage::nameForReport(*item));
     return true;
 }

@@ -4,6 +4,9 @@
 #include "message/BkSMSData.h"
 #include "message/BkSMSItem.h"
 #include "message/BkSMSPiece.h"
+#include "message/BkWhatsappChat.h"
+#include "message/BkWhatsappItem.h"
+#include "message/BkWhatsappMsg.h"
 
 BkSMSData::~BkSMSData() = default;
 
@@ -14,3 +17,9 @@ BkSMSChatGroup::~BkSMSChatGroup() = default;
 BkSMSChat::~BkSMSChat() = default;
 
 BkSMSPiece::~BkSMSPiece() = default;
+
+BkWhatsappItem::~BkWhatsappItem() = default;
+
+BkWhatsappChat::~BkWhatsappChat() = default;
+
+BkWhatsappMsg::~BkWhatsappMsg() = default;

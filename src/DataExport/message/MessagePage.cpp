@@ -1,13 +1,21 @@
+#include "backup/BkAbstractItem.h"
 #include "export/CHtmlExporter.h"
 #include "export/CUtils.h"
+#include "export/Thumbnail_p.h"
 #include "message/MessagePage_p.h"
+#include "platform/Translation_p.h"
 #include "platform/UxResourceMgr.h"
+
+#include <QTextStream>
 
 #include <array>
 
 using namespace Qt::StringLiterals;
+using DataExport::tr;
 
 namespace {
+
+constexpr Thumbnail::Box kPictureBox { 250 };
 
 constexpr std::array kBubbleParts {
     "-top-l.png"_L1,    "-top-c.png"_L1, "-top-r.png"_L1, "-middle-l.png"_L1, "-bg.png"_L1,
@@ -90,6 +98,54 @@ bool MessagePage::open(CIDataExporter *exporter, const QString &title)
 bool MessagePage::close(CIDataExporter *exporter)
 {
     return exporter->exportData(u"</div>"_s);
+}
+
+void MessagePage::writeHeading(QTextStream &out,
+                               const BkAbstractItem &item,
+                               const QStringList &patterns)
+{
+    QStringList texts;
+    for (const QString &pattern : patterns)
+        texts.append(pattern.arg(CUtils::htmlEncode(item.value(int(texts.size())))));
+    out << QStringView(u"<h2>") << texts.join("&nbsp;&nbsp;"_L1) << QStringView(u"</h2><hr />");
+}
+
+void MessagePage::writeLine(QTextStream &out, const QString &text)
+{
+    out << QStringView(u"<p>") << CUtils::htmlEncode(text) << QStringView(u"</p>");
+}
+
+void MessagePage::writeSender(QTextStream &out, const QString &name)
+{
+    if (!name.isEmpty())
+        out << QStringView(u"<p class=\"cid\">") << CUtils::htmlEncode(name)
+            << QStringView(u"</p>");
+}
+
+QString MessagePage::nameForReport(const BkAbstractItem &item)
+{
+    for (const int field : { 0, 1 }) {
+        const QString name = item.value(field);
+        if (!name.isEmpty())
+            return name;
+    }
+    return item.value(2);
+}
+
+QByteArray MessagePage::makePicture(QIODevice &source, QString *why)
+{
+    return Thumbnail::makePng(source, kPictureBox, why);
+}
+
+void MessagePage::reportPicture(CIDataExporter *exporter,
+                                const BkAbstractItem &item,
+                                const QString &name,
+                                const QString &why)
+{
+    exporter->reportFailure(name.isEmpty() ? nameForReport(item)
+                                           : nameForReport(item) + u'/' + name,
+                            CIExportReport::Cause::Content,
+                            tr("The picture cannot be shown: %1.").arg(why));
 }
 
 QString MessagePage::imagePath(const QString &name)

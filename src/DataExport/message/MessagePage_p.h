@@ -1,11 +1,14 @@
 #ifndef DATAEXPORT_MESSAGE_MESSAGEPAGE_P_H
 #define DATAEXPORT_MESSAGE_MESSAGEPAGE_P_H
 
-#include <QString>
+#include <QStringList>
 
 #include <initializer_list>
 
+class BkAbstractItem;
 class CIDataExporter;
+class QIODevice;
+class QTextStream;
 
 //! What all chat pages have in common: style sheet, images, the column around the conversations.
 namespace MessagePage {
@@ -34,6 +37,33 @@ bool open(CIDataExporter *exporter, const QString &title);
 
 //! Closes the column. \return what writing answered.
 bool close(CIDataExporter *exporter);
+
+/*!
+    Writes the heading of \a item and the line under it. \a patterns are those of its texts 0, 1, 2
+    and so on, each with the place %1.
+*/
+void writeHeading(QTextStream &out, const BkAbstractItem &item, const QStringList &patterns);
+
+//! Writes a centred line that says \a text.
+void writeLine(QTextStream &out, const QString &text);
+
+//! Writes who sent the message below; nothing for an empty \a name.
+void writeSender(QTextStream &out, const QString &name);
+
+//! What the report calls \a item: the first of its texts that is not empty.
+QString nameForReport(const BkAbstractItem &item);
+
+/*!
+    The picture in \a source, which is open, as PNG in the size of chat pages; empty when there is
+    none to be had, and \a why gets the reason.
+*/
+QByteArray makePicture(QIODevice &source, QString *why);
+
+//! Tells the report that the picture \a name of \a item cannot be shown, and why.
+void reportPicture(CIDataExporter *exporter,
+                   const BkAbstractItem &item,
+                   const QString &name,
+                   const QString &why);
 
 //! Path of the image \a name relative to the page.
 QString imagePath(const QString &name);
