@@ -1,0 +1,143 @@
+#include "model/WhatsappFiles.h"
+
+#include "model/FileData.h"
+#include "model/PathParts.h"
+#include "model/Source.h"
+#include "model/WhatsappData.h"
+#include "model/WhatsappStore.h"
+#include "platform/Translation_p.h"
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+using DataExport::tr;
+
+namespace {
+
+constexpr int kWhatsappFiles = 12;
+constexpr qint64 kDocument = 8;
+
+// What a file without a name of its own is called, by its message's stored type; empty for types
+// that have a file only by the way, such as the picture of a link.
+QString kindName(qint64 storedType)
+{
+    switch (storedType) {
+    case 1:
+    case 38:
+        return tr("Photo");
+    case 2:
+    case 39:
+    case 54:
+        return tr("Video");
+    case 3:
+    case 53:
+        return tr("Audio");
+    case 11:
+        return tr("GIF");
+    case 15:
+        return tr("Sticker");
+    case kDocument:
+        return tr("Document");
+    default:
+        return {};
+    }
+}
+
+class WhatsappFiles
+{
+public:
+    explicit WhatsappFiles(Source &source)
+        : m_source(source)
+        , m_data(std::make_unique<FileData>(kWhatsappFiles, source.files()))
+    {
+    }
+
+    std::unique_ptr<FileData> read(const WhatsappData &chats)
+    {
+        for (int i = 0; i < chats.recoverCount() && m_source.keepGoing(); ++i)
+            addChat(chats.chat(i));
+        return std::move(m_data);
+    }
+
+private:
+    void addChat(const WhatsappChat &chat)
+    {
+        int group = -1;
+        int notDownloaded = 0;
+        QSet<FileIndex::Row> inGroup;
+        for (const qint64 message : chat.withMedia) {
+            const WhatsappSentFile file = chat.store->reader().file(message);
+            if (file.item.path.isEmpty()) {
+                notDownloaded += kindName(file.storedType).isEmpty() ? 0 : 1;
+                continue;
+            }
+            FileEntry entry;
+            entry.row = chat.store->media().find(file.item.path);
+            if (entry.row == FileIndex::kNone) {
+                reportMissing(chat, file);
+                continue;
+            }
+            if (inGroup.contains(entry.row)) // sent on within the chat
+                continue;
+            inGroup.insert(entry.row);
+            if (group < 0)
+                group = m_data->addGroup(chat.name);
+            entry.group = group;
+            entry.name = nameOf(file, entry.row);
+            entry.date = file.date;
+            entry.id = message;
+            entry.deleted = chat.isRemoved;
+            m_data->add(entry);
+        }
+        if (notDownloaded > 0) {
+            m_source.addProblem(
+                { kWhatsappFiles,
+                  u"%1 (%2)"_s.arg(chat.name, QString::number(chat.row)),
+                  tr("Files that were never downloaded to the phone: %1.").arg(notDownloaded),
+                  false });
+        }
+    }
+
+    QString nameOf(const WhatsappSentFile &file, FileIndex::Row row) const
+    {
+        const QByteArrayView path = m_source.index().path(row);
+        const QString extension = PathParts::text(PathParts::extension(path));
+        if (file.storedType == kDocument && !file.item.title.isEmpty()) {
+            const bool hasExtension = !PathParts::extension(file.item.title.toUtf8()).isEmpty();
+            return hasExtension ? OutputNames::clean(file.item.title)
+                                : OutputNames::clean(file.item.title, extension);
+        }
+        const QString kind = kindName(file.storedType);
+        if (!file.date.isValid() || kind.isEmpty())
+            return {};
+        return OutputNames::clean(file.date.toLocalTime().toString(u"yyyy-MM-dd hh-mm "_s) + kind,
+                                  extension);
+    }
+
+    void reportMissing(const WhatsappChat &chat, const WhatsappSentFile &file)
+    {
+        // The number keeps apart what has one name.
+        m_source.addProblem({ kWhatsappFiles,
+                              u"%1/%2 (%3)"_s.arg(chat.name,
+                                                  file.item.path.section(u'/', -1),
+                                                  QString::number(file.item.row)),
+                              tr("The file “%1” is missing in the backup.").arg(file.item.path),
+                              true });
+    }
+
+    Source &m_source;
+    std::unique_ptr<FileData> m_data;
+};
+
+} // namespace
+
+void readWhatsappFiles(Source &source, DataSets &sets)
+{
+    if (sets.find(WhatsappDatabase::kChats) == sets.end())
+        readWhatsapp(source, sets);
+    const auto *chats = dynamic_cast<const WhatsappData *>(sets[WhatsappDatabase::kChats].get());
+    if (chats)
+        sets[kWhatsappFiles] = WhatsappFiles(source).read(*chats);
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,39 @@
+#ifndef PHONEBACKUP_MODEL_WHATSAPPMESSAGE_H
+#define PHONEBACKUP_MODEL_WHATSAPPMESSAGE_H
+
+#include "message/BkWhatsappMsg.h"
+#include "model/Conversation.h"
+
+namespace PhoneBackup {
+
+//! One message of the chat that is open.
+class WhatsappMessage final : public BkWhatsappMsg
+{
+public:
+    // What the reader fills in.
+    qint64 dateMs = Conversation::kNoDate;
+    QString text;
+    QString author;
+    QString mediaPath;
+    int code = 0;
+    bool fromMe = false;
+    bool sentDone = true;
+    bool broadcast = false;
+
+    int type() const override { return code; }
+    const QString &content() const override { return text; }
+    bool isFromMe() const override { return fromMe; }
+    bool isSentDone() const override { return sentDone; }
+    bool isBroadcast() const override { return broadcast; }
+    const QString &member() const override { return author; }
+    QDateTime msgDate() const override
+    {
+        return dateMs == Conversation::kNoDate ? QDateTime()
+                                               : QDateTime::fromMSecsSinceEpoch(dateMs, Qt::UTC);
+    }
+    const QString &media() const override { return mediaPath; }
+};
+
+} // namespace PhoneBackup
+
+#endif

@@ -1,0 +1,197 @@
+#include "model/WhatsappNames.h"
+
+#include "model/Jid.h"
+#include "model/MessageWords.h"
+#include "model/Source.h"
+#include "model/WhatsappDatabase.h"
+#include "model/WireFields.h"
+#include "platform/Translation_p.h"
+
+#include <algorithm>
+#include <array>
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+using DataExport::tr;
+
+namespace {
+
+// "+49 30 …", "4930…" or an identifier: what a column holds as somebody's number.
+QString numberIn(const QString &text)
+{
+    const Jid jid(text);
+    if (!jid.number().isEmpty())
+        return jid.number();
+    if (text.contains(u'@'))
+        return {};
+    QString digits;
+    for (const QChar c : text) {
+        if (c >= u'0' && c <= u'9')
+            digits.append(c);
+    }
+    return digits.isEmpty() ? QString() : u'+' + digits;
+}
+
+// A person's identifier that may lack what follows its digits.
+QString keyIn(const QString &text)
+{
+    return Jid(text.contains(u'@') ? text : text + "@s.whatsapp.net"_L1).key();
+}
+
+} // namespace
+
+WhatsappNames::WhatsappNames(Source &source, const WhatsappPlace &place, WhatsappDatabase &chats)
+    : m_addressBook(source.addressBook())
+{
+    const QString loss = tr("Names of people in chats may be missing.");
+    for (const QString &name : { u"LID.sqlite"_s, u"ContactsV2.sqlite"_s, u"Contacts.sqlite"_s }) {
+        if (const auto database = WhatsappDatabase::open(source, place, name, loss)) {
+            readNumbers(*database);
+            readContacts(*database);
+        }
+    }
+    readNumbers(chats);
+    readContacts(chats);
+    readChosenNames(chats);
+}
+
+void WhatsappNames::readNumbers(RowDatabase &database)
+{
+    struct Pairs
+    {
+        QString table;
+        QString privateId;
+        QString number;
+        QString order;
+    };
+    // What comes first counts; within a table that is the newest row.
+    const std::array tables {
+        Pairs { u"ZWAPHONENUMBERLIDPAIR"_s, u"ZLID"_s, u"ZPHONENUMBER"_s, u"ZTIMESTAMP"_s },
+        Pairs { u"ZWAZACCOUNT"_s, u"ZIDENTIFIER"_s, u"ZPHONENUMBER"_s, {} },
+        Pairs { u"ZWAADDRESSBOOKCONTACT"_s, u"ZLID"_s, u"ZWHATSAPPID"_s, {} },
+        Pairs { u"ZWAADDRESSBOOKCONTACT"_s, u"ZLID"_s, u"ZPHONENUMBER"_s, {} },
+    };
+    for (const Pairs &pairs : tables) {
+        if (!database.hasColumn(pairs.table, pairs.privateId)
+            || !database.hasColumn(pairs.table, pairs.number))
+            continue;
+        QHash<QString, std::pair<double, QString>> newest;
+        const QString what = u"%1, %2, %3"_s.arg(
+            pairs.privateId, pairs.number, database.column(pairs.table, pairs.order));
+        database.query(what, pairs.table, [&](const Statement &row) {
+            const QString user = Jid(row.text(0)).user();
+            const QString number = numberIn(row.text(1));
+            const double when = row.number(2).value_or(0);
+            if (user.isEmpty() || number.isEmpty())
+                return;
+            const auto known = newest.constFind(user);
+            if (known == newest.constEnd() || when >= known->first)
+                newest.insert(user, { when, number });
+        });
+        for (auto it = newest.cbegin(); it != newest.cend(); ++it) {
+            if (!m_numbers.contains(it.key()))
+                m_numbers.insert(it.key(), it->second);
+        }
+    }
+}
+
+void WhatsappNames::readContacts(RowDatabase &database)
+{
+    for (const QString &table :
+         { u"ZWAADDRESSBOOKCONTACT"_s, u"ZWASTATUS"_s, u"ZWAFAVORITE"_s, u"ZWACONTACT"_s }) {
+        QString nameColumn;
+        for (const QString &column :
+             { u"ZFULLNAME"_s, u"ZDISPLAYNAME"_s, u"ZCONTACTNAME"_s, u"ZBUSINESSNAME"_s }) {
+            if (nameColumn.isEmpty() && database.hasColumn(table, column))
+                nameColumn = column;
+        }
+        if (nameColumn.isEmpty() || !database.hasColumn(table, u"ZWHATSAPPID"_s))
+            continue;
+        const QString what =
+            u"ZWHATSAPPID, %1, %2"_s.arg(nameColumn, database.column(table, u"ZLID"_s));
+        database.query(what, table, [this](const Statement &row) {
+            const QString name = cleaned(row.text(1));
+            if (name.isEmpty())
+                return;
+            const QString id = row.text(0).trimmed();
+            if (!id.isEmpty() && !m_contacts.contains(keyIn(id)))
+                m_contacts.insert(keyIn(id), name);
+            const QString privateId = Jid(row.text(2)).user();
+            if (!privateId.isEmpty())
+                m_contacts.insert(privateId + "@lid"_L1, name);
+        });
+    }
+}
+
+void WhatsappNames::readChosenNames(RowDatabase &database)
+{
+    const QString table = u"ZWAPROFILEPUSHNAME"_s;
+    if (!database.hasColumn(table, u"ZJID"_s) || !database.hasColumn(table, u"ZPUSHNAME"_s))
+        return;
+    database.query(u"ZJID, ZPUSHNAME"_s, table, [this](const Statement &row) {
+        const QString name = chosen(row.text(1));
+        if (!name.isEmpty())
+            m_chosen.insert(Jid(row.text(0)).key(), name);
+    });
+}
+
+QString WhatsappNames::number(const Jid &jid) const
+{
+    return jid.kind() == Jid::Kind::PrivateId ? m_numbers.value(jid.user()) : jid.number();
+}
+
+QString WhatsappNames::name(const Jid &jid, const QString &known) const
+{
+    if (jid.kind() == Jid::Kind::App)
+        return u"WhatsApp"_s;
+    const QString digits = number(jid);
+    const QString key = digits.isEmpty() ? QString() : keyIn(digits.sliced(1));
+    for (const QString &name : { digits.isEmpty() ? QString() : m_addressBook.name(digits),
+                                 m_contacts.value(jid.key()),
+                                 m_contacts.value(key),
+                                 known,
+                                 m_chosen.value(jid.key()),
+                                 m_chosen.value(key) }) {
+        if (!name.isEmpty())
+            return cleaned(name);
+    }
+    return {};
+}
+
+QString WhatsappNames::nameOrNumber(const Jid &jid, const QString &chosen) const
+{
+    for (const QString &name : { name(jid), chosen, number(jid) }) {
+        if (!name.isEmpty())
+            return name;
+    }
+    return tr("Unknown");
+}
+
+void WhatsappNames::learn(const Jid &jid, const Jid &phone)
+{
+    if (jid.kind() == Jid::Kind::PrivateId && !phone.number().isEmpty()
+        && !m_numbers.contains(jid.user()))
+        m_numbers.insert(jid.user(), phone.number());
+}
+
+QString WhatsappNames::cleaned(const QString &name)
+{
+    const auto steersDirection = [](QChar c) {
+        return c == QChar(0x200E) || c == QChar(0x200F) || c == QChar(0x2068) || c == QChar(0x2069)
+            || (c >= QChar(0x202A) && c <= QChar(0x202E));
+    };
+    QString text = MessageWords::cleaned(name);
+    text.removeIf(steersDirection);
+    return text.simplified();
+}
+
+QString WhatsappNames::chosen(const QString &pushName)
+{
+    const auto bytes =
+        QByteArray::fromBase64Encoding(pushName.toUtf8(), QByteArray::AbortOnBase64DecodingErrors);
+    const bool isEncoded = bytes && WireFields::areComplete(*bytes);
+    return isEncoded ? QString() : cleaned(pushName);
+}
+
+} // namespace PhoneBackup
