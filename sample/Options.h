@@ -28,6 +28,8 @@ struct Options
     int events = 9;
     int reminders = 8;
     int plannerRelease = 18; //!< iOS release whose stores these three stand in, 6 to 18.
+    int whatsappMessages = kShowcase; //!< kShowcase: a few chats with every kind of message.
+    int whatsappChats = 20; //!< For WhatsApp's messages, when they are counted.
     int indexRows = 0; //!< Rows of the index on top, folders among them, without content files.
     QList<qint64> fileSizesBytes; //!< Of photos and videos, in turn; empty: as they come.
 };

@@ -12,6 +12,7 @@
 #include "sample/SystemSample.h"
 #include "sample/VoiceMemoSample.h"
 #include "sample/VoicemailSample.h"
+#include "sample/WhatsappSample.h"
 
 namespace Sample {
 
@@ -28,6 +29,7 @@ void addSampleContents(BackupWriter &writer, const Options &options)
     addContacts(writer, options);
     addNotes(writer, options);
     addPlanner(writer, options);
+    addWhatsapp(writer, options);
     addIndexRows(writer, options);
 }
 

@@ -72,6 +72,16 @@ void addPlannerOptions(CLI::App &app, Sample::Options &options)
         ->capture_default_str();
 }
 
+void addWhatsappOptions(CLI::App &app, Sample::Options &options)
+{
+    app.add_option("--whatsapp-messages",
+                   options.whatsappMessages,
+                   "WhatsApp messages; without this a few chats with every kind of message")
+        ->check(CLI::Range(0, kMostOfAKind).description(""))
+        ->type_name("N");
+    addCount(app, "--whatsapp-chats", options.whatsappChats, "Chats that --whatsapp-messages fill");
+}
+
 bool isNewOrEmpty(const QString &path)
 {
     const QFileInfo info(path);
@@ -105,6 +115,9 @@ QString summary(const Sample::Options &options)
     add(options.notes, u"note"_s, u"notes"_s);
     add(options.events, u"event"_s, u"events"_s);
     add(options.reminders, u"reminder"_s, u"reminders"_s);
+    if (options.whatsappMessages == Sample::Options::kShowcase)
+        parts.append(u"WhatsApp chats with every kind of message"_s);
+    add(options.whatsappMessages, u"WhatsApp message"_s, u"WhatsApp messages"_s);
     add(options.indexRows, u"row without a file"_s, u"rows without files"_s);
     return parts.isEmpty() ? u"nothing but settings"_s : parts.join(", "_L1);
 }
@@ -133,6 +146,7 @@ int main(int argc, char *argv[])
     addMessageOptions(app, options);
     addContactOptions(app, options);
     addPlannerOptions(app, options);
+    addWhatsappOptions(app, options);
     addCount(app, "--index-rows", options.indexRows, "Rows of the index on top, without files");
     app.add_option("--file-size",
                    fileSizesBytes,
