@@ -3,26 +3,13 @@
 #include "support/Golden.h"
 #include "support/RecordingSink.h"
 #include "support/SMSFromJson.h"
+#include "support/WrappedPage.h"
 
-#include <QRegularExpression>
 #include <QtTest>
 
 #include <ctime>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// The page is one line; the golden files break it before each block, for those who read them.
-QByteArray wrapped(const QString &page)
-{
-    static const QRegularExpression block(u"(?=<(?:div|h2|hr|p|tr|table)[ >])"_s);
-    QString lines = page;
-    lines.replace(block, u"\n"_s);
-    return lines.mid(lines.startsWith(u'\n') ? 1 : 0).toUtf8();
-}
-
-} // namespace
 
 class tst_CSMS2HtmlTranslate : public QObject
 {
@@ -60,7 +47,7 @@ void tst_CSMS2HtmlTranslate::writesConversations()
     QVERIFY(!page.contains(u'\n'));
     for (const QString &name : sink.images.keys())
         QVERIFY(page.contains(u"<img src=\"image/%1\" />"_s.arg(name)));
-    COMPARE_GOLDEN(wrapped(page), folder + u"/page.html"_s);
+    COMPARE_GOLDEN(wrappedPage(page), folder + u"/page.html"_s);
 }
 
 void tst_CSMS2HtmlTranslate::stylesThePage()

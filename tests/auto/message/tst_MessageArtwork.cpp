@@ -93,9 +93,16 @@ void tst_MessageArtwork::hasAllImages_data()
     QTest::addColumn<QSize>("atMost");
 
     const QSize mark(24, 24); // a mark is no higher than about one line of text
-    for (const char *name :
-         { "exclamation.png", "del_msg_recv.png", "del_msg_send.png", "deleted.png" })
+    for (const char *name : { "exclamation.png",
+                              "del_msg_recv.png",
+                              "del_msg_send.png",
+                              "deleted.png",
+                              "broadcast.png" })
         QTest::newRow(name) << mark;
+    const QSize icon(48, 48); // leaves room for a text beside it
+    for (const char *name :
+         { "picture.png", "video.png", "audio.png", "vcard.png", "location.png" })
+        QTest::newRow(name) << icon;
     for (const char *name : { "sms_video.png", "sms_image.png" })
         QTest::newRow(name) << QSize(250, 250);
 }

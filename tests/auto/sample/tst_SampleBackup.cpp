@@ -214,6 +214,7 @@ void tst_SampleBackup::leavesOutWhatIsNotWanted_data()
     QTest::newRow("messages") << u"HomeDomain-Library/SMS%"_s;
     QTest::newRow("contacts") << u"HomeDomain-Library/AddressBook%"_s;
     QTest::newRow("files of messages") << u"MediaDomain-Library/SMS%"_s;
+    QTest::newRow("WhatsApp") << u"AppDomainGroup-group.net.whatsapp%"_s;
     QTest::newRow("apps") << u"AppDomain%"_s;
 }
 
@@ -225,7 +226,7 @@ void tst_SampleBackup::leavesOutWhatIsNotWanted()
         Sample::Options none;
         none.photos = none.videos = none.sharedPhotos = none.voiceMemos = 0;
         none.books = none.ringtones = none.appDocuments = none.voicemails = none.messages = 0;
-        none.contacts = none.notes = none.events = none.reminders = 0;
+        none.contacts = none.notes = none.events = none.reminders = none.whatsappMessages = 0;
         make(root, none);
     }
     const QByteArray sql =

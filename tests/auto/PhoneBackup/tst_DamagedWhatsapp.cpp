@@ -1,0 +1,221 @@
+#include "WhatsappFixture.h"
+
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+using namespace WhatsappRows;
+
+namespace {
+
+constexpr int kCount = 300;
+constexpr qsizetype kPageSize = 4096;
+
+// Two chats that take turns; each message knows its number.
+QByteArray talk()
+{
+    QByteArray sql = kGroup + chat(2, "15550100124@s.whatsapp.net");
+    for (int i = 1; i <= kCount; ++i) {
+        sql += message(i,
+                       "0",
+                       "ZTEXT = 'No. ' || Z_PK, ZGROUPMEMBER = Z_PK % 5 + 1,"
+                       " ZCHATSESSION = Z_PK % 2 + 1");
+    }
+    return sql;
+}
+
+QByteArray whole(const QByteArray &change = {})
+{
+    return BackupFixture::database((Sample::whatsappTables() + talk() + change).constData());
+}
+
+struct Outcome
+{
+    qsizetype messages = 0;
+    qsizetype strange = 0; // texts that nobody wrote
+    bool isLossTold = false;
+    bool otherTypeIsThere = false;
+};
+
+// Reads everything twice, as two passes do.
+Outcome outcomeOf(const QByteArray &image)
+{
+    WhatsappFixture fixture;
+    fixture.addDatabase(image);
+    fixture.writer.addFile(u"CameraRollDomain"_s, u"Media/DCIM/100APPLE/IMG_1.JPG"_s, "x");
+    Outcome outcome;
+    const qsizetype chats = fixture.chats().size();
+    for (int round = 0; round < 2; ++round) {
+        outcome.messages = 0;
+        for (int i = 0; i < chats; ++i) {
+            const BkWhatsappChat *opened = fixture.content(i);
+            for (const BkWhatsappMsg *message :
+                 opened ? opened->messages() : QList<BkWhatsappMsg *>()) {
+                ++outcome.messages;
+                outcome.strange += message->content().startsWith("No. "_L1) ? 0 : 1;
+            }
+        }
+    }
+    fixture.list(WhatsappFixture::kFiles);
+    for (const QString &problem : fixture.problems())
+        outcome.isLossTold =
+            outcome.isLossTold || (problem.startsWith("11 "_L1) && problem.endsWith("(loss)"_L1));
+    outcome.otherTypeIsThere = fixture.list(0).size() == 1;
+    return outcome;
+}
+
+} // namespace
+
+class tst_DamagedWhatsapp : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsWhatIsLeft_data();
+    void readsWhatIsLeft();
+    void losesOneOverwrittenPageAlone();
+    void livesWithout_data();
+    void livesWithout();
+    void readsAbsurdRows_data();
+    void readsAbsurdRows();
+};
+
+void tst_DamagedWhatsapp::readsWhatIsLeft_data()
+{
+    QTest::addColumn<QByteArray>("image");
+    QTest::addColumn<bool>("isEmpty");
+
+    const QByteArray good = whole();
+    QTest::newRow("nothing") << QByteArray() << false;
+    QTest::newRow("no database") << QByteArray(10000, 'x') << false;
+    QTest::newRow("another schema") << BackupFixture::database("CREATE TABLE t (a)") << false;
+    QTest::newRow("no chats") << BackupFixture::database(Sample::whatsappTables().constData())
+                              << true;
+    for (int quarters = 1; quarters < 4; ++quarters) {
+        QTest::addRow("%d quarters", quarters) << good.first(good.size() * quarters / 4) << false;
+        QTest::addRow("%d quarters and a bit", quarters)
+            << good.first(good.size() * quarters / 4 + 77) << false;
+    }
+}
+
+void tst_DamagedWhatsapp::readsWhatIsLeft()
+{
+    QFETCH(QByteArray, image);
+    QFETCH(bool, isEmpty);
+    const Outcome outcome = outcomeOf(image);
+    QVERIFY(outcome.messages < kCount);
+    QCOMPARE(outcome.isLossTold, !isEmpty);
+    QVERIFY(outcome.otherTypeIsThere);
+}
+
+void tst_DamagedWhatsapp::losesOneOverwrittenPageAlone()
+{
+    const QByteArray good = whole();
+    const Outcome all = outcomeOf(good);
+    QCOMPARE(all.messages, kCount);
+    QVERIFY(!all.isLossTold);
+    const qsizetype pages = good.size() / kPageSize;
+    QVERIFY(pages > 15);
+    int nearlyWhole = 0;
+    for (qsizetype page = 1; page < pages; ++page) { // the first holds the names of all tables
+        for (const char filling : { '\0', '\xFF' }) {
+            QByteArray image = good;
+            image.replace(page * kPageSize, kPageSize, QByteArray(kPageSize, filling));
+            const Outcome outcome = outcomeOf(image);
+            QVERIFY2(outcome.isLossTold || outcome.messages == kCount,
+                     qPrintable(u"page %1: %2 messages"_s.arg(page).arg(outcome.messages)));
+            QVERIFY(outcome.messages <= kCount);
+            QCOMPARE(outcome.strange, 0);
+            QVERIFY(outcome.otherTypeIsThere);
+            nearlyWhole += outcome.messages > kCount / 2 ? 1 : 0;
+        }
+    }
+    // But for the roots of chats and messages, and pages with the definitions of tables.
+    QVERIFY2(nearlyWhole >= 2 * (pages - 1 - 5), qPrintable(QString::number(nearlyWhole)));
+}
+
+void tst_DamagedWhatsapp::livesWithout_data()
+{
+    QTest::addColumn<QByteArray>("change");
+    QTest::addColumn<int>("messages");
+
+    for (const char *table : { "ZWAMEDIAITEM",
+                               "ZWAGROUPMEMBER",
+                               "ZWAGROUPINFO",
+                               "ZWAPROFILEPUSHNAME",
+                               "ZWAMESSAGEINFO",
+                               "ZWAMESSAGEDATAITEM",
+                               "Z_PRIMARYKEY" })
+        QTest::newRow(table) << "DROP TABLE " + QByteArray(table) + ';' << kCount;
+    QTest::newRow("chats") << "DROP TABLE ZWACHATSESSION;"_ba << 0;
+    QTest::newRow("messages") << "DROP TABLE ZWAMESSAGE;"_ba << 0;
+    for (const char *column : { "ZSORT",
+                                "ZMESSAGETYPE",
+                                "ZGROUPEVENTTYPE",
+                                "ZISFROMME",
+                                "ZMESSAGESTATUS",
+                                "ZTOJID",
+                                "ZMESSAGEERRORSTATUS",
+                                "ZGROUPMEMBER",
+                                "ZMEDIAITEM",
+                                "ZPARENTMESSAGE",
+                                "ZPUSHNAME",
+                                "ZMESSAGEDATE",
+                                "ZFROMJID",
+                                "ZMESSAGEINFO" })
+        QTest::newRow(column) << "ALTER TABLE ZWAMESSAGE DROP COLUMN " + QByteArray(column) + ';'
+                              << kCount;
+    for (const char *column :
+         { "ZSESSIONTYPE", "ZREMOVED", "ZPARTNERNAME", "ZLASTMESSAGEDATE", "ZCONTACTIDENTIFIER" })
+        QTest::newRow(column) << "ALTER TABLE ZWACHATSESSION DROP COLUMN " + QByteArray(column)
+                + ';' << kCount;
+    QTest::newRow("the chat's identifier")
+        << "ALTER TABLE ZWACHATSESSION DROP COLUMN ZCONTACTJID;"_ba << 0;
+    QTest::newRow("the message's chat")
+        << "ALTER TABLE ZWAMESSAGE DROP COLUMN ZCHATSESSION;"_ba << 0;
+}
+
+void tst_DamagedWhatsapp::livesWithout()
+{
+    QFETCH(QByteArray, change);
+    QFETCH(int, messages);
+    const Outcome outcome = outcomeOf(whole(change));
+    QCOMPARE(outcome.messages, messages);
+    QCOMPARE(outcome.isLossTold, messages == 0);
+}
+
+void tst_DamagedWhatsapp::readsAbsurdRows_data()
+{
+    QTest::addColumn<QByteArray>("change");
+
+    QTest::newRow("dates")
+        << "UPDATE ZWAMESSAGE SET ZMESSAGEDATE = -9e99, ZSORT = 9e99 WHERE Z_PK % 4 = 0;"
+           "UPDATE ZWAMESSAGE SET ZMESSAGEDATE = 9223372036854775807, ZSORT = 'x' WHERE Z_PK % 4 = "
+           "1;"
+           "UPDATE ZWAMESSAGE SET ZMESSAGEDATE = 'never', ZSORT = NULL WHERE Z_PK % 4 = 2;"
+           "UPDATE ZWAMESSAGE SET ZMESSAGEDATE = x'00', ZSORT = -9223372036854775808 WHERE Z_PK % 4 = 3;"_ba;
+    QTest::newRow("members and media that are not there")
+        << "UPDATE ZWAMESSAGE SET ZGROUPMEMBER = 9223372036854775807, ZMEDIAITEM = -7,"
+           " ZPARENTMESSAGE = Z_PK, ZMESSAGEINFO = 8;"
+           "UPDATE ZWAGROUPMEMBER SET ZCHATSESSION = 99;"_ba;
+    QTest::newRow("parents in a circle")
+        << "UPDATE ZWAMESSAGE SET ZPARENTMESSAGE = Z_PK % 300 + 1;"_ba;
+    QTest::newRow("identifiers")
+        << "UPDATE ZWACHATSESSION SET ZCONTACTJID = replace(hex(zeroblob(100000)), '0', '@') WHERE "
+           "Z_PK = 1;"
+           "UPDATE ZWAGROUPMEMBER SET ZMEMBERJID = x'ff40ff', ZCONTACTNAME = x'ff00';"
+           "UPDATE ZWACHATSESSION SET ZPARTNERNAME = char(8206, 8207, 0, 10) WHERE Z_PK = 2;"_ba;
+    QTest::newRow("a text of 10 MB")
+        << "UPDATE ZWAMESSAGE SET ZTEXT = 'No. ' || CAST(zeroblob(10000000) AS TEXT)"
+           " WHERE Z_PK = 7;"_ba;
+}
+
+void tst_DamagedWhatsapp::readsAbsurdRows()
+{
+    QFETCH(QByteArray, change);
+    const Outcome outcome = outcomeOf(whole(change));
+    QCOMPARE(outcome.messages, kCount);
+    QVERIFY(!outcome.isLossTold);
+}
+
+QTEST_GUILESS_MAIN(tst_DamagedWhatsapp)
+#include "tst_DamagedWhatsapp.moc"
