@@ -4,7 +4,6 @@
 #include "message/ChatCsv_p.h"
 #include "platform/CCommonUtils.h"
 
-
 namespace {
 
 constexpr QLatin1Char kComma(',');
