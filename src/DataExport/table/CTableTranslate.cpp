@@ -30,17 +30,20 @@ QString header(const BkData &data, const QString &title)
     return text + "</tr>"_L1;
 }
 
-QString row(const BkData &data, int index, bool isOdd, bool isDeleted)
+QString row(const CIDataExporter &page, const BkData &data, int index, bool isOdd, bool isDeleted)
 {
     QString text = isDeleted ? (isOdd ? u"<tr class=\"grey rd\">"_s : u"<tr class=\"rd\">"_s)
                              : (isOdd ? u"<tr class=\"grey\">"_s : u"<tr>"_s);
     const int columns = data.column();
     const bool isCall = data.dataType() == kCalls;
+    // Browsers also break a date at its hyphens.
+    const QLatin1StringView unbroken = page.isHardened() ? "<td nowrap>"_L1 : "<td>"_L1;
     for (int column = 0; column < columns; ++column) {
         QString cell = CUtils::htmlEncode(data.value(index, column));
-        if (isCall && column == kDateOfCall)
+        const bool isDateOfCall = isCall && column == kDateOfCall;
+        if (isDateOfCall)
             cell.replace(u' ', "&nbsp;"_L1);
-        text += "<td>"_L1;
+        text += isDateOfCall ? unbroken : "<td>"_L1;
         if (isDeleted && column == 0)
             text += "<img src='image/"_L1 + CHtmlExporter::DELETE_FLAG_IMG + "'>"_L1;
         text += cell + "&nbsp;</td>"_L1;
@@ -95,7 +98,7 @@ bool CTableTranslate::translate(CIDataExporter *exporter,
         if (isDeleted && !hasFlagImage)
             CHtmlExporter::exportDeleteFlagImage(exporter);
         hasFlagImage |= isDeleted;
-        if (!exporter->exportData(row(*m_data, index, position % 2 != 0, isDeleted)))
+        if (!exporter->exportData(row(*exporter, *m_data, index, position % 2 != 0, isDeleted)))
             return false;
         const QString name = m_data->value(index, 0);
         exporter->reportExported(name.isEmpty() ? tr("(no name)") : name);

@@ -15,7 +15,8 @@ class QString;
     tableStyle() goes to the sink before it is opened; then translate(), once an object.
     \par Reads
     Columns, and the cells of recoverList(), in its order; null items are skipped. The fourth column
-    of data type 15 (calls), which holds the date, is written so that it never wraps.
+    of data type 15 (calls), which holds the date, does not wrap at its blanks; on a hardened page
+    nowhere.
     \par Progress
     One call a row, before it is looked at, each worth range() / count. An answer of false ends the
     table, which is still completed: that is no failure.

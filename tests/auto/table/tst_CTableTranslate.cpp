@@ -56,6 +56,13 @@ void tst_CTableTranslate::writesTables()
     RecordingSink sink;
     sink.setReport(&report);
     QVERIFY(CTableTranslate(&data).translate(&sink, u"Ann's <Table>"_s, nullptr));
+    RecordingSink hardened;
+    hardened.setHardened(true);
+    QVERIFY(CTableTranslate(&data).translate(&hardened, u"Ann's <Table>"_s, nullptr));
+    // All text is encoded anyway.
+    QCOMPARE(hardened.text().replace("<td nowrap>"_L1, "<td>"_L1), sink.text());
+    QCOMPARE(hardened.text().count("<td nowrap>"_L1),
+             data.dataType() == 15 ? data.items.size() : 0);
     COMPARE_GOLDEN(wrapped(sink.text()), folder + u"/page.html"_s);
 
     // The image is handed over once, if a row shows it.
