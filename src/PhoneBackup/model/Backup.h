@@ -21,6 +21,7 @@ struct Problem
     QString source; //!< What could not be read: domain and path, or a file of the folder.
     QString what; //!< A sentence for a person.
     bool loss = true; //!< false: a warning; everything that is there is exported all the same.
+    bool absent = false; //!< No fault at all: backups of this kind never hold it.
 };
 
 /*!

@@ -23,6 +23,11 @@ QDateTime since2001(std::optional<double> seconds)
     return !seconds || *seconds == 0 ? QDateTime() : moment(*seconds + kBase2001);
 }
 
+QDateTime ofThePast(std::optional<double> seconds)
+{
+    return seconds.value_or(0) > kBase2001 ? sinceUnix(seconds) : since2001(seconds);
+}
+
 QDateTime sinceUnix(std::optional<double> seconds)
 {
     return seconds ? moment(*seconds) : QDateTime();

@@ -11,6 +11,9 @@ namespace PhoneBackup::PhoneTime {
 //! Seconds since 2001-01-01 UTC.
 QDateTime since2001(std::optional<double> seconds);
 
+//! Seconds since 2001, or since 1970 where they would lie after 2031: for what has happened.
+QDateTime ofThePast(std::optional<double> seconds);
+
 //! Seconds since 1970-01-01 UTC.
 QDateTime sinceUnix(std::optional<double> seconds);
 

@@ -37,6 +37,13 @@ void Source::addProblem(const Problem &problem)
     m_problems.append(problem);
 }
 
+void Source::addAbsence(int dataType, int release, const QString &what)
+{
+    const BackupInfo &info = m_files->folder().info();
+    if (!info.encrypted && info.productVersion.section(u'.', 0, 0).toInt() >= release)
+        addProblem({ dataType, {}, what, false, true });
+}
+
 bool Source::keepGoing()
 {
     if (m_stopped || !m_keepGoing || ++m_questions % kCallsBetweenQuestions != 0)

@@ -37,6 +37,13 @@ public:
     //! Remembers \a problem, once for each data type and source.
     void addProblem(const Problem &problem);
 
+    /*!
+        Remembers that a backup of this kind never holds what was looked for, in vain, for
+        \a dataType: it is not encrypted, and was made by \a release of the phone's system or later.
+       \a what is a sentence for a person. Without effect when that is not so.
+    */
+    void addAbsence(int dataType, int release, const QString &what);
+
     //! Asks, at most every few thousand calls, whether to go on. False once and for all.
     bool keepGoing();
 

@@ -103,9 +103,10 @@ private:
 
     QString nameOf(const FileEntry &entry, const QString &sender, const QString &callback) const
     {
-        const QString caller = !sender.isEmpty() ? sender
-            : !callback.isEmpty()                ? callback
-                                                 : tr("Unknown");
+        const QString &number = sender.isEmpty() ? callback : sender;
+        QString caller = m_source.addressBook().name(number);
+        if (caller.isEmpty())
+            caller = number.isEmpty() ? tr("Unknown") : number;
         const QString title = entry.date.isValid()
             ? entry.date.toLocalTime().toString(u"yyyy-MM-dd hh-mm "_s) + caller
             : caller;

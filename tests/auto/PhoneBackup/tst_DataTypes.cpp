@@ -42,6 +42,7 @@ private Q_SLOTS:
     void showsLayersOnlyWithoutTheirRecording();
     void namesVoicemail_data();
     void namesVoicemail();
+    void namesVoicemailAfterKnownCallers();
     void readsVoicemailOfAccountsAndWithoutRows();
     void readsVoicemailWhateverTheDatabase_data();
     void readsVoicemailWhateverTheDatabase();
@@ -197,6 +198,32 @@ void tst_DataTypes::namesVoicemail()
                 .constData()));
     QCOMPARE(fixture.list(kVoicemail), QStringList(expected));
     QCOMPARE(fixture.open()->getBkData(kVoicemail)->at(0, true)->id(), 7);
+}
+
+void tst_DataTypes::namesVoicemailAfterKnownCallers()
+{
+    BackupFixture fixture;
+    const QString home = u"HomeDomain"_s;
+    for (const char *name : { "1.amr", "2.amr", "3.amr" })
+        fixture.writer.addFile(home, u"Library/Voicemail/"_s + QString::fromLatin1(name), "#!AMR");
+    fixture.writer.addFile(
+        home,
+        u"Library/Voicemail/voicemail.db"_s,
+        BackupFixture::database("CREATE TABLE voicemail (ROWID INTEGER PRIMARY KEY, date, sender, "
+                                "callback_num);"
+                                "INSERT INTO voicemail VALUES (1, 3, '+12025550142', NULL),"
+                                "(2, 2, '', '202 555 0142'), (3, 1, '+12025550143', NULL);"));
+    fixture.writer.addFile(
+        home,
+        u"Library/AddressBook/AddressBook.sqlitedb"_s,
+        BackupFixture::database("CREATE TABLE ABPerson (ROWID INTEGER PRIMARY KEY, First, Last);"
+                                "CREATE TABLE ABMultiValue (record_id, property, value);"
+                                "INSERT INTO ABPerson VALUES (1, 'Ann', 'A/B');"
+                                "INSERT INTO ABMultiValue VALUES (1, 3, '(202) 555-0142');"));
+    QCOMPARE(fixture.list(kVoicemail),
+             QStringList({ u"1969-12-31 19-00 Ann A_B.amr"_s,
+                           u"1969-12-31 19-00 Ann A_B (2).amr"_s,
+                           u"1969-12-31 19-00 +12025550143.amr"_s }));
 }
 
 void tst_DataTypes::readsVoicemailOfAccountsAndWithoutRows()

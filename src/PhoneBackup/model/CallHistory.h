@@ -1,0 +1,13 @@
+#ifndef PHONEBACKUP_MODEL_CALLHISTORY_H
+#define PHONEBACKUP_MODEL_CALLHISTORY_H
+
+#include "model/DataTypes.h"
+
+namespace PhoneBackup {
+
+//! Data type 15: calls with name, number, type, date and duration, newest first.
+void readCallHistory(Source &source, DataSets &sets);
+
+} // namespace PhoneBackup
+
+#endif
