@@ -30,6 +30,9 @@ struct Options
     int plannerRelease = 18; //!< iOS release whose stores these three stand in, 6 to 18.
     int whatsappMessages = kShowcase; //!< kShowcase: a few chats with every kind of message.
     int whatsappChats = 20; //!< For WhatsApp's messages, when they are counted.
+    int calls = 40;
+    int bookmarks = 14; //!< Those of the reading list among them.
+    int history = 25; //!< Visited pages.
     int indexRows = 0; //!< Rows of the index on top, folders among them, without content files.
     QList<qint64> fileSizesBytes; //!< Of photos and videos, in turn; empty: as they come.
 };

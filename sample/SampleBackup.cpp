@@ -2,6 +2,7 @@
 
 #include "sample/AppDocumentSample.h"
 #include "sample/BookSample.h"
+#include "sample/CallSample.h"
 #include "sample/CameraRollSample.h"
 #include "sample/ContactSample.h"
 #include "sample/IndexRowsSample.h"
@@ -9,6 +10,7 @@
 #include "sample/NoteSample.h"
 #include "sample/PlannerSample.h"
 #include "sample/RingtoneSample.h"
+#include "sample/SafariSample.h"
 #include "sample/SystemSample.h"
 #include "sample/VoiceMemoSample.h"
 #include "sample/VoicemailSample.h"
@@ -30,6 +32,8 @@ void addSampleContents(BackupWriter &writer, const Options &options)
     addNotes(writer, options);
     addPlanner(writer, options);
     addWhatsapp(writer, options);
+    addCalls(writer, options);
+    addBrowserData(writer, options);
     addIndexRows(writer, options);
 }
 

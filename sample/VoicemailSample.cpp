@@ -3,6 +3,7 @@
 #include "sample/BackupWriter.h"
 #include "sample/Database.h"
 #include "sample/InventedText.h"
+#include "sample/People.h"
 #include "sample/PropertyList.h"
 #include "sample/Random.h"
 #include "sample/SampleDates.h"
@@ -74,7 +75,8 @@ void addVoicemails(BackupWriter &writer, const Options &options)
             before = database.image();
         const int index = row - 1;
         const QDateTime date = sampleStart().addSecs(row * 100000 + random.below(40000));
-        const QString caller = inventedPhoneNumber(random);
+        const QString caller =
+            index % 2 == 0 ? inventedPhoneNumber(random) : people()[index % 4].number;
         const int seconds = random.between(2, 9);
         const bool isTrashed = index == kTrashed;
         insert.run({ row,

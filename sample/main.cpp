@@ -118,6 +118,9 @@ QString summary(const Sample::Options &options)
     if (options.whatsappMessages == Sample::Options::kShowcase)
         parts.append(u"WhatsApp chats with every kind of message"_s);
     add(options.whatsappMessages, u"WhatsApp message"_s, u"WhatsApp messages"_s);
+    add(options.calls, u"call"_s, u"calls"_s);
+    add(options.bookmarks, u"bookmark"_s, u"bookmarks"_s);
+    add(options.history, u"visited page"_s, u"visited pages"_s);
     add(options.indexRows, u"row without a file"_s, u"rows without files"_s);
     return parts.isEmpty() ? u"nothing but settings"_s : parts.join(", "_L1);
 }
@@ -147,6 +150,10 @@ int main(int argc, char *argv[])
     addContactOptions(app, options);
     addPlannerOptions(app, options);
     addWhatsappOptions(app, options);
+    addCount(app, "--calls", options.calls, "Calls");
+    addCount(
+        app, "--bookmarks", options.bookmarks, "Bookmarks, those of the reading list included");
+    addCount(app, "--history", options.history, "Pages of the browser's history");
     addCount(app, "--index-rows", options.indexRows, "Rows of the index on top, without files");
     app.add_option("--file-size",
                    fileSizesBytes,

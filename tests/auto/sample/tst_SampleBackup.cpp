@@ -215,6 +215,8 @@ void tst_SampleBackup::leavesOutWhatIsNotWanted_data()
     QTest::newRow("contacts") << u"HomeDomain-Library/AddressBook%"_s;
     QTest::newRow("files of messages") << u"MediaDomain-Library/SMS%"_s;
     QTest::newRow("WhatsApp") << u"AppDomainGroup-group.net.whatsapp%"_s;
+    QTest::newRow("calls") << u"HomeDomain-Library/CallHistoryDB%"_s;
+    QTest::newRow("browser data") << u"HomeDomain-Library/Safari%"_s;
     QTest::newRow("apps") << u"AppDomain%"_s;
 }
 
@@ -227,6 +229,8 @@ void tst_SampleBackup::leavesOutWhatIsNotWanted()
         none.photos = none.videos = none.sharedPhotos = none.voiceMemos = 0;
         none.books = none.ringtones = none.appDocuments = none.voicemails = none.messages = 0;
         none.contacts = none.notes = none.events = none.reminders = none.whatsappMessages = 0;
+        none.contacts = none.notes = none.events = none.reminders = 0;
+        none.calls = none.bookmarks = none.history = 0;
         make(root, none);
     }
     const QByteArray sql =
