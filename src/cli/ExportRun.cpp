@@ -3,6 +3,7 @@
 #include "Console.h"
 #include "ConsoleProgress.h"
 #include "Failure.h"
+#include "IndexPage.h"
 #include "Interrupt.h"
 #include "Options.h"
 #include "Problems.h"
@@ -131,12 +132,32 @@ ExitCode ExportRun::execute()
     const QStringList before = foldersBefore(folder);
     exportTypes(folder);
     takeProblems();
-    const Outcome result = outcome();
+    Outcome result = outcome();
     for (const TypeOutcome &type : result.types) {
         if (type.counts.started && type.counts.exported == 0 && !before.contains(type.totals.name))
             removeEmptyFolders(folder, type.totals.name);
     }
+    writeIndex(result);
     return tell(result);
+}
+
+void ExportRun::writeIndex(Outcome &result) const
+{
+    const bool hasAnything =
+        std::any_of(result.types.begin(), result.types.end(), [](const TypeOutcome &type) {
+            return type.totals.items > 0 || type.failed() > 0;
+        });
+    if (!hasAnything && m_report.failureCount() == 0)
+        return;
+    IndexPage page(result, m_backup, m_report);
+    if (page.write()) {
+        result.indexPath = page.path();
+    } else if (!m_report.outputFault()) {
+        // What the page leads to is there.
+        m_console.error(u"index.html could not be written: %1."_s.arg(page.error()));
+        if (result.exitCode == ExitCode::Complete)
+            result.exitCode = ExitCode::Incomplete;
+    }
 }
 
 // Losses stand in the final list with everything else that is missing.
@@ -182,6 +203,7 @@ Outcome ExportRun::outcome() const
     result.output = m_options.output;
     result.absoluteOutput = m_output;
     result.types = typeOutcomes(m_inventory, m_report, !goesOn());
+    result.absences = absences(m_backup);
     result.seconds = static_cast<double>(m_clock.elapsed()) / 1000;
     const bool allTried =
         std::all_of(result.types.begin(), result.types.end(), [](const TypeOutcome &type) {

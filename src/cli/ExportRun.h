@@ -41,6 +41,7 @@ private:
     bool goesOn() const;
     void exportTypes(const QDir &folder);
     Outcome outcome() const;
+    void writeIndex(Outcome &result) const;
     ExitCode tell(const Outcome &result);
 
     Console &m_console;

@@ -77,13 +77,15 @@ QJsonObject type(const TypeTotals &totals)
              { u"bytes"_s, totals.sizeBytes } };
 }
 
-QJsonArray problems(const QList<PhoneBackup::Problem> &problems, bool loss)
+QJsonArray problems(const QList<PhoneBackup::Problem> &problems, ProblemKind kind)
 {
     QJsonArray array;
     for (const PhoneBackup::Problem &problem : problems) {
-        if (problem.loss != loss)
+        if (kindOf(problem) != kind)
             continue;
-        QJsonObject object { { u"source"_s, problem.source }, { u"message"_s, problem.what } };
+        QJsonObject object { { u"message"_s, problem.what } };
+        if (kind != ProblemKind::Absence)
+            object[u"source"_s] = problem.source;
         if (problem.dataType >= 0)
             object[u"type"_s] = TypeNames::word(problem.dataType);
         array += object;

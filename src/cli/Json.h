@@ -4,6 +4,7 @@
 #include "BackupAccess.h"
 #include "Failure.h"
 #include "Inventory.h"
+#include "Problems.h"
 
 #include <QByteArray>
 #include <QJsonArray>
@@ -23,8 +24,8 @@ QJsonObject backup(const PhoneBackup::BackupInfo &info);
 //! Word, code, name and counts of a data type.
 QJsonObject type(const TypeTotals &totals);
 
-//! What of a backup could not be read; \a loss false: the warnings.
-QJsonArray problems(const QList<PhoneBackup::Problem> &problems, bool loss);
+//! Those of \a problems that are of \a kind.
+QJsonArray problems(const QList<PhoneBackup::Problem> &problems, ProblemKind kind);
 
 //! \a object as text that ends with a line feed.
 QByteArray document(const QJsonObject &object);

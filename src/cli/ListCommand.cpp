@@ -17,7 +17,7 @@ namespace Cli {
 
 namespace {
 
-QByteArray asText(const Inventory &inventory)
+QByteArray asText(const PhoneBackup::Backup &backup, const Inventory &inventory)
 {
     QList<QStringList> rows { { u"Type"_s, u"Items"_s, u"Deleted"_s, u"Size"_s } };
     const auto add = [&rows](const TypeTotals &totals) {
@@ -28,7 +28,10 @@ QByteArray asText(const Inventory &inventory)
     for (const TypeTotals &totals : inventory.types)
         add(totals);
     add(inventory.total());
-    return tableLines(rows, "lrrr").join(u'\n').toUtf8() + '\n';
+    QStringList lines = tableLines(rows, "lrrr");
+    for (const QString &absence : absences(backup))
+        lines += printable(absence);
+    return lines.join(u'\n').toUtf8() + '\n';
 }
 
 QByteArray asJson(const PhoneBackup::Backup &backup, const Inventory &inventory, ExitCode exitCode)
@@ -43,8 +46,9 @@ QByteArray asJson(const PhoneBackup::Backup &backup, const Inventory &inventory,
     object[u"items"_s] = sum.items;
     object[u"deleted"_s] = sum.deleted;
     object[u"bytes"_s] = sum.sizeBytes;
-    object[u"unreadable"_s] = Json::problems(backup.problems(), true);
-    object[u"warnings"_s] = Json::problems(backup.problems(), false);
+    object[u"unreadable"_s] = Json::problems(backup.problems(), ProblemKind::Loss);
+    object[u"warnings"_s] = Json::problems(backup.problems(), ProblemKind::Warning);
+    object[u"absent"_s] = Json::problems(backup.problems(), ProblemKind::Absence);
     return Json::document(object);
 }
 
@@ -72,7 +76,7 @@ ExitCode runList(Console &console, const Options &options)
         problems.begin(), problems.end(), [](const auto &problem) { return problem.loss; });
     const ExitCode exitCode = lost ? ExitCode::Incomplete : ExitCode::Complete;
     const QByteArray text =
-        options.json ? asJson(backup, *inventory, exitCode) : asText(*inventory);
+        options.json ? asJson(backup, *inventory, exitCode) : asText(backup, *inventory);
     return console.result(text) ? exitCode : ExitCode::Failed;
 }
 

@@ -4,6 +4,7 @@
 #include "Text.h"
 
 #include <algorithm>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +17,24 @@ constexpr qsizetype kSaid = 20;
 
 } // namespace
 
+ProblemKind kindOf(const PhoneBackup::Problem &problem)
+{
+    return problem.absent ? ProblemKind::Absence
+        : problem.loss    ? ProblemKind::Loss
+                          : ProblemKind::Warning;
+}
+
+QStringList absences(const PhoneBackup::Backup &backup)
+{
+    QStringList lines;
+    const QList<PhoneBackup::Problem> problems = backup.problems();
+    for (const PhoneBackup::Problem &problem : problems) {
+        if (kindOf(problem) == ProblemKind::Absence)
+            lines += u"%1: %2"_s.arg(problemType(backup, problem), problem.what);
+    }
+    return lines;
+}
+
 QString problemType(const PhoneBackup::Backup &backup, const PhoneBackup::Problem &problem)
 {
     return problem.dataType >= 0 ? backup.dataTypeName(problem.dataType) : u"Backup"_s;
@@ -25,14 +44,19 @@ void sayProblems(Console &console,
                  const PhoneBackup::Backup &backup,
                  const QList<PhoneBackup::Problem> &problems)
 {
-    const QList<PhoneBackup::Problem> said = problems.first(std::min(kSaid, problems.size()));
+    QList<PhoneBackup::Problem> faults;
+    std::copy_if(problems.begin(),
+                 problems.end(),
+                 std::back_inserter(faults),
+                 [](const auto &problem) { return kindOf(problem) != ProblemKind::Absence; });
+    const QList<PhoneBackup::Problem> said = faults.first(std::min(kSaid, faults.size()));
     for (const PhoneBackup::Problem &problem : said) {
         const bool named = problem.source.isEmpty() || problem.what.contains(problem.source);
         const QString where = named ? QString() : u" (%1)"_s.arg(problem.source);
         console.warn(u"%1: %2%3"_s.arg(problemType(backup, problem), problem.what, where));
     }
-    if (problems.size() > said.size())
-        console.warn(u"%1 more of that kind."_s.arg(grouped(problems.size() - said.size())));
+    if (faults.size() > said.size())
+        console.warn(u"%1 more of that kind."_s.arg(grouped(faults.size() - said.size())));
 }
 
 } // namespace Cli

@@ -4,15 +4,28 @@
 #include "model/Backup.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace Cli {
 
 class Console;
 
+enum class ProblemKind {
+    Loss, //!< Something that is not in the output.
+    Warning, //!< All that is there is exported all the same.
+    Absence, //!< No fault: backups of this kind never hold it.
+};
+
+ProblemKind kindOf(const PhoneBackup::Problem &problem);
+
+//! What backups like \a backup never hold, of what was asked for so far: "Call History: …" each.
+QStringList absences(const PhoneBackup::Backup &backup);
+
 //! Display name of what \a problem belongs to: a data type, or "Backup".
 QString problemType(const PhoneBackup::Backup &backup, const PhoneBackup::Problem &problem);
 
-//! Says the \a problems of \a backup as warnings, the first ones if they are many.
+//! Says the \a problems of \a backup, but for absences, as warnings; the first ones if they are
+//! many.
 void sayProblems(Console &console,
                  const PhoneBackup::Backup &backup,
                  const QList<PhoneBackup::Problem> &problems);

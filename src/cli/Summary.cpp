@@ -3,6 +3,9 @@
 #include "Json.h"
 #include "Text.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -10,21 +13,6 @@ using namespace Qt::StringLiterals;
 namespace Cli {
 
 namespace {
-
-QString stateWord(TypeOutcome::State state)
-{
-    switch (state) {
-    case TypeOutcome::State::Complete:
-        return u"complete"_s;
-    case TypeOutcome::State::Stopped:
-        return u"stopped"_s;
-    case TypeOutcome::State::NotBegun:
-        return u"not begun"_s;
-    case TypeOutcome::State::Lost:
-        return u"failed"_s;
-    }
-    return {};
-}
 
 QString folderOf(const QString &output, const TypeOutcome &type)
 {
@@ -57,6 +45,21 @@ QJsonArray failuresJson(const RunReport &report)
 }
 
 } // namespace
+
+QString stateWord(TypeOutcome::State state)
+{
+    switch (state) {
+    case TypeOutcome::State::Complete:
+        return u"complete"_s;
+    case TypeOutcome::State::Stopped:
+        return u"stopped"_s;
+    case TypeOutcome::State::NotBegun:
+        return u"not begun"_s;
+    case TypeOutcome::State::Lost:
+        return u"failed"_s;
+    }
+    return {};
+}
 
 int TypeOutcome::failed() const
 {
@@ -98,7 +101,14 @@ QByteArray summaryText(const Outcome &outcome)
         failed += type.failed();
     }
     rows += { u"Total"_s, grouped(exported), grouped(failed) };
-    return tableLines(rows, early ? "lrrll" : "lrrl").join(u'\n').toUtf8() + '\n';
+    QStringList lines = tableLines(rows, early ? "lrrll" : "lrrl");
+    for (const QString &absence : outcome.absences)
+        lines += printable(absence);
+    if (!outcome.indexPath.isEmpty()) {
+        const QString page = QDir(outcome.output).filePath(QFileInfo(outcome.indexPath).fileName());
+        lines += u"To look at all of it, open “%1”."_s.arg(printable(page));
+    }
+    return lines.join(u'\n').toUtf8() + '\n';
 }
 
 QByteArray
@@ -130,9 +140,12 @@ summaryJson(const Outcome &outcome, const PhoneBackup::Backup &backup, const Run
     object[u"seconds"_s] = outcome.seconds;
     object[u"report"_s] =
         reportPath.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(reportPath);
+    object[u"index"_s] =
+        outcome.indexPath.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(outcome.indexPath);
     object[u"failureCount"_s] = report.failureCount();
     object[u"failures"_s] = failuresJson(report);
-    object[u"warnings"_s] = Json::problems(backup.problems(), false);
+    object[u"warnings"_s] = Json::problems(backup.problems(), ProblemKind::Warning);
+    object[u"absent"_s] = Json::problems(backup.problems(), ProblemKind::Absence);
     return Json::document(object);
 }
 

@@ -9,6 +9,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -38,12 +39,17 @@ struct Outcome
     QString output; //!< As the user wrote it.
     QString absoluteOutput;
     QList<TypeOutcome> types;
+    QStringList absences; //!< What backups of this kind never hold, a line each.
+    QString indexPath; //!< Absolute, of the page that leads to everything; empty without one.
     double seconds = 0;
 };
 
 //! The outcome of each type of \a inventory, from what \a report counted. \a stopped: the export
 //! was asked to end, so that the type it was at may be incomplete.
 QList<TypeOutcome> typeOutcomes(const Inventory &inventory, const RunReport &report, bool stopped);
+
+//! "complete", "stopped", "not begun" or "failed".
+QString stateWord(TypeOutcome::State state);
 
 //! The table for a person.
 QByteArray summaryText(const Outcome &outcome);

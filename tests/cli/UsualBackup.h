@@ -29,7 +29,7 @@ ExpectedFiles addUsualFiles(Sample::BackupWriter &writer);
 //! A whole backup at \a root. \return what its export gives, nothing when it could not be written.
 ExpectedFiles writeUsualBackup(const QString &root);
 
-//! What stands below \a output.
+//! What stands below \a output, but for the page that leads to it.
 ExpectedFiles filesBelow(const QString &output);
 
 //! What differs between the two, for a person; empty when nothing does.

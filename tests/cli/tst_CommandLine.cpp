@@ -226,8 +226,7 @@ void tst_CommandLine::exportsSelectedTypesOnly()
     QFETCH(QStringList, folders);
     const Result result = run(options + QStringList { backup(), output() });
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(QDir(output()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name),
-             folders);
+    QCOMPARE(QDir(output()).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name), folders);
 }
 
 void tst_CommandLine::summaryTellsWhereEachTypeLies()
@@ -238,7 +237,7 @@ void tst_CommandLine::summaryTellsWhereEachTypeLies()
     QVERIFY2(text.startsWith(
                  u"Type Exported Failed Where Photos 3 0 %1/Photos Videos 1 0 "_s.arg(output())),
              result.out.constData());
-    QVERIFY2(text.endsWith(u"Total 8 0"_s), result.out.constData());
+    QVERIFY2(text.contains(u"Total 8 0 "_s), result.out.constData());
     QVERIFY(result.err.contains("Photos: 3 exported"));
     QVERIFY(!result.err.contains('\r'));
 }

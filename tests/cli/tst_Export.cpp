@@ -233,10 +233,11 @@ void tst_Export::keepsHostileNamesInside()
     QVERIFY2(result.exitCode == 0, result.err.constData());
     QVERIFY(!hasControlBytes(result.err));
     QVERIFY(!hasControlBytes(result.out));
-    // Beside the backup and OUTPUT nothing came into being, and in OUTPUT only folders of types.
+    // Beside the backup and OUTPUT nothing came into being, and in OUTPUT only folders of types and
+    // the page that leads to them.
     QCOMPARE(QDir(m_dir->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList({ u"backup"_s, u"out"_s }));
-    QVERIFY(QDir(output()).entryList(QDir::Files | QDir::Hidden).isEmpty());
+    QCOMPARE(QDir(output()).entryList(QDir::Files | QDir::Hidden), QStringList { u"index.html"_s });
     ExpectedFiles found = filesBelow(output());
     int extra = 0;
     for (auto it = found.begin(); it != found.end(); ++it) {
@@ -343,7 +344,7 @@ void tst_Export::namesTheFirstOfManyFailures()
     QVERIFY2(result.err.contains("1,500"), result.err.constData());
     QVERIFY(result.err.count('\n') < 40);
     QCOMPARE(Files::read(output() + u"/export-report.csv"_s).count('\n'), 1501);
-    QVERIFY(QString::fromUtf8(result.out).simplified().endsWith(u"Total 0 1,500"_s));
+    QVERIFY(QString::fromUtf8(result.out).simplified().contains(u"Total 0 1,500 "_s));
 }
 
 void tst_Export::replacesNothingThatWasThere()

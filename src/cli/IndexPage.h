@@ -1,0 +1,53 @@
+#ifndef CLI_INDEXPAGE_H
+#define CLI_INDEXPAGE_H
+
+#include "Summary.h"
+
+#include <QString>
+
+namespace PhoneBackup {
+class Backup;
+}
+
+namespace Cli {
+
+/*!
+    \brief The page in OUTPUT that leads to everything that was exported: how much of what, whose,
+    from when, and what failed.
+
+    It stands alone: no script, no network, no picture. The texts of a backup are encoded.
+*/
+class IndexPage
+{
+public:
+    //! The folder \a output holds what \a outcome and \a report tell of.
+    IndexPage(const Outcome &outcome, const PhoneBackup::Backup &backup, const RunReport &report);
+
+    /*!
+        Writes index.html: in place of that of an earlier export, but beside a file of somebody
+        else's, as "index (2).html". \return false when it could not be written; error() says why.
+    */
+    bool write();
+
+    QString path() const { return m_path; } //!< Of the page, once it is written.
+    QString error() const { return m_error; }
+
+    QByteArray html() const; //!< The whole page.
+
+private:
+    QString heading() const;
+    QString rows() const;
+    QString row(const TypeOutcome &type, bool isOdd) const;
+    QString failures() const;
+    QString pageOf(const TypeOutcome &type) const;
+
+    const Outcome &m_outcome;
+    const PhoneBackup::Backup &m_backup;
+    const RunReport &m_report;
+    QString m_path;
+    QString m_error;
+};
+
+} // namespace Cli
+
+#endif
