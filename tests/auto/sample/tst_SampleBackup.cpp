@@ -229,7 +229,6 @@ void tst_SampleBackup::leavesOutWhatIsNotWanted()
         none.photos = none.videos = none.sharedPhotos = none.voiceMemos = 0;
         none.books = none.ringtones = none.appDocuments = none.voicemails = none.messages = 0;
         none.contacts = none.notes = none.events = none.reminders = none.whatsappMessages = 0;
-        none.contacts = none.notes = none.events = none.reminders = 0;
         none.calls = none.bookmarks = none.history = 0;
         make(root, none);
     }
