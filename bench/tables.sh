@@ -7,7 +7,7 @@ set -eu
 build=${1:?"usage: $0 BUILD [FOLDER]"}
 folder=${2:-${TMPDIR:-/tmp}/dataexport-bench}
 none='--photos 0 --videos 0 --shared-photos 0 --voice-memos 0 --books 0 --ringtones 0
-      --app-documents 0 --voicemail 0 --messages 0'
+      --app-documents 0 --voicemail 0 --messages 0 --notes 0 --events 0 --reminders 0'
 
 mkdir -p "$folder"
 for size in '10000 20000' '50000 100000' '100000 200000'; do
