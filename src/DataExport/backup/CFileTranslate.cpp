@@ -9,6 +9,10 @@
 #include "platform/CCommonUtils.h"
 #include "platform/NativeFile_p.h"
 
+#include <QIODevice>
+
+#include <algorithm>
+
 namespace {
 
 constexpr int kUnitsPerFile = 100;
@@ -16,6 +20,8 @@ constexpr int kVoicemail = 16; // never under media protection
 
 qint64 contentSize(const BkFileItem &file)
 {
+    if (file.isStreamed())
+        return std::max<qint64>(file.sizeBytes(), 0);
     const qint64 inMemory = file.fileData().size();
     return inMemory > 0 ? inMemory : NativeFile::sizeBytes(file.filePath());
 }
@@ -34,6 +40,11 @@ void exportContent(const BkFileItem &file, CFileExporter &sink, bool protect)
 {
     const QString name = file.value(0);
     sink.setFileDate(file.fileDate());
+    if (file.isStreamed()) {
+        const std::unique_ptr<QIODevice> stream = file.openStream();
+        sink.exportStream(stream.get(), name);
+        return;
+    }
     const QByteArray content = file.fileData();
     if (!content.isEmpty()) {
         sink.exportDepends(content, name);

@@ -4,6 +4,8 @@
 #include "backup/BkData.h"
 #include "backup/BkFileItem.h"
 
+#include <QIODevice>
+
 BkBackup::~BkBackup() = default;
 
 BkData::~BkData() = default;
@@ -56,6 +58,16 @@ BkAbstractItem *BkAbstractItem::groupItem() const
 }
 
 BkFileItem::~BkFileItem() = default;
+
+bool BkFileItem::isStreamed() const
+{
+    return false;
+}
+
+std::unique_ptr<QIODevice> BkFileItem::openStream() const
+{
+    return nullptr;
+}
 
 QDateTime BkFileItem::fileDate() const
 {

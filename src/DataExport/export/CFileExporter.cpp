@@ -8,6 +8,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QIODevice>
 
 #include <cerrno>
 
@@ -37,11 +38,14 @@ struct OutputName
     QString extension; // with its dot
 };
 
-QString unreadable(const NativeFile &source)
+QString missing()
 {
-    return source.error() == ENOENT
-        ? tr("Its file is missing.")
-        : tr("Its file could not be read: %1.").arg(source.errorString());
+    return tr("Its file is missing.");
+}
+
+QString unreadable(const QString &why)
+{
+    return tr("Its file could not be read: %1.").arg(why);
 }
 
 // A file being written, which goes away again unless it is completed.
@@ -101,8 +105,26 @@ CFileExporter::~CFileExporter() = default;
 bool CFileExporter::exportData(const QString &srcPath, const QString &name)
 {
     NativeFile source;
-    if (!source.openForReading(srcPath))
-        return fail(name, CIExportReport::Cause::Source, unreadable(source));
+    if (!source.openForReading(srcPath)) {
+        return fail(name,
+                    CIExportReport::Cause::Source,
+                    source.error() == ENOENT ? missing() : unreadable(source.errorString()));
+    }
+    return writeFile(name, source);
+}
+
+bool CFileExporter::exportStream(QIODevice *source, const QString &name)
+{
+    if (!source)
+        return fail(name, CIExportReport::Cause::Source, missing());
+    if (!source->isOpen())
+        return fail(name, CIExportReport::Cause::Source, source->errorString());
+    return writeFile(name, *source);
+}
+
+template <class Source>
+bool CFileExporter::writeFile(const QString &name, Source &source)
+{
     Target target(m_curPath, name);
     if (!target.isOpen())
         return fail(name, CIExportReport::Cause::Target, target.reason());
@@ -111,7 +133,7 @@ bool CFileExporter::exportData(const QString &srcPath, const QString &name)
     for (;;) {
         const qint64 count = source.read(chunk, kChunk);
         if (count < 0)
-            return fail(name, CIExportReport::Cause::Source, unreadable(source));
+            return fail(name, CIExportReport::Cause::Source, unreadable(source.errorString()));
         if (count == 0)
             break;
         if (!target.write(chunk, count))

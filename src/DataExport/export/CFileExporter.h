@@ -7,6 +7,7 @@
 #include <QMap>
 
 class CIProgressCallback;
+class QIODevice;
 
 /*!
     \brief Sink: copies files into the data type's folder, one sub-folder a group.
@@ -34,6 +35,13 @@ public:
     */
     bool exportData(const QString &srcPath, const QString &name) override;
     using CIDataExporter::exportData;
+
+    /*!
+        Writes what \a source gives up to its end, as exportData() copies a file. \a source is open
+        for reading, or the reason why it is not stands in its errorString(), as a sentence; null
+        stands for a missing file.
+    */
+    bool exportStream(QIODevice *source, const QString &name);
 
     //! Does nothing: copied files depend on no other. \return true.
     bool exportDepends(const QString &srcPath, const QString &name) override;
@@ -69,6 +77,8 @@ public:
     bool progressFileCopy(int bytes);
 
 private:
+    template <class Source>
+    bool writeFile(const QString &name, Source &source);
     bool fail(const QString &name, CIExportReport::Cause cause, const QString &reason);
     QString reportName(const QString &name) const;
 

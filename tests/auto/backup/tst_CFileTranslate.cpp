@@ -11,6 +11,61 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+//! Gives noughts up to its length, or up to where it cannot be read on.
+class Noughts : public QIODevice
+{
+public:
+    Noughts(qint64 size, bool breaks)
+        : m_left(size)
+        , m_breaks(breaks)
+    {
+        setErrorString(u"the disk went away"_s);
+    }
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
+    {
+        if (m_left == 0 && m_breaks) {
+            setErrorString(u"the disk went away"_s); // opening forgets what was set before
+            return -1;
+        }
+        const qint64 count = std::min<qint64>({ maxSize, m_left, 1000 });
+        std::fill_n(data, count, '0');
+        m_left -= count;
+        return count;
+    }
+    qint64 writeData(const char * /*data*/, qint64 /*size*/) override { return -1; }
+
+private:
+    qint64 m_left;
+    bool m_breaks;
+};
+
+struct StreamedFile : FakeFile
+{
+    bool isStreamed() const override { return true; }
+    qint64 sizeBytes() const override { return size; }
+    std::unique_ptr<QIODevice> openStream() const override
+    {
+        if (!exists)
+            return nullptr;
+        auto stream = std::make_unique<Noughts>(size, breaks);
+        if (opens)
+            stream->open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+        return stream;
+    }
+
+    qint64 size = 0;
+    bool exists = true;
+    bool opens = true;
+    bool breaks = false;
+};
+
+} // namespace
+
 class tst_CFileTranslate : public QObject
 {
     Q_OBJECT
@@ -23,6 +78,7 @@ private Q_SLOTS:
     void stopsBeforeAFileAndInsideOne_data();
     void stopsBeforeAFileAndInsideOne();
     void goesOnAfterAFailure();
+    void readsStreams();
     void refusesOtherSinks();
     void emptySetsDoNothing();
 
@@ -151,6 +207,42 @@ void tst_CFileTranslate::goesOnAfterAFailure()
     QCOMPARE(report.failures.size(), 1);
     QCOMPARE(report.failures[0].type, u"T"_s);
     QCOMPARE(report.failures[0].item, u"Album/missing"_s);
+}
+
+void tst_CFileTranslate::readsStreams()
+{
+    RecordingReport report;
+    m_sink->setReport(&report);
+    const auto add = [this](const QString &name, qint64 size) {
+        auto file = std::make_unique<StreamedFile>();
+        StreamedFile *added = file.get();
+        added->name = name;
+        added->size = size;
+        added->date = QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5), Qt::UTC);
+        added->data = "never asked for";
+        added->onPathAsked = [] { QFAIL("a streamed item has no path"); };
+        m_data->items.append(added);
+        m_items.push_back(std::move(file));
+        return added;
+    };
+    add(u"whole"_s, 40000);
+    add(u"empty"_s, 0);
+    add(u"broken"_s, 20000)->breaks = true;
+    add(u"shut"_s, 10)->opens = false;
+    add(u"none"_s, 10)->exists = false;
+    RecordingProgress progress;
+    QVERIFY(CFileTranslate(m_data.get()).translate(m_sink.get(), &progress, true));
+
+    const QString out = m_temp->filePath(u"out/T"_s);
+    QCOMPARE(Files::tree(out), (QStringList { u"empty"_s, u"whole"_s }));
+    QCOMPARE(Files::read(out + u"/whole"_s), QByteArray(40000, '0'));
+    QCOMPARE(QFileInfo(out + u"/whole"_s).lastModified().toUTC(),
+             QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5), Qt::UTC));
+    QCOMPARE(report.exported.size(), 2);
+    QCOMPARE(report.failures.size(), 3);
+    QVERIFY(report.failures[0].reason.contains(u"could not be read: the disk went away"_s));
+    QVERIFY(report.failures[1].reason.contains(u"the disk went away"_s));
+    QVERIFY(report.failures[2].reason.contains(u"missing"_s));
 }
 
 void tst_CFileTranslate::refusesOtherSinks()
