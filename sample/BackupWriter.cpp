@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
+#include <QtEndian>
 
 #include <algorithm>
 #include <bitset>
@@ -41,8 +42,20 @@ quint64 shortId(const QString &id)
     return id.first(16).toULongLong(nullptr, 16);
 }
 
-QByteArray record(const QString &path, quint32 mode, qint64 sizeBytes, const FileTraits &traits)
+//! What the index holds of a file, be it a database or not.
+struct IndexedFile
 {
+    QString domain;
+    QString path;
+    quint32 mode = kFileMode;
+    qint64 sizeBytes = 0;
+    FileTraits traits;
+    QByteArray encryptionKey;
+};
+
+QByteArray record(const IndexedFile &indexed)
+{
+    const auto &[domain, path, mode, sizeBytes, traits, encryptionKey] = indexed;
     const QDateTime modified = traits.modified.isValid() ? traits.modified : sampleStart();
     const qint64 seconds = modified.toSecsSinceEpoch();
 
@@ -76,6 +89,15 @@ QByteArray record(const QString &path, quint32 mode, qint64 sizeBytes, const Fil
                     QVariant::fromValue(PlistUid { static_cast<quint64>(objects.size()) }));
         objects.append(binaryPropertyList(attributes));
     }
+    if (!encryptionKey.isEmpty()) {
+        const auto at = static_cast<quint64>(objects.size());
+        file.insert(u"EncryptionKey"_s, QVariant::fromValue(PlistUid { at }));
+        objects.append(QVariantMap { { u"NS.data"_s, encryptionKey },
+                                     { u"$class"_s, QVariant::fromValue(PlistUid { at + 1 }) } });
+        objects.append(QVariantMap {
+            { u"$classes"_s, QStringList { u"NSMutableData"_s, u"NSData"_s, u"NSObject"_s } },
+            { u"$classname"_s, u"NSMutableData"_s } });
+    }
     objects[1] = file;
     return binaryPropertyList(QVariantMap {
         { u"$version"_s, 100000 },
@@ -83,6 +105,42 @@ QByteArray record(const QString &path, quint32 mode, qint64 sizeBytes, const Fil
         { u"$top"_s, QVariantMap { { u"root"_s, QVariant::fromValue(PlistUid { 1 }) } } },
         { u"$objects"_s, objects },
     });
+}
+
+template <class Number>
+QByteArray bigEndian(Number value)
+{
+    QByteArray bytes(sizeof value, '\0');
+    qToBigEndian(value, bytes.data());
+    return bytes;
+}
+
+//! Bytes with their length in front; none are absent.
+QByteArray counted(const QByteArray &bytes)
+{
+    return bytes.isEmpty() ? bigEndian(quint16(0xFFFF))
+                           : bigEndian(static_cast<quint16>(bytes.size())) + bytes;
+}
+
+//! The same as a record of Manifest.mbdb.
+QByteArray oldRecord(const IndexedFile &file)
+{
+    const QDateTime modified =
+        file.traits.modified.isValid() ? file.traits.modified : sampleStart();
+    const auto seconds = static_cast<quint32>(modified.toSecsSinceEpoch());
+    const QByteArray path = file.path.toUtf8();
+    QByteArray bytes = counted(file.domain.toUtf8())
+        + (path.isEmpty() ? bigEndian(quint16(0)) : counted(path)) + counted({}) + counted({})
+        + counted(file.encryptionKey) + bigEndian(static_cast<quint16>(file.mode))
+        + bigEndian(quint64 { inodeNumber(file.path) }) + bigEndian(quint32(501))
+        + bigEndian(quint32(501)) + bigEndian(seconds) + bigEndian(seconds) + bigEndian(seconds)
+        + bigEndian(static_cast<quint64>(file.sizeBytes))
+        + bigEndian(static_cast<quint8>(file.traits.protectionClass))
+        + bigEndian(static_cast<quint8>(file.traits.extendedAttributes.size()));
+    const QMap<QString, QByteArray> &attributes = file.traits.extendedAttributes;
+    for (auto it = attributes.cbegin(); it != attributes.cend(); ++it)
+        bytes += counted(it.key().toUtf8()) + counted(it.value());
+    return bytes;
 }
 
 //! \return what failed, nothing when all of \a content is on disk.
@@ -120,6 +178,7 @@ public:
     {
     }
 
+    QString indexPath() const;
     bool begin();
     void fail(const QString &path, const QString &reason);
     bool makeFolder(const QString &path);
@@ -129,7 +188,11 @@ public:
                    const QString &path,
                    int flags,
                    const QByteArray &blob);
+    void insertFile(const IndexedFile &file, int flags);
     void insertFolders(const QString &domain, const QString &path);
+    QByteArray keyOf(const QString &id, const FileTraits &traits) const;
+    void finishIndex();
+    void describeEncryption();
     void countContent(qint64 sizeBytes);
     void writePropertyList(const QString &name, const QByteArray &content);
 
@@ -141,12 +204,20 @@ public:
     QString error;
     std::optional<Database> index;
     std::optional<Statement> insert;
+    QByteArray records; //!< The old index; a database has none.
+    std::optional<Encryption> encryption;
+    bool begun = false;
     QSet<quint64> folders; //!< The folders that the index has, by shortId().
     std::bitset<256> prefixesMade;
     qint64 rowCount = 0;
     qint64 fileCount = 0;
     qint64 contentSizeBytes = 0;
 };
+
+QString BackupWriter::Private::indexPath() const
+{
+    return root + (layout == Layout::Records ? "/Manifest.mbdb"_L1 : "/Manifest.db"_L1);
+}
 
 void BackupWriter::Private::fail(const QString &path, const QString &reason)
 {
@@ -164,14 +235,19 @@ bool BackupWriter::Private::makeFolder(const QString &path)
 
 bool BackupWriter::Private::begin()
 {
-    if (index || !error.isEmpty())
+    if (begun || !error.isEmpty())
         return error.isEmpty();
     if (!makeFolder(root))
         return false;
-    const QString path = root + "/Manifest.db"_L1;
+    const QString path = indexPath();
+    begun = true;
     if (QFile::exists(path)) {
         fail(path, u"there is a backup already"_s);
         return false;
+    }
+    if (layout == Layout::Records) {
+        records = QByteArray("mbdb\5\0", 6);
+        return true;
     }
     index.emplace(path);
     index->execute("PRAGMA user_version=2;"
@@ -187,7 +263,7 @@ bool BackupWriter::Private::begin()
 
 QString BackupWriter::Private::contentPath(const QString &id)
 {
-    if (layout == Layout::Flat)
+    if (layout != Layout::TwoLevel)
         return root + u'/' + id;
     const QString folder = root + u'/' + id.first(2);
     const auto prefix = static_cast<size_t>(id.first(2).toUInt(nullptr, 16));
@@ -202,8 +278,26 @@ void BackupWriter::Private::insertRow(const QString &id,
                                       int flags,
                                       const QByteArray &blob)
 {
-    insert->run({ id, domain, path, flags, blob });
+    if (layout == Layout::Records)
+        records += blob;
+    else
+        insert->run({ id, domain, path, flags, blob });
     ++rowCount;
+}
+
+void BackupWriter::Private::insertFile(const IndexedFile &file, int flags)
+{
+    insertRow(fileId(file.domain, file.path),
+              file.domain,
+              file.path,
+              flags,
+              layout == Layout::Records ? oldRecord(file) : record(file));
+}
+
+//! The key of a content; empty when it stays plain.
+QByteArray BackupWriter::Private::keyOf(const QString &id, const FileTraits &traits) const
+{
+    return encryption && traits.hasKey ? Encryption::keyFor(id) : QByteArray();
 }
 
 void BackupWriter::Private::insertFolders(const QString &domain, const QString &path)
@@ -227,9 +321,42 @@ void BackupWriter::Private::insertFolders(const QString &domain, const QString &
     traits.protectionClass = 0;
     for (const Folder &added : std::as_const(missing)) {
         folders.insert(shortId(added.id));
-        insertRow(
-            added.id, domain, added.path, kFolderFlag, record(added.path, kFolderMode, 0, traits));
+        insertFile({ domain, added.path, kFolderMode, 0, traits, {} }, kFolderFlag);
     }
+}
+
+void BackupWriter::Private::finishIndex()
+{
+    const QString path = indexPath();
+    if (layout == Layout::Records) {
+        const QString failure = writeWhole(path, records);
+        if (!failure.isEmpty())
+            fail(path, failure);
+        return;
+    }
+    // Filled first and sorted once, an index costs a fraction of one that grows row by row.
+    index->execute("CREATE INDEX FilesDomainIdx ON Files(domain);"
+                   "CREATE INDEX FilesRelativePathIdx ON Files(relativePath);"
+                   "CREATE INDEX FilesFlagsIdx ON Files(flags);");
+    if (!index->finish())
+        fail(path, index->error());
+}
+
+void BackupWriter::Private::describeEncryption()
+{
+    const auto describe = [this](const QString &key, const QVariant &value) {
+        if (!manifest.contains(key))
+            manifest.insert(key, value);
+    };
+    describe(u"BackupKeyBag"_s, encryption->keybag());
+    if (layout == Layout::Records || !encryption->settings().encryptIndex)
+        return;
+    constexpr int kIndexClass = 4;
+    const QByteArray key = Encryption::keyFor(u"index"_s);
+    describe(u"ManifestKey"_s, encryption->wrapped(key, kIndexClass));
+    const QString failure = Encryption::encryptFile(indexPath(), key);
+    if (!failure.isEmpty())
+        fail(indexPath(), failure);
 }
 
 void BackupWriter::Private::countContent(qint64 sizeBytes)
@@ -322,7 +449,9 @@ QString BackupWriter::addFile(const QString &domain,
 {
     const QString place = contentPath(domain, path);
     if (!place.isEmpty()) {
-        const QString failure = writeWhole(place, content);
+        const QByteArray key = m_d->keyOf(fileId(domain, path), traits);
+        const QString failure =
+            writeWhole(place, key.isEmpty() ? content : Encryption::encrypted(content, key));
         if (!failure.isEmpty())
             m_d->fail(place, failure);
     }
@@ -342,8 +471,13 @@ BackupWriter::addWritten(const QString &domain, const QString &path, const FileT
     const QFileInfo info(place);
     if (!place.isEmpty() && !info.isFile())
         m_d->fail(place, u"the content has not been written"_s);
-    m_d->countContent(info.size());
-    return addWithoutContent(domain, path, info.size(), traits);
+    const qint64 sizeBytes = info.size();
+    const QByteArray key = m_d->keyOf(fileId(domain, path), traits);
+    const QString failure = key.isEmpty() ? QString() : Encryption::encryptFile(place, key);
+    if (!failure.isEmpty())
+        m_d->fail(place, failure);
+    m_d->countContent(sizeBytes);
+    return addWithoutContent(domain, path, sizeBytes, traits);
 }
 
 QString BackupWriter::addWithoutContent(const QString &domain,
@@ -354,7 +488,10 @@ QString BackupWriter::addWithoutContent(const QString &domain,
     QString id = fileId(domain, path);
     if (m_d->begin()) {
         m_d->insertFolders(domain, path);
-        m_d->insertRow(id, domain, path, kFileFlag, fileRecord(path, sizeBytes, traits));
+        const QByteArray key = m_d->keyOf(id, traits);
+        const QByteArray wrapped =
+            key.isEmpty() ? key : m_d->encryption->wrapped(key, traits.protectionClass);
+        m_d->insertFile({ domain, path, kFileMode, sizeBytes, traits, wrapped }, kFileFlag);
     }
     return id;
 }
@@ -380,16 +517,19 @@ void BackupWriter::fail(const QString &path, const QString &reason)
     m_d->fail(path, reason);
 }
 
+void BackupWriter::setEncryption(const Encryption::Settings &settings)
+{
+    m_d->encryption.emplace(settings);
+    m_d->manifest[u"IsEncrypted"_s] = true;
+}
+
 bool BackupWriter::finish()
 {
     if (!m_d->begin())
         return false;
-    // Filled first and sorted once, an index costs a fraction of one that grows row by row.
-    m_d->index->execute("CREATE INDEX FilesDomainIdx ON Files(domain);"
-                        "CREATE INDEX FilesRelativePathIdx ON Files(relativePath);"
-                        "CREATE INDEX FilesFlagsIdx ON Files(flags);");
-    if (!m_d->index->finish())
-        m_d->fail(m_d->root + "/Manifest.db"_L1, m_d->index->error());
+    m_d->finishIndex();
+    if (m_d->encryption)
+        m_d->describeEncryption();
     m_d->writePropertyList(u"Info.plist"_s, xmlPropertyList(m_d->info));
     m_d->writePropertyList(u"Manifest.plist"_s, binaryPropertyList(m_d->manifest));
     m_d->writePropertyList(u"Status.plist"_s, binaryPropertyList(m_d->status));
@@ -427,7 +567,7 @@ QString BackupWriter::fileId(const QString &domain, const QString &path)
 
 QByteArray BackupWriter::fileRecord(const QString &path, qint64 sizeBytes, const FileTraits &traits)
 {
-    return record(path, kFileMode, sizeBytes, traits);
+    return record({ {}, path, kFileMode, sizeBytes, traits, {} });
 }
 
 } // namespace Sample

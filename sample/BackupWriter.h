@@ -1,6 +1,8 @@
 #ifndef SAMPLE_BACKUPWRITER_H
 #define SAMPLE_BACKUPWRITER_H
 
+#include "sample/Encryption.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QMap>
@@ -15,7 +17,8 @@ namespace Sample {
 struct FileTraits
 {
     QDateTime modified; //!< Invalid: the writer's default date.
-    int protectionClass = 3;
+    int protectionClass = 3; //!< In an encrypted backup, the class whose key wraps the file's.
+    bool hasKey = true; //!< false: the file stays plain in an encrypted backup.
     QMap<QString, QByteArray> extendedAttributes;
 };
 
@@ -35,6 +38,7 @@ public:
     enum class Layout {
         TwoLevel, //!< Contents in folders named after the first two digits of their identifier.
         Flat, //!< Contents side by side in the backup folder.
+        Records, //!< The same, and the index Manifest.mbdb: system versions 4 to 9.
     };
 
     //! \a root is made when missing. Nothing is written before the first addFile().
@@ -46,6 +50,12 @@ public:
     void setInfo(const QString &key, const QVariant &value);
     void setManifest(const QString &key, const QVariant &value);
     void setStatus(const QString &key, const QVariant &value);
+
+    /*!
+        From now on contents are encrypted, and finish() encrypts the index. What the property lists
+        say of it can still be set to something else. To be called before anything is added.
+    */
+    void setEncryption(const Encryption::Settings &settings);
 
     //! Adds a file with its content, and the folders above it to the index. \return its identifier.
     QString addFile(const QString &domain,

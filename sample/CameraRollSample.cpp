@@ -41,7 +41,7 @@ public:
         , m_options(options)
         , m_random(options.seed, "camera roll")
         , m_pool(options, "camera roll pictures")
-        , m_library(writer.contentPath(kDomain(), kDatabase()))
+        , m_library(writer.contentPath(kDomain(), kDatabase()), options.oldStyle)
     {
     }
 

@@ -34,6 +34,7 @@ struct Options
     int bookmarks = 14; //!< Those of the reading list among them.
     int history = 25; //!< Visited pages.
     int indexRows = 0; //!< Rows of the index on top, folders among them, without content files.
+    bool oldStyle = false; //!< Databases of system version 9 where they differ.
     QList<qint64> fileSizesBytes; //!< Of photos and videos, in turn; empty: as they come.
 };
 

@@ -8,8 +8,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// The table of assets was named anew with system version 14.
 constexpr const char *kTables = R"(
-CREATE TABLE ZASSET (Z_PK INTEGER PRIMARY KEY, Z_ENT INTEGER, Z_OPT INTEGER, ZADJUSTMENTSSTATE INTEGER,
+CREATE TABLE %ASSETS% (Z_PK INTEGER PRIMARY KEY, Z_ENT INTEGER, Z_OPT INTEGER, ZADJUSTMENTSSTATE INTEGER,
   ZBUNDLESCOPE INTEGER, ZFAVORITE INTEGER, ZHIDDEN INTEGER, ZKIND INTEGER, ZKINDSUBTYPE INTEGER,
   ZSAVEDASSETTYPE INTEGER, ZTRASHEDSTATE INTEGER, ZVISIBILITYSTATE INTEGER, ZADDITIONALATTRIBUTES INTEGER,
   ZADDEDDATE TIMESTAMP, ZDATECREATED TIMESTAMP, ZMODIFICATIONDATE TIMESTAMP, ZTRASHEDDATE TIMESTAMP,
@@ -39,10 +40,13 @@ QString uniformType(const QString &fileName)
 
 } // namespace
 
-PhotoLibrary::PhotoLibrary(const QString &path)
-    : m_database(path, kTables)
-    , m_insertAsset(m_database.prepare("INSERT INTO ZASSET VALUES "
-                                       "(?,?,1,?,0,?,?,?,?,?,?,0,?,?,?,?,?,-180,-180,?,?,?,?)"))
+PhotoLibrary::PhotoLibrary(const QString &path, bool oldStyle)
+    : m_assetTable(oldStyle ? "ZGENERICASSET" : "ZASSET")
+    , m_database(path, QByteArray(kTables).replace("%ASSETS%", m_assetTable).constData())
+    , m_insertAsset(m_database.prepare(
+          QByteArray("INSERT INTO " + m_assetTable
+                     + " VALUES (?,?,1,?,0,?,?,?,?,?,?,0,?,?,?,?,?,-180,-180,?,?,?,?)")
+              .constData()))
     , m_insertAttributes(m_database.prepare(
           "INSERT INTO ZADDITIONALASSETATTRIBUTES VALUES (?,?,1,?,7200,?,'Europe/Berlin',NULL)"))
     , m_insertAlbum(m_database.prepare("INSERT INTO ZGENERICALBUM VALUES (?,?,1,?,0,?,?,?,?)"))
@@ -109,8 +113,10 @@ bool PhotoLibrary::finish()
     entity.run({ kAssetEntity, u"Asset"_s, m_assets });
     entity.run({ kAlbumEntity, u"GenericAlbum"_s, m_albums });
     m_database.execute(
-        "INSERT INTO Z_METADATA VALUES (1,'0B6E2D4C-8F13-4A57-9C20-6D7E8F901234',NULL);"
-        "CREATE INDEX Z_Asset_byDateCreated ON ZASSET(ZDATECREATED)");
+        "INSERT INTO Z_METADATA VALUES (1,'0B6E2D4C-8F13-4A57-9C20-6D7E8F901234',NULL)");
+    m_database.execute(
+        QByteArray("CREATE INDEX Z_Asset_byDateCreated ON " + m_assetTable + "(ZDATECREATED)")
+            .constData());
     return m_database.finish();
 }
 

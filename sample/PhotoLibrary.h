@@ -30,8 +30,9 @@ class PhotoLibrary
 public:
     enum class AlbumKind { Own = 2, Shared = 1505, RootFolder = 3999 };
 
-    //! Makes the database at \a path.
-    explicit PhotoLibrary(const QString &path);
+    //! Makes the database at \a path, with the table names of system version 13 and before when
+    //! \a oldStyle.
+    PhotoLibrary(const QString &path, bool oldStyle);
 
     //! \return the asset's number.
     int addAsset(const Asset &asset);
@@ -47,6 +48,7 @@ public:
     QString error() const { return m_database.error(); }
 
 private:
+    QByteArray m_assetTable;
     Database m_database;
     Statement m_insertAsset;
     Statement m_insertAttributes;

@@ -22,6 +22,12 @@ CREATE TABLE ZFOLDER (Z_PK INTEGER PRIMARY KEY, Z_ENT INTEGER, Z_OPT INTEGER, ZE
 CREATE TABLE Z_PRIMARYKEY (Z_ENT INTEGER PRIMARY KEY, Z_NAME VARCHAR, Z_SUPER INTEGER, Z_MAX INTEGER);
 )";
 
+constexpr const char *kOldTables = R"(
+CREATE TABLE ZRECORDING (Z_PK INTEGER PRIMARY KEY, Z_ENT INTEGER, Z_OPT INTEGER, ZICLOUDSYNC INTEGER,
+  ZDATE TIMESTAMP, ZDURATION FLOAT, ZCUSTOMLABEL VARCHAR, ZPATH VARCHAR);
+CREATE TABLE Z_PRIMARYKEY (Z_ENT INTEGER PRIMARY KEY, Z_NAME VARCHAR, Z_SUPER INTEGER, Z_MAX INTEGER);
+)";
+
 constexpr int kTrashed = 1; //!< Which recording is recently deleted.
 constexpr int kFewestForLoneFile = 3;
 
@@ -39,15 +45,17 @@ void addVoiceMemos(BackupWriter &writer, const Options &options)
     };
 
     Random random(options.seed, "voice memos");
-    Database database(writer.contentPath(domain, folder + "CloudRecordings.db"_L1), kTables);
-    Statement insert =
-        database.prepare("INSERT INTO ZCLOUDRECORDING VALUES (?,1,1,0,NULL,?,?,?,?,?,?,?,?,?)");
+    const QString name = folder + (options.oldStyle ? "Recordings.db"_L1 : "CloudRecordings.db"_L1);
+    Database database(writer.contentPath(domain, name), options.oldStyle ? kOldTables : kTables);
+    Statement insert = database.prepare(
+        options.oldStyle ? "INSERT INTO ZRECORDING VALUES (?,1,1,0,?,?,?,?)"
+                         : "INSERT INTO ZCLOUDRECORDING VALUES (?,1,1,0,NULL,?,?,?,?,?,?,?,?,?)");
     for (int i = 0; i < options.voiceMemos; ++i) {
         FileTraits traits;
         traits.modified = sampleStart().addSecs(i * 86400 + random.below(36000));
         const int seconds = random.between(3, 8);
-        const QString name = traits.modified.toString(u"yyyyMMdd HHmmss"_s) + ".m4a"_L1;
-        writer.addFile(domain, folder + name, tuneFile(random, seconds, traits.modified), traits);
+        const QString file = traits.modified.toString(u"yyyyMMdd HHmmss"_s) + ".m4a"_L1;
+        writer.addFile(domain, folder + file, tuneFile(random, seconds, traits.modified), traits);
 
         const bool isLoneFile =
             options.voiceMemos >= kFewestForLoneFile && i == options.voiceMemos - 1;
@@ -55,26 +63,36 @@ void addVoiceMemos(BackupWriter &writer, const Options &options)
             continue;
         const QString title = i < titles.size() ? titles[i] : u"New Recording %1"_s.arg(i + 1);
         const double date = cocoaSeconds(traits.modified);
-        insert.run({ i + 1,
-                     date,
-                     static_cast<double>(seconds),
-                     static_cast<double>(seconds),
-                     i == kTrashed ? QVariant(date + 86400) : QVariant(),
-                     traits.modified.toString(Qt::ISODate),
-                     title,
-                     title,
-                     name,
-                     random.uuid() });
+        if (options.oldStyle) {
+            insert.run({ i + 1,
+                         date,
+                         static_cast<double>(seconds),
+                         title,
+                         "/var/mobile/Media/Recordings/"_L1 + file });
+        } else {
+            insert.run({ i + 1,
+                         date,
+                         static_cast<double>(seconds),
+                         static_cast<double>(seconds),
+                         i == kTrashed ? QVariant(date + 86400) : QVariant(),
+                         traits.modified.toString(Qt::ISODate),
+                         title,
+                         title,
+                         file,
+                         random.uuid() });
+        }
         if (i == 0)
             writer.addFile(
-                domain, folder + name.chopped(4) + ".waveform"_L1, random.bytes(512), traits);
+                domain, folder + file.chopped(4) + ".waveform"_L1, random.bytes(512), traits);
     }
     database.execute(
-        "INSERT INTO Z_PRIMARYKEY SELECT 1, 'CloudRecording', 0, count(*) FROM ZCLOUDRECORDING;"
-        "INSERT INTO Z_PRIMARYKEY VALUES (2, 'Folder', 0, 0)");
+        options.oldStyle
+            ? "INSERT INTO Z_PRIMARYKEY SELECT 1, 'Recording', 0, count(*) FROM ZRECORDING"
+            : "INSERT INTO Z_PRIMARYKEY SELECT 1, 'CloudRecording', 0, count(*) FROM "
+              "ZCLOUDRECORDING; INSERT INTO Z_PRIMARYKEY VALUES (2, 'Folder', 0, 0)");
     if (!database.finish())
-        writer.fail(folder + "CloudRecordings.db"_L1, database.error());
-    writer.addWritten(domain, folder + "CloudRecordings.db"_L1);
+        writer.fail(name, database.error());
+    writer.addWritten(domain, name);
 }
 
 } // namespace Sample

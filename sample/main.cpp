@@ -17,6 +17,8 @@ using namespace Qt::StringLiterals;
 constexpr int kExitFailed = 1;
 constexpr int kExitUsage = 2;
 constexpr int kMostOfAKind = 10'000'000;
+constexpr int kMostIterations = 1'000'000'000;
+constexpr int kOldRelease = 9;
 
 void print(std::FILE *stream, const QString &text)
 {
@@ -80,6 +82,46 @@ void addWhatsappOptions(CLI::App &app, Sample::Options &options)
         ->check(CLI::Range(0, kMostOfAKind).description(""))
         ->type_name("N");
     addCount(app, "--whatsapp-chats", options.whatsappChats, "Chats that --whatsapp-messages fill");
+}
+
+// The command line as it is given, before a backup is begun.
+struct Style
+{
+    std::string password;
+    int iterations = static_cast<int>(Sample::Encryption::Settings().iterations);
+    bool old = false;
+};
+
+void addStyleOptions(CLI::App &app, Style &style)
+{
+    app.add_option("--encrypted", style.password, "Encrypt the backup with this password")
+        ->type_name("PASSWORD");
+    app.add_option("--iterations", style.iterations, "Rounds in which the password becomes a key")
+        ->check(CLI::Range(1, kMostIterations).description(""))
+        ->type_name("N")
+        ->capture_default_str();
+    app.add_flag("--old-style",
+                 style.old,
+                 "A backup of system version 9: index Manifest.mbdb, all files side by side");
+}
+
+void apply(const Style &style, Sample::BackupWriter &writer)
+{
+    if (style.old) {
+        const QString version = u"9.3.5"_s;
+        writer.setInfo(u"Product Version"_s, version);
+        writer.setInfo(u"Build Version"_s, u"13G36"_s);
+        writer.setInfo(u"Product Type"_s, u"iPhone6,2"_s);
+        writer.setInfo(u"Product Name"_s, QVariant());
+        writer.setManifest(u"Version"_s, u"9.1"_s);
+    }
+    if (!style.password.empty()) {
+        Sample::Encryption::Settings settings;
+        settings.password = QString::fromLocal8Bit(style.password.c_str());
+        settings.iterations = static_cast<quint32>(style.iterations);
+        settings.twoSteps = !style.old;
+        writer.setEncryption(settings);
+    }
 }
 
 bool isNewOrEmpty(const QString &path)
@@ -154,6 +196,8 @@ int main(int argc, char *argv[])
     addCount(
         app, "--bookmarks", options.bookmarks, "Bookmarks, those of the reading list included");
     addCount(app, "--history", options.history, "Pages of the browser's history");
+    Style style;
+    addStyleOptions(app, style);
     addCount(app, "--index-rows", options.indexRows, "Rows of the index on top, without files");
     app.add_option("--file-size",
                    fileSizesBytes,
@@ -177,7 +221,15 @@ int main(int argc, char *argv[])
         return kExitUsage;
     }
 
-    Sample::BackupWriter writer(path);
+    options.oldStyle = style.old;
+    if (style.old && app.count("--messages-era") == 0)
+        options.messagesRelease = kOldRelease;
+    if (style.old && app.count("--planner-era") == 0)
+        options.plannerRelease = kOldRelease;
+    Sample::BackupWriter writer(path,
+                                style.old ? Sample::BackupWriter::Layout::Records
+                                          : Sample::BackupWriter::Layout::TwoLevel);
+    apply(style, writer);
     Sample::addSampleContents(writer, options);
     if (!writer.finish()) {
         print(stderr, u"The backup could not be made: %1"_s.arg(writer.error()));

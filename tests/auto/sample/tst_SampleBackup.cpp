@@ -40,6 +40,8 @@ private Q_SLOTS:
     void leavesOutWhatIsNotWanted_data();
     void leavesOutWhatIsNotWanted();
     void theProgramMakesOneBackupAFolder();
+    void theProgramMakesOtherKinds_data();
+    void theProgramMakesOtherKinds();
 
 private:
     QString inTemp(const QString &name) const { return m_temp.filePath(name); }
@@ -257,6 +259,40 @@ void tst_SampleBackup::theProgramMakesOneBackupAFolder()
     QVERIFY2(second == 2 && refused.contains("not an empty folder"), refused.constData());
     const auto [third, wrong] = run({ u"--photos"_s, u"-3"_s });
     QVERIFY2(third == 2 && wrong.contains("--photos"), wrong.constData());
+}
+
+void tst_SampleBackup::theProgramMakesOtherKinds_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("index");
+    QTest::addColumn<QByteArray>("begin"); // of the index; empty: of no kind that is known
+    QTest::addColumn<bool>("isPlain");
+    const QStringList encrypted { u"--encrypted"_s, u"secret"_s, u"--iterations"_s, u"5"_s };
+    const QStringList old { u"--old-style"_s };
+    QTest::newRow("encrypted") << encrypted << u"Manifest.db"_s << QByteArray() << false;
+    QTest::newRow("old style") << old << u"Manifest.mbdb"_s << QByteArray("mbdb\5\0", 6) << true;
+    QTest::newRow("old style, encrypted")
+        << old + encrypted << u"Manifest.mbdb"_s << QByteArray("mbdb\5\0", 6) << false;
+}
+
+void tst_SampleBackup::theProgramMakesOtherKinds()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QString, index);
+    QFETCH(QByteArray, begin);
+    QFETCH(bool, isPlain);
+    const QString out = inTemp(QString::fromUtf8(QTest::currentDataTag()));
+    QCOMPARE(QProcess::execute(QStringLiteral(MAKE_SAMPLE_BACKUP),
+                               QStringList { out, u"--photos"_s, u"1"_s } + options),
+             0);
+    const QByteArray stored = Files::read(out + u'/' + index);
+    QVERIFY(begin.isEmpty() ? !stored.startsWith("SQLite") : stored.startsWith(begin));
+    const bool isOld = index == u"Manifest.mbdb"_s;
+    QCOMPARE(QFileInfo::exists(out + u"/Manifest.db"_s), !isOld);
+    const QString id = BackupWriter::fileId(u"HomeDomain"_s, u"Library/SMS/sms.db"_s);
+    const QString messages = out + u'/' + (isOld ? id : id.first(2) + u'/' + id);
+    QCOMPARE(Files::read(messages).startsWith("SQLite format 3"), isPlain);
+    QCOMPARE(QFileInfo(messages).size() % 4096, isPlain ? 0 : 16);
 }
 
 QTEST_GUILESS_MAIN(tst_SampleBackup)
