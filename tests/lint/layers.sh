@@ -24,7 +24,7 @@ for translators in message contact table; do
     check "DataExport/$translators" "$translators/" backup/ export/ platform/
 done
 # The reader sees the item model and the helpers, never a sink or a translator.
-check PhoneBackup folder/ sqlite/ plist/ record/ model/ platform/ \
+check PhoneBackup crypto/ folder/ sqlite/ plist/ record/ model/ platform/ \
     'backup/Bk' 'message/Bk' 'contact/Bk' 'table/Bk'
 
 up=$(grep -rnE '#include ["<]\.\./' . || true)

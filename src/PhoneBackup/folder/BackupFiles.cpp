@@ -1,30 +1,67 @@
 #include "folder/BackupFiles.h"
 
+#include "crypto/DecryptedFile.h"
+#include "crypto/Keybag.h"
+#include "folder/ManifestDb.h"
+#include "folder/ManifestMbdb.h"
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryFile>
+
+#include <algorithm>
+#include <utility>
 
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
 using DataExport::tr;
 
-Result<std::unique_ptr<BackupFiles>> BackupFiles::open(const QString &path,
-                                                       const KeepGoing &keepGoing)
+namespace {
+
+constexpr qint64 kBlockBytes = 16; // of the cipher
+constexpr QByteArrayView kDatabaseMagic("SQLite format 3\0", 16);
+
+// Stands for a content that cannot be had.
+class NoContent final : public QIODevice
 {
+public:
+    explicit NoContent(const QString &why) { setErrorString(why); }
+
+protected:
+    qint64 readData(char * /*data*/, qint64 /*size*/) override { return -1; }
+    qint64 writeData(const char * /*data*/, qint64 /*size*/) override { return -1; }
+};
+
+} // namespace
+
+Result<std::unique_ptr<BackupFiles>>
+BackupFiles::open(const QString &path, const KeepGoing &keepGoing, const Password &password)
+{
+    PrivateFolder::removeLeftovers();
     Result<BackupFolder> opened = BackupFolder::open(path);
     if (!opened)
         return opened.error();
-    const BackupFolder &folder = opened.value();
+    if (const auto error = refusal(opened.value()))
+        return *error;
+    std::unique_ptr<BackupFiles> files(new BackupFiles(opened.take(), keepGoing));
+    if (files->folder().info().encrypted) {
+        const Result<> unlocked = files->unlock(password);
+        if (!unlocked)
+            return unlocked.error();
+    }
+    const Result<> loaded = files->load(password);
+    if (!loaded)
+        return loaded.error();
+    return files;
+}
+
+std::optional<Error> BackupFiles::refusal(const BackupFolder &folder)
+{
+    const QString path = folder.path();
     switch (folder.kind()) {
-    case IndexKind::Records:
-        return Error { Fault::NotSupported,
-                       path,
-                       tr("“%1” is a backup of system version 9 or older, whose index "
-                          "“Manifest.mbdb” this version cannot read.")
-                           .arg(path) };
     case IndexKind::TooOld:
         return Error {
             Fault::NotSupported,
@@ -38,37 +75,68 @@ Result<std::unique_ptr<BackupFiles>> BackupFiles::open(const QString &path,
                        tr("The backup “%1” has no index: “Manifest.db” is missing. Copy the whole "
                           "backup folder again from where it was made.")
                            .arg(path) };
+    case IndexKind::Records:
     case IndexKind::Database:
         break;
     }
-    if (folder.info().encrypted) {
-        return Error { Fault::Encrypted,
-                       path,
-                       tr("The backup “%1” is encrypted, which this version cannot read. Make a "
-                          "backup without encryption and export that one.")
-                           .arg(path) };
-    }
-    std::unique_ptr<BackupFiles> files(new BackupFiles(opened.take()));
-    const Result<> loaded = files->load(keepGoing);
-    if (!loaded)
-        return loaded.error();
-    return files;
+    return std::nullopt;
 }
 
-BackupFiles::BackupFiles(BackupFolder folder)
+BackupFiles::BackupFiles(BackupFolder folder, const KeepGoing &keepGoing)
     : m_folder(std::move(folder))
+    , m_keepGoing(keepGoing)
     , m_private(m_folder.path())
 {
 }
 
-Result<> BackupFiles::load(const KeepGoing &keepGoing)
+Result<> BackupFiles::unlock(const Password &password)
+{
+    if (password.text.isEmpty()) {
+        return Error {
+            Fault::Encrypted,
+            m_folder.path(),
+            tr("The backup “%1” is encrypted: its password is needed.").arg(m_folder.path())
+        };
+    }
+    const Keybag bag = Keybag::parse(m_folder.keybag());
+    int shown = -1;
+    Result<ClassKeys> keys = bag.unlock(password.text, [&](int percent) {
+        if (password.progress && percent != shown)
+            password.progress(percent);
+        shown = percent;
+        return !m_keepGoing || m_keepGoing();
+    });
+    if (!keys) {
+        Error error = keys.error();
+        error.path = QDir(m_folder.path()).filePath(u"Manifest.plist"_s);
+        return error;
+    }
+    m_keys = keys.take();
+    if (bag.isCutOff())
+        m_folder.addRemark({ u"Manifest.plist"_s,
+                             tr("The keybag is cut off: files whose keys were behind that place "
+                                "cannot be decrypted.") });
+    return Done {};
+}
+
+Result<> BackupFiles::load(const Password &password)
+{
+    const Result<> opened = openManifest(password);
+    if (!opened)
+        return opened.error();
+    Result<Manifest::Findings> findings = m_manifest->load(m_index, m_keepGoing);
+    if (!findings)
+        return findings.error();
+    m_findings = findings.take();
+    return Done {};
+}
+
+Result<> BackupFiles::openManifest(const Password &password)
 {
     const QDir dir(m_folder.path());
-    DatabaseFiles files { u"Manifest.db"_s, dir.filePath(u"Manifest.db"_s), {}, {} };
-    if (dir.exists(u"Manifest.db-wal"_s))
-        files.walPath = dir.filePath(u"Manifest.db-wal"_s);
-    if (dir.exists(u"Manifest.db-journal"_s))
-        files.journalPath = dir.filePath(u"Manifest.db-journal"_s);
+    const bool isDatabase = m_folder.kind() == IndexKind::Database;
+    const QString name = isDatabase ? u"Manifest.db"_s : u"Manifest.mbdb"_s;
+    DatabaseFiles files { name, dir.filePath(name), {}, {} };
 
     // SQLite tells a folder or a forbidden file from a missing one less clearly.
     QFile probe(files.path);
@@ -79,48 +147,225 @@ Result<> BackupFiles::load(const KeepGoing &keepGoing)
                        tr("The index “%1” could not be read: %2.").arg(files.path, why) };
     }
     probe.close();
+    if (!isDatabase) {
+        Result<std::unique_ptr<ManifestMbdb>> manifest = ManifestMbdb::open(files.path);
+        if (!manifest)
+            return manifest.error();
+        m_manifest = manifest.take();
+        return Done {};
+    }
 
-    Result<ManifestDb> manifest = ManifestDb::open(files, m_private);
+    if (dir.exists(u"Manifest.db-wal"_s))
+        files.walPath = dir.filePath(u"Manifest.db-wal"_s);
+    if (dir.exists(u"Manifest.db-journal"_s))
+        files.journalPath = dir.filePath(u"Manifest.db-journal"_s);
+    const Result<bool> decrypted = m_keys ? decryptManifest(files) : Result<bool>(false);
+    if (!decrypted)
+        return decrypted.error();
+    Result<std::unique_ptr<ManifestDb>> manifest = ManifestDb::open(files, m_private);
     if (!manifest) {
         Error error = manifest.error();
         if (error.fault == Fault::Corrupt && !m_folder.isManifestReadable())
             error.what += u' ' + tr("Or it is encrypted: “Manifest.plist” cannot be read to tell.");
         return error;
     }
-    m_manifest = std::make_unique<ManifestDb>(manifest.take());
-    Result<ManifestDb::Findings> findings = m_manifest->load(m_index, keepGoing);
-    if (!findings)
-        return findings.error();
-    m_findings = findings.take();
+    if (m_keys && !decrypted.value())
+        manifest.value()->openRecords(password.text);
+    m_manifest = manifest.take();
     return Done {};
 }
 
-QString BackupFiles::contentPath(Row row) const
+// Whether there was something to decrypt: before system version 10.2 the index is plain.
+Result<bool> BackupFiles::decryptManifest(DatabaseFiles &files)
 {
-    return m_folder.contentPath(m_index.id(row));
+    QFile stored(files.path);
+    if (!CCommonUtils::openForReading(stored))
+        return false;
+    if (m_folder.indexKey().isEmpty() || stored.read(kDatabaseMagic.size()) == kDatabaseMagic)
+        return false;
+    const auto notReadable = [&](const QString &why) {
+        return Error { Fault::Corrupt,
+                       files.path,
+                       tr("The index “Manifest.db” is encrypted and cannot be read: %1 Copy the "
+                          "backup again from where it was made, or make a new one.")
+                           .arg(why) };
+    };
+    const Result<Secret> key = m_keys->unwrap(m_folder.indexKey());
+    if (!key)
+        return notReadable(key.error().what);
+    const Result<QString> place = m_private.newSubFolder();
+    if (!place)
+        return place.error();
+    const QString target = place.value() + "/copy.db"_L1;
+    DecryptedFile plain(files.path, key.value(), {});
+    if (!plain.open(QIODevice::ReadOnly))
+        return notReadable(plain.errorString());
+    const Result<> copied = PrivateFolder::copy(plain, files.name, target, m_keepGoing);
+    if (!copied)
+        return copied.error();
+    QFile result(target);
+    if (!result.open(QIODevice::ReadOnly) || result.read(kDatabaseMagic.size()) != kDatabaseMagic)
+        return notReadable(tr("It is damaged."));
+    // A log beside it is of the computer's making, and not encrypted.
+    for (const auto &[companion, suffix] :
+         { std::pair(&files.walPath, "-wal"_L1), std::pair(&files.journalPath, "-journal"_L1) }) {
+        if (companion->isEmpty())
+            continue;
+        const Result<> beside = PrivateFolder::copy(*companion, target + suffix);
+        if (!beside)
+            return beside.error();
+        *companion = target + suffix;
+    }
+    files.path = target;
+    files.isPrivate = true;
+    return true;
 }
 
-qint64 BackupFiles::contentSize(Row row) const
+QList<BackupFiles::Remark> BackupFiles::takeRemarks()
 {
-    return std::max<qint64>(m_folder.contentSize(m_index.id(row)), 0);
+    return std::exchange(m_remarks, {});
 }
 
-QByteArray BackupFiles::content(Row row, qint64 maxBytes) const
+void BackupFiles::addRemark(Row row, const QString &what, bool loss)
 {
-    QFile file(contentPath(row));
-    if (!CCommonUtils::openForReading(file))
-        return {};
-    return file.read(maxBytes);
+    if (m_remarked.contains(row))
+        return;
+    m_remarked.insert(row);
+    m_remarks.append({ row, what, loss });
+}
+
+qint64 BackupFiles::contentSize(Row row)
+{
+    const qint64 stored = std::max<qint64>(m_folder.contentSize(m_index.id(row)), 0);
+    if (!m_keys || stored == 0)
+        return stored;
+    // The padding takes 1 to 16 bytes; which of them, only a record that is not stale can tell.
+    const qint64 recorded = record(row).sizeBytes;
+    return recorded >= stored - kBlockBytes && recorded < stored ? recorded : stored;
+}
+
+Result<Secret> BackupFiles::keyOf(Row row)
+{
+    const FileRecord file = record(row);
+    if (!file.encryptionKey.isEmpty())
+        return m_keys->unwrap(file.encryptionKey);
+    if (file.isSet())
+        return Secret();
+    return Error { Fault::Corrupt,
+                   place(row),
+                   tr("It cannot be decrypted: what the index records of it is damaged.") };
+}
+
+std::unique_ptr<QIODevice> BackupFiles::openContent(Row row)
+{
+    if (m_folder.contentSize(m_index.id(row)) < 0)
+        return std::make_unique<NoContent>(tr("Its file is missing."));
+    const QString path = contentPath(row);
+    std::unique_ptr<QIODevice> device;
+    QString why;
+    if (m_keys) {
+        const Result<Secret> key = keyOf(row);
+        if (!key)
+            return std::make_unique<NoContent>(key.error().what);
+        if (!key.value().isEmpty()) {
+            const auto onDamage = [this, row](const QString &what) {
+                addRemark(row, what + u' ' + tr("What there is of it was taken."), true);
+            };
+            device = std::make_unique<DecryptedFile>(path, key.value(), onDamage);
+            if (!device->open(QIODevice::ReadOnly))
+                why = device->errorString();
+        } else {
+            addRemark(row, tr("It has no key, and so was taken as it is."), false);
+        }
+    }
+    if (!device) {
+        auto file = std::make_unique<QFile>(path);
+        CCommonUtils::openForReading(*file, &why);
+        device = std::move(file);
+    }
+    if (device->isOpen())
+        return device;
+    return std::make_unique<NoContent>(tr("Its file could not be read: %1.").arg(why));
+}
+
+QByteArray BackupFiles::content(Row row, qint64 maxBytes)
+{
+    const std::unique_ptr<QIODevice> device = openContent(row);
+    if (device->isOpen())
+        return device->read(std::min(maxBytes, m_folder.contentSize(m_index.id(row))));
+    if (isEncrypted())
+        addRemark(row, device->errorString(), true);
+    return {};
+}
+
+std::unique_ptr<MappedFile> BackupFiles::map(Row row)
+{
+    const bool isFile = row != FileIndex::kNone && m_index.kind(row) == FileIndex::Kind::File
+        && m_folder.contentSize(m_index.id(row)) >= 0;
+    if (!isFile)
+        return std::make_unique<MappedFile>();
+    if (!m_keys)
+        return std::make_unique<MappedFile>(contentPath(row));
+    const auto failed = [&](const QString &why) {
+        addRemark(row, why, true);
+        return std::make_unique<MappedFile>();
+    };
+    const std::unique_ptr<QIODevice> device = openContent(row);
+    if (!device->isOpen())
+        return failed(device->errorString());
+    const Result<std::unique_ptr<QTemporaryFile>> plain = m_private.newUnnamedFile();
+    if (!plain)
+        return failed(plain.error().what);
+    const Result<> copied = PrivateFolder::copy(*device, place(row), *plain.value(), m_keepGoing);
+    if (!copied)
+        return failed(copied.error().what);
+    if (!plain.value()->flush())
+        return failed(
+            tr("The temporary folder could not be written: %1.").arg(plain.value()->errorString()));
+    return std::make_unique<MappedFile>(*plain.value());
+}
+
+QString BackupFiles::plainPath(Row row)
+{
+    if (!m_keys)
+        return contentPath(row);
+    if (m_plainCopy.isEmpty()) {
+        const Result<QString> folder = m_private.newSubFolder();
+        if (!folder) {
+            addRemark(row, folder.error().what, true);
+            return {};
+        }
+        m_plainCopy = folder.value() + "/content"_L1;
+    }
+    QFile::remove(m_plainCopy);
+    const Result<> decrypted = decryptTo(row, m_plainCopy);
+    if (decrypted)
+        return m_plainCopy;
+    if (m_folder.contentSize(m_index.id(row)) >= 0)
+        addRemark(row, decrypted.error().what, true);
+    return {};
+}
+
+Result<> BackupFiles::decryptTo(Row row, const QString &target)
+{
+    const std::unique_ptr<QIODevice> device = openContent(row);
+    if (!device->isOpen())
+        return Error { Fault::Locked, place(row), device->errorString() };
+    return PrivateFolder::copy(*device, place(row), target, m_keepGoing);
 }
 
 FileRecord BackupFiles::record(Row row)
 {
-    return FileRecord::parse(m_manifest->record(m_index.recordKey(row)));
+    if (row != m_recordRow) {
+        m_record = m_manifest->record(m_index.recordKey(row));
+        m_recordRow = row;
+    }
+    return m_record;
 }
 
 bool BackupFiles::hasAttribute(Row row, QByteArrayView name)
 {
-    return m_manifest->record(m_index.recordKey(row)).contains(name);
+    return m_manifest->mentions(m_index.recordKey(row), name);
 }
 
 QString BackupFiles::place(Row row) const
@@ -146,10 +391,51 @@ Result<Database> BackupFiles::openDatabase(QByteArrayView domain, const QString 
     }
     const auto companion = [&](QLatin1StringView suffix) {
         const Row found = findFile(domain, path + suffix);
-        return found != FileIndex::kNone && contentSize(found) > 0 ? contentPath(found) : QString();
+        return found != FileIndex::kNone && contentSize(found) > 0 ? found : FileIndex::kNone;
     };
-    return Database::open(
-        { name, contentPath(row), companion("-wal"_L1), companion("-journal"_L1) }, m_private);
+    const Row wal = companion("-wal"_L1);
+    const Row journal = companion("-journal"_L1);
+    if (m_keys) {
+        const Result<DatabaseFiles> files = decrypted(row, wal, journal);
+        if (!files)
+            return files.error();
+        return Database::open(files.value(), m_private);
+    }
+    const auto pathOf = [this](Row part) {
+        return part == FileIndex::kNone ? QString() : contentPath(part);
+    };
+    return Database::open({ name, contentPath(row), pathOf(wal), pathOf(journal) }, m_private);
+}
+
+Result<DatabaseFiles> BackupFiles::decrypted(Row row, Row wal, Row journal)
+{
+    const auto known = m_databases.constFind(row);
+    if (known != m_databases.constEnd())
+        return *known;
+    const Result<QString> folder = m_private.newSubFolder();
+    if (!folder)
+        return folder.error();
+    const QString name = place(row);
+    DatabaseFiles files { name, folder.value() + "/copy.db"_L1, {}, {}, true };
+    const Result<> main = decryptTo(row, files.path);
+    if (!main) {
+        return Error { main.error().fault,
+                       name,
+                       tr("The database “%1” cannot be read. %2").arg(name, main.error().what) };
+    }
+    const auto decryptBeside = [&](Row part, QLatin1StringView suffix) {
+        const QString target = files.path + suffix;
+        if (part == FileIndex::kNone)
+            return QString();
+        const Result<> beside = decryptTo(part, target);
+        if (!beside)
+            addRemark(part, beside.error().what, true);
+        return beside ? target : QString();
+    };
+    files.walPath = decryptBeside(wal, "-wal"_L1);
+    files.journalPath = decryptBeside(journal, "-journal"_L1);
+    m_databases.insert(row, files);
+    return files;
 }
 
 } // namespace PhoneBackup

@@ -1,21 +1,34 @@
 #ifndef PHONEBACKUP_FOLDER_BACKUPFILES_H
 #define PHONEBACKUP_FOLDER_BACKUPFILES_H
 
+#include "crypto/ClassKeys.h"
 #include "folder/BackupFolder.h"
 #include "folder/FileIndex.h"
 #include "folder/FileRecord.h"
-#include "folder/ManifestDb.h"
+#include "folder/Manifest.h"
+#include "folder/MappedFile.h"
+#include "folder/Password.h"
 #include "folder/PrivateFolder.h"
 #include "folder/Result.h"
 #include "sqlite/Database.h"
 
+#include <QHash>
+#include <QSet>
+
 #include <functional>
 #include <memory>
+#include <optional>
+
+class QIODevice;
 
 namespace PhoneBackup {
 
 /*!
     \brief The files of one backup: where they are, what they hold, what is recorded of them.
+
+    The contents of an encrypted backup are decrypted as they are read. Plain bytes come to the disk
+    only in the private folder, and only those of databases, of files that are mapped, and of the
+    one file whose path was asked for last.
 */
 class BackupFiles
 {
@@ -23,25 +36,58 @@ public:
     using Row = FileIndex::Row;
     using KeepGoing = std::function<bool()>;
 
-    //! Opens the folder \a path and reads its index.
-    static Result<std::unique_ptr<BackupFiles>> open(const QString &path,
-                                                     const KeepGoing &keepGoing);
+    //! Something that was noticed of a file's content while it was read.
+    struct Remark
+    {
+        Row row;
+        QString what;
+        bool loss; //!< Whether something of the file is lost.
+    };
+
+    /*!
+        Opens the folder \a path and reads its index. Without a password an encrypted backup is
+        Fault::Encrypted, with one that does not fit Fault::WrongPassword.
+    */
+    static Result<std::unique_ptr<BackupFiles>>
+    open(const QString &path, const KeepGoing &keepGoing, const Password &password = {});
 
     const BackupFolder &folder() const { return m_folder; }
     const FileIndex &index() const { return m_index; }
     PrivateFolder &privateFolder() { return m_private; }
 
+    //! Whether the contents are encrypted, and so no file of the folder can be read as it is.
+    bool isEncrypted() const { return m_keys.has_value(); }
+
     //! What reading the index met that did not stop it.
-    const ManifestDb::Findings &findings() const { return m_findings; }
+    const Manifest::Findings &findings() const { return m_findings; }
 
-    //! Path of the content file of \a row; see BackupFolder::contentPath().
-    QString contentPath(Row row) const;
+    //! What reading contents met since this was called last.
+    QList<Remark> takeRemarks();
 
-    //! Bytes of the content file of \a row, 0 when it is missing.
-    qint64 contentSize(Row row) const;
+    //! Bytes of the content of \a row, 0 when it is missing. Of an encrypted file nearly.
+    qint64 contentSize(Row row);
+
+    /*!
+        The content of \a row as a stream, open for reading; when that is impossible it is not open,
+        and its errorString() says why in a sentence. It borrows from this object.
+    */
+    std::unique_ptr<QIODevice> openContent(Row row);
 
     //! The content of \a row, at most \a maxBytes of it; empty when it cannot be read.
-    QByteArray content(Row row, qint64 maxBytes) const;
+    QByteArray content(Row row, qint64 maxBytes);
+
+    /*!
+        The content of \a row in memory that the system can take back; empty when it cannot be read,
+        and for what is no file.
+    */
+    std::unique_ptr<MappedFile> map(Row row);
+
+    /*!
+        Path of a file with the plain content of \a row. Of an encrypted one it is a copy that lasts
+        until the next call. Nothing may be there; the path is empty when a symbolic link stands in
+        the file's place, and when it cannot be decrypted.
+    */
+    QString plainPath(Row row);
 
     //! What is recorded of \a row; unset when the record is damaged.
     FileRecord record(Row row);
@@ -57,19 +103,36 @@ public:
 
     /*!
         The database at this place with its log or journal. Fault::NotFound when the index has none;
-        Fault::Io when its content is missing.
+        Fault::Io when its content is missing, Fault::Locked when its key is.
     */
     Result<Database> openDatabase(QByteArrayView domain, const QString &path);
 
 private:
-    explicit BackupFiles(BackupFolder folder);
-    Result<> load(const KeepGoing &keepGoing);
+    explicit BackupFiles(BackupFolder folder, const KeepGoing &keepGoing);
+    static std::optional<Error> refusal(const BackupFolder &folder);
+    Result<> unlock(const Password &password);
+    Result<> load(const Password &password);
+    Result<> openManifest(const Password &password);
+    Result<bool> decryptManifest(DatabaseFiles &files);
+    Result<DatabaseFiles> decrypted(Row row, Row wal, Row journal);
+    Result<> decryptTo(Row row, const QString &target);
+    QString contentPath(Row row) const { return m_folder.contentPath(m_index.id(row)); }
+    Result<Secret> keyOf(Row row);
+    void addRemark(Row row, const QString &what, bool loss);
 
     BackupFolder m_folder;
+    KeepGoing m_keepGoing;
+    std::optional<ClassKeys> m_keys; // of an encrypted backup
     FileIndex m_index;
-    PrivateFolder m_private; // before the database, which may lie in it
-    std::unique_ptr<ManifestDb> m_manifest;
-    ManifestDb::Findings m_findings;
+    PrivateFolder m_private; // before the index, which may lie in it
+    std::unique_ptr<Manifest> m_manifest;
+    Manifest::Findings m_findings;
+    QHash<Row, DatabaseFiles> m_databases; // that have been decrypted
+    QString m_plainCopy;
+    Row m_recordRow = FileIndex::kNone;
+    FileRecord m_record; // of that row: size, date and key are asked for one after the other
+    QList<Remark> m_remarks;
+    QSet<Row> m_remarked;
 };
 
 } // namespace PhoneBackup

@@ -202,9 +202,33 @@ void BackupFolder::readPropertyLists()
         if (!m_info.date.isValid() && date.typeId() == QMetaType::QDateTime)
             m_info.date = date.toDateTime();
     }
-    m_info.encrypted = manifest.value("IsEncrypted").toBool();
+    m_keybag = manifest.value("BackupKeyBag").toByteArray();
+    m_indexKey = manifest.value("ManifestKey").toByteArray();
+    m_info.encrypted = isEncrypted(manifest.value("IsEncrypted"));
     const QString state = text(status, "SnapshotState");
     m_info.finished = state.isEmpty() || state == "finished"_L1;
+}
+
+bool BackupFolder::isEncrypted(const QVariant &flag)
+{
+    // The keybag tells nothing, plain backups have one. Only encrypted ones have a key of the
+    // index.
+    const bool isClear = flag.typeId() == QMetaType::Bool || flag.typeId() == QMetaType::LongLong
+        || flag.typeId() == QMetaType::ULongLong;
+    if (isClear)
+        return flag.toBool();
+    const bool encrypted = !m_indexKey.isEmpty();
+    if (m_manifestReadable) {
+        m_remarks.append(
+            { u"Manifest.plist"_s,
+              encrypted
+                  ? tr("“Manifest.plist” does not say clearly whether the backup is encrypted. It "
+                       "holds a key for the index, and so the backup is taken for encrypted.")
+                  : tr(
+                      "“Manifest.plist” does not say clearly whether the backup is encrypted. It "
+                      "holds no key for the index, and so the backup is taken for a plain one.") });
+    }
+    return encrypted;
 }
 
 QString BackupFolder::contentPath(const FileIndex::Id &id) const

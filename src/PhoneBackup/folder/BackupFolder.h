@@ -47,6 +47,11 @@ public:
     IndexKind kind() const { return m_kind; }
     const BackupInfo &info() const { return m_info; }
     const QList<Remark> &remarks() const { return m_remarks; }
+    void addRemark(const Remark &remark) { m_remarks.append(remark); }
+
+    //! The keys of an encrypted backup and that of its index, as Manifest.plist stores them.
+    const QByteArray &keybag() const { return m_keybag; }
+    const QByteArray &indexKey() const { return m_indexKey; }
 
     //! Whether Manifest.plist could be read, and so whether info().encrypted can be relied on.
     bool isManifestReadable() const { return m_manifestReadable; }
@@ -65,11 +70,14 @@ private:
 
     explicit BackupFolder(const QString &path);
     void readPropertyLists();
+    bool isEncrypted(const QVariant &flag);
 
     BackupInfo m_info;
     IndexKind m_kind = IndexKind::None;
     QList<Remark> m_remarks;
     bool m_manifestReadable = false;
+    QByteArray m_keybag;
+    QByteArray m_indexKey;
     std::unique_ptr<Handle> m_handle;
 };
 

@@ -9,15 +9,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// 0 and what lies outside 1970 to 2200 means that there is no date.
 QDateTime fromUnix(const QVariant &value)
 {
-    constexpr qint64 kYear2200 = 7258118400;
     bool ok = false;
     const qint64 seconds = value.toLongLong(&ok);
-    if (!ok || seconds <= 0 || seconds >= kYear2200)
-        return {};
-    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+    return ok ? FileRecord::dateOf(seconds) : QDateTime();
+}
+
+// Data, or an object that wraps it.
+QByteArray bytes(const KeyedArchive &graph, const QVariant &value)
+{
+    const QVariant found = graph.resolve(value);
+    return found.typeId() == QMetaType::QVariantMap ? graph.decode(found).toByteArray()
+                                                    : found.toByteArray();
 }
 
 } // namespace
@@ -35,16 +39,22 @@ FileRecord FileRecord::parse(const QByteArray &archive)
     record.sizeBytes = ok && size >= 0 ? size : -1;
     record.modified = fromUnix(root.value(u"LastModified"_s));
     record.created = fromUnix(root.value(u"Birth"_s));
-    const QVariant attributes = graph.resolve(root.value(u"ExtendedAttributes"_s));
-    record.attributes = attributes.typeId() == QMetaType::QVariantMap
-        ? graph.decode(attributes).toByteArray()
-        : attributes.toByteArray();
+    record.attributes = bytes(graph, root.value(u"ExtendedAttributes"_s));
+    record.encryptionKey = bytes(graph, root.value(u"EncryptionKey"_s));
     return record;
+}
+
+QDateTime FileRecord::dateOf(qint64 unixSeconds)
+{
+    constexpr qint64 kYear2200 = 7258118400;
+    if (unixSeconds <= 0 || unixSeconds >= kYear2200)
+        return {};
+    return QDateTime::fromSecsSinceEpoch(unixSeconds, Qt::UTC);
 }
 
 QMap<QString, QByteArray> FileRecord::extendedAttributes() const
 {
-    QMap<QString, QByteArray> result;
+    QMap<QString, QByteArray> result = properties;
     if (attributes.isEmpty())
         return result;
     const QVariantMap values = PropertyList::parse(attributes).toVariant().toMap();

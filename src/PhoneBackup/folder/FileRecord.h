@@ -15,10 +15,18 @@ struct FileRecord
     qint64 sizeBytes = -1; //!< As recorded; often stale, never to be relied on.
     QDateTime modified; //!< UTC.
     QDateTime created; //!< UTC.
-    QByteArray attributes; //!< The extended attributes as they are stored.
+    QByteArray attributes; //!< The extended attributes, a property list.
+    QMap<QString, QByteArray> properties; //!< Further ones, as an old index stores them.
+    QByteArray encryptionKey; //!< Class and wrapped key; empty when the file has no key.
+
+    //! Whether there is a record at all.
+    bool isSet() const { return mode != 0; }
 
     //! Parses the keyed archive that Manifest.db holds for a file.
     static FileRecord parse(const QByteArray &archive);
+
+    //! The date of a time stamp of the index; 0 and what lies outside 1970 to 2200 is none.
+    static QDateTime dateOf(qint64 unixSeconds);
 
     //! The extended attributes by name.
     QMap<QString, QByteArray> extendedAttributes() const;

@@ -2,8 +2,6 @@
 
 #include "platform/Translation_p.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 #include <limits>
 
@@ -44,7 +42,8 @@ ManifestDb::ManifestDb(Database database)
 {
 }
 
-Result<ManifestDb> ManifestDb::open(const DatabaseFiles &files, PrivateFolder &folder)
+Result<std::unique_ptr<ManifestDb>> ManifestDb::open(const DatabaseFiles &files,
+                                                     PrivateFolder &folder)
 {
     Result<Database> database = Database::open(files, folder);
     if (!database) {
@@ -53,17 +52,17 @@ Result<ManifestDb> ManifestDb::open(const DatabaseFiles &files, PrivateFolder &f
             error.what = notReadable(error.what);
         return error;
     }
-    return ManifestDb(database.take());
+    return std::unique_ptr<ManifestDb>(new ManifestDb(database.take()));
 }
 
-Result<ManifestDb::Findings> ManifestDb::load(FileIndex &index,
-                                              const std::function<bool()> &keepGoing)
+Result<Manifest::Findings> ManifestDb::load(FileIndex &index,
+                                            const std::function<bool()> &keepGoing)
 {
     // The row number bounds the count of rows, the file's size bounds it if the number lies.
     if (Result<Statement> last = m_database.prepare(u"SELECT max(rowid) FROM Files"_s);
         last && last.value().step() == Statement::Step::Row) {
         constexpr qint64 kSmallestRow = 64;
-        const qint64 bySize = QFileInfo(m_database.path()).size() / kSmallestRow;
+        const qint64 bySize = m_database.sizeBytes() / kSmallestRow;
         index.reserve(int(std::clamp<qint64>(last.value().integer(0), 0, bySize)));
     }
 
@@ -131,7 +130,27 @@ ManifestDb::Outcome ManifestDb::scan(Statement &query,
     }
 }
 
-QByteArray ManifestDb::record(qint64 recordKey)
+FileRecord ManifestDb::record(qint64 recordKey)
+{
+    return FileRecord::parse(archive(recordKey));
+}
+
+bool ManifestDb::mentions(qint64 recordKey, QByteArrayView attribute)
+{
+    return archive(recordKey).contains(attribute);
+}
+
+void ManifestDb::openRecords(const Secret &password)
+{
+    if (!m_database.hasTable(u"Properties"_s))
+        return;
+    Result<Statement> query =
+        m_database.prepare(u"SELECT value FROM Properties WHERE key = 'salt'"_s);
+    if (query && query.value().step() == Statement::Step::Row)
+        m_recordKey.emplace(password, query.value().bytes(0));
+}
+
+QByteArray ManifestDb::archive(qint64 recordKey)
 {
     if (!m_recordQuery) {
         Result<Statement> query = m_database.prepare(u"SELECT file FROM Files WHERE rowid = ?1"_s);
@@ -143,7 +162,8 @@ QByteArray ManifestDb::record(qint64 recordKey)
     m_recordQuery->bind(1, recordKey);
     if (m_recordQuery->step() != Statement::Step::Row)
         return {};
-    return m_recordQuery->bytes(0).toByteArray();
+    QByteArray bytes = m_recordQuery->bytes(0).toByteArray();
+    return m_recordKey ? m_recordKey->open(bytes) : bytes;
 }
 
 } // namespace PhoneBackup

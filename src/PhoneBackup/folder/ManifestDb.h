@@ -1,45 +1,34 @@
 #ifndef PHONEBACKUP_FOLDER_MANIFESTDB_H
 #define PHONEBACKUP_FOLDER_MANIFESTDB_H
 
-#include "folder/FileIndex.h"
-#include "folder/Result.h"
+#include "crypto/RecordKey.h"
+#include "folder/Manifest.h"
 #include "sqlite/Database.h"
 
-#include <QStringList>
-
-#include <functional>
 #include <memory>
 #include <optional>
 
 namespace PhoneBackup {
 
-struct FileRecord;
 class PrivateFolder;
 
 /*!
     \brief Manifest.db, the index of backups made since system version 10.
 
-    The places of all files are read at once; what is recorded of a file only when asked for. The
-    private folder must outlive this object.
+    The private folder must outlive this object.
 */
-class ManifestDb
+class ManifestDb final : public Manifest
 {
 public:
-    //! What load() met that did not stop it.
-    struct Findings
-    {
-        QString damage; //!< For a person; empty when every row was read.
-        int unnamed = 0; //!< Rows whose identifier was none; that of their path was taken.
-        int unknownKind = 0; //!< Rows that are no file, folder or link.
-    };
+    static Result<std::unique_ptr<ManifestDb>> open(const DatabaseFiles &files,
+                                                    PrivateFolder &folder);
 
-    static Result<ManifestDb> open(const DatabaseFiles &files, PrivateFolder &folder);
+    Result<Findings> load(FileIndex &index, const std::function<bool()> &keepGoing) override;
+    FileRecord record(qint64 recordKey) override;
+    bool mentions(qint64 recordKey, QByteArrayView attribute) override;
 
-    //! Adds every readable row to \a index. An error when none can be read, or on \a keepGoing.
-    Result<Findings> load(FileIndex &index, const std::function<bool()> &keepGoing);
-
-    //! The stored record of the row with \a recordKey, empty when it cannot be read.
-    QByteArray record(qint64 recordKey);
+    //! Makes records readable that system version 10.0 encrypted in a plain database.
+    void openRecords(const Secret &password);
 
 private:
     explicit ManifestDb(Database database);
@@ -50,9 +39,11 @@ private:
                  qint64 &previous,
                  FileIndex &index,
                  const std::function<bool()> &keepGoing);
+    QByteArray archive(qint64 recordKey);
 
     Database m_database;
     std::optional<Statement> m_recordQuery;
+    std::optional<RecordKey> m_recordKey;
     Findings m_findings;
     QString m_error;
 };

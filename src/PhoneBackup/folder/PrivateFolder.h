@@ -5,9 +5,11 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
-class QTemporaryDir;
+class QIODevice;
+class QTemporaryFile;
 
 namespace PhoneBackup {
 
@@ -15,17 +17,27 @@ namespace PhoneBackup {
     \brief A temporary folder that only its owner may enter, removed with this object.
 
     It lies in the system's temporary folder (TMPDIR), is made with the first path that is asked
-    for, and refuses to lie inside the backup.
+    for, and refuses to lie inside the backup. While it is in use it is locked: what a run that was
+    killed left behind has no lock, and is removed by the next one.
 */
 class PrivateFolder
 {
 public:
+    //! Asked between two pieces of a copy; false stops it.
+    using KeepGoing = std::function<bool()>;
+
     //! \a forbidden: the folder in which nothing may be written.
     explicit PrivateFolder(const QString &forbidden = {});
     ~PrivateFolder();
 
+    //! Removes the private folders of the same user that no running program holds.
+    static void removeLeftovers();
+
     //! Path of a new, empty folder in it.
     Result<QString> newSubFolder();
+
+    //! A new, open file in it that has no name: it is gone with its last user, even a killed one.
+    Result<std::unique_ptr<QTemporaryFile>> newUnnamedFile();
 
     /*!
         Copies the file \a source to the new file \a target, which must lie in this folder. Only
@@ -33,9 +45,21 @@ public:
     */
     static Result<> copy(const QString &source, const QString &target);
 
+    //! The same from the open \a source, which messages call \a name.
+    static Result<>
+    copy(QIODevice &source, const QString &name, const QString &target, const KeepGoing &keepGoing);
+
+    //! The same to the open file \a target.
+    static Result<>
+    copy(QIODevice &source, const QString &name, QIODevice &target, const KeepGoing &keepGoing);
+
 private:
+    class Folder;
+
+    Result<> make();
+
     QString m_forbidden;
-    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<Folder> m_folder;
     int m_count = 0;
 };
 

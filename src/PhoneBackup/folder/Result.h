@@ -14,6 +14,8 @@ enum class Fault {
     NotABackup, //!< Something is there, but no phone backup.
     Corrupt, //!< It is what was looked for, but damaged.
     Encrypted, //!< It cannot be read without a password.
+    WrongPassword, //!< The password does not open it.
+    Locked, //!< Encrypted with a key that is not in the backup.
     NotSupported, //!< A form that this reader does not know (too old, too new).
     Io, //!< The operating system refused to read it.
     Cancelled, //!< The caller asked to stop.

@@ -1,7 +1,7 @@
 #include "model/AttachmentLabel.h"
 
+#include "folder/BackupFiles.h"
 #include "model/AudioDuration.h"
-#include "model/MappedFile.h"
 #include "model/MessageAttachments.h"
 #include "model/VCardText.h"
 #include "platform/Translation_p.h"
@@ -44,7 +44,7 @@ QString shownType(QLatin1StringView wanted, const MessageAttachment &attachment)
 } // namespace
 
 QString attachmentLabel(const MessageAttachment &attachment,
-                        const QString &path,
+                        BackupFiles &files,
                         bool isVoice,
                         const QString &transcription)
 {
@@ -57,18 +57,19 @@ QString attachmentLabel(const MessageAttachment &attachment,
             || attachment.name.endsWith(".amr"_L1, Qt::CaseInsensitive);
         if (!isSpoken)
             return label(tr("[Audio: %1]"), tr("[Audio]"), attachment.name);
-        const int seconds = audioDurationSeconds(MappedFile(path).bytes());
+        const int seconds = audioDurationSeconds(files.map(attachment.file)->bytes());
         const QString line = seconds < 0 ? tr("[Voice message]")
                                          : tr("[Voice message %1]").arg(durationText(seconds));
         return transcription.isEmpty() ? line : line + u' ' + transcription;
     }
     case MessageAttachment::Kind::Contact: {
-        const QString name = vCardText(MappedFile(path).bytes(), "FN");
+        const QString name = vCardText(files.map(attachment.file)->bytes(), "FN");
         return label(tr("[Contact: %1]"), tr("[Contact]"), name.isEmpty() ? attachment.name : name);
     }
     case MessageAttachment::Kind::Location:
-        return label(
-            tr("[Location: %1]"), tr("[Location]"), vCardText(MappedFile(path).bytes(), "URL"));
+        return label(tr("[Location: %1]"),
+                     tr("[Location]"),
+                     vCardText(files.map(attachment.file)->bytes(), "URL"));
     default:
         return label(tr("[File: %1]"), tr("[File]"), attachment.name);
     }

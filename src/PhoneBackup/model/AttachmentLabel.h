@@ -5,15 +5,17 @@
 
 namespace PhoneBackup {
 
+class BackupFiles;
 struct MessageAttachment;
 
 /*!
     What a message shows for a file that is neither picture nor video: "[Voice message 0:12]",
-    "[Contact: Ann]", "[File: plan.pdf]". The content at \a path, which may be missing, tells length
-    and name. \a isVoice: the message was spoken, \a transcription is what the phone understood.
+    "[Contact: Ann]", "[File: plan.pdf]". Its content, which may be missing in \a files, tells
+   length and name. \a isVoice: the message was spoken, \a transcription is what the phone
+   understood.
 */
 QString attachmentLabel(const MessageAttachment &attachment,
-                        const QString &path,
+                        BackupFiles &files,
                         bool isVoice,
                         const QString &transcription);
 

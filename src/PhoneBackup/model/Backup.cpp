@@ -55,6 +55,7 @@ public:
     }
 
     void describeFindings();
+    void takeRemarks();
 
     mutable Source source;
     mutable DataSets sets; // after the source, whose files the sets borrow
@@ -71,10 +72,13 @@ void Backup::Private::describeFindings()
                                "missing or older than the rest. Make a new backup if you can."),
                             false });
     }
-    const ManifestDb::Findings &findings = source.files().findings();
+    const BackupFolder &folder = source.files().folder();
+    const QString index =
+        folder.kind() == IndexKind::Database ? u"Manifest.db"_s : u"Manifest.mbdb"_s;
+    const Manifest::Findings &findings = source.files().findings();
     if (!findings.damage.isEmpty()) {
         source.addProblem({ kWholeBackup,
-                            u"Manifest.db"_s,
+                            index,
                             tr("The index of the backup is damaged (%1). Files that it no longer "
                                "names cannot be exported. Copy the backup again from where it was "
                                "made.")
@@ -83,7 +87,7 @@ void Backup::Private::describeFindings()
     }
     if (findings.unnamed > 0) {
         source.addProblem({ kWholeBackup,
-                            u"Manifest.db: fileID"_s,
+                            index + ": fileID"_L1,
                             tr("%1 entries of the index have a damaged identifier; their files are "
                                "looked for under the one that belongs to their path.")
                                 .arg(findings.unnamed),
@@ -91,7 +95,7 @@ void Backup::Private::describeFindings()
     }
     if (findings.unknownKind > 0) {
         source.addProblem({ kWholeBackup,
-                            u"Manifest.db: flags"_s,
+                            index + ": flags"_L1,
                             tr("%1 entries of the index are neither file nor folder nor link and "
                                "are left out.")
                                 .arg(findings.unknownKind),
@@ -99,9 +103,19 @@ void Backup::Private::describeFindings()
     }
 }
 
-Result<std::unique_ptr<Backup>> Backup::open(const QString &path, const KeepGoing &keepGoing)
+// In the order in which they came up, behind those that have been asked for before.
+void Backup::Private::takeRemarks()
 {
-    Result<std::unique_ptr<BackupFiles>> files = BackupFiles::open(path, keepGoing);
+    const QList<BackupFiles::Remark> remarks = source.files().takeRemarks();
+    for (const BackupFiles::Remark &remark : remarks)
+        source.addProblem(
+            { kWholeBackup, source.files().place(remark.row), remark.what, remark.loss });
+}
+
+Result<std::unique_ptr<Backup>>
+Backup::open(const QString &path, const KeepGoing &keepGoing, const Password &password)
+{
+    Result<std::unique_ptr<BackupFiles>> files = BackupFiles::open(path, keepGoing, password);
     if (!files)
         return files.error();
     auto d = std::make_unique<Private>(files.take(), keepGoing);
@@ -136,6 +150,7 @@ void Backup::setMessageFilter(const MessageFilter &filter)
 
 QList<Problem> Backup::problems() const
 {
+    m_d->takeRemarks();
     return m_d->source.problems();
 }
 

@@ -3,6 +3,7 @@
 
 #include "backup/BkBackup.h"
 #include "folder/BackupInfo.h"
+#include "folder/Password.h"
 #include "folder/Result.h"
 
 #include <QList>
@@ -31,6 +32,8 @@ struct Problem
     source leaves its own data set shorter or without names, says so in problems(), and takes no
     other with it.
     \par Files
+    The items of an encrypted backup are streams; who asks for paths nevertheless gets a decrypted
+    copy that lasts until the next path is asked for.
     Everything is opened read-only; nothing in the folder is written, access times included where
     the system grants that.
     \par Thread
@@ -45,10 +48,11 @@ public:
     /*!
         Opens the backup folder \a path (BackupInfo::path of findBackups()). \a keepGoing is kept
        and asked while data sets are read, too; a set that it stopped is incomplete, and problems()
-        says so.
+        says so. An encrypted backup needs its \a password: Fault::Encrypted without one,
+        Fault::WrongPassword, after as long as a right one takes, with another.
     */
-    static Result<std::unique_ptr<Backup>> open(const QString &path,
-                                                const KeepGoing &keepGoing = {});
+    static Result<std::unique_ptr<Backup>>
+    open(const QString &path, const KeepGoing &keepGoing = {}, const Password &password = {});
     ~Backup() override;
 
     const BackupInfo &info() const;

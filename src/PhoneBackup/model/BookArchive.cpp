@@ -1,7 +1,6 @@
 #include "model/BookArchive.h"
 
 #include "folder/BackupFiles.h"
-#include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
 
 #include <QFile>
@@ -80,7 +79,7 @@ bool openEntry(void *zip, const QByteArray &name, const QDateTime &modified, boo
 
 enum class Copied { Whole, Unreadable, Unwritable };
 
-Copied writeContent(void *zip, QFile &content)
+Copied writeContent(void *zip, QIODevice &content)
 {
     QByteArray chunk(kChunk, Qt::Uninitialized);
     qint64 count = 0;
@@ -120,14 +119,14 @@ Result<QStringList> writeBookArchive(BackupFiles &files,
         const QByteArray name = nameOf(row).toByteArray();
         if (!staysInside(name))
             continue;
-        QFile content(files.contentPath(row));
-        if (!CCommonUtils::openForReading(content)) {
+        const std::unique_ptr<QIODevice> content = files.openContent(row);
+        if (!content->isOpen()) {
             missing.append(files.place(row));
             continue;
         }
         if (!openEntry(zip.get(), name, files.record(row).modified, nameOf(row) == kMimeType))
             return notWritten;
-        const Copied copied = writeContent(zip.get(), content);
+        const Copied copied = writeContent(zip.get(), *content);
         if (copied == Copied::Unreadable)
             missing.append(files.place(row));
         if (copied == Copied::Unwritable || zipCloseFileInZip(zip.get()) != ZIP_OK)

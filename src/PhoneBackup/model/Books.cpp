@@ -69,6 +69,11 @@ public:
         return path;
     }
 
+    bool isStreamed(int index) const override
+    {
+        return m_books[std::size_t(index)].parts.empty() && FileData::isStreamed(index);
+    }
+
     qint64 sizeBytes(int index) const override
     {
         const Book &book = m_books[std::size_t(index)];
@@ -96,7 +101,7 @@ private:
         const Result<QString> folder = files().privateFolder().newSubFolder();
         if (!folder) {
             addProblem(book, folder.error().what);
-            return files().contentPath(book.row);
+            return {};
         }
         QString target = QDir(folder.value()).filePath(u"book"_s);
         const Result<QStringList> missing =

@@ -63,7 +63,7 @@ std::vector<int> contactOrder(const std::vector<AddressBook::Person> &people, co
 
 QLocale phoneLocale(Source &source)
 {
-    const BackupFiles &files = source.files();
+    BackupFiles &files = source.files();
     const FileIndex::Row row =
         files.findFile("HomeDomain", u"Library/Preferences/.GlobalPreferences.plist"_s);
     if (row != FileIndex::kNone) {

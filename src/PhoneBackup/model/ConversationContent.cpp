@@ -33,10 +33,11 @@ void ConversationContent::addText(Message &message, const QString &text)
 
 void ConversationContent::addFile(Message &message,
                                   const QString &type,
-                                  const QString &path,
+                                  BackupFiles &files,
+                                  FileIndex::Row row,
                                   const QString &name)
 {
-    extrasOf(message).pieces.append(&m_pieces.emplace_back(type, path, name, &m_lastRead));
+    extrasOf(message).pieces.append(&m_pieces.emplace_back(type, files, row, name, &m_lastRead));
 }
 
 void ConversationContent::list()

@@ -22,7 +22,11 @@ public:
     Message &addMessage();
     Message::Extras &extrasOf(Message &message);
     void addText(Message &message, const QString &text);
-    void addFile(Message &message, const QString &type, const QString &path, const QString &name);
+    void addFile(Message &message,
+                 const QString &type,
+                 BackupFiles &files,
+                 FileIndex::Row row,
+                 const QString &name);
     void setName(const QString &address, const QString &name) { m_names.insert(address, name); }
 
     //! All messages in the order in which they were added, hidden ones among them.

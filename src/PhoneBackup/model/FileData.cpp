@@ -3,6 +3,8 @@
 #include "folder/BackupFiles.h"
 #include "model/PathParts.h"
 
+#include <QIODevice>
+
 #include <numeric>
 
 namespace PhoneBackup {
@@ -95,7 +97,26 @@ QList<BkAbstractItem *> FileData::recoverFileList() const
 
 QString FileData::filePath(int index) const
 {
-    return m_files.contentPath(record(index).row);
+    return m_files.plainPath(record(index).row);
+}
+
+QByteArray FileData::fileData(int index) const
+{
+    constexpr qint64 kFewBytes = 1 << 20;
+    const FileIndex::Row row = record(index).row;
+    return isStreamed(index) && m_files.contentSize(row) <= kFewBytes
+        ? m_files.content(row, kFewBytes)
+        : QByteArray();
+}
+
+bool FileData::isStreamed(int /*index*/) const
+{
+    return m_files.isEncrypted();
+}
+
+std::unique_ptr<QIODevice> FileData::openStream(int index) const
+{
+    return m_files.openContent(record(index).row);
 }
 
 qint64 FileData::sizeBytes(int index) const

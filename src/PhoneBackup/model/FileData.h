@@ -12,6 +12,7 @@
 
 #include <deque>
 #include <limits>
+#include <memory>
 #include <vector>
 
 namespace PhoneBackup {
@@ -64,8 +65,13 @@ public:
 
     // What the items ask; a set whose contents are made on demand answers otherwise.
     virtual QString filePath(int index) const;
+    virtual bool isStreamed(int index) const;
     virtual qint64 sizeBytes(int index) const;
     virtual QDateTime fileDate(int index) const;
+
+    //! The content of a file that is streamed, when it is small.
+    QByteArray fileData(int index) const;
+    std::unique_ptr<QIODevice> openStream(int index) const;
 
     QString name(int index) const;
     QString source(int index) const;

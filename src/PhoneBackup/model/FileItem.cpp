@@ -2,6 +2,8 @@
 
 #include "model/FileData.h"
 
+#include <QIODevice>
+
 namespace PhoneBackup {
 
 FileItem::FileItem(const FileData &data, int index)
@@ -49,12 +51,22 @@ BkAbstractItem *FileItem::groupItem() const
 
 QByteArray FileItem::fileData() const
 {
-    return {};
+    return m_data.fileData(m_index);
 }
 
 QString FileItem::filePath() const
 {
     return m_data.filePath(m_index);
+}
+
+bool FileItem::isStreamed() const
+{
+    return m_data.isStreamed(m_index);
+}
+
+std::unique_ptr<QIODevice> FileItem::openStream() const
+{
+    return m_data.openStream(m_index);
 }
 
 QDateTime FileItem::fileDate() const

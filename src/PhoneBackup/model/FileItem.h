@@ -25,6 +25,8 @@ public:
     BkAbstractItem *groupItem() const override;
     QByteArray fileData() const override;
     QString filePath() const override;
+    bool isStreamed() const override;
+    std::unique_ptr<QIODevice> openStream() const override;
     QDateTime fileDate() const override;
 
 private:

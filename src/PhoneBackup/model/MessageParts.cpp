@@ -73,16 +73,14 @@ void MessageParts::addFile(Message &message,
 {
     if (!attachment.isForPeople)
         return;
-    const FileIndex::Row row = attachment.file;
-    const bool isFile =
-        row != FileIndex::kNone && m_source.index().kind(row) == FileIndex::Kind::File;
-    const QString path = isFile ? m_source.files().contentPath(row) : QString();
     const bool isPicture = attachment.kind == MessageAttachment::Kind::Picture;
     if (isPicture || attachment.kind == MessageAttachment::Kind::Video)
         m_content.extrasOf(message).parts.append(isPicture ? tr("[Picture]") : tr("[Video]"));
     else // what the page does not show by itself gets a line that says what it is
-        addText(message, attachmentLabel(attachment, path, hints.isVoice, hints.transcription));
-    m_content.addFile(message, attachmentType(attachment), path, attachment.name);
+        addText(message,
+                attachmentLabel(attachment, m_source.files(), hints.isVoice, hints.transcription));
+    m_content.addFile(
+        message, attachmentType(attachment), m_source.files(), attachment.file, attachment.name);
 }
 
 } // namespace PhoneBackup

@@ -1,6 +1,6 @@
 #include "model/MessagePiece.h"
 
-#include "model/MappedFile.h"
+#include "folder/BackupFiles.h"
 
 namespace PhoneBackup {
 
@@ -13,11 +13,13 @@ MessagePiece::MessagePiece(const QString &text)
 }
 
 MessagePiece::MessagePiece(const QString &type,
-                           const QString &path,
+                           BackupFiles &files,
+                           FileIndex::Row row,
                            const QString &name,
                            const MappedFile **lastRead)
     : m_type(type)
-    , m_path(path)
+    , m_files(&files)
+    , m_row(row)
     , m_name(name)
     , m_lastRead(lastRead)
 {
@@ -27,10 +29,10 @@ MessagePiece::~MessagePiece() = default;
 
 const QByteArray &MessagePiece::pieceData() const
 {
-    if (!m_path.isEmpty() && !m_file) {
+    if (m_files && !m_file) {
         if (*m_lastRead)
             (*m_lastRead)->release();
-        m_file = std::make_unique<MappedFile>(m_path);
+        m_file = m_files->map(m_row);
         m_data = QByteArray::fromRawData(m_file->bytes().data(), m_file->bytes().size());
         *m_lastRead = m_file.get();
     }

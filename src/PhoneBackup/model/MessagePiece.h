@@ -1,12 +1,14 @@
 #ifndef PHONEBACKUP_MODEL_MESSAGEPIECE_H
 #define PHONEBACKUP_MODEL_MESSAGEPIECE_H
 
+#include "folder/FileIndex.h"
 #include "message/BkSMSPiece.h"
 
 #include <memory>
 
 namespace PhoneBackup {
 
+class BackupFiles;
 class MappedFile;
 
 /*!
@@ -21,11 +23,12 @@ public:
     explicit MessagePiece(const QString &text);
 
     /*!
-        The file at \a path, which may be missing. \a lastRead is where the pieces of a conversation
-        note the file that was asked for last; the next one gives its memory back.
+        The file \a row of \a files, kNone for a missing one. \a lastRead is where the pieces of a
+       conversation note the file that was asked for last; the next one gives its memory back.
     */
     MessagePiece(const QString &type,
-                 const QString &path,
+                 BackupFiles &files,
+                 FileIndex::Row row,
                  const QString &name,
                  const MappedFile **lastRead);
 
@@ -37,7 +40,8 @@ public:
 
 private:
     QString m_type;
-    QString m_path;
+    BackupFiles *m_files = nullptr;
+    FileIndex::Row m_row = FileIndex::kNone;
     QString m_name;
     mutable QByteArray m_data;
     mutable std::unique_ptr<MappedFile> m_file;

@@ -1,6 +1,7 @@
 #ifndef PHONEBACKUP_MODEL_WHATSAPPMESSAGE_H
 #define PHONEBACKUP_MODEL_WHATSAPPMESSAGE_H
 
+#include "folder/BackupFiles.h"
 #include "message/BkWhatsappMsg.h"
 #include "model/Conversation.h"
 
@@ -14,7 +15,8 @@ public:
     qint64 dateMs = Conversation::kNoDate;
     QString text;
     QString author;
-    QString mediaPath;
+    BackupFiles *files = nullptr; //!< Those that its media file is one of.
+    FileIndex::Row mediaFile = FileIndex::kNone;
     int code = 0;
     bool fromMe = false;
     bool sentDone = true;
@@ -31,7 +33,16 @@ public:
         return dateMs == Conversation::kNoDate ? QDateTime()
                                                : QDateTime::fromMSecsSinceEpoch(dateMs, Qt::UTC);
     }
-    const QString &media() const override { return mediaPath; }
+    const QString &media() const override
+    {
+        // Only now: an encrypted file is decrypted for whoever wants its path.
+        if (mediaFile != FileIndex::kNone)
+            m_mediaPath = files->plainPath(mediaFile);
+        return m_mediaPath;
+    }
+
+private:
+    mutable QString m_mediaPath;
 };
 
 } // namespace PhoneBackup

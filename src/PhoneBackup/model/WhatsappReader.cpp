@@ -186,9 +186,10 @@ bool WhatsappReader::readRow(const WhatsappChat &chat, WhatsappMessage &message)
 bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &message)
 {
     const qint64 type = m_rows->integer(kType);
+    message.files = &m_source.files();
     const QString text = MessageWords::cleaned(m_rows->text(kText));
     if (m_item.row != 0 && type != kLocationType)
-        message.mediaPath = mediaPath();
+        message.mediaFile = m_media.find(m_item.path);
     message.code = Text;
     message.text = text;
 
@@ -278,7 +279,7 @@ bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &messa
         either(tr("Event"));
         break;
     case kAlbumType: // its pictures are messages of their own
-        if (text.isEmpty() && message.mediaPath.isEmpty())
+        if (text.isEmpty() && message.mediaFile == FileIndex::kNone)
             return false;
         break;
     case 68:
@@ -340,12 +341,6 @@ bool WhatsappReader::isSentDone() const
         return true;
     const qint64 state = m_rows->integer(kStatus);
     return state != notSent && (state != waiting || !m_facts.keepsStatus);
-}
-
-QString WhatsappReader::mediaPath() const
-{
-    const FileIndex::Row file = m_media.find(m_item.path);
-    return file == FileIndex::kNone ? QString() : m_source.files().contentPath(file);
 }
 
 QString WhatsappReader::documentName(const QString &text) const

@@ -59,7 +59,6 @@ private:
     void setByType(WhatsappMessage &message, const QString &words);
     void setEvent(const WhatsappChat &chat, WhatsappMessage &message, bool isNotice);
     bool isSentDone() const;
-    QString mediaPath() const;
     QString documentName(const QString &text) const;
     QString caption(const QString &text) const;
     QString linkText();

@@ -112,6 +112,8 @@ Result<Database> Database::open(const DatabaseFiles &files, PrivateFolder &folde
 
 bool Database::copyAndConnect(PrivateFolder &folder, bool salvage, Error &error)
 {
+    if (m_files.isPrivate)
+        return connect(m_files.path, Access::Copy, salvage);
     const Result<QString> place = folder.newSubFolder();
     if (!place) {
         error = place.error();
@@ -211,7 +213,12 @@ bool Database::hasTable(const QString &name) const
 qint64 Database::maxRowCount() const
 {
     constexpr qint64 kSmallestRow = 5; // its place in the page, its length, number and header
-    return (QFileInfo(m_files.path).size() + QFileInfo(m_files.walPath).size()) / kSmallestRow;
+    return (sizeBytes() + QFileInfo(m_files.walPath).size()) / kSmallestRow;
+}
+
+qint64 Database::sizeBytes() const
+{
+    return QFileInfo(m_files.path).size();
 }
 
 QStringList Database::columns(const QString &table) const

@@ -21,14 +21,16 @@ struct DatabaseFiles
     QString path;
     QString walPath; //!< Write-ahead log, empty when there is none.
     QString journalPath; //!< Roll-back journal, likewise.
+    bool isPrivate = false; //!< They lie in the private folder, named as SQLite looks for them.
 };
 
 /*!
     \brief A database of the backup, for reading only. Knows no schema.
 
-    With a log or a journal beside it, a copy of all of them in the private folder is opened, so
-    that the newest rows are seen and a half transaction is rolled back. Otherwise the file itself
-    is opened as one that does not change, which leaves no trace.
+    With a log or a journal beside it, a copy of all of them in the private folder is opened (they
+    themselves, when they lie there), so that the newest rows are seen and a half transaction is
+   rolled back. Otherwise the file itself is opened as one that does not change, which leaves no
+   trace.
 
     A damaged database opens as far as it can be read; isDamaged() tells. The private folder must
     outlive this object.
@@ -63,6 +65,9 @@ public:
 
     QString name() const { return m_files.name; }
     QString path() const { return m_files.path; }
+
+    //! Bytes of the database without its log.
+    qint64 sizeBytes() const;
 
 private:
     struct Close

@@ -110,16 +110,16 @@ void tst_Backup::refusesWhatItCannotRead_data()
     QTest::newRow("nothing of a backup")
         << QStringList { u"Manifest.db"_s, u"Manifest.plist"_s, u"Info.plist"_s, u"Status.plist"_s }
         << QVariantMap() << Fault::NotABackup << u"“Manifest.db” beside a “Manifest.plist”"_s;
-    QTest::newRow("older index") << QStringList { u"Manifest.db"_s }
-                                 << file(u"Manifest.mbdb"_s, "mbdb\5\0") << Fault::NotSupported
-                                 << u"Manifest.mbdb"_s;
+    QTest::newRow("older index, damaged")
+        << QStringList { u"Manifest.db"_s } << file(u"Manifest.mbdb"_s, "mbdx\5") << Fault::Corrupt
+        << u"Manifest.mbdb"_s;
     QTest::newRow("oldest index") << QStringList { u"Manifest.db"_s }
                                   << file(u"Manifest.mbdx"_s, "mbdx") << Fault::NotSupported
                                   << u"too old"_s;
     QTest::newRow("no index yet") << QStringList { u"Manifest.db"_s } << file(u"0123.mddata"_s, "x")
                                   << Fault::NotSupported << u"too old"_s;
     QTest::newRow("encrypted") << none << file(u"Manifest.plist"_s, encrypted) << Fault::Encrypted
-                               << u"without encryption"_s;
+                               << u"password"_s;
     QTest::newRow("index empty") << none << file(u"Manifest.db"_s, "") << Fault::Corrupt
                                  << u"damaged"_s;
     QTest::newRow("index garbage") << none << file(u"Manifest.db"_s, QByteArray(9000, 'g'))

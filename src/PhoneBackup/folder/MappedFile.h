@@ -1,8 +1,10 @@
-#ifndef PHONEBACKUP_MODEL_MAPPEDFILE_H
-#define PHONEBACKUP_MODEL_MAPPEDFILE_H
+#ifndef PHONEBACKUP_FOLDER_MAPPEDFILE_H
+#define PHONEBACKUP_FOLDER_MAPPEDFILE_H
 
 #include <QByteArrayView>
 #include <QString>
+
+class QFile;
 
 namespace PhoneBackup {
 
@@ -14,7 +16,9 @@ namespace PhoneBackup {
 class MappedFile
 {
 public:
+    MappedFile() = default; //!< No bytes.
     explicit MappedFile(const QString &path);
+    explicit MappedFile(const QFile &openFile);
     ~MappedFile();
 
     MappedFile(const MappedFile &) = delete;
@@ -27,6 +31,8 @@ public:
     void release() const;
 
 private:
+    void map(const QFile &openFile);
+
     QByteArrayView m_bytes;
 };
 

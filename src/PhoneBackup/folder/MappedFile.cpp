@@ -1,4 +1,4 @@
-#include "model/MappedFile.h"
+#include "folder/MappedFile.h"
 
 #include "platform/CCommonUtils.h"
 
@@ -13,7 +13,18 @@ namespace PhoneBackup {
 MappedFile::MappedFile(const QString &path)
 {
     QFile file(path);
-    if (path.isEmpty() || !CCommonUtils::openForReading(file) || file.size() <= 0)
+    if (!path.isEmpty() && CCommonUtils::openForReading(file))
+        map(file);
+}
+
+MappedFile::MappedFile(const QFile &openFile)
+{
+    map(openFile);
+}
+
+void MappedFile::map(const QFile &file)
+{
+    if (file.size() <= 0)
         return;
     void *data =
         ::mmap(nullptr, std::size_t(file.size()), PROT_READ, MAP_PRIVATE, file.handle(), 0);

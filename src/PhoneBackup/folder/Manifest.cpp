@@ -1,0 +1,7 @@
+#include "folder/Manifest.h"
+
+namespace PhoneBackup {
+
+Manifest::~Manifest() = default;
+
+} // namespace PhoneBackup
