@@ -2,6 +2,8 @@
 
 #include "Console.h"
 #include "Interrupt.h"
+#include "Options.h"
+#include "PasswordSource.h"
 #include "Text.h"
 #include "folder/BackupFinder.h"
 #include "platform/CCommonUtils.h"
@@ -40,6 +42,17 @@ NoChoice several(Console &console, const QString &path, const QList<BackupInfo> 
              backups };
 }
 
+// It takes some seconds: nobody is to believe that nothing happens.
+void showKeyMaking(Console &console, int percent)
+{
+    if (percent >= 100)
+        console.status(u"Reading the index of the backup …"_s);
+    else if (console.isTerminal())
+        console.status(u"Making the keys from the password … %1%"_s.arg(percent));
+    else if (percent == 0)
+        console.say(u"Making the keys from the password …"_s);
+}
+
 } // namespace
 
 std::variant<BackupInfo, NoChoice> chooseBackup(Console &console, const QString &path)
@@ -54,17 +67,35 @@ std::variant<BackupInfo, NoChoice> chooseBackup(Console &console, const QString 
 }
 
 std::variant<std::unique_ptr<PhoneBackup::Backup>, Failure>
-openBackup(Console &console, const BackupInfo &info, const PhoneBackup::MessageFilter &messages)
+openBackup(Console &console, const BackupInfo &info, const Options &options)
 {
-    console.status(u"Reading the index of the backup …"_s);
-    auto opened = PhoneBackup::Backup::open(info.path, [] { return !Interrupt::requested(); });
-    console.clearStatus();
-    if (!opened)
-        return failureOf(opened.error());
-    console.say(u"Backup: %1"_s.arg(describe(info)));
-    auto backup = opened.take();
-    backup->setMessageFilter(messages);
-    return backup;
+    PasswordSource passwords(options.passwordFile, info.displayName);
+    for (;;) {
+        PhoneBackup::Password password;
+        if (info.encrypted) {
+            auto next = passwords.next();
+            if (const auto *failure = std::get_if<Failure>(&next))
+                return *failure;
+            password.text = std::get<PhoneBackup::Secret>(std::move(next));
+            password.progress = [&console](int percent) { showKeyMaking(console, percent); };
+        } else {
+            console.status(u"Reading the index of the backup …"_s);
+        }
+        auto opened = PhoneBackup::Backup::open(
+            info.path, [] { return !Interrupt::requested(); }, password);
+        console.clearStatus();
+        if (opened) {
+            console.say(u"Backup: %1"_s.arg(describe(info)));
+            auto backup = opened.take();
+            backup->setMessageFilter(options.messages);
+            return backup;
+        }
+        const bool again =
+            opened.error().fault == PhoneBackup::Fault::WrongPassword && passwords.canTryAgain();
+        if (!again)
+            return failureOf(opened.error());
+        console.error(opened.error().what);
+    }
 }
 
 QString describe(const BackupInfo &info)

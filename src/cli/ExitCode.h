@@ -3,14 +3,14 @@
 
 namespace Cli {
 
-//! What the program answers to its caller; docs/exit-codes.md explains each. 11 is kept for a
-//! missing or wrong password.
+//! What the program answers to its caller; docs/exit-codes.md explains each.
 enum class ExitCode {
     Complete = 0,
     Failed = 1,
     Usage = 2,
     Incomplete = 3, //!< Done, but some items could not be exported.
     NoBackup = 10,
+    Password = 11, //!< Of an encrypted backup: missing or wrong.
     Output = 12,
     Cancelled = 130,
 };

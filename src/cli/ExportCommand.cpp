@@ -31,7 +31,7 @@ ExitCode runExport(Console &console, const Options &options)
     const auto &info = std::get<PhoneBackup::BackupInfo>(choice);
     if (const auto failure = checkOutput(options, output, info))
         return refuse(console, options, *failure);
-    const auto opened = openBackup(console, info, options.messages);
+    const auto opened = openBackup(console, info, options);
     if (const auto *failure = std::get_if<Failure>(&opened))
         return refuse(console, options, *failure);
     const PhoneBackup::Backup &backup = *std::get<0>(opened);

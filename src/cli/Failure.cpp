@@ -10,6 +10,15 @@ Failure failureOf(const PhoneBackup::Error &error)
 {
     if (error.fault == PhoneBackup::Fault::Cancelled)
         return stoppedEarly();
+    const bool isOfPassword = error.fault == PhoneBackup::Fault::Encrypted
+        || error.fault == PhoneBackup::Fault::WrongPassword;
+    if (isOfPassword) {
+        return { ExitCode::Password,
+                 error.what,
+                 {},
+                 u"It is the one that was set when the encryption of backups was switched on; "
+                 "letters in capitals and small ones differ."_s };
+    }
     Failure failure { ExitCode::NoBackup, error.what, {}, {} };
     if (!error.path.isEmpty() && !error.what.contains(error.path))
         failure.details += u"  in “%1”"_s.arg(error.path);

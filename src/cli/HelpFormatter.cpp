@@ -73,6 +73,7 @@ Examples:
   dataexport ~/Backups/00008030-001A2D3C4E5F802E ~/phone
   dataexport --only photos,videos ~/Backups /media/disk/pictures
   dataexport --only messages --chat "Anna" --since 2023-06-01 ~/Backups ~/anna
+  dataexport --password-file ~/.backup-password ~/Backups ~/phone
   dataexport --json --quiet ~/Backups ~/phone > summary.json
 
 Exit codes:
@@ -81,6 +82,7 @@ Exit codes:
     2  wrong use: an unknown option, OUTPUT not empty, several backups there
     3  done, but some items could not be exported: see export-report.csv
    10  no backup there, or not readable
+   11  the password of an encrypted backup is missing or wrong
    12  the output cannot be written
   130  stopped with Ctrl-C)"_s;
 }

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <initializer_list>
+#include <poll.h>
 
 namespace Cli::Interrupt {
 
@@ -33,6 +34,17 @@ void install()
 bool requested()
 {
     return stopRequested != 0;
+}
+
+bool waitForInput(int descriptor)
+{
+    constexpr int kLookMs = 200; // a signal may come just before the wait begins
+    pollfd input { descriptor, POLLIN, 0 };
+    while (!requested()) {
+        if (::poll(&input, 1, kLookMs) > 0)
+            return true;
+    }
+    return false;
 }
 
 } // namespace Cli::Interrupt

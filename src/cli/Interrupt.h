@@ -11,6 +11,10 @@ void install();
 //! Whether the program was asked to stop.
 bool requested();
 
+//! Waits until \a descriptor has something to read, or its end. \return false when the program was
+//! asked to stop before.
+bool waitForInput(int descriptor);
+
 } // namespace Cli::Interrupt
 
 #endif

@@ -23,6 +23,8 @@ QString statusWord(ExitCode exitCode)
         return u"incomplete"_s;
     case ExitCode::NoBackup:
         return u"no-backup"_s;
+    case ExitCode::Password:
+        return u"password"_s;
     case ExitCode::Output:
         return u"output"_s;
     case ExitCode::Cancelled:

@@ -59,8 +59,7 @@ ExitCode runList(Console &console, const Options &options)
     const auto choice = chooseBackup(console, options.backup);
     if (const auto *none = std::get_if<NoChoice>(&choice))
         return refuse(console, options, *none);
-    const auto opened =
-        openBackup(console, std::get<PhoneBackup::BackupInfo>(choice), options.messages);
+    const auto opened = openBackup(console, std::get<PhoneBackup::BackupInfo>(choice), options);
     if (const auto *failure = std::get_if<Failure>(&opened))
         return refuse(console, options, *failure);
     const PhoneBackup::Backup &backup = *std::get<0>(opened);

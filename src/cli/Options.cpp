@@ -30,6 +30,7 @@ struct Raw
     std::string output;
     std::string only;
     std::string skip;
+    std::string passwordFile;
     std::optional<std::string> since;
     std::optional<std::string> until;
     std::optional<std::string> chat;
@@ -87,6 +88,15 @@ void describe(CLI::App &app, Raw &raw, Options &options)
               "TEXT",
               "Conversations with this in their name, or with\n"
               "this phone number or address");
+
+    app.add_option("--password-file",
+                   raw.passwordFile,
+                   "Take the password from the first line of FILE;\n"
+                   "without this from DATAEXPORT_PASSWORD, or it is\n"
+                   "asked for")
+        ->type_name("FILE")
+        ->option_text("FILE")
+        ->group("Encrypted backups");
 
     app.add_flag("--into-existing",
                  options.intoExisting,
@@ -196,6 +206,7 @@ std::variant<Options, Failure> complete(const Raw &raw, Options options)
 {
     options.backup = fromArgument(raw.backup);
     options.output = fromArgument(raw.output);
+    options.passwordFile = fromArgument(raw.passwordFile);
     options.checkSpace = !raw.noSpaceCheck;
     if (options.backup.isEmpty())
         return usage(u"BACKUP is missing: the folder of the phone backup."_s);

@@ -17,6 +17,7 @@ struct Options
     QString backup;
     QString output; //!< Empty with list.
     QList<int> types; //!< Codes of the selected data types, never empty.
+    QString passwordFile; //!< Empty: none.
     PhoneBackup::MessageFilter messages; //!< Which messages are wanted, and what was sent in them.
     bool list = false;
     bool json = false;

@@ -47,7 +47,6 @@ private Q_SLOTS:
     void survivesAnIndexCutAnywhere_data();
     void survivesAnIndexCutAnywhere();
     void warnsOfAnInterruptedBackup();
-    void refusesAnEncryptedBackup();
 };
 
 void tst_BadBackup::refusesWhatIsNoBackup_data()
@@ -213,22 +212,6 @@ void tst_BadBackup::warnsOfAnInterruptedBackup()
     QVERIFY2(result.err.contains("interrupted") || result.err.contains("not finished"),
              result.err.constData());
     QCOMPARE(difference(filesBelow(dir.filePath(u"out"_s)), expected), QString());
-}
-
-void tst_BadBackup::refusesAnEncryptedBackup()
-{
-    QTemporaryDir dir;
-    Sample::BackupWriter writer(dir.filePath(u"backup"_s));
-    writer.setManifest(u"IsEncrypted"_s, true);
-    addUsualFiles(writer);
-    QVERIFY(writer.finish());
-    // Nobody can tell a page of it from noise.
-    QVERIFY(Files::write(dir.filePath(u"backup/Manifest.db"_s), noise(3, 40960)));
-
-    const Result result = run({ dir.filePath(u"backup"_s), dir.filePath(u"out"_s) });
-    QCOMPARE(result.exitCode, 10);
-    QVERIFY2(result.err.contains("encrypted"), result.err.constData());
-    QVERIFY(!QFileInfo::exists(dir.filePath(u"out"_s)));
 }
 
 QTEST_GUILESS_MAIN(tst_BadBackup)

@@ -1,0 +1,125 @@
+#include "PasswordSource.h"
+
+#include "HiddenInput.h"
+#include "Interrupt.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using PhoneBackup::Secret;
+
+namespace Cli {
+
+namespace {
+
+constexpr const char *kVariable = "DATAEXPORT_PASSWORD";
+constexpr int kTries = 3;
+constexpr qsizetype kLongestBytes = 4096;
+
+Failure missing(const QString &what)
+{
+    return { ExitCode::Password,
+             what,
+             {},
+             u"Give the password with --password-file FILE or in the environment variable "
+             "DATAEXPORT_PASSWORD, or run dataexport in a terminal and type it."_s };
+}
+
+// The first line, without what an editor puts around it.
+QByteArrayView firstLine(QByteArrayView text)
+{
+    static constexpr QByteArrayView kByteOrderMark = "\xEF\xBB\xBF";
+    if (text.startsWith(kByteOrderMark))
+        text = text.sliced(kByteOrderMark.size());
+    const auto end = std::find_if(
+        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\0'; });
+    return text.first(end - text.begin());
+}
+
+// By hand: nothing on the way keeps a copy, and a pipe will do for a file.
+std::variant<Secret, Failure> readFile(const QString &path)
+{
+    const auto refuse = [&path](const QString &why) {
+        return missing(u"The password file “%1” could not be read: %2."_s.arg(path, why));
+    };
+    const int descriptor =
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0)
+        return refuse(QString::fromLocal8Bit(std::strerror(errno)));
+    Secret bytes(kLongestBytes);
+    qsizetype size = 0;
+    ssize_t count = 1;
+    while (count != 0 && size < bytes.size() && Interrupt::waitForInput(descriptor)) {
+        count =
+            ::read(descriptor, bytes.data() + size, static_cast<std::size_t>(bytes.size() - size));
+        if (count < 0 && errno != EAGAIN && errno != EINTR)
+            break;
+        size += std::max<ssize_t>(count, 0);
+    }
+    const int number = errno;
+    ::close(descriptor);
+    if (Interrupt::requested())
+        return stoppedEarly();
+    if (count < 0)
+        return refuse(QString::fromLocal8Bit(std::strerror(number)));
+    Secret password(firstLine(bytes.view().first(size)));
+    if (password.isEmpty())
+        return missing(u"The password file “%1” holds no password in its first line."_s.arg(path));
+    return password;
+}
+
+} // namespace
+
+PasswordSource::PasswordSource(const QString &file, const QString &backup)
+    : m_file(file)
+    , m_backup(backup)
+{
+}
+
+std::variant<Secret, Failure> PasswordSource::next()
+{
+    if (!m_file.isEmpty())
+        return readFile(m_file);
+    char *variable = std::getenv(kVariable);
+    if (variable && *variable != '\0') {
+        Secret password { QByteArrayView(variable) };
+        Secret::wipe(variable, password.size()); // it can be seen from outside as long as it stands
+        return password;
+    }
+    return ask();
+}
+
+bool PasswordSource::canTryAgain() const
+{
+    return m_asked > 0 && m_asked < kTries;
+}
+
+std::variant<Secret, Failure> PasswordSource::ask()
+{
+    const QString needed =
+        u"The backup “%1” is encrypted, and no password was given."_s.arg(m_backup);
+    HiddenInput input;
+    if (!input.isPossible())
+        return missing(needed);
+    while (m_asked < kTries) {
+        ++m_asked;
+        auto password = input.line(u"Password of the backup “%1”: "_s.arg(m_backup));
+        if (Interrupt::requested())
+            return stoppedEarly();
+        if (!password)
+            break;
+        if (!password->isEmpty())
+            return std::move(*password);
+    }
+    return missing(needed);
+}
+
+} // namespace Cli

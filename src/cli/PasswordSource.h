@@ -1,0 +1,39 @@
+#ifndef CLI_PASSWORDSOURCE_H
+#define CLI_PASSWORDSOURCE_H
+
+#include "Failure.h"
+#include "crypto/Secret.h"
+
+#include <QString>
+
+#include <variant>
+
+namespace Cli {
+
+/*!
+    \brief Where the password of an encrypted backup comes from: a file, the environment, or the
+    person at the terminal; the first of them that there is.
+*/
+class PasswordSource
+{
+public:
+    //! \a file: path of the password file, empty for none. \a backup is what the question names.
+    PasswordSource(const QString &file, const QString &backup);
+
+    //! The password to try next, or why there is none.
+    std::variant<PhoneBackup::Secret, Failure> next();
+
+    //! Whether another try makes sense: a person was asked, and not yet three times.
+    bool canTryAgain() const;
+
+private:
+    std::variant<PhoneBackup::Secret, Failure> ask();
+
+    QString m_file;
+    QString m_backup;
+    int m_asked = 0;
+};
+
+} // namespace Cli
+
+#endif
