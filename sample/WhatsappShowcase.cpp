@@ -164,7 +164,7 @@ void Showcase::mara()
     say(0, u"Good morning from the lighthouse! ☀️"_s);
     send(row(0, Picture), photo({ 900, 2000 }, u"The path is open again"_s));
     say(kMe, u"What a view. I'm putting my boots on"_s);
-    send(row(kMe, Picture), photo({ 900, 1200 }));
+    send(row(kMe, Picture), photo({ 1600, 900 }, u"This is where we had lunch, if anybody asks"_s));
     send(row(0, Location),
          { {}, u"Old Lighthouse"_s, 54.123456, -7.654321, u"Cliff Road 1"_s, {} });
     send(row(0, Audio),

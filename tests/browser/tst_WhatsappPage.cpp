@@ -41,6 +41,11 @@ const QString kShownOnPage = uR"js(
                      p => p.innerText.startsWith('Date: 20')).length,
                  broadcasts: document.querySelectorAll("img[src='image/broadcast.png']").length,
                  failed: document.querySelectorAll("img[src='image/exclamation.png']").length,
+                 outside: [...document.querySelectorAll('.mid-c img')].filter(
+                     i => i.getBoundingClientRect().right
+                          > i.closest('.mid-c').getBoundingClientRect().right + 0.5).length,
+                 thin: [...document.querySelectorAll('.mid-c td')].filter(
+                     t => t.innerText.trim().length > 12 && t.offsetWidth < 100).length,
                  deleted: document.querySelectorAll("img[src^='image/del_msg']").length,
                  scripts: document.scripts.length };
     })())js"_s;
@@ -152,6 +157,8 @@ void tst_WhatsappPage::showsEverything()
     QCOMPARE(shown["right"_L1].toInt(), count(" AND ZISFROMME = 1"));
     QCOMPARE(shown["dates"_L1].toInt(), count({}));
     QCOMPARE(shown["scripts"_L1].toInt(), 0);
+    QCOMPARE(shown["outside"_L1].toInt(), 0);
+    QCOMPARE(shown["thin"_L1].toInt(), 0);
     QCOMPARE(shown["failed"_L1].toInt(), count(" AND ZMESSAGEERRORSTATUS <> 0"));
     if (isShowcase) {
         QCOMPARE(shown["pictures"_L1].toInt(), 4); // three photos and a sticker

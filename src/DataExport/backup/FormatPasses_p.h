@@ -45,6 +45,9 @@ public:
         return goOn && m_ok;
     }
 
+    //! Whether pages are hardened, and so need not be byte for byte what they always were.
+    bool isHardened() const { return m_exporter && m_exporter->isHardened(); }
+
     //! Whether the last format that was run succeeded.
     bool succeeded() const { return m_ok; }
 

@@ -4,6 +4,7 @@
 #include "backup/FormatPasses_p.h"
 #include "export/CHtmlExporter.h"
 #include "export/CPlainFileExporter.h"
+#include "message/MessagePage_p.h"
 
 constexpr int kChatFormats = 2;
 
@@ -17,7 +18,9 @@ bool exportChats(Data *data, FormatPasses passes)
     {
         CHtmlExporter page;
         PageTranslate translator(data);
-        page.setStyle(translator.smsStyle());
+        page.setStyle(passes.isHardened()
+                          ? translator.smsStyle() + MessagePage::fittingStyleElement()
+                          : translator.smsStyle());
         if (!passes.run(page, translator))
             return passes.succeeded();
     }

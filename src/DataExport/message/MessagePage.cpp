@@ -89,6 +89,16 @@ void MessagePage::copyImages(CIDataExporter *exporter,
         exporter->exportDepends(folder + name, name);
 }
 
+QString MessagePage::fittingStyleElement()
+{
+    return u"<style type=\"text/css\">"
+           ".msg-box .mid-c table, .msg-box .mid-c tbody, .msg-box .mid-c tr { display:block; }"
+           ".msg-box .mid-c td { display:inline-block; max-width:100%; vertical-align:middle; }"
+           ".msg-box .mid-c, .msg-box .mid-c td { word-break:normal; overflow-wrap:anywhere; }"
+           ".msg-box .mid-c img { max-width:100%; height:auto; }"
+           "</style>"_s;
+}
+
 bool MessagePage::open(CIDataExporter *exporter, const QString &title)
 {
     return exporter->exportData(

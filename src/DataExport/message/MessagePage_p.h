@@ -25,6 +25,13 @@ struct Style
 QString styleElement(const Style &style);
 
 /*!
+    One more, for pages that need not be what they always were: words are broken only where one is
+    longer than a line; a picture in a bubble is no wider than its text, which goes below a picture
+    that leaves it no room.
+*/
+QString fittingStyleElement();
+
+/*!
     Hands the nine parts of each of \a bubbles (by the start of their names), then the files \a
     others, to \a exporter. One that cannot be copied is the sink's to report.
 */

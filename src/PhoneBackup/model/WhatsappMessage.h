@@ -35,8 +35,10 @@ public:
     }
     const QString &media() const override
     {
-        // Only now: an encrypted file is decrypted for whoever wants its path.
-        if (mediaFile != FileIndex::kNone)
+        // Only now: an encrypted file is decrypted for whoever wants its path. Pages look for a
+        // picture in everything; whole films are not decrypted to find that they hold none.
+        constexpr int kPicture = 1;
+        if (mediaFile != FileIndex::kNone && (code == kPicture || !files->isEncrypted()))
             m_mediaPath = files->plainPath(mediaFile);
         return m_mediaPath;
     }
