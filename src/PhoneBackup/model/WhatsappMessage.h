@@ -37,8 +37,10 @@ public:
     {
         // Only now: an encrypted file is decrypted for whoever wants its path. Pages look for a
         // picture in everything; whole films are not decrypted to find that they hold none.
-        constexpr int kPicture = 1;
-        if (mediaFile != FileIndex::kNone && (code == kPicture || !files->isEncrypted()))
+        constexpr int kVideo = 2;
+        constexpr int kAudio = 3;
+        const bool isWorthIt = !files->isEncrypted() || (code != kVideo && code != kAudio);
+        if (mediaFile != FileIndex::kNone && isWorthIt)
             m_mediaPath = files->plainPath(mediaFile);
         return m_mediaPath;
     }
