@@ -116,6 +116,11 @@ QByteArray classKey(int protectionClass)
 
 } // namespace
 
+QList<int> Encryption::allClasses()
+{
+    return { 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11 };
+}
+
 Encryption::Encryption(const Settings &settings)
     : m_settings(settings)
 {

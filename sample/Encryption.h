@@ -17,13 +17,16 @@ namespace Sample {
 class Encryption
 {
 public:
+    //! All classes of protection that phones have.
+    static QList<int> allClasses();
+
     struct Settings
     {
         QString password;
         quint32 iterations = 100000; //!< Rounds of the longer step of key derivation.
         bool twoSteps = true; //!< As from system version 10.2 on; before there was one step.
         bool encryptIndex = true; //!< Likewise, for Manifest.db.
-        QList<int> classes { 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11 }; //!< That the keybag has keys for.
+        QList<int> classes = allClasses(); //!< That the keybag has keys for.
     };
 
     explicit Encryption(const Settings &settings);

@@ -1,5 +1,7 @@
 #include "export/CUtils.h"
 
+#include <algorithm>
+
 QString CUtils::safeFileName(const QString &s)
 {
     QString safe = s;
@@ -10,6 +12,12 @@ QString CUtils::safeFileName(const QString &s)
 
 QString CUtils::htmlEncode(const QString &s)
 {
+    // Most texts need nothing: a look at them costs less than the copies.
+    const auto isSpecial = [](QChar c) {
+        return c == u'<' || c == u'>' || c == u'&' || c == u'"' || c == u'\n';
+    };
+    if (std::none_of(s.cbegin(), s.cend(), isSpecial))
+        return s;
     return s.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>"));
 }
 

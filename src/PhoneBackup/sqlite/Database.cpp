@@ -158,6 +158,9 @@ bool Database::connect(const QString &path, Access access, bool salvage)
             setup += "PRAGMA writable_schema=1;";
         // The first look at the schema is what rolls a journal back: only then no more writing.
         setup += "SELECT count(*) FROM sqlite_master; PRAGMA query_only=1;";
+        // One transaction for all that is ever asked: each query would else look again whether the
+        // file has changed, which a million small ones feel.
+        setup += "BEGIN;";
         m_code = sqlite3_exec(database, setup.constData(), nullptr, nullptr, nullptr);
     }
     if (m_code == SQLITE_OK)
