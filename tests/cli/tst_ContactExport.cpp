@@ -208,7 +208,8 @@ void tst_ContactExport::leavesTheRestAlone()
              QStringList({ u"Photos/"_s,
                            u"Photos/100APPLE/"_s,
                            u"Photos/100APPLE/IMG_1.JPG"_s,
-                           u"export-report.csv"_s }));
+                           u"export-report.csv"_s,
+                           u"index.html"_s }));
     QVERIFY(result.out.contains("Contacts"));
 }
 
