@@ -102,6 +102,7 @@ public:
     void addAttachment(qint64 message, const AttachmentRow &attachment, const QDateTime &date);
 
     bool finish();
+    QString error() const { return m_database.error(); }
 
 private:
     void prepareMessages();

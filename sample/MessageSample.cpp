@@ -22,7 +22,8 @@ void addMessages(BackupWriter &writer, const Options &options)
         addMessageShowcase(database, writer, random);
     else
         addManyMessages(database, random, options.messages, options.conversations);
-    database.finish();
+    if (!database.finish())
+        writer.fail(path, database.error());
     writer.addWritten(domain, path);
     // The phone leaves these behind when it has written all back into the database.
     writer.addFile(domain, path + "-wal"_L1, QByteArray());

@@ -43,7 +43,8 @@ Person person(int index)
     made.first = QStringView(kFirst[at % kFirst.size()]).toString();
     made.last = QStringView(kLast[at / kFirst.size() % kLast.size()]).toString();
     // Central office codes from 2 on, the last four from the range that is kept free for stories.
-    const int area = 201 + index / 100 % 700;
+    // Area 202 is that of the people above.
+    const int area = 203 + index / 100 % 700;
     made.number = u"+1%1"_s.arg(area) + u"555%1"_s.arg(100 + index % 100, 4, 10, QLatin1Char('0'));
     made.numberAsTyped = made.number;
     return made;

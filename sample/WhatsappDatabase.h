@@ -66,6 +66,7 @@ public:
 
     //! Completes the list of chats and closes. \return false when anything failed.
     bool finish();
+    QString error() const { return m_database.error(); }
 
 private:
     struct Chat

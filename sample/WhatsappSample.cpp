@@ -21,7 +21,8 @@ void addWhatsapp(BackupWriter &writer, const Options &options)
         addWhatsappShowcase(database, writer, random);
     else
         addManyWhatsapp(database, random, options.whatsappMessages, options.whatsappChats);
-    database.finish();
+    if (!database.finish())
+        writer.fail(path, database.error());
     writer.addWritten(whatsappDomain(), path);
 }
 
