@@ -297,6 +297,14 @@ void tst_MessagePictures::showsWhatAPictureIs_data()
     QTest::newRow("transparent HEIC") << Sample::encodeHeic(glass) << QColor(Qt::red) << clear;
     QTest::newRow("PNG of 16 bits a colour")
         << encoded(glass.convertToFormat(QImage::Format_RGBA64), "PNG") << QColor(Qt::red) << clear;
+    // Inks as print shops want them, red and blue.
+    QTest::newRow("JPEG in CMYK") << QByteArray::fromBase64(
+        "/9j/7gAOQWRvYmUAZAAAAAAA/9sAQwANCQoLCggNCwoLDg4NDxMgFRMSEhMnHB4XIC4pMTAuKS0s"
+        "MzpKPjM2RjcsLUBXQUZMTlJTUjI+WmFaUGBKUVJP/8AAFAgAQABABEMRAE0RAFkRAEsRAP/EABYA"
+        "AQEBAAAAAAAAAAAAAAAAAAAIB//EABQQAQAAAAAAAAAAAAAAAAAAAAD/2gAOBEMATQBZAEsAAD8A"
+        "05mDMGnAAAAJiFOgAAACnRMQAAAAmIU6AAAAKdExAAAACYhToAAAAp0TEAAAAJiFOgAAACnRMQAA"
+        "AAmIU6AAAAKdExAAAACYhToAAAAp0TEAAAAJiFOgAAACnRMQAAAAmIU6AAAAP//Z")
+                                  << QColor(Qt::red) << QColor(Qt::blue);
     // Two frames, blue and red.
     QTest::newRow("animated GIF") << QByteArray::fromBase64(
         "R0lGODlhAgACAPEAAAAA//8AAAAAAAAAACH/C05FVFNDQVBFMi4wAwEAAAAh+QQE"
