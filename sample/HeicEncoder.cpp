@@ -74,6 +74,9 @@ QByteArray encodeHeic(const QImage &image, const HeicTraits &traits)
     const Encoder encoder(found);
     heif_encoder_set_lossy_quality(found, kQuality);
     heif_encoder_set_parameter(found, "preset", "ultrafast");
+    // No threads: some would outlive their encoder for a moment.
+    heif_encoder_set_parameter(found, "x265:pools", "none");
+    heif_encoder_set_parameter(found, "x265:frame-threads", "1");
     const Options options(heif_encoding_options_alloc());
     options->image_orientation = static_cast<heif_orientation>(traits.orientation);
 
