@@ -6,8 +6,12 @@
 
 #include <libheif/heif.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <functional>
+#include <numeric>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -16,6 +20,7 @@ constexpr qint64 kMaxSequentialBytes = 256LL * 1024 * 1024;
 constexpr std::size_t kMaxProfileBytes = 4 * 1024 * 1024;
 constexpr int kMaxSmallerVersions = 16;
 constexpr int kBytesPerPixel = 4;
+constexpr int kCellsPerPixel = 2; // each way: what is left to do for a smooth scaling
 
 // How libheif reads: the device stands where it left it.
 int64_t position(void *device)
@@ -84,6 +89,104 @@ void freeImage(void *image)
     heif_image_release(static_cast<const heif_image *>(image));
 }
 
+struct ReleaseImage
+{
+    void operator()(heif_image *image) const { heif_image_release(image); }
+};
+using Image = std::unique_ptr<heif_image, ReleaseImage>;
+
+Image decodeAs(const heif_image_handle &handle, heif_chroma layout)
+{
+    const QSize size = sizeOf(&handle);
+    const qint64 limitMb = QImageReader::allocationLimit();
+    const qint64 bytes = qint64 { size.width() } * size.height() * kBytesPerPixel;
+    if (size.isEmpty() || (limitMb > 0 && bytes > limitMb * 1024 * 1024))
+        return {};
+    const std::unique_ptr<heif_decoding_options, decltype(&heif_decoding_options_free)> options(
+        heif_decoding_options_alloc(), &heif_decoding_options_free);
+    if (!options)
+        return {};
+    options->convert_hdr_to_8bit = 1;
+    heif_image *image = nullptr;
+    const bool done =
+        isOk(heif_decode_image(&handle, &image, heif_colorspace_RGB, layout, options.get()));
+    return Image(done ? image : nullptr);
+}
+
+// The picture without a copy: it holds what was decoded.
+QImage wholePicture(Image image, bool hasAlpha)
+{
+    int bytesPerLine = 0;
+    const uint8_t *pixels =
+        heif_image_get_plane_readonly(image.get(), heif_channel_interleaved, &bytesPerLine);
+    const bool isPremultiplied = heif_image_is_premultiplied_alpha(image.get()) != 0;
+    const QImage::Format format = !hasAlpha ? QImage::Format_RGB888
+        : isPremultiplied                   ? QImage::Format_RGBA8888_Premultiplied
+                                            : QImage::Format_RGBA8888;
+    const int width = heif_image_get_width(image.get(), heif_channel_interleaved);
+    const int height = heif_image_get_height(image.get(), heif_channel_interleaved);
+    if (pixels == nullptr || width <= 0 || height <= 0)
+        return {};
+    QImage picture(pixels, width, height, bytesPerLine, format, &freeImage, image.get());
+    if (!picture.isNull()) // else it did not take over the pixels
+        image.release();
+    return picture;
+}
+
+// Where cell number \a index of \a count begins in \a length samples; they differ by one at most.
+int cellStart(int index, int count, int length)
+{
+    return static_cast<int>(qint64 { index } * length / count);
+}
+
+// Writes the averages of a plane's cells into every \a kColours-th byte of \a picture.
+void averagePlane(const heif_image &image, heif_channel channel, int colour, QImage &picture)
+{
+    constexpr int kColours = 3;
+    const int width = heif_image_get_width(&image, channel);
+    const int height = heif_image_get_height(&image, channel);
+    int bytesPerLine = 0;
+    const uint8_t *plane = heif_image_get_plane_readonly(&image, channel, &bytesPerLine);
+    std::vector<quint32> columns(static_cast<std::size_t>(width));
+    for (int row = 0; row < picture.height(); ++row) {
+        const int top = cellStart(row, picture.height(), height);
+        const int bottom = cellStart(row + 1, picture.height(), height);
+        std::fill(columns.begin(), columns.end(), 0);
+        for (int y = top; y < bottom; ++y) {
+            const uint8_t *line = plane + std::ptrdiff_t { y } * bytesPerLine;
+            std::transform(columns.cbegin(), columns.cend(), line, columns.begin(), std::plus<>());
+        }
+        uchar *target = picture.scanLine(row) + colour;
+        for (int column = 0; column < picture.width(); ++column, target += kColours) {
+            const int left = cellStart(column, picture.width(), width);
+            const int right = cellStart(column + 1, picture.width(), width);
+            const quint64 sum =
+                std::accumulate(columns.cbegin() + left, columns.cbegin() + right, quint64 { 0 });
+            const auto samples =
+                static_cast<quint64>(right - left) * static_cast<quint64>(bottom - top);
+            *target = static_cast<uchar>((sum + samples / 2) / samples);
+        }
+    }
+}
+
+// The averages of as many cells as \a cells has pixels, which must not be more than \a image has.
+QImage averagedPicture(const heif_image &image, QSize cells)
+{
+    constexpr std::array kChannels { heif_channel_R, heif_channel_G, heif_channel_B };
+    QImage picture(cells, QImage::Format_RGB888);
+    if (picture.isNull())
+        return picture;
+    for (int colour = 0; const heif_channel channel : kChannels) {
+        if (heif_image_has_channel(&image, channel) == 0
+            || heif_image_get_bits_per_pixel_range(&image, channel) != 8
+            || heif_image_get_width(&image, channel) < cells.width()
+            || heif_image_get_height(&image, channel) < cells.height())
+            return {};
+        averagePlane(image, channel, colour++, picture);
+    }
+    return picture;
+}
+
 } // namespace
 
 void HeifPicture::Free::operator()(heif_context *context) const
@@ -141,9 +244,9 @@ QImage HeifPicture::decode(QSize wanted) const
     if (!m_size.isValid())
         return {};
     const Handle smaller = smallerVersion(wanted);
-    QImage picture = smaller ? decode(*smaller) : QImage();
+    QImage picture = smaller ? decode(*smaller, wanted) : QImage();
     if (picture.isNull())
-        picture = decode(*m_handle);
+        picture = decode(*m_handle, wanted);
     if (!picture.isNull() && wanted.isValid() && picture.size() != wanted) {
         const QColorSpace space = picture.colorSpace();
         picture = picture.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
@@ -176,46 +279,23 @@ HeifPicture::Handle HeifPicture::smallerVersion(QSize wanted) const
     return best;
 }
 
-QImage HeifPicture::decode(const heif_image_handle &handle)
+// A picture that is to become much smaller is averaged first: that is a tenth of the work that the
+// image library has with all of its pixels.
+QImage HeifPicture::decode(const heif_image_handle &handle, QSize wanted)
 {
     const QSize size = sizeOf(&handle);
-    const qint64 limitMb = QImageReader::allocationLimit();
-    const qint64 bytes = qint64 { size.width() } * size.height() * kBytesPerPixel;
-    if (size.isEmpty() || (limitMb > 0 && bytes > limitMb * 1024 * 1024))
-        return {};
-    const std::unique_ptr<heif_decoding_options, decltype(&heif_decoding_options_free)> options(
-        heif_decoding_options_alloc(), &heif_decoding_options_free);
-    if (!options)
-        return {};
-    options->convert_hdr_to_8bit = 1;
+    const QSize cells = wanted * kCellsPerPixel;
     const bool hasAlpha = heif_image_handle_has_alpha_channel(&handle) != 0;
-    heif_image *image = nullptr;
-    const heif_error error =
-        heif_decode_image(&handle,
-                          &image,
-                          heif_colorspace_RGB,
-                          hasAlpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB,
-                          options.get());
-    if (!isOk(error))
-        return {};
-    int bytesPerLine = 0;
-    const uint8_t *pixels =
-        heif_image_get_plane_readonly(image, heif_channel_interleaved, &bytesPerLine);
-    const bool isPremultiplied = heif_image_is_premultiplied_alpha(image) != 0;
-    const QImage::Format format = !hasAlpha ? QImage::Format_RGB888
-        : isPremultiplied                   ? QImage::Format_RGBA8888_Premultiplied
-                                            : QImage::Format_RGBA8888;
-    const int width = heif_image_get_width(image, heif_channel_interleaved);
-    const int height = heif_image_get_height(image, heif_channel_interleaved);
-    if (pixels == nullptr || width <= 0 || height <= 0) {
-        heif_image_release(image);
-        return {};
+    QImage picture;
+    if (wanted.isValid() && !hasAlpha && size.width() >= cells.width() * 2
+        && size.height() >= cells.height() * 2) {
+        const Image planes = decodeAs(handle, heif_chroma_444);
+        picture = planes ? averagedPicture(*planes, cells) : QImage();
+    } else if (Image image = decodeAs(
+                   handle, hasAlpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB)) {
+        picture = wholePicture(std::move(image), hasAlpha);
     }
-    QImage picture(pixels, width, height, bytesPerLine, format, &freeImage, image);
-    if (picture.isNull()) { // it did not take over the pixels
-        heif_image_release(image);
-        return picture;
-    }
-    picture.setColorSpace(colourSpaceOf(&handle));
+    if (!picture.isNull())
+        picture.setColorSpace(colourSpaceOf(&handle));
     return picture;
 }

@@ -57,7 +57,7 @@ private:
     using Handle = std::unique_ptr<heif_image_handle, Free>;
 
     Handle smallerVersion(QSize wanted) const;
-    static QImage decode(const heif_image_handle &handle);
+    static QImage decode(const heif_image_handle &handle, QSize wanted);
 
     QByteArray m_bytes; // of a device that cannot go back
     std::unique_ptr<heif_context, Free> m_context;

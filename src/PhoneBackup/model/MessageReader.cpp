@@ -120,12 +120,11 @@ void MessageReader::prepare()
             list.append(column(name));
         return list;
     };
-    const QString sentDone =
-        u"ifnull(%1, 0) = 0 AND (ifnull(%2, 0) <> 0 OR ifnull(%3, 0) <> 0 OR ifnull(%4, 0) <> 0)"_s
-            .arg(column(u"error"_s),
-                 column(u"is_sent"_s),
-                 column(u"is_delivered"_s),
-                 column(u"date_delivered"_s));
+    const QString sentDone = u"%1 IS NOT TRUE AND (%2 IS TRUE OR %3 IS TRUE OR %4 IS TRUE)"_s.arg(
+        column(u"error"_s),
+        column(u"is_sent"_s),
+        column(u"is_delivered"_s),
+        column(u"date_delivered"_s));
     QStringList hasDetails { u"0"_s };
     for (const QString &name : { u"item_type"_s,
                                  u"associated_message_type"_s,
@@ -134,7 +133,7 @@ void MessageReader::prepare()
                                  u"date_retracted"_s,
                                  u"schedule_type"_s }) {
         if (m_database.hasColumn(table, name))
-            hasDetails.append(u"ifnull(%1, 0) <> 0"_s.arg(name));
+            hasDetails.append(name + u" IS TRUE"_s);
     }
     for (const QString &name : { u"thread_originator_guid"_s,
                                  u"balloon_bundle_id"_s,

@@ -142,6 +142,9 @@ void tst_HeifPlugin::decodesAtReducedSize_data()
     QTest::newRow("one of that very size") << 250 << QSize(250, 150);
     QTest::newRow("one that is too small") << 200 << QSize(250, 150);
     QTest::newRow("enlarged") << 320 << QSize(1500, 900);
+    QTest::newRow("much smaller") << 0 << QSize(50, 30);
+    QTest::newRow("much smaller, in no whole proportion") << 0 << QSize(61, 37);
+    QTest::newRow("one pixel high") << 0 << QSize(100, 1);
 }
 
 void tst_HeifPlugin::decodesAtReducedSize()
