@@ -5,12 +5,10 @@
 
 #include <QIODevice>
 
-#include <numeric>
-
 namespace PhoneBackup {
 
 FileData::FileData(int dataType, BackupFiles &files)
-    : m_dataType(dataType)
+    : ItemData(dataType)
     , m_files(files)
     , m_namesInGroup(1)
 {
@@ -51,39 +49,6 @@ void FileData::add(const FileEntry &entry)
                           nameIndex,
                           entry.deleted });
     m_items.emplace_back(*this, index);
-}
-
-int FileData::dataType() const
-{
-    return m_dataType;
-}
-
-int FileData::recoverCount() const
-{
-    return int(m_records.size());
-}
-
-QList<int> FileData::recoverList() const
-{
-    QList<int> list(recoverCount());
-    std::iota(list.begin(), list.end(), 0);
-    return list;
-}
-
-BkAbstractItem *FileData::at(int index, bool /*original*/) const
-{
-    return index >= 0 && index < recoverCount() ? &m_items[std::size_t(index)] : nullptr;
-}
-
-int FileData::count(int /*kind*/) const
-{
-    return recoverCount();
-}
-
-bool FileData::recover(BkAbstractItem *item) const
-{
-    const auto *file = dynamic_cast<const FileItem *>(item);
-    return file && &file->data() == this;
 }
 
 QList<BkAbstractItem *> FileData::recoverFileList() const

@@ -1,10 +1,10 @@
 #ifndef PHONEBACKUP_MODEL_FILEDATA_H
 #define PHONEBACKUP_MODEL_FILEDATA_H
 
-#include "backup/BkData.h"
 #include "folder/FileIndex.h"
 #include "model/FileItem.h"
 #include "model/GroupItem.h"
+#include "model/ItemData.h"
 #include "model/OutputNames.h"
 
 #include <QDateTime>
@@ -40,7 +40,7 @@ struct FileEntry
     \par Owner
     The files of the backup are borrowed and must outlive the set.
 */
-class FileData : public BkData
+class FileData : public ItemData<FileItem>
 {
 public:
     FileData(int dataType, BackupFiles &files);
@@ -55,12 +55,6 @@ public:
     //! Adds a file behind the others.
     void add(const FileEntry &entry);
 
-    int dataType() const override;
-    int recoverCount() const override;
-    QList<int> recoverList() const override;
-    BkAbstractItem *at(int index, bool original) const override;
-    int count(int kind) const override;
-    bool recover(BkAbstractItem *item) const override;
     QList<BkAbstractItem *> recoverFileList() const override;
 
     // What the items ask; a set whose contents are made on demand answers otherwise.
@@ -99,13 +93,10 @@ private:
 
     const Record &record(int index) const { return m_records[std::size_t(index)]; }
 
-    int m_dataType;
     BackupFiles &m_files;
     std::vector<Record> m_records;
     QStringList m_names;
-    // Items are asked for as changeable objects by a set that is not.
-    mutable std::deque<FileItem> m_items;
-    mutable std::deque<GroupItem> m_groups;
+    mutable std::deque<GroupItem> m_groups; // which items give away as changeable objects
     OutputNames m_groupNames;
     std::vector<OutputNames> m_namesInGroup; // the last is for files without a group
 };

@@ -6,7 +6,6 @@
 #include "model/Source.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace PhoneBackup {
 
@@ -19,7 +18,8 @@ constexpr std::size_t kFewMessages = 8;
 } // namespace
 
 MessageData::MessageData(Source &source)
-    : m_source(source)
+    : ItemData(SmsDatabase::kMessages)
+    , m_source(source)
     , m_messages(MessageSource::open(source))
     , m_content(std::make_unique<ConversationContent>())
 {
@@ -50,39 +50,6 @@ void MessageData::readConversations()
     m_conversations.erase(std::remove_if(m_conversations.begin(), m_conversations.end(), isEmpty),
                           m_conversations.end());
     m_content->clear();
-}
-
-int MessageData::dataType() const
-{
-    return SmsDatabase::kMessages;
-}
-
-int MessageData::recoverCount() const
-{
-    return int(m_items.size());
-}
-
-QList<int> MessageData::recoverList() const
-{
-    QList<int> list(recoverCount());
-    std::iota(list.begin(), list.end(), 0);
-    return list;
-}
-
-BkAbstractItem *MessageData::at(int index, bool /*original*/) const
-{
-    return index >= 0 && index < recoverCount() ? &m_items[std::size_t(index)] : nullptr;
-}
-
-int MessageData::count(int /*kind*/) const
-{
-    return recoverCount();
-}
-
-bool MessageData::recover(BkAbstractItem *item) const
-{
-    const auto *message = dynamic_cast<const MessageItem *>(item);
-    return message && &message->data() == this;
 }
 
 ConversationContent *MessageData::content(int index) const

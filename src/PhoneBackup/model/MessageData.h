@@ -3,9 +3,9 @@
 
 #include "message/BkSMSData.h"
 #include "model/Conversation.h"
+#include "model/ItemData.h"
 #include "model/MessageItem.h"
 
-#include <deque>
 #include <memory>
 #include <vector>
 
@@ -24,18 +24,11 @@ class Source;
     \par Owner
     The source is borrowed and must outlive the set.
 */
-class MessageData final : public BkSMSData
+class MessageData final : public ItemData<MessageItem, BkSMSData>
 {
 public:
     explicit MessageData(Source &source);
     ~MessageData() override;
-
-    int dataType() const override;
-    int recoverCount() const override;
-    QList<int> recoverList() const override;
-    BkAbstractItem *at(int index, bool original) const override;
-    int count(int kind) const override;
-    bool recover(BkAbstractItem *item) const override;
 
     const Conversation &conversation(int index) const
     {
@@ -60,8 +53,6 @@ private:
     std::unique_ptr<MessageSource> m_messages;
     std::unique_ptr<ConversationContent> m_content;
     std::vector<Conversation> m_conversations;
-    // Items are asked for as changeable objects by a set that is not.
-    mutable std::deque<MessageItem> m_items;
     mutable int m_current = -1;
 };
 
