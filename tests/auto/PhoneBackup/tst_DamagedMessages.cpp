@@ -1,14 +1,14 @@
+#include "DamagedTalk.h"
 #include "MessageFixture.h"
 #include "sample/TypedStream.h"
 
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
+using DamagedTalk::kCount;
+using DamagedTalk::Outcome;
 
 namespace {
-
-constexpr int kCount = 300;
-constexpr qsizetype kPageSize = 4096;
 
 // Two conversations that take turns; each message knows its number.
 QByteArray talk()
@@ -37,38 +37,19 @@ QByteArray whole()
     return BackupFixture::database((Sample::messageTables(18) + talk()).constData());
 }
 
-struct Outcome
-{
-    qsizetype messages = 0;
-    qsizetype strange = 0; // texts that nobody wrote
-    bool isLossTold = false;
-    bool otherTypeIsThere = false;
-};
-
-// Reads everything twice, as two passes do.
 Outcome outcomeOf(const QByteArray &image)
 {
-    MessageFixture fixture;
-    fixture.addDatabase(image);
-    fixture.writer.addFile(u"CameraRollDomain"_s, u"Media/DCIM/100APPLE/IMG_1.JPG"_s, "x");
-    Outcome outcome;
-    const qsizetype conversations = fixture.conversations().size();
-    for (int round = 0; round < 2; ++round) {
-        outcome.messages = 0;
-        for (int i = 0; i < conversations; ++i) {
-            const BkSMSChatGroup *group = fixture.content(i);
-            for (const BkSMSChat *chat : group ? group->chats() : QList<BkSMSChat *>()) {
-                ++outcome.messages;
-                outcome.strange += chat->content().startsWith("No. "_L1) ? 0 : 1;
+    return DamagedTalk::outcomeOf<MessageFixture>(
+        image, MessageFixture::kMessages, [](MessageFixture &fixture) {
+            QStringList texts;
+            const qsizetype conversations = fixture.conversations().size();
+            for (int i = 0; i < conversations; ++i) {
+                const BkSMSChatGroup *group = fixture.content(i);
+                for (const BkSMSChat *chat : group ? group->chats() : QList<BkSMSChat *>())
+                    texts.append(chat->content());
             }
-        }
-    }
-    fixture.list(MessageFixture::kFiles);
-    for (const QString &problem : fixture.problems())
-        outcome.isLossTold =
-            outcome.isLossTold || (problem.startsWith("6 "_L1) && problem.endsWith("(loss)"_L1));
-    outcome.otherTypeIsThere = fixture.list(0).size() == 1;
-    return outcome;
+            return texts;
+        });
 }
 
 } // namespace
@@ -124,28 +105,8 @@ void tst_DamagedMessages::readsWhatIsLeft()
 
 void tst_DamagedMessages::losesOneOverwrittenPageAlone()
 {
-    const QByteArray good = whole();
-    const Outcome all = outcomeOf(good);
-    QCOMPARE(all.messages, kCount);
-    QVERIFY(!all.isLossTold);
-    const qsizetype pages = good.size() / kPageSize;
-    QVERIFY(pages > 20);
-    int nearlyWhole = 0;
-    for (qsizetype page = 1; page < pages; ++page) { // the first holds the names of all tables
-        for (const char filling : { '\0', '\xFF', '\x0D' }) {
-            QByteArray image = good;
-            image.replace(page * kPageSize, kPageSize, QByteArray(kPageSize, filling));
-            const Outcome outcome = outcomeOf(image);
-            QVERIFY2(outcome.isLossTold || outcome.messages == kCount,
-                     qPrintable(u"page %1: %2 messages"_s.arg(page).arg(outcome.messages)));
-            QVERIFY(outcome.messages <= kCount);
-            QCOMPARE(outcome.strange, 0);
-            QVERIFY(outcome.otherTypeIsThere);
-            nearlyWhole += outcome.messages > kCount / 2 ? 1 : 0;
-        }
-    }
-    // But for the root of the messages and three pages with the definitions of all tables.
-    QVERIFY2(nearlyWhole >= 3 * (pages - 1 - 4), qPrintable(QString::number(nearlyWhole)));
+    // The root of the messages and three pages with the definitions of all tables.
+    DamagedTalk::overwriteEachPage(whole(), QByteArray("\0\xFF\x0D", 3), 4, outcomeOf);
 }
 
 void tst_DamagedMessages::livesWithoutAnyTable_data()

@@ -1,14 +1,14 @@
+#include "DamagedTalk.h"
 #include "WhatsappFixture.h"
 
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
+using DamagedTalk::kCount;
+using DamagedTalk::Outcome;
 using namespace WhatsappRows;
 
 namespace {
-
-constexpr int kCount = 300;
-constexpr qsizetype kPageSize = 4096;
 
 // Two chats that take turns; each message knows its number.
 QByteArray talk()
@@ -28,39 +28,20 @@ QByteArray whole(const QByteArray &change = {})
     return BackupFixture::database((Sample::whatsappTables() + talk() + change).constData());
 }
 
-struct Outcome
-{
-    qsizetype messages = 0;
-    qsizetype strange = 0; // texts that nobody wrote
-    bool isLossTold = false;
-    bool otherTypeIsThere = false;
-};
-
-// Reads everything twice, as two passes do.
 Outcome outcomeOf(const QByteArray &image)
 {
-    WhatsappFixture fixture;
-    fixture.addDatabase(image);
-    fixture.writer.addFile(u"CameraRollDomain"_s, u"Media/DCIM/100APPLE/IMG_1.JPG"_s, "x");
-    Outcome outcome;
-    const qsizetype chats = fixture.chats().size();
-    for (int round = 0; round < 2; ++round) {
-        outcome.messages = 0;
-        for (int i = 0; i < chats; ++i) {
-            const BkWhatsappChat *opened = fixture.content(i);
-            for (const BkWhatsappMsg *message :
-                 opened ? opened->messages() : QList<BkWhatsappMsg *>()) {
-                ++outcome.messages;
-                outcome.strange += message->content().startsWith("No. "_L1) ? 0 : 1;
+    return DamagedTalk::outcomeOf<WhatsappFixture>(
+        image, WhatsappFixture::kChats, [](WhatsappFixture &fixture) {
+            QStringList texts;
+            const qsizetype chats = fixture.chats().size();
+            for (int i = 0; i < chats; ++i) {
+                const BkWhatsappChat *opened = fixture.content(i);
+                for (const BkWhatsappMsg *message :
+                     opened ? opened->messages() : QList<BkWhatsappMsg *>())
+                    texts.append(message->content());
             }
-        }
-    }
-    fixture.list(WhatsappFixture::kFiles);
-    for (const QString &problem : fixture.problems())
-        outcome.isLossTold =
-            outcome.isLossTold || (problem.startsWith("11 "_L1) && problem.endsWith("(loss)"_L1));
-    outcome.otherTypeIsThere = fixture.list(0).size() == 1;
-    return outcome;
+            return texts;
+        });
 }
 
 } // namespace
@@ -109,28 +90,8 @@ void tst_DamagedWhatsapp::readsWhatIsLeft()
 
 void tst_DamagedWhatsapp::losesOneOverwrittenPageAlone()
 {
-    const QByteArray good = whole();
-    const Outcome all = outcomeOf(good);
-    QCOMPARE(all.messages, kCount);
-    QVERIFY(!all.isLossTold);
-    const qsizetype pages = good.size() / kPageSize;
-    QVERIFY(pages > 15);
-    int nearlyWhole = 0;
-    for (qsizetype page = 1; page < pages; ++page) { // the first holds the names of all tables
-        for (const char filling : { '\0', '\xFF' }) {
-            QByteArray image = good;
-            image.replace(page * kPageSize, kPageSize, QByteArray(kPageSize, filling));
-            const Outcome outcome = outcomeOf(image);
-            QVERIFY2(outcome.isLossTold || outcome.messages == kCount,
-                     qPrintable(u"page %1: %2 messages"_s.arg(page).arg(outcome.messages)));
-            QVERIFY(outcome.messages <= kCount);
-            QCOMPARE(outcome.strange, 0);
-            QVERIFY(outcome.otherTypeIsThere);
-            nearlyWhole += outcome.messages > kCount / 2 ? 1 : 0;
-        }
-    }
-    // But for the roots of chats and messages, and pages with the definitions of tables.
-    QVERIFY2(nearlyWhole >= 2 * (pages - 1 - 5), qPrintable(QString::number(nearlyWhole)));
+    // The roots of chats and messages, and pages with the definitions of tables.
+    DamagedTalk::overwriteEachPage(whole(), QByteArray("\0\xFF", 2), 5, outcomeOf);
 }
 
 void tst_DamagedWhatsapp::livesWithout_data()
