@@ -3,6 +3,7 @@
 #include "BackupAccess.h"
 #include "Console.h"
 #include "ExportRun.h"
+#include "HeicCopies.h"
 #include "Inventory.h"
 #include "Options.h"
 #include "Preflight.h"
@@ -41,7 +42,9 @@ ExitCode runExport(Console &console, const Options &options)
         return refuse(console, options, stoppedEarly());
     sayWhenNothingFits(console, options, *inventory);
     if (options.checkSpace) {
-        if (const auto failure = Preflight::checkSpace(output, *inventory))
+        const TypeTotals total = inventory->total();
+        const qint64 jpegBytes = options.convertHeic ? HeicCopies::roomFor(total.heicBytes) : 0;
+        if (const auto failure = Preflight::checkSpace(output, total.diskBytes + jpegBytes))
             return refuse(console, options, *failure);
     }
     if (const auto failure = Preflight::createOutput(output))

@@ -20,12 +20,6 @@ constexpr int kQuality = 92;
 constexpr int kMaxDecodedMb = 1024; // a quarter of a billion pixels
 constexpr qsizetype kStartOfImage = 2;
 
-bool isHeic(const QString &path)
-{
-    const QString suffix = QFileInfo(path).suffix().toLower();
-    return suffix == "heic"_L1 || suffix == "heif"_L1 || suffix == "hif"_L1;
-}
-
 QByteArray jpegOf(const QString &path, QString &why)
 {
     const int before = QImageReader::allocationLimit();
@@ -63,6 +57,18 @@ bool write(const QString &path, const QByteArray &jpeg, const QByteArray &exif, 
 }
 
 } // namespace
+
+bool HeicCopies::isHeic(const QString &path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    return suffix == "heic"_L1 || suffix == "heif"_L1 || suffix == "hif"_L1;
+}
+
+qint64 HeicCopies::roomFor(qint64 heicBytes)
+{
+    constexpr qint64 kGrowth = 3; // photographs have come out 1.8 to 2.3 times as large
+    return heicBytes * kGrowth;
+}
 
 void HeicCopies::itemFailed(const QString &typeName,
                             const QString &itemName,

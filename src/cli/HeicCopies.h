@@ -14,6 +14,12 @@ namespace Cli {
 class HeicCopies final : public CIExportReport
 {
 public:
+    //! Whether a file of this name is such a picture.
+    static bool isHeic(const QString &path);
+
+    //! About how much room the JPEG files of pictures that take \a heicBytes need.
+    static qint64 roomFor(qint64 heicBytes);
+
     //! \a report must outlive this.
     explicit HeicCopies(CIExportReport &report)
         : m_report(report)

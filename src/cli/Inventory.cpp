@@ -1,6 +1,7 @@
 #include "Inventory.h"
 
 #include "Console.h"
+#include "HeicCopies.h"
 #include "Interrupt.h"
 #include "Options.h"
 #include "backup/BkAbstractItem.h"
@@ -36,6 +37,7 @@ void count(const BkData &data, TypeTotals &totals)
         totals.deleted += item->flag(0) ? 1 : 0;
         totals.sizeBytes += bytes;
         totals.diskBytes += (bytes + kBlockBytes - 1) / kBlockBytes * kBlockBytes;
+        totals.heicBytes += HeicCopies::isHeic(item->value(0)) ? bytes : 0;
     }
 }
 
@@ -62,6 +64,7 @@ TypeTotals Inventory::total() const
         sum.deleted += type.deleted;
         sum.sizeBytes += type.sizeBytes;
         sum.diskBytes += type.diskBytes;
+        sum.heicBytes += type.heicBytes;
     }
     return sum;
 }

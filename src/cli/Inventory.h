@@ -22,6 +22,7 @@ struct TypeTotals
     int deleted = 0; //!< How many of them the phone keeps as deleted.
     qint64 sizeBytes = 0;
     qint64 diskBytes = 0; //!< sizeBytes with each file rounded up to whole blocks.
+    qint64 heicBytes = 0; //!< How much of it are pictures in HEIC.
 };
 
 //! How much there is of each data type that was asked for, in the order of the codes.

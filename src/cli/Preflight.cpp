@@ -165,7 +165,7 @@ std::optional<Failure> checkOutput(const QString &output, const QString &backup,
     return std::nullopt;
 }
 
-std::optional<Failure> checkSpace(const QString &output, const Inventory &inventory)
+std::optional<Failure> checkSpace(const QString &output, qint64 neededBytes)
 {
     struct statvfs disk = {};
     const QString folder = nearestExisting(output);
@@ -173,12 +173,11 @@ std::optional<Failure> checkSpace(const QString &output, const Inventory &invent
     if (::statvfs(QFile::encodeName(folder).constData(), &disk) != 0 || disk.f_blocks == 0)
         return std::nullopt;
     const auto available = static_cast<qint64>(disk.f_bavail * disk.f_frsize);
-    const qint64 needed = inventory.total().diskBytes;
-    if (needed <= available)
+    if (neededBytes <= available)
         return std::nullopt;
     return Failure { ExitCode::Output,
                      u"There is too little room in OUTPUT “%1”: %2 are needed, %3 are available."_s
-                         .arg(output, sizeText(needed), sizeText(available)),
+                         .arg(output, sizeText(neededBytes), sizeText(available)),
                      {},
                      u"Make room, choose an OUTPUT on another disk, or export less with --only or "
                      "--skip."_s };

@@ -2,7 +2,6 @@
 #define CLI_PREFLIGHT_H
 
 #include "Failure.h"
-#include "Inventory.h"
 
 #include <QString>
 #include <QStringList>
@@ -23,8 +22,8 @@ std::optional<Failure> checkApart(const QString &output, const QStringList &back
 //! \a backup; and whether this user may write there.
 std::optional<Failure> checkOutput(const QString &output, const QString &backup, bool intoExisting);
 
-//! Whether what \a inventory counts fits on the disk of \a output.
-std::optional<Failure> checkSpace(const QString &output, const Inventory &inventory);
+//! Whether \a neededBytes fit on the disk of \a output.
+std::optional<Failure> checkSpace(const QString &output, qint64 neededBytes);
 
 //! Makes \a output unless it is there.
 std::optional<Failure> createOutput(const QString &output);

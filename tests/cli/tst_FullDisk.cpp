@@ -23,6 +23,7 @@ private Q_SLOTS:
     void leavesWholeFilesOnly_data();
     void leavesWholeFilesOnly();
     void refusesToStartWithoutRoom();
+    void countsTheRoomForJpegs();
     void saysWhenTheDiskTurnsReadOnly();
     void cleanup();
 
@@ -102,6 +103,21 @@ void tst_FullDisk::refusesToStartWithoutRoom()
     QCOMPARE(result.exitCode, 12);
     QVERIFY2(result.err.contains("are needed, 300.0 KB are available"), result.err.constData());
     QVERIFY(Files::tree(disk()).isEmpty());
+}
+
+void tst_FullDisk::countsTheRoomForJpegs()
+{
+    const QString photos = m_dir.filePath(u"photos"_s);
+    Sample::BackupWriter writer(photos);
+    writer.addFile(
+        u"CameraRollDomain"_s, u"Media/DCIM/100APPLE/IMG_1.HEIC"_s, noise(1, 200 * 1024));
+    QVERIFY2(writer.finish(), qPrintable(writer.error()));
+    QVERIFY2(mountDisk(u"size=500k"_s), std::strerror(errno));
+    const Result refused = run({ u"--convert-heic"_s, photos, output() });
+    QCOMPARE(refused.exitCode, 12);
+    QVERIFY2(refused.err.contains("800.0 KB are needed"), refused.err.constData());
+    QVERIFY(Files::tree(disk()).isEmpty());
+    QCOMPARE(run({ photos, output() }).exitCode, 0);
 }
 
 void tst_FullDisk::saysWhenTheDiskTurnsReadOnly()
