@@ -1,8 +1,8 @@
 #include "model/AddressBook.h"
 
 #include "model/ContactKind.h"
-#include "model/MessageWords.h"
 #include "model/Source.h"
+#include "model/StoredText.h"
 #include "platform/Translation_p.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ QString nameIn(const Statement &row, int column)
     constexpr qsizetype kMaxBytes = 8 * kMaxNameCharacters;
     const QByteArrayView bytes = row.bytes(column);
     QString name =
-        MessageWords::cleaned(QString::fromUtf8(bytes.first(std::min(bytes.size(), kMaxBytes))))
+        StoredText::cleaned(QString::fromUtf8(bytes.first(std::min(bytes.size(), kMaxBytes))))
             .simplified();
     if (name.size() <= kMaxNameCharacters)
         return name;

@@ -3,8 +3,8 @@
 #include "model/ContactDetails.h"
 #include "model/ContactKind.h"
 #include "model/ContactWords.h"
-#include "model/MessageWords.h"
 #include "model/Source.h"
+#include "model/StoredText.h"
 #include "platform/Translation_p.h"
 
 #include <algorithm>
@@ -40,7 +40,7 @@ void ContactReader::readTexts(const QString &table, Texts &texts)
         return;
     // Their ROWIDs are the numbers by which they are referred to.
     m_database.query(u"ROWID, value"_s, table, [&](const Statement &row) {
-        texts.insert(row.integer(0), MessageWords::cleaned(row.text(1)).simplified());
+        texts.insert(row.integer(0), StoredText::cleaned(row.text(1)).simplified());
     });
 }
 
@@ -225,8 +225,8 @@ QString ContactReader::text(const Statement &row, int column)
 {
     const QByteArrayView bytes = row.bytes(column);
     m_isCut = m_isCut || bytes.size() > kMaxTextBytes;
-    const QString text = MessageWords::cleaned(
-        QString::fromUtf8(bytes.first(std::min(bytes.size(), kMaxTextBytes))));
+    const QString text =
+        StoredText::cleaned(QString::fromUtf8(bytes.first(std::min(bytes.size(), kMaxTextBytes))));
     const auto isBlank = [](QChar c) { return c.isSpace(); };
     return std::all_of(text.cbegin(), text.cend(), isBlank) ? QString() : text;
 }

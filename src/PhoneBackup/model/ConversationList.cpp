@@ -1,9 +1,9 @@
 #include "model/ConversationList.h"
 
 #include "model/Handles.h"
-#include "model/MessageWords.h"
 #include "model/People.h"
 #include "model/SmsDatabase.h"
+#include "model/StoredText.h"
 #include "platform/Translation_p.h"
 
 #include <numeric>
@@ -91,7 +91,7 @@ void ConversationList::readChats()
         chat.identifier = row.text(2).trimmed();
         chat.service = row.text(3);
         chat.room = row.text(4).trimmed();
-        chat.displayName = MessageWords::cleaned(row.text(5)).simplified();
+        chat.displayName = StoredText::cleaned(row.text(5)).simplified();
         chat.groupId = row.text(6).trimmed();
         chat.ownAddresses.append(row.text(7).trimmed());
         QString login = row.text(8).trimmed();

@@ -1,7 +1,7 @@
 #include "model/Handles.h"
 
-#include "model/MessageWords.h"
 #include "model/SmsDatabase.h"
+#include "model/StoredText.h"
 
 namespace PhoneBackup {
 
@@ -15,7 +15,7 @@ Handles::Handles(SmsDatabase &database)
     const QString what = u"ROWID, id, "_s + database.column(table, u"person_centric_id"_s);
     QHash<QString, QString> ofPerson;
     database.query(what, table, [&](const Statement &row) {
-        const QString address = MessageWords::cleaned(row.text(1)).simplified();
+        const QString address = StoredText::cleaned(row.text(1)).simplified();
         if (address.isEmpty())
             return;
         m_byRow.insert(row.integer(0), intern(address));

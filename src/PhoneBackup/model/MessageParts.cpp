@@ -2,8 +2,8 @@
 
 #include "model/AttachmentLabel.h"
 #include "model/ConversationContent.h"
-#include "model/MessageWords.h"
 #include "model/Source.h"
+#include "model/StoredText.h"
 #include "platform/Translation_p.h"
 
 #include <algorithm>
@@ -38,7 +38,7 @@ void MessageParts::set(Message &message,
                        const Hints &hints)
 {
     if (attachments.isEmpty()) {
-        message.text = MessageWords::cleaned(text);
+        message.text = StoredText::cleaned(text);
         return;
     }
     qsizetype start = 0;
@@ -57,7 +57,7 @@ void MessageParts::set(Message &message,
 
 void MessageParts::addText(Message &message, const QString &text)
 {
-    const QString part = MessageWords::cleaned(text);
+    const QString part = StoredText::cleaned(text);
     if (QStringView(part).trimmed().isEmpty())
         return;
     if (message.text.isEmpty() && message.pieces().isEmpty())

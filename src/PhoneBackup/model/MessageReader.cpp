@@ -6,6 +6,7 @@
 #include "model/People.h"
 #include "model/SmsDatabase.h"
 #include "model/Source.h"
+#include "model/StoredText.h"
 #include "platform/Translation_p.h"
 #include "plist/PropertyList.h"
 
@@ -183,7 +184,7 @@ void MessageReader::readDeletedParts()
         return;
     m_database.query(u"message_id, part_text"_s, table, [this](const Statement &row) {
         const auto part = AttributedText::decode(row.bytes(1));
-        const QString text = MessageWords::cleaned(
+        const QString text = StoredText::cleaned(
             part ? part->text : AttributedText::salvage(row.bytes(1)).value_or(QString()));
         if (!text.isEmpty())
             m_deletedParts.insert(row.integer(0), text);
@@ -264,7 +265,7 @@ void MessageReader::readRow(Message &message)
         if (m_conversation->isGroup && message.address)
             m_senders.insert(message.address);
     }
-    const QString subject = MessageWords::cleaned(m_rows->text(kSubject));
+    const QString subject = StoredText::cleaned(m_rows->text(kSubject));
     if (!subject.isEmpty())
         m_content->extrasOf(message).subject = subject;
 
@@ -296,12 +297,12 @@ MessageReader::Details MessageReader::readDetails(qint64 row)
         return details;
     details.itemType = m_details->integer(kItemType);
     details.groupAction = m_details->integer(kGroupAction);
-    details.groupTitle = MessageWords::cleaned(m_details->text(kGroupTitle));
+    details.groupTitle = StoredText::cleaned(m_details->text(kGroupTitle));
     details.otherHandle = m_details->integer(kOtherHandle);
     details.shareStatus = m_details->integer(kShareStatus);
     details.associatedType = m_details->integer(kAssociatedType);
     details.associatedGuid = m_details->text(kAssociatedGuid);
-    details.associatedEmoji = MessageWords::cleaned(m_details->text(kAssociatedEmoji));
+    details.associatedEmoji = StoredText::cleaned(m_details->text(kAssociatedEmoji));
     details.bundle = m_details->text(kBundle);
     details.payload = m_details->bytes(kPayload).toByteArray();
     details.edited = m_details->integer(kDateEdited) != 0;

@@ -10,12 +10,6 @@ namespace PhoneBackup {
 */
 namespace MessageWords {
 
-/*!
-    \a text as it is shown: without the places of files and apps (U+FFFC, U+FFFD) and without
-    control characters; line ends are line feeds.
-*/
-QString cleaned(const QString &text);
-
 //! \a text in one line, cut when it is long, in quotation marks; empty for an empty text.
 QString quote(const QString &text);
 

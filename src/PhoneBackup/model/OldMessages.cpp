@@ -5,6 +5,7 @@
 #include "model/MessageWords.h"
 #include "model/PathParts.h"
 #include "model/Source.h"
+#include "model/StoredText.h"
 #include "platform/Translation_p.h"
 #include "plist/AttributedText.h"
 #include "plist/PropertyList.h"
@@ -314,7 +315,7 @@ void OldMessages::readMessage(Message &message, ConversationContent &content)
     QString text = row.text(kText);
     QList<MessageAttachment> attachments;
     MessageParts::Hints hints;
-    const QString subject = MessageWords::cleaned(row.text(kSubject));
+    const QString subject = StoredText::cleaned(row.text(kSubject));
     if (!subject.isEmpty())
         content.extrasOf(message).subject = subject;
     QString address;

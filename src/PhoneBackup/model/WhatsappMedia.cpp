@@ -1,7 +1,7 @@
 #include "model/WhatsappMedia.h"
 
-#include "model/MessageWords.h"
 #include "model/Source.h"
+#include "model/StoredText.h"
 #include "platform/Translation_p.h"
 
 namespace PhoneBackup {
@@ -53,7 +53,7 @@ WhatsappMediaItem WhatsappMedia::read(qint64 row)
         return item;
     item.row = row;
     item.path = m_query->text(0);
-    item.title = MessageWords::cleaned(m_query->text(1)).trimmed();
+    item.title = StoredText::cleaned(m_query->text(1)).trimmed();
     item.cardName = m_query->text(2).trimmed();
     item.cardText = m_query->text(3);
     item.latitude = m_query->number(4).value_or(0);

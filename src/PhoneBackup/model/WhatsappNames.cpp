@@ -1,8 +1,8 @@
 #include "model/WhatsappNames.h"
 
 #include "model/Jid.h"
-#include "model/MessageWords.h"
 #include "model/Source.h"
+#include "model/StoredText.h"
 #include "model/WhatsappDatabase.h"
 #include "model/WireFields.h"
 #include "platform/Translation_p.h"
@@ -181,7 +181,7 @@ QString WhatsappNames::cleaned(const QString &name)
         return c == QChar(0x200E) || c == QChar(0x200F) || c == QChar(0x2068) || c == QChar(0x2069)
             || (c >= QChar(0x202A) && c <= QChar(0x202E));
     };
-    QString text = MessageWords::cleaned(name);
+    QString text = StoredText::cleaned(name);
     text.removeIf(steersDirection);
     return text.simplified();
 }

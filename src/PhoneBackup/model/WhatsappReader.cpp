@@ -1,8 +1,8 @@
 #include "model/WhatsappReader.h"
 
-#include "model/MessageWords.h"
 #include "model/PhoneTime.h"
 #include "model/Source.h"
+#include "model/StoredText.h"
 #include "model/WhatsappContent.h"
 #include "model/WhatsappNames.h"
 #include "model/WhatsappWords.h"
@@ -187,7 +187,7 @@ bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &messa
 {
     const qint64 type = m_rows->integer(kType);
     message.files = &m_source.files();
-    const QString text = MessageWords::cleaned(m_rows->text(kText));
+    const QString text = StoredText::cleaned(m_rows->text(kText));
     if (m_item.row != 0 && type != kLocationType)
         message.mediaFile = m_media.find(m_item.path);
     message.code = Text;
@@ -315,7 +315,7 @@ void WhatsappReader::setEvent(const WhatsappChat &chat, WhatsappMessage &message
 {
     WhatsappWords::Event event;
     event.code = m_rows->integer(kEventCode);
-    event.text = withNames(MessageWords::cleaned(m_rows->text(kText)));
+    event.text = withNames(StoredText::cleaned(m_rows->text(kText)));
     message.code = GroupEvent;
     message.sentDone = true;
     if (isNotice) {
@@ -365,7 +365,7 @@ QString WhatsappReader::linkText()
     m_links->bind(1, m_linkRows->first(m_row));
     QString text;
     if (m_links->step() == Statement::Step::Row)
-        text = MessageWords::cleaned(oneOf(m_links->text(0), m_links->text(1)));
+        text = StoredText::cleaned(oneOf(m_links->text(0), m_links->text(1)));
     m_links->reset();
     return text;
 }
@@ -387,7 +387,7 @@ QString WhatsappReader::pollQuestion()
     QString question;
     if (m_infos->step() == Statement::Step::Row) {
         const QByteArrayView poll = WireFields::bytes(m_infos->bytes(0), pollField);
-        question = MessageWords::cleaned(QString::fromUtf8(WireFields::bytes(poll, questionField)));
+        question = StoredText::cleaned(QString::fromUtf8(WireFields::bytes(poll, questionField)));
     }
     m_infos->reset();
     return question.trimmed();

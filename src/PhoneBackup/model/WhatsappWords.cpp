@@ -1,6 +1,6 @@
 #include "model/WhatsappWords.h"
 
-#include "model/MessageWords.h"
+#include "model/StoredText.h"
 #include "model/VCardText.h"
 #include "model/WhatsappMedia.h"
 #include "model/WhatsappNames.h"
@@ -60,7 +60,7 @@ QString readable(const QString &text)
 {
     // A short word may be valid data by accident.
     constexpr qsizetype shortestData = 8;
-    const QString trimmed = MessageWords::cleaned(text).trimmed();
+    const QString trimmed = StoredText::cleaned(text).trimmed();
     if (trimmed.startsWith(u'{') || trimmed.startsWith(u'[')
         || (trimmed.size() >= shortestData && !trimmed.contains(u' ')
             && WhatsappNames::chosen(trimmed).isEmpty()))
@@ -192,7 +192,7 @@ QString contactCards(const WhatsappMediaItem &item)
 QString location(const WhatsappMediaItem &item, const QString &comment)
 {
     QStringList parts;
-    for (const QString &part : { item.title, MessageWords::cleaned(item.cardName) }) {
+    for (const QString &part : { item.title, StoredText::cleaned(item.cardName) }) {
         if (!part.isEmpty())
             parts.append(part);
     }
