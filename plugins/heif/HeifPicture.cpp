@@ -17,7 +17,7 @@
 namespace {
 
 constexpr qint64 kMaxSequentialBytes = 256LL * 1024 * 1024;
-constexpr std::size_t kMaxProfileBytes = 4 * 1024 * 1024;
+constexpr std::size_t kMaxProfileBytes = std::size_t { 4 } * 1024 * 1024;
 constexpr int kMaxSmallerVersions = 16;
 constexpr int kBytesPerPixel = 4;
 constexpr int kCellsPerPixel = 2; // each way: what is left to do for a smooth scaling
@@ -129,7 +129,7 @@ QImage wholePicture(Image image, bool hasAlpha)
         return {};
     QImage picture(pixels, width, height, bytesPerLine, format, &freeImage, image.get());
     if (!picture.isNull()) // else it did not take over the pixels
-        image.release();
+        static_cast<void>(image.release());
     return picture;
 }
 

@@ -166,9 +166,14 @@ void tst_Interrupting::drawsABarThatFits()
             [&terminal] { ::dup2(terminal.slave(), STDERR_FILENO); });
     process.start();
     QVERIFY(waitForHugeCopy());
+    // A quick machine has the first part of the bar filled before the time left is known, a slow
+    // one afterwards.
+    const bool isWide = columns >= 80;
     const bool seen = QTest::qWaitFor(
-        [&terminal] {
-            return terminal.shown().contains(" left\r") || terminal.shown().count('%') > 18;
+        [&] {
+            const QByteArray shown = terminal.shown();
+            return isWide ? shown.contains(" left\r") && shown.contains("[#")
+                          : shown.count('%') > 18;
         },
         kPatienceMs);
     ::kill(static_cast<pid_t>(process.processId()), SIGINT);
@@ -193,10 +198,8 @@ void tst_Interrupting::drawsABarThatFits()
         QVERIFY2(text.startsWith(u"Videos"_s), frame.constData());
     }
     QVERIFY(bars > 1);
-    if (columns >= 80) {
+    if (isWide)
         QVERIFY2(shown.contains("B/s  0:"), shown.right(400).constData());
-        QVERIFY2(shown.contains("[#"), shown.right(400).constData());
-    }
     // After the last frame comes an erased line, and then only whole lines.
     const QByteArray end = shown.mid(shown.lastIndexOf("\r\033[K") + 4);
     QVERIFY2(end.startsWith("Stopped.\r\n"), end.constData());

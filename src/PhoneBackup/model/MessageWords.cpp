@@ -2,8 +2,8 @@
 
 #include "platform/Translation_p.h"
 
-#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace PhoneBackup::MessageWords {
 

@@ -33,6 +33,16 @@ QVariant decoded(const QByteArray &data)
     return graph.decode(graph.root());
 }
 
+qsizetype valuesIn(const QVariant &value)
+{
+    qsizetype count = 1;
+    for (const QVariant &part : value.toMap())
+        count += valuesIn(part);
+    for (const QVariant &part : value.toList())
+        count += valuesIn(part);
+    return count;
+}
+
 } // namespace
 
 class tst_KeyedArchive : public QObject
@@ -111,10 +121,7 @@ void tst_KeyedArchive::survivesHostileGraphs_data()
 void tst_KeyedArchive::survivesHostileGraphs()
 {
     QFETCH(QByteArray, data);
-    QElapsedTimer timer;
-    timer.start();
-    decoded(data); // what comes out does not matter, that it ends does
-    QVERIFY(timer.elapsed() < 5000);
+    QVERIFY(valuesIn(decoded(data)) <= 100'000);
 }
 
 void tst_KeyedArchive::readsXmlReferences()
