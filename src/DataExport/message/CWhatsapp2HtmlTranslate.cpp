@@ -106,9 +106,11 @@ private:
                 return Thumbnail::place(m_exporter, png, m_imageIndex++);
             // Of any other type it need not be a picture.
             if (message.type() == WhatsappType::Picture) {
+                // Its date leads to it; what a backup calls the file seldom says anything.
+                const QString date = CCommonUtils::datetimeToMinute(message.msgDate(), true);
                 MessagePage::reportPicture(m_exporter,
                                            m_item,
-                                           QFileInfo(media).fileName(),
+                                           date.isEmpty() ? QFileInfo(media).fileName() : date,
                                            why.isEmpty() ? source.errorString() : why);
             }
         }

@@ -4,6 +4,9 @@
 #include "model/Source.h"
 #include "platform/Translation_p.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
@@ -65,10 +68,22 @@ bool RowDatabase::query(const QString &what,
     // In any order: an index that holds all of it is read in place of a table with long rows.
     if (order == Order::Any && readRows(sql, row))
         return true;
-    const bool complete = readRows(sql + u" ORDER BY ROWID"_s, row);
-    if (!complete)
-        readRows(sql + u" ORDER BY ROWID DESC"_s, row);
-    return complete;
+    // The number of the row comes last.
+    qint64 lastForward = 0;
+    qint64 lastBackward = std::numeric_limits<qint64>::max();
+    const auto keepingPlace = [&row](qint64 &place) {
+        return [&row, &place](const Statement &statement) {
+            place = statement.integer(statement.columnCount() - 1);
+            row(statement);
+        };
+    };
+    const QString numbered = u"SELECT %1, ROWID AS row_number FROM %2"_s.arg(what, from);
+    if (readRows(numbered + u" ORDER BY ROWID"_s, keepingPlace(lastForward)))
+        return true;
+    if (m_source->keepGoing()
+        && !readRows(numbered + u" ORDER BY ROWID DESC"_s, keepingPlace(lastBackward)))
+        readBetween(numbered, std::max<qint64>(lastForward, 0), lastBackward, row);
+    return false;
 }
 
 bool RowDatabase::readRows(const QString &sql, const std::function<void(const Statement &)> &row)
@@ -91,6 +106,52 @@ bool RowDatabase::readRows(const QString &sql, const std::function<void(const St
         row(*statement);
         if (!m_source->keepGoing())
             return false;
+    }
+}
+
+// What lies between damaged pages: behind each of them reading goes on at the first row that
+// answers, which is looked for in leaps that double, and then between the last two of them.
+void RowDatabase::readBetween(const QString &sql,
+                              qint64 after,
+                              qint64 before,
+                              const std::function<void(const Statement &)> &row)
+{
+    constexpr int kMaxDamagedPlaces = 10'000;
+    const std::unique_ptr<Statement> statement =
+        prepare(u"SELECT * FROM (%1) WHERE row_number > ?1 AND row_number < ?2 "
+                "ORDER BY row_number"_s.arg(sql));
+    if (!statement || before - after < 2)
+        return;
+    statement->bind(2, before);
+    const auto stepBehind = [&statement](qint64 place) {
+        statement->reset();
+        statement->bind(1, place);
+        return statement->step();
+    };
+    qint64 left = m_database.maxRowCount();
+    for (int place = 0; place < kMaxDamagedPlaces; ++place) {
+        qint64 failing = after;
+        qint64 answering = after;
+        for (qint64 leap = 1; stepBehind(answering) == Statement::Step::Failed; leap *= 2) {
+            failing = answering;
+            if (leap >= before - answering)
+                return;
+            answering += leap;
+        }
+        while (answering - failing > 1) {
+            const qint64 middle = failing + (answering - failing) / 2;
+            (stepBehind(middle) == Statement::Step::Failed ? failing : answering) = middle;
+        }
+        Statement::Step step = stepBehind(answering);
+        for (; step == Statement::Step::Row; step = statement->step()) {
+            const qint64 number = statement->integer(statement->columnCount() - 1);
+            if (number <= after || --left < 0 || !m_source->keepGoing())
+                return;
+            after = number;
+            row(*statement);
+        }
+        if (step == Statement::Step::Done)
+            return;
     }
 }
 

@@ -52,8 +52,9 @@ public:
     enum class Order { ByRow, Any };
 
     /*!
-        Calls \a row for each row of "SELECT \a what FROM \a from". Where a damaged page ends that,
-        the rest is read from the end backwards, so that rows may come twice and in any order.
+        Calls \a row for each row of "SELECT \a what FROM \a from", behind whose columns there may
+        be one more. Where a damaged page ends that, the rest is read from the end backwards, and
+        then what lies between damaged pages, so that rows may come twice and in any order.
         \return whether all were read.
     */
     bool query(const QString &what,
@@ -72,6 +73,10 @@ public:
 
 private:
     bool readRows(const QString &sql, const std::function<void(const Statement &)> &row);
+    void readBetween(const QString &sql,
+                     qint64 after,
+                     qint64 before,
+                     const std::function<void(const Statement &)> &row);
 
     Source *m_source;
     int m_dataType;

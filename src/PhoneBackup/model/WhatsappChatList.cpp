@@ -31,6 +31,7 @@ struct WhatsappChatList::Session
     QString partnerName;
     QStringList numbers; // of everybody in it, for the filter
     bool isStatus = false;
+    bool isFound = true; // not only its messages
     qint64 newestMs = Conversation::kNoDate; // of its messages, whatever the filter
     std::vector<Entry> entries;
 };
@@ -54,10 +55,13 @@ std::vector<WhatsappChat> WhatsappChatList::take()
     const auto has = [this](const QString &table, const QString &column) {
         return m_database.hasColumn(table, column);
     };
-    if (!has(u"ZWACHATSESSION"_s, u"ZCONTACTJID"_s) || !has(u"ZWACHATSESSION"_s, u"Z_PK"_s)
-        || !has(u"ZWAMESSAGE"_s, u"ZCHATSESSION"_s) || !has(u"ZWAMESSAGE"_s, u"Z_PK"_s)) {
-        m_database.addLoss(tr("It has no tables of chats and messages that can be read."));
+    if (!has(u"ZWAMESSAGE"_s, u"ZCHATSESSION"_s) || !has(u"ZWAMESSAGE"_s, u"Z_PK"_s)) {
+        m_database.addLoss(tr("It has no table of messages that can be read."));
         return result;
+    }
+    for (const QString &column : { u"ZTEXT"_s, u"ZMESSAGEDATE"_s, u"ZISFROMME"_s }) {
+        if (!has(u"ZWAMESSAGE"_s, column))
+            m_database.addLoss(tr("Its messages have no column %1.").arg(column));
     }
     readSessions();
     if (!m_source.messageFilter().chat.isEmpty())
@@ -65,6 +69,12 @@ std::vector<WhatsappChat> WhatsappChatList::take()
     for (Session &session : m_sessions)
         name(session);
     readMessages();
+    for (Session &session : m_sessions) {
+        if (!session.isFound) {
+            setKind(session, kGroup);
+            name(session);
+        }
+    }
     for (Session &session : m_sessions) {
         if (session.entries.empty() || !isWanted(session))
             continue;
@@ -81,6 +91,10 @@ std::vector<WhatsappChat> WhatsappChatList::take()
 void WhatsappChatList::readSessions()
 {
     const QString table = u"ZWACHATSESSION"_s;
+    if (!m_database.hasColumn(table, u"ZCONTACTJID"_s) || !m_database.hasColumn(table, u"Z_PK"_s)) {
+        m_database.addLoss(tr("It has no table of chats that can be read."));
+        return;
+    }
     QStringList wanted;
     for (const QString &column : { u"Z_PK"_s,
                                    u"ZCONTACTJID"_s,
@@ -90,27 +104,53 @@ void WhatsappChatList::readSessions()
                                    u"ZLASTMESSAGEDATE"_s,
                                    u"ZCONTACTIDENTIFIER"_s })
         wanted.append(m_database.column(table, column));
-    m_database.query(wanted.join(u", "_s), table, [this](const Statement &row) {
-        Session session;
-        WhatsappChat &chat = session.chat;
-        chat.row = row.integer(0);
-        if (m_bySessionRow.contains(chat.row))
-            return;
-        chat.jid = Jid(row.text(1));
-        const qint64 type = row.integer(2);
-        const Jid::Kind kind = chat.jid.kind();
-        const bool isNameless = kind == Jid::Kind::None;
-        chat.isPrivate =
-            chat.jid.isPerson() || kind == Jid::Kind::App || (isNameless && type == kPrivate);
-        chat.isList = kind == Jid::Kind::List || (isNameless && type == kList);
-        chat.isRemoved = row.integer(3) != 0;
-        chat.lastDateMs = msOf(PhoneTime::since2001(row.number(5)));
-        session.isStatus = kind == Jid::Kind::Status || type == kStatus;
-        session.partnerName = WhatsappNames::cleaned(row.text(4));
-        m_names.learn(chat.jid, Jid(row.text(6)));
-        m_bySessionRow.insert(chat.row, int(m_sessions.size()));
-        m_sessions.push_back(std::move(session));
-    });
+    m_sessionsAreComplete =
+        m_database.query(wanted.join(u", "_s), table, [this](const Statement &row) {
+            Session session;
+            WhatsappChat &chat = session.chat;
+            chat.row = row.integer(0);
+            if (m_bySessionRow.contains(chat.row))
+                return;
+            chat.jid = Jid(row.text(1));
+            setKind(session, row.integer(2));
+            chat.isRemoved = row.integer(3) != 0;
+            chat.lastDateMs = msOf(PhoneTime::since2001(row.number(5)));
+            session.partnerName = WhatsappNames::cleaned(row.text(4));
+            m_names.learn(chat.jid, Jid(row.text(6)));
+            m_bySessionRow.insert(chat.row, int(m_sessions.size()));
+            m_sessions.push_back(std::move(session));
+        });
+}
+
+void WhatsappChatList::setKind(Session &session, qint64 storedType)
+{
+    WhatsappChat &chat = session.chat;
+    const Jid::Kind kind = chat.jid.kind();
+    const bool isNameless = kind == Jid::Kind::None;
+    chat.isPrivate =
+        chat.jid.isPerson() || kind == Jid::Kind::App || (isNameless && storedType == kPrivate);
+    chat.isList = kind == Jid::Kind::List || (isNameless && storedType == kList);
+    session.isStatus = kind == Jid::Kind::Status || storedType == kStatus;
+}
+
+// The chat that a message belongs to, null when it belongs to none. Where chats could not all be
+// read, one is made of what its messages tell: the identifier that they were sent to or came from.
+WhatsappChatList::Session *WhatsappChatList::sessionOf(qint64 row, QByteArrayView jid)
+{
+    int index = m_bySessionRow.value(row, -1);
+    if (index < 0 && (m_sessionsAreComplete || row == 0))
+        return nullptr;
+    if (index < 0) {
+        index = int(m_sessions.size());
+        m_bySessionRow.insert(row, index);
+        m_sessions.emplace_back();
+        m_sessions.back().chat.row = row;
+        m_sessions.back().isFound = false;
+    }
+    Session &session = m_sessions[std::size_t(index)];
+    if (!session.isFound && !jid.isEmpty() && session.chat.jid.kind() == Jid::Kind::None)
+        session.chat.jid = Jid(QString::fromUtf8(jid));
+    return &session;
 }
 
 void WhatsappChatList::readMembers()
@@ -163,6 +203,8 @@ void WhatsappChatList::readMessages()
     // Read where it is needed only: the row's texts come last, and rows may be long.
     const QString ownJid = u"CASE WHEN %1 = 0 AND %2 IN (6, 10) THEN %3 END"_s.arg(
         fromMe, column(u"ZMESSAGETYPE"_s), column(u"ZTOJID"_s));
+    const QString chatJid = u"CASE WHEN %1 = 0 THEN %2 ELSE %3 END"_s.arg(
+        fromMe, column(u"ZFROMJID"_s), column(u"ZTOJID"_s));
     const QString what =
         QStringList { u"Z_PK"_s,
                       u"ZCHATSESSION"_s,
@@ -170,7 +212,8 @@ void WhatsappChatList::readMessages()
                       column(u"ZMESSAGEDATE"_s),
                       column(u"ZMEDIAITEM"_s) + u" IS NOT NULL"_s,
                       u"%1 <> 0 AND ifnull(%2, 0) <> 0"_s.arg(fromMe, column(u"ZMESSAGESTATUS"_s)),
-                      ownJid }
+                      ownJid,
+                      m_sessionsAreComplete ? u"NULL"_s : chatJid }
             .join(u", "_s);
     const MessageFilter &filter = m_source.messageFilter();
     QHash<QString, int> ownKeys;
@@ -182,10 +225,10 @@ void WhatsappChatList::readMessages()
             if (jid.isPerson())
                 ++ownKeys[jid.key()];
         }
-        const int index = m_bySessionRow.value(row.integer(1), -1);
-        if (index < 0)
+        Session *found = sessionOf(row.integer(1), row.bytes(7));
+        if (!found)
             return;
-        Session &session = m_sessions[std::size_t(index)];
+        Session &session = *found;
         const QDateTime date = PhoneTime::since2001(row.number(3));
         session.newestMs = std::max(session.newestMs, msOf(date));
         const qint64 number = row.integer(0);

@@ -54,6 +54,8 @@ private:
     void readSessions();
     void readMembers();
     void readMessages();
+    static void setKind(Session &session, qint64 storedType);
+    Session *sessionOf(qint64 row, QByteArrayView jid);
     void name(Session &session);
     bool isWanted(const Session &session) const;
     static void sortEntries(std::vector<Entry> &entries, WhatsappChat &chat);
@@ -64,6 +66,7 @@ private:
     const RowsOfMessages &m_media;
     std::vector<Session> m_sessions;
     QHash<qint64, int> m_bySessionRow;
+    bool m_sessionsAreComplete = false;
     Facts m_facts;
 };
 

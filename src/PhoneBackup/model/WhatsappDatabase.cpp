@@ -45,11 +45,25 @@ RowsOfMessages::RowsOfMessages(RowDatabase &database, const QString &table, cons
     });
 }
 
-qint64 RowsOfMessages::first(qint64 message) const
+// The first link of the message, or where it would stand.
+std::vector<RowsOfMessages::Link>::const_iterator RowsOfMessages::find(qint64 message) const
 {
     const auto before = [](const Link &link, qint64 wanted) { return link.message < wanted; };
-    const auto found = std::lower_bound(m_links.cbegin(), m_links.cend(), message, before);
+    return std::lower_bound(m_links.cbegin(), m_links.cend(), message, before);
+}
+
+qint64 RowsOfMessages::first(qint64 message) const
+{
+    const auto found = find(message);
     return found != m_links.cend() && found->message == message ? found->row : 0;
+}
+
+QList<qint64> RowsOfMessages::of(qint64 message) const
+{
+    QList<qint64> rows;
+    for (auto link = find(message); link != m_links.cend() && link->message == message; ++link)
+        rows.append(link->row);
+    return rows;
 }
 
 } // namespace PhoneBackup

@@ -46,8 +46,13 @@ public:
     //! Reads \a column of \a table; without either there are no rows.
     RowsOfMessages(RowDatabase &database, const QString &table, const QString &column);
 
+    bool has(qint64 message) const { return first(message) != 0; }
+
     //! The first row of \a message, 0 when it has none.
     qint64 first(qint64 message) const;
+
+    //! All rows of \a message.
+    QList<qint64> of(qint64 message) const;
 
 private:
     struct Link
@@ -55,6 +60,8 @@ private:
         qint64 message;
         qint64 row;
     };
+    std::vector<Link>::const_iterator find(qint64 message) const;
+
     std::vector<Link> m_links; // by message, then row
 };
 

@@ -7,6 +7,8 @@
 #include "model/WhatsappStore.h"
 #include "platform/Translation_p.h"
 
+#include <QMimeDatabase>
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
@@ -103,15 +105,22 @@ private:
         const QByteArrayView path = m_source.index().path(row);
         const QString extension = PathParts::text(PathParts::extension(path));
         if (file.storedType == kDocument && !file.item.title.isEmpty()) {
-            const bool hasExtension = !PathParts::extension(file.item.title.toUtf8()).isEmpty();
-            return hasExtension ? OutputNames::clean(file.item.title)
-                                : OutputNames::clean(file.item.title, extension);
+            return hasExtension(file.item.title, extension)
+                ? OutputNames::clean(file.item.title)
+                : OutputNames::clean(file.item.title, extension);
         }
         const QString kind = kindName(file.storedType);
         if (!file.date.isValid() || kind.isEmpty())
             return {};
         return OutputNames::clean(file.date.toLocalTime().toString(u"yyyy-MM-dd hh-mm "_s) + kind,
                                   extension);
+    }
+
+    // A title may well have a point in it: "Report v1.2".
+    static bool hasExtension(const QString &title, const QString &extension)
+    {
+        return extension.isEmpty() || title.endsWith(u'.' + extension, Qt::CaseInsensitive)
+            || !QMimeDatabase().suffixForFileName(title).isEmpty();
     }
 
     void reportMissing(const WhatsappChat &chat, const WhatsappSentFile &file)

@@ -41,58 +41,68 @@ QString keyIn(const QString &text)
 
 } // namespace
 
+// Where a database says which number is behind which private identifier.
+struct WhatsappNames::NumberColumns
+{
+    QString table;
+    QString privateId;
+    QString number;
+    QString order; // the highest counts; may be empty
+};
+
 WhatsappNames::WhatsappNames(Source &source, const WhatsappPlace &place, WhatsappDatabase &chats)
     : m_addressBook(source.addressBook())
 {
     const QString loss = tr("Names of people in chats may be missing.");
-    for (const QString &name : { u"LID.sqlite"_s, u"ContactsV2.sqlite"_s, u"Contacts.sqlite"_s }) {
-        if (const auto database = WhatsappDatabase::open(source, place, name, loss)) {
-            readNumbers(*database);
+    const auto numbers = WhatsappDatabase::open(source, place, u"LID.sqlite"_s, loss);
+    const auto contacts = WhatsappDatabase::open(source, place, u"ContactsV2.sqlite"_s, loss);
+    const auto oldContacts = WhatsappDatabase::open(source, place, u"Contacts.sqlite"_s, loss);
+    QList<RowDatabase *> databases { numbers.get(), &chats, contacts.get(), oldContacts.get() };
+    databases.removeAll(nullptr);
+    readNumbers(databases);
+    for (RowDatabase *database : { numbers.get(), contacts.get(), oldContacts.get(), &chats }) {
+        if (database)
             readContacts(*database);
-        }
     }
-    readNumbers(chats);
-    readContacts(chats);
     readChosenNames(chats);
 }
 
-void WhatsappNames::readNumbers(RowDatabase &database)
+void WhatsappNames::readNumbers(const QList<RowDatabase *> &databases)
 {
-    struct Pairs
-    {
-        QString table;
-        QString privateId;
-        QString number;
-        QString order;
-    };
     // What comes first counts; within a table that is the newest row.
     const std::array tables {
-        Pairs { u"ZWAPHONENUMBERLIDPAIR"_s, u"ZLID"_s, u"ZPHONENUMBER"_s, u"ZTIMESTAMP"_s },
-        Pairs { u"ZWAZACCOUNT"_s, u"ZIDENTIFIER"_s, u"ZPHONENUMBER"_s, {} },
-        Pairs { u"ZWAADDRESSBOOKCONTACT"_s, u"ZLID"_s, u"ZWHATSAPPID"_s, {} },
-        Pairs { u"ZWAADDRESSBOOKCONTACT"_s, u"ZLID"_s, u"ZPHONENUMBER"_s, {} },
+        NumberColumns { u"ZWAPHONENUMBERLIDPAIR"_s, u"ZLID"_s, u"ZPHONENUMBER"_s, u"ZTIMESTAMP"_s },
+        NumberColumns { u"ZWAZACCOUNT"_s, u"ZIDENTIFIER"_s, u"ZPHONENUMBER"_s, {} },
+        NumberColumns { u"ZWAADDRESSBOOKCONTACT"_s, u"ZLID"_s, u"ZWHATSAPPID"_s, {} },
+        NumberColumns { u"ZWAADDRESSBOOKCONTACT"_s, u"ZLID"_s, u"ZPHONENUMBER"_s, {} },
     };
-    for (const Pairs &pairs : tables) {
-        if (!database.hasColumn(pairs.table, pairs.privateId)
-            || !database.hasColumn(pairs.table, pairs.number))
-            continue;
-        QHash<QString, std::pair<double, QString>> newest;
-        const QString what = u"%1, %2, %3"_s.arg(
-            pairs.privateId, pairs.number, database.column(pairs.table, pairs.order));
-        database.query(what, pairs.table, [&](const Statement &row) {
-            const QString user = Jid(row.text(0)).user();
-            const QString number = numberIn(row.text(1));
-            const double when = row.number(2).value_or(0);
-            if (user.isEmpty() || number.isEmpty())
-                return;
-            const auto known = newest.constFind(user);
-            if (known == newest.constEnd() || when >= known->first)
-                newest.insert(user, { when, number });
-        });
-        for (auto it = newest.cbegin(); it != newest.cend(); ++it) {
-            if (!m_numbers.contains(it.key()))
-                m_numbers.insert(it.key(), it->second);
-        }
+    for (const NumberColumns &columns : tables) {
+        for (RowDatabase *database : databases)
+            readNumbers(*database, columns);
+    }
+}
+
+void WhatsappNames::readNumbers(RowDatabase &database, const NumberColumns &columns)
+{
+    if (!database.hasColumn(columns.table, columns.privateId)
+        || !database.hasColumn(columns.table, columns.number))
+        return;
+    QHash<QString, std::pair<double, QString>> newest;
+    const QString what = u"%1, %2, %3"_s.arg(
+        columns.privateId, columns.number, database.column(columns.table, columns.order));
+    database.query(what, columns.table, [&](const Statement &row) {
+        const QString user = Jid(row.text(0)).user();
+        const QString number = numberIn(row.text(1));
+        const double when = row.number(2).value_or(0);
+        if (user.isEmpty() || number.isEmpty())
+            return;
+        const auto known = newest.constFind(user);
+        if (known == newest.constEnd() || when >= known->first)
+            newest.insert(user, { when, number });
+    });
+    for (auto it = newest.cbegin(); it != newest.cend(); ++it) {
+        if (!m_numbers.contains(it.key()))
+            m_numbers.insert(it.key(), it->second);
     }
 }
 
@@ -130,7 +140,7 @@ void WhatsappNames::readChosenNames(RowDatabase &database)
     if (!database.hasColumn(table, u"ZJID"_s) || !database.hasColumn(table, u"ZPUSHNAME"_s))
         return;
     database.query(u"ZJID, ZPUSHNAME"_s, table, [this](const Statement &row) {
-        const QString name = chosen(row.text(1));
+        const QString name = cleaned(row.text(1));
         if (!name.isEmpty())
             m_chosen.insert(Jid(row.text(0)).key(), name);
     });

@@ -49,7 +49,10 @@ public:
     static QString chosen(const QString &pushName);
 
 private:
-    void readNumbers(RowDatabase &database);
+    struct NumberColumns;
+
+    void readNumbers(const QList<RowDatabase *> &databases);
+    void readNumbers(RowDatabase &database, const NumberColumns &columns);
     void readContacts(RowDatabase &database);
     void readChosenNames(RowDatabase &database);
 

@@ -69,7 +69,7 @@ struct WhatsappReader::Parent
 {
     qint64 chat = 0;
     bool toList = false;
-    bool hasFile = false;
+    bool isShownPicture = false; // with its file
 };
 
 WhatsappReader::WhatsappReader(Source &source,
@@ -111,9 +111,13 @@ void WhatsappReader::prepare()
                                       u"ZWAGROUPMEMBER"_s);
     const QString jid = m_database.column(u"ZWACHATSESSION"_s, u"ZCONTACTJID"_s);
     m_parents = m_database.prepare(
-        u"SELECT m.ZCHATSESSION, %1, (SELECT %2 FROM ZWACHATSESSION WHERE Z_PK = m.ZCHATSESSION) "
-        "FROM ZWAMESSAGE m WHERE m.Z_PK = ?1"_s.arg(m_database.column(messages, u"ZMEDIAITEM"_s),
-                                                    jid));
+        u"SELECT m.ZCHATSESSION, %1, (SELECT %2 FROM ZWACHATSESSION WHERE Z_PK = m.ZCHATSESSION), "
+        "%3, %4, %5 FROM ZWAMESSAGE m WHERE m.Z_PK = ?1"_s.arg(
+            m_database.column(messages, u"ZMEDIAITEM"_s),
+            jid,
+            m_database.column(messages, u"ZMESSAGETYPE"_s),
+            m_database.column(messages, u"ZMESSAGEDATE"_s),
+            m_database.column(messages, u"ZPARENTMESSAGE"_s)));
     m_links = m_database.prepareRow({ u"ZMATCHEDTEXT"_s, u"ZCONTENT1"_s }, u"ZWAMESSAGEDATAITEM"_s);
     m_infos = m_database.prepareRow({ u"ZRECEIPTINFO"_s }, u"ZWAMESSAGEINFO"_s);
 }
@@ -150,13 +154,22 @@ WhatsappSentFile WhatsappReader::file(qint64 message)
         return file;
     m_files->reset();
     m_files->bind(1, message);
-    if (m_files->step() == Statement::Step::Row) {
+    if (step(*m_files)) {
         file.storedType = m_files->integer(0);
         file.date = PhoneTime::since2001(m_files->number(1));
         file.item = m_media.item(message, m_files->integer(2));
     }
     m_files->reset();
     return file;
+}
+
+// \return whether there is a row; one that cannot be read is told.
+bool WhatsappReader::step(Statement &statement)
+{
+    const Statement::Step step = statement.step();
+    if (step == Statement::Step::Failed)
+        m_database.addLoss(tr("It is damaged: %1.").arg(statement.error()));
+    return step == Statement::Step::Row;
 }
 
 // \return whether it is shown.
@@ -169,7 +182,7 @@ bool WhatsappReader::readRow(const WhatsappChat &chat, WhatsappMessage &message)
     message.sentDone = !message.fromMe || isSentDone();
     message.broadcast = chat.isList;
     const bool mayHaveMedia = m_rows->integer(kMedia) != 0 || m_rows->integer(kType) != kTextType
-        || m_rows->bytes(kText).isEmpty();
+        || m_rows->bytes(kText).isEmpty() || m_media.rows().has(m_row);
     m_item = mayHaveMedia ? m_media.item(m_row, m_rows->integer(kMedia)) : WhatsappMediaItem();
 
     const qint64 parentRow = m_rows->integer(kParent);
@@ -177,7 +190,8 @@ bool WhatsappReader::readRow(const WhatsappChat &chat, WhatsappMessage &message)
         const Parent above = parent(parentRow);
         message.broadcast = message.broadcast || above.toList;
         // The other half of a picture in high definition.
-        if (above.chat == chat.row && m_rows->integer(kType) == kPictureType && above.hasFile)
+        if (above.chat == chat.row && m_rows->integer(kType) == kPictureType
+            && above.isShownPicture)
             return false;
     }
     return setContent(chat, message);
@@ -214,7 +228,7 @@ bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &messa
         break;
     case 4:
         message.code = ContactCard;
-        message.text = oneOf(WhatsappWords::contactCards(m_item), text);
+        message.text = oneOf(WhatsappWords::contactCards(m_item), text, tr("Contact"));
         break;
     case kLocationType:
         message.code = Location;
@@ -279,7 +293,8 @@ bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &messa
         either(tr("Event"));
         break;
     case kAlbumType: // its pictures are messages of their own
-        if (text.isEmpty() && message.mediaFile == FileIndex::kNone)
+        message.text = caption(text);
+        if (message.text.isEmpty() && message.mediaFile == FileIndex::kNone)
             return false;
         break;
     case 68:
@@ -315,7 +330,8 @@ void WhatsappReader::setEvent(const WhatsappChat &chat, WhatsappMessage &message
 {
     WhatsappWords::Event event;
     event.code = m_rows->integer(kEventCode);
-    event.text = withNames(StoredText::cleaned(m_rows->text(kText)));
+    event.stored = StoredText::cleaned(m_rows->text(kText));
+    event.text = withNames(WhatsappWords::readable(event.stored));
     message.code = GroupEvent;
     message.sentDone = true;
     if (isNotice) {
@@ -361,11 +377,13 @@ QString WhatsappReader::linkText()
         return {};
     if (!m_linkRows)
         m_linkRows.emplace(m_database, u"ZWAMESSAGEDATAITEM"_s, u"ZMESSAGE"_s);
-    m_links->reset();
-    m_links->bind(1, m_linkRows->first(m_row));
     QString text;
-    if (m_links->step() == Statement::Step::Row)
-        text = StoredText::cleaned(oneOf(m_links->text(0), m_links->text(1)));
+    for (const qint64 row : m_linkRows->of(m_row)) {
+        m_links->reset();
+        m_links->bind(1, row);
+        if (text.isEmpty() && step(*m_links))
+            text = StoredText::cleaned(oneOf(m_links->text(0), m_links->text(1)));
+    }
     m_links->reset();
     return text;
 }
@@ -385,7 +403,7 @@ QString WhatsappReader::pollQuestion()
     m_infos->reset();
     m_infos->bind(1, row);
     QString question;
-    if (m_infos->step() == Statement::Step::Row) {
+    if (step(*m_infos)) {
         const QByteArrayView poll = WireFields::bytes(m_infos->bytes(0), pollField);
         question = StoredText::cleaned(QString::fromUtf8(WireFields::bytes(poll, questionField)));
     }
@@ -422,7 +440,7 @@ const WhatsappReader::Author &WhatsappReader::member(qint64 row)
     if (m_members) {
         m_members->reset();
         m_members->bind(1, row);
-        if (m_members->step() == Statement::Step::Row) {
+        if (step(*m_members)) {
             author.jid = Jid(m_members->text(0));
             const QString listed = oneOf(WhatsappNames::cleaned(m_members->text(1)),
                                          WhatsappNames::cleaned(m_members->text(2)));
@@ -439,7 +457,8 @@ QString WhatsappReader::withNames(const QString &text) const
     if (!text.contains(u'@'))
         return text;
     static const QRegularExpression identifier(
-        u"[0-9A-Za-z.:_-]+@(?:s\\.whatsapp\\.net|lid|g\\.us|broadcast|newsletter)"_s);
+        u"(?<![0-9A-Za-z._-])[0-9][0-9.:_-]*@(?:s\\.whatsapp\\.net|lid|g\\.us|broadcast|newsletter)"
+        "(?![0-9A-Za-z_-]|\\.[0-9A-Za-z])"_s);
     QString result;
     qsizetype from = 0;
     bool onlyPeople = true;
@@ -466,11 +485,13 @@ WhatsappReader::Parent WhatsappReader::parent(qint64 row)
         return parent;
     m_parents->reset();
     m_parents->bind(1, row);
-    if (m_parents->step() == Statement::Step::Row) {
+    if (step(*m_parents)) {
         parent.chat = m_parents->integer(0);
         parent.toList = Jid(m_parents->text(2)).kind() == Jid::Kind::List;
-        const WhatsappMediaItem item = m_media.item(row, m_parents->integer(1));
-        parent.hasFile = m_media.find(item.path) != FileIndex::kNone;
+        // One that has a parent itself, or is its own, may not be shown either.
+        parent.isShownPicture = m_parents->integer(3) == kPictureType && m_parents->integer(5) == 0
+            && m_source.messageFilter().accepts(PhoneTime::since2001(m_parents->number(4)))
+            && m_media.find(m_media.item(row, m_parents->integer(1)).path) != FileIndex::kNone;
     }
     m_parents->reset();
     return parent;

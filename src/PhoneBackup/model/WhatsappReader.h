@@ -54,9 +54,9 @@ private:
     struct Parent;
 
     void prepare();
+    bool step(Statement &statement);
     bool readRow(const WhatsappChat &chat, WhatsappMessage &message);
     bool setContent(const WhatsappChat &chat, WhatsappMessage &message);
-    void setByType(WhatsappMessage &message, const QString &words);
     void setEvent(const WhatsappChat &chat, WhatsappMessage &message, bool isNotice);
     bool isSentDone() const;
     QString documentName(const QString &text) const;

@@ -30,6 +30,16 @@ QString newSubject(const QString &json)
     return {};
 }
 
+// Data, even when its end is missing; people's own words may begin with a bracket, too.
+bool isJson(const QString &text)
+{
+    if (!text.startsWith(u'{') && !text.startsWith(u'['))
+        return false;
+    const QString start = text.left(32).remove(u' ').left(2);
+    return start == "{\""_L1 || start == "[{"_L1 || start == "[\""_L1
+        || !QJsonDocument::fromJson(text.toUtf8()).isNull();
+}
+
 // "=E4=BD=A0" as older cards write a name; anything else as it is.
 QString withoutQuoting(const QString &name)
 {
@@ -61,7 +71,7 @@ QString readable(const QString &text)
     // A short word may be valid data by accident.
     constexpr qsizetype shortestData = 8;
     const QString trimmed = StoredText::cleaned(text).trimmed();
-    if (trimmed.startsWith(u'{') || trimmed.startsWith(u'[')
+    if (isJson(trimmed)
         || (trimmed.size() >= shortestData && !trimmed.contains(u' ')
             && WhatsappNames::chosen(trimmed).isEmpty()))
         return {};
@@ -73,13 +83,11 @@ QString groupEvent(const Event &event)
     const QString who = event.byOwner ? tr("You")
         : event.who.isEmpty()         ? tr("Somebody")
                                       : event.who;
-    const QString text = readable(event.text);
-    Event shown = event;
-    shown.text = text;
+    const QString &text = event.text;
     switch (event.code) {
     case 1:
     case 56:
-        return subjectChanged(who, text.isEmpty() ? newSubject(event.text) : text);
+        return subjectChanged(who, text.isEmpty() ? newSubject(event.stored) : text);
     case 2:
     case 50:
         return text.isEmpty() ? tr("Members were added") : tr("%1 added %2").arg(who, text);
@@ -90,7 +98,7 @@ QString groupEvent(const Event &event)
     case 5:
         return tr("%1 removed the group's picture").arg(who);
     case 7:
-        return removed(shown, who);
+        return removed(event, who);
     case 9:
         return tr("%1 changed the phone number").arg(who);
     case 10:
@@ -160,15 +168,15 @@ QString notice(const Event &event)
     case 40:
     case 41:
         return tr("Group call started");
-    default: {
-        const QString text = readable(event.text);
-        return text.isEmpty() ? tr("Notice") : text;
-    }
+    default:
+        return event.text.isEmpty() ? tr("Notice") : event.text;
     }
 }
 
 QString contactCards(const WhatsappMediaItem &item)
 {
+    if (item.cardText.isEmpty() && item.cardName.isEmpty())
+        return {};
     const QStringList cards = item.cardText.split(u"_$!<VCard-Separator>!$_"_s, Qt::SkipEmptyParts);
     QStringList names = item.cardName.split(u"_$!<Name-Separator>!$_"_s);
     if (names.size() == cards.size() + 1 && !cards.isEmpty())
@@ -180,7 +188,9 @@ QString contactCards(const WhatsappMediaItem &item)
         if (name.isEmpty())
             name = vCardText(card, "FN");
         QStringList parts { name.isEmpty() ? tr("Contact") : name };
-        for (const QString &number : vCardTexts(card, "TEL")) {
+        for (QString number : vCardTexts(card, "TEL")) {
+            if (number.startsWith("tel:"_L1, Qt::CaseInsensitive))
+                number.remove(0, 4);
             if (!parts.contains(number))
                 parts.append(number);
         }

@@ -18,7 +18,8 @@ struct Event
     qint64 code = 0; //!< As it is stored.
     QString who; //!< Who did it; empty when not known.
     bool byOwner = false; //!< The phone's owner did it.
-    QString text; //!< What the row says, identifiers replaced by names; empty when it says nothing.
+    QString text; //!< What the row says to a person, identifiers replaced by names.
+    QString stored; //!< What the row holds: text or data.
 };
 
 //! Text of what happened in a group.

@@ -47,6 +47,11 @@ void Statement::bind(int number, const QString &value)
                         SQLITE_UTF8);
 }
 
+int Statement::columnCount() const
+{
+    return sqlite3_column_count(m_statement.get());
+}
+
 qint64 Statement::integer(int column) const
 {
     return sqlite3_column_int64(m_statement.get(), column);

@@ -41,6 +41,8 @@ public:
     void bind(int number, qint64 value);
     void bind(int number, const QString &value);
 
+    int columnCount() const;
+
     qint64 integer(int column) const;
 
     //! The number in \a column, none for a null or a text that is no number.

@@ -28,6 +28,9 @@ private Q_SLOTS:
     void findsMedia_data();
     void findsMedia();
     void showsPicturesInHighDefinitionOnce();
+    void showsPicturesWithOtherParents_data();
+    void showsPicturesWithOtherParents();
+    void showsThePictureThatNamesAText();
     void readsEveryEdition();
     void readsWhatTheOldestTablesHold();
     void filters_data();
@@ -71,6 +74,11 @@ void tst_Whatsapp::saysWhatMessagesAre_data()
             + "INSERT INTO ZWAMESSAGEDATAITEM(Z_PK, ZMESSAGE, ZMATCHEDTEXT, ZCONTENT1) VALUES"
               " (5, 1, NULL, 'https://b.example'), (6, 1, 'https://c.example', '');",
         u"0 https://b.example"_s);
+    add("link, nothing in its first row",
+        titled("7")
+            + "INSERT INTO ZWAMESSAGEDATAITEM(Z_PK, ZMESSAGE, ZMATCHEDTEXT, ZCONTENT1) VALUES"
+              " (5, 1, NULL, NULL), (6, 1, 'https://c.example', '');",
+        u"0 https://c.example"_s);
     add("link, its title", titled("7"), u"0 title"_s);
     add("document", titled("8"), u"0 title"_s);
     add("document and a word about it", titled("8", text), u"0 title|text"_s);
@@ -119,10 +127,14 @@ void tst_Whatsapp::saysWhatMessagesAre_data()
     add("video note", message(1, "54", text), u"2 "_s);
     add("channel", message(1, "55"), u"6 Channel"_s);
     add("channel with a text", message(1, "62", text), u"6 text"_s);
+    add("channel whose text begins with a bracket",
+        message(1, "55", "ZTEXT = '[Update] new rules'"),
+        u"6 [Update] new rules"_s);
     add("call", message(1, "59"), u"0 Call"_s);
     add("event", titled("63"), u"0 title"_s);
     add("event without a name", message(1, "63"), u"0 Event"_s);
     add("album with a text", message(1, "66", text), u"0 text"_s);
+    add("album with a title", titled("66"), u"0 title"_s);
     add("mention in a status", message(1, "68"), u"0 Status mention"_s);
     add("privacy", message(1, "73"), u"6 Advanced chat privacy was changed"_s);
     add("unknown", message(1, "999"), u"0 Unsupported message"_s);
@@ -142,6 +154,20 @@ void tst_Whatsapp::saysWhatMessagesAre_data()
         message(1, "4") + media(1, "ZVCARDSTRING = " + card),
         u"4 Carl C., +1 555, +2"_s);
     add("contact without anything", message(1, "4"), u"4 Contact"_s);
+    add("contact of which a text is left", message(1, "4", text), u"4 text"_s);
+    add("contact with folded lines, behind a picture",
+        message(1, "4")
+            + media(1,
+                    "ZVCARDSTRING = 'PHOTO:' || hex(zeroblob(40000)) || char(10) || 'FN:Carl' || "
+                    "char(13, 10) || '  Carlson' || char(13, 10) || 'TEL:+49 30 12' || "
+                    "char(13, 10, 9) || '3456' || char(10) || 'TEL;VALUE=uri:tel:+1-555'"),
+        u"4 Carl Carlson, +49 30 123456, +1-555"_s);
+    add("contact with a quoted name in its card",
+        message(1, "4")
+            + media(1,
+                    "ZVCARDSTRING = 'FN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:=4D=C3=BC=' || "
+                    "char(13, 10) || '=6C:ler' || char(10) || 'TEL:+2'"),
+        u"4 M\u00FCl:ler, +2"_s);
     add("two contacts",
         message(1, "4")
             + media(1,
@@ -213,6 +239,14 @@ void tst_Whatsapp::saysWhatHappened_data()
           by + ", ZTEXT = '{\"old\":\"A\",\"newSubject\":\"B\"}'",
           u"Ann changed the subject to “B”"_s);
     group(56, by + ", ZTEXT = '{\"x'", u"Ann changed the subject"_s);
+    group(56,
+          by + ", ZTEXT = '{\"author\":\"15550100125@s.whatsapp.net\",\"new_subject\":\"B\"}'",
+          u"Ann changed the subject to “B”"_s);
+    group(1, by + ", ZTEXT = '[Team] Sailing'", u"Ann changed the subject to “[Team] Sailing”"_s);
+    group(1,
+          by + ", ZTEXT = 'Write to ada@lid.example, not 9@lidos'",
+          u"Ann changed the subject to “Write to ada@lid.example, not 9@lidos”"_s);
+    group(12, by + ", ZTEXT = '{fun} crew'", u"Ann created the group “{fun} crew”"_s);
     group(2, jids, u"Ann added Bob, +15550100555, you"_s);
     group(2, by, u"Members were added"_s);
     group(50, "ZISFROMME = 1, ZTEXT = '15550100124@s.whatsapp.net'", u"You added Bob"_s);
@@ -277,7 +311,8 @@ void tst_Whatsapp::saysWhatHappened()
         + message(2, "0", "ZISFROMME = 1, ZTEXT = 'x'") // so that states count
         + message(3, "10", "ZTOJID = '15550100999@s.whatsapp.net'")
         + "INSERT INTO ZWAPROFILEPUSHNAME(ZJID, ZPUSHNAME) VALUES"
-          " ('15550100123@s.whatsapp.net', 'Ann'), ('15550100124@s.whatsapp.net', 'Bob');");
+          " ('15550100123@s.whatsapp.net', 'Ann'), ('15550100124@s.whatsapp.net', 'Bob'),"
+          " ('15550100125@s.whatsapp.net', 'Carl \"C\"');");
     // No state of sending, and no author: that would be a bubble.
     QString line = fixture.messages().value(0);
     QCOMPARE(line.remove(u"> "_s), u"6 "_s + expected);
@@ -364,6 +399,11 @@ void tst_Whatsapp::findsNames_data()
                               " ('15550100124@s.whatsapp.net', 'bobby');";
     QTest::newRow("address book") << "ZGROUPMEMBER = 1"_ba << chosen << u"Ann Book"_s;
     QTest::newRow("chosen name, with a device") << "ZGROUPMEMBER = 2"_ba << chosen << u"bobby"_s;
+    QTest::newRow("a chosen name that could be data")
+        << "ZGROUPMEMBER = 2"_ba
+        << "INSERT INTO ZWAPROFILEPUSHNAME(ZJID, ZPUSHNAME) VALUES"
+           " ('15550100124@s.whatsapp.net', 'OMAR');"_ba
+        << u"OMAR"_s;
     QTest::newRow("the member's own name")
         << "ZGROUPMEMBER = 2"_ba
         << chosen + "UPDATE ZWAGROUPMEMBER SET ZCONTACTNAME = 'Bob B.' WHERE Z_PK = 2;"
@@ -374,7 +414,19 @@ void tst_Whatsapp::findsNames_data()
         << "ZGROUPMEMBER = 2, ZPUSHNAME = 'CO/kxKIGIAA='"_ba << QByteArray() << u"+15550100124"_s;
     QTest::newRow("number") << "ZGROUPMEMBER = 2"_ba << QByteArray() << u"+15550100124"_s;
     QTest::newRow("private identifier, mapped") << "ZGROUPMEMBER = 3"_ba << chosen << u"Ann Book"_s;
-    QTest::newRow("private identifier") << "ZGROUPMEMBER = 4"_ba << chosen << u"Unknown"_s;
+    QTest::newRow("private identifier, mapped here and by the contacts")
+        << "ZGROUPMEMBER = 4"_ba
+        << "CREATE TABLE ZWAPHONENUMBERLIDPAIR (Z_PK INTEGER PRIMARY KEY, ZTIMESTAMP, ZLID,"
+           " ZPHONENUMBER); INSERT INTO ZWAPHONENUMBERLIDPAIR VALUES"
+           " (1, 1, '205690000000002@lid', '15550100888');"_ba
+        << u"+15550100888"_s;
+    QTest::newRow("private identifier") << "ZGROUPMEMBER = 3"_ba
+                                        << "DELETE FROM ZWAGROUPMEMBER WHERE Z_PK = 3;"
+                                           "INSERT INTO ZWAGROUPMEMBER(Z_PK, ZMEMBERJID) VALUES"
+                                           " (3, '205690000000003@lid');"_ba
+                                        << u"Unknown"_s;
+    QTest::newRow("private identifier, mapped by the contacts")
+        << "ZGROUPMEMBER = 4"_ba << chosen << u"+15550100777"_s;
     QTest::newRow("a member that is not there") << "ZGROUPMEMBER = 99"_ba << chosen << u"Unknown"_s;
     QTest::newRow("none, by the sender")
         << "ZFROMJID = '15550100124@s.whatsapp.net'"_ba << chosen << u"bobby"_s;
@@ -409,9 +461,10 @@ void tst_Whatsapp::findsNames()
         WhatsappFixture::domain(),
         u"ContactsV2.sqlite"_s,
         BackupFixture::database("CREATE TABLE ZWAADDRESSBOOKCONTACT (Z_PK INTEGER PRIMARY KEY,"
-                                " ZWHATSAPPID VARCHAR, ZFULLNAME VARCHAR);"
+                                " ZWHATSAPPID VARCHAR, ZFULLNAME VARCHAR, ZLID VARCHAR);"
                                 "INSERT INTO ZWAADDRESSBOOKCONTACT VALUES"
-                                " (1, CAST('15550100999' AS BLOB), CAST('Eve Contact' AS BLOB));"));
+                                " (1, CAST('15550100999' AS BLOB), CAST('Eve Contact' AS BLOB), "
+                                "NULL), (2, '15550100777', NULL, '205690000000002@lid');"));
     fixture.addChats(kGroup + rows + message(1, "0", "ZTEXT = 'x', " + member)
                      + message(2, "0", "ZTEXT = 'y', ZISFROMME = 1, " + member));
     QCOMPARE(fixture.messages(),
@@ -535,6 +588,49 @@ void tst_Whatsapp::showsPicturesInHighDefinitionOnce()
     QCOMPARE(fixture.messages(), (QStringList { u"1 {small}"_s, u"1 "_s, u"1 {only}"_s }));
 }
 
+void tst_Whatsapp::showsPicturesWithOtherParents_data()
+{
+    QTest::addColumn<QByteArray>("parent");
+    QTest::addColumn<PhoneBackup::MessageFilter>("filter");
+
+    const PhoneBackup::MessageFilter all;
+    QTest::newRow("album with a file") << message(1, "66") << all;
+    QTest::newRow("document") << message(1, "8") << all;
+    QTest::newRow("itself") << message(1, "1") + "UPDATE ZWAMESSAGE SET ZPARENTMESSAGE = Z_PK;"
+                            << all;
+    QTest::newRow("its own part") << message(1, "1", "ZPARENTMESSAGE = 2") << all;
+    QTest::newRow("one that the filter leaves out")
+        << message(1, "1", "ZMESSAGEDATE = 1")
+        << PhoneBackup::MessageFilter { QDateTime(QDate(2015, 1, 1), QTime(0, 0), Qt::UTC),
+                                        {},
+                                        {} };
+}
+
+void tst_Whatsapp::showsPicturesWithOtherParents()
+{
+    QFETCH(QByteArray, parent);
+    QFETCH(PhoneBackup::MessageFilter, filter);
+    WhatsappFixture fixture;
+    fixture.addMedia(u"Media/1.jpg"_s, "one");
+    fixture.addMedia(u"Media/2.jpg"_s, "two");
+    fixture.addChats(kAnn + message(2, "1", "ZPARENTMESSAGE = 1")
+                     + media(2, "ZMEDIALOCALPATH = 'Media/2.jpg'") + parent
+                     + media(1, "ZMEDIALOCALPATH = 'Media/1.jpg'"));
+    QVERIFY(fixture.backup());
+    fixture.backup()->setMessageFilter(filter);
+    QCOMPARE(fixture.messages().last(), u"1 {two}"_s);
+}
+
+void tst_Whatsapp::showsThePictureThatNamesAText()
+{
+    WhatsappFixture fixture;
+    fixture.addMedia(u"Media/1.jpg"_s, "one");
+    fixture.addChats(kAnn + message(1, "0", "ZTEXT = 'look'")
+                     + "INSERT INTO ZWAMEDIAITEM(Z_PK, ZMESSAGE, ZMEDIALOCALPATH) VALUES"
+                       " (9, 1, 'Media/1.jpg');");
+    QCOMPARE(fixture.messages(), QStringList { u"0 look{one}"_s });
+}
+
 void tst_Whatsapp::readsEveryEdition()
 {
     const auto named = [](const QByteArray &name, int date) {
@@ -654,29 +750,37 @@ void tst_Whatsapp::exportsFiles()
                                  u"Media/3.mp4"_s,
                                  u"Media/4.opus"_s,
                                  u"Media/5.webp"_s,
-                                 u"Media/6.thumb"_s })
+                                 u"Media/6.thumb"_s,
+                                 u"Media/7.pdf"_s,
+                                 u"Media/8.pdf"_s,
+                                 u"Media/9.pdf"_s })
         fixture.addMedia(path);
     const auto file =
         [](int row, const QByteArray &type, const QByteArray &path, const QByteArray &more = {}) {
             return message(row, type) + media(row, "ZMEDIALOCALPATH = " + path + more);
         };
-    fixture.addChats(chat(1, "1@g.us", "ZPARTNERNAME = 'A/B', ZREMOVED = 1")
-                     + file(1, "1", "'Media/1.jpg'")
-                     + file(2, "8", "'Media/2.pdf'", ", ZTITLE = 'Tide: table'")
-                     + file(3, "8", "'Media/2.pdf'", ", ZTITLE = 'sent twice.pdf'")
-                     + file(4, "11", "'Media/3.mp4'") + file(5, "3", "'/Media/4.opus'")
-                     + file(6, "15", "'Message/Media/5.webp'")
-                     + file(7, "7", "'Media/6.thumb'") // the picture of a link
-                     + file(8, "2", "'Media/gone.mp4'") + file(9, "1", "NULL")
-                     + file(10, "2", "NULL") + file(11, "0", "NULL") // a text that quotes another
-                     + file(12, "1", "'../../../etc/passwd'"));
+    fixture.addChats(
+        chat(1, "1@g.us", "ZPARTNERNAME = 'A/B', ZREMOVED = 1") + file(1, "1", "'Media/1.jpg'")
+        + file(2, "8", "'Media/2.pdf'", ", ZTITLE = 'Tide: table'")
+        + file(3, "8", "'Media/2.pdf'", ", ZTITLE = 'sent twice.pdf'")
+        + file(13, "8", "'Media/7.pdf'", ", ZTITLE = 'Report v1.2'")
+        + file(14, "8", "'Media/8.pdf'", ", ZTITLE = 'Mr. Smith'")
+        + file(15, "8", "'Media/9.pdf'", ", ZTITLE = 'Tides.PDF'") + file(4, "11", "'Media/3.mp4'")
+        + file(5, "3", "'/Media/4.opus'") + file(6, "15", "'Message/Media/5.webp'")
+        + file(7, "7", "'Media/6.thumb'") // the picture of a link
+        + file(8, "2", "'Media/gone.mp4'") + file(9, "1", "NULL") + file(10, "2", "NULL")
+        + file(11, "0", "NULL") // a text that quotes another
+        + file(12, "1", "'../../../etc/passwd'"));
     QCOMPARE(fixture.list(WhatsappFixture::kFiles),
              (QStringList { u"A_B/2023-03-08 20-26 Photo.jpg [deleted]"_s,
                             u"A_B/Tide_ table.pdf [deleted]"_s,
                             u"A_B/2023-03-08 20-26 GIF.mp4 [deleted]"_s,
                             u"A_B/2023-03-08 20-26 Audio.opus [deleted]"_s,
                             u"A_B/2023-03-08 20-26 Sticker.webp [deleted]"_s,
-                            u"A_B/6.thumb [deleted]"_s }));
+                            u"A_B/6.thumb [deleted]"_s,
+                            u"A_B/Report v1.2.pdf [deleted]"_s,
+                            u"A_B/Mr. Smith.pdf [deleted]"_s,
+                            u"A_B/Tides.PDF [deleted]"_s }));
     QCOMPARE(fixture.problems(),
              (QStringList { u"12 A/B/gone.mp4 (8) (loss)"_s,
                             u"12 A/B/passwd (12) (loss)"_s,
