@@ -41,6 +41,7 @@ ConversationList::ConversationList(SmsDatabase &database, Handles &handles, Peop
 
 std::vector<Conversation> ConversationList::take()
 {
+    tellMissingTables();
     readChats();
     readMessages();
     readLinks();
@@ -62,6 +63,16 @@ std::vector<Conversation> ConversationList::take()
             result.push_back(std::move(m_conversations[index]));
     }
     return result;
+}
+
+// What is in them all is told by nothing else: who wrote what, and to whom.
+void ConversationList::tellMissingTables() const
+{
+    for (const QString &table :
+         { u"handle"_s, u"chat"_s, u"chat_handle_join"_s, u"chat_message_join"_s }) {
+        if (!m_database.hasTable(table) && m_database.hasTable(u"message"_s))
+            m_database.addLoss(tr("It has no table “%1”.").arg(table));
+    }
 }
 
 void ConversationList::readChats()
@@ -292,8 +303,12 @@ void ConversationList::readDeleted()
         const int index = m_ofChat.value(row.integer(0), -1);
         const qint64 message = row.integer(1);
         const qsizetype position = m_rows.position(message);
-        if (index < 0 || position == RowSet::kNone || m_linked[std::size_t(position)])
+        if (position == RowSet::kNone || m_linked[std::size_t(position)])
             return;
+        if (index < 0) {
+            m_deletedElsewhere.insert(message);
+            return;
+        }
         positions.push_back(position);
         at(index).messages.push_back(message);
         at(index).deleted.push_back(message);
@@ -322,7 +337,10 @@ void ConversationList::placeOrphans()
         const int index = found
             ? placeOf(query->text(0).trimmed(), m_handles.address(query->integer(1)))
             : placeOf({}, nullptr);
-        at(index).messages.push_back(m_rows.row(position));
+        const qint64 row = m_rows.row(position);
+        at(index).messages.push_back(row);
+        if (m_deletedElsewhere.contains(row))
+            at(index).deleted.push_back(row);
         m_undated[std::size_t(index)] = true;
     }
 }

@@ -37,6 +37,7 @@ public:
 private:
     struct Chat;
 
+    void tellMissingTables() const;
     void readChats();
     void readParticipants(std::vector<Chat> &chats) const;
     QSet<int> ownersOf(const std::vector<Chat> &chats) const;
@@ -70,6 +71,7 @@ private:
 
     RowSet m_rows;
     std::vector<bool> m_linked; // of each row
+    QSet<qint64> m_deletedElsewhere; // deleted messages of chats that are not there
     std::unique_ptr<Statement> m_dateQuery;
 };
 

@@ -14,6 +14,10 @@ CurrentMessages::CurrentMessages(Source &source, std::unique_ptr<SmsDatabase> da
 {
     for (const auto &[address, other] : m_handles.pairs())
         m_people.join(address, other);
+    for (const QString &address : m_handles.addresses()) {
+        if (PhoneAddress(address).isInternational())
+            m_people.number(address);
+    }
 }
 
 CurrentMessages::~CurrentMessages() = default;

@@ -19,6 +19,9 @@ public:
     //! The address of \a row, null when there is none.
     const QString *address(qint64 row) const { return m_byRow.value(row); }
 
+    //! All addresses, each once.
+    const std::deque<QString> &addresses() const { return m_addresses; }
+
     //! Pairs of addresses that the phone itself takes for those of one person.
     const QList<std::pair<QString, QString>> &pairs() const { return m_pairs; }
 

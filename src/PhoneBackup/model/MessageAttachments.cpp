@@ -5,6 +5,7 @@
 #include "model/PathParts.h"
 #include "model/SmsDatabase.h"
 #include "model/Source.h"
+#include "platform/Translation_p.h"
 
 #include <algorithm>
 #include <array>
@@ -13,6 +14,7 @@
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
+using DataExport::tr;
 
 namespace {
 
@@ -76,7 +78,7 @@ Kind kindByContent(const QByteArray &bytes)
 {
     if (bytes.startsWith("\xFF\xD8\xFF") || bytes.startsWith("\x89PNG") || bytes.startsWith("GIF8")
         || bytes.startsWith("II*") || bytes.startsWith("MM\0*"_ba)
-        || (bytes.startsWith("RIFF") && bytes.sliced(8).startsWith("WEBP")))
+        || (bytes.startsWith("RIFF") && bytes.mid(8).startsWith("WEBP")))
         return Kind::Picture;
     if (bytes.startsWith("caff") || bytes.startsWith("#!AMR") || bytes.startsWith("ID3"))
         return Kind::Audio;
@@ -104,6 +106,10 @@ MessageAttachments::MessageAttachments(Source &source, SmsDatabase &database)
 {
     const bool isFirst = !database.hasTable(u"attachment"_s);
     m_table = isFirst ? u"madrid_attachment"_s : u"attachment"_s;
+    const bool isMissing = isFirst ? database.hasTable(u"chat_message_join"_s)
+                                   : !database.hasTable(u"message_attachment_join"_s);
+    if (isMissing && database.hasTable(u"message"_s))
+        database.addLoss(tr("It has no table of attachments that can be read."));
     if (!database.hasTable(m_table))
         return;
     if (isFirst)

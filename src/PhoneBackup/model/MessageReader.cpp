@@ -2,6 +2,8 @@
 
 #include "model/Balloon.h"
 #include "model/Handles.h"
+#include "model/MessageBody.h"
+#include "model/MessageParts.h"
 #include "model/MessageWords.h"
 #include "model/People.h"
 #include "model/SmsDatabase.h"
@@ -98,7 +100,7 @@ struct MessageReader::Details
 MessageReader::MessageReader(Source &source,
                              SmsDatabase &database,
                              const Handles &handles,
-                             const People &people,
+                             People &people,
                              MessageAttachments &attachments)
     : m_source(source)
     , m_database(database)
@@ -182,12 +184,17 @@ void MessageReader::readDeletedParts()
     if (!m_database.hasColumn(table, u"message_id"_s)
         || !m_database.hasColumn(table, u"part_text"_s))
         return;
-    m_database.query(u"message_id, part_text"_s, table, [this](const Statement &row) {
-        const auto part = AttributedText::decode(row.bytes(1));
-        const QString text = StoredText::cleaned(
-            part ? part->text : AttributedText::salvage(row.bytes(1)).value_or(QString()));
-        if (!text.isEmpty())
-            m_deletedParts.insert(row.integer(0), text);
+    const QString what =
+        u"message_id, %1, part_text"_s.arg(m_database.column(table, u"part_index"_s));
+    m_database.query(what, table, [this](const Statement &row) {
+        const auto part = AttributedText::decode(row.bytes(2));
+        QString text = StoredText::cleaned(
+            part ? part->text : AttributedText::salvage(row.bytes(2)).value_or(QString()));
+        if (text.isEmpty() && part && !part->files.isEmpty())
+            text = tr("[Attachment]");
+        QStringList &texts = m_deletedParts[row.integer(0)][row.integer(1)];
+        if (!text.isEmpty() && !texts.contains(text)) // each chat of the message has a row for it
+            texts.append(text);
     });
 }
 
@@ -271,20 +278,28 @@ void MessageReader::readRow(Message &message)
 
     const Details details =
         m_rows->integer(kHasDetails) != 0 ? readDetails(message.row) : Details();
-    m_hints = { {}, {}, details.isAudio };
-    m_textIsUnreadable = false;
+    MessageBody body;
     History history;
-    QString text;
     if (!isReaction(details.associatedType) && details.itemType == 0) {
         const QByteArrayView summary = m_rows->bytes(kSummary);
         if (!summary.isEmpty())
             history = historyOf(summary);
-        text = readText();
-        if (text.isEmpty())
-            text = history.lastText;
+        body = MessageBody::read(*m_rows, kBody, kText);
+        if (body.text.isEmpty() && !history.lastText.isEmpty()) {
+            body.text = history.lastText;
+            body.isUnreadable = false;
+        }
     }
-    MessageParts(m_source, *m_content).set(message, text, m_attachments.of(message.row), m_hints);
+    MessageParts(m_source, *m_content)
+        .set(message,
+             body.text,
+             m_attachments.of(message.row),
+             { std::move(body.places), std::move(body.transcription), details.isAudio });
     setSpecialText(message, details);
+    if (body.isUnreadable) {
+        append(message, MessageWords::unreadable(), u'\n');
+        MessageBody::tellUnreadable(m_source);
+    }
     mark(message, details, history);
 }
 
@@ -315,24 +330,6 @@ MessageReader::Details MessageReader::readDetails(qint64 row)
     return details;
 }
 
-QString MessageReader::readText()
-{
-    const QByteArrayView body = m_rows->bytes(kBody);
-    if (body.isEmpty())
-        return m_rows->text(kText);
-    if (auto decoded = AttributedText::decode(body)) {
-        m_hints.places = std::move(decoded->files);
-        m_hints.transcription = std::move(decoded->transcription);
-        return std::move(decoded->text);
-    }
-    const QString plain = m_rows->text(kText);
-    if (!plain.isEmpty())
-        return plain;
-    const std::optional<QString> salvaged = AttributedText::salvage(body);
-    m_textIsUnreadable = !salvaged;
-    return salvaged.value_or(QString());
-}
-
 void MessageReader::setSpecialText(Message &message, const Details &details)
 {
     if (isReaction(details.associatedType)) {
@@ -340,7 +337,8 @@ void MessageReader::setSpecialText(Message &message, const Details &details)
                                   details.associatedType,
                                   details.associatedGuid,
                                   details.associatedEmoji,
-                                  nameOf(message) });
+                                  nameOf(message),
+                                  message.address ? m_people.number(*message.address) : -1 });
         return;
     }
     if (details.itemType != 0) {
@@ -381,10 +379,13 @@ MessageReader::History MessageReader::historyOf(QByteArrayView summary)
         return history;
     const PropertyList list = PropertyList::parse(summary.toByteArray());
     history.unsent = !list.value("rp").toList().isEmpty();
+    QSet<int> unsent;
+    for (const QVariant &part : list.value("rp").toList())
+        unsent.insert(part.toInt());
     const QVariantMap parts = list.value("ec").toMap();
-    for (const QVariant &part : parts) {
-        const QVariantList versions = part.toList();
-        if (versions.isEmpty())
+    for (auto part = parts.cbegin(); part != parts.cend(); ++part) {
+        const QVariantList versions = part->toList();
+        if (versions.isEmpty() || unsent.contains(part.key().toInt()))
             continue;
         history.edited = true;
         const QByteArray body = versions.last().toMap().value(u"t"_s).toByteArray();
@@ -409,13 +410,6 @@ void MessageReader::mark(Message &message, const Details &details, const History
         else if (history.unsent)
             append(message, MessageWords::unsent(), u'\n');
     }
-    if (m_textIsUnreadable) {
-        append(message, MessageWords::unreadable(), u'\n');
-        m_source.addProblem({ SmsDatabase::kMessages,
-                              u"HomeDomain/Library/SMS/sms.db: attributedBody"_s,
-                              tr("The text of some messages is damaged and could not be read."),
-                              true });
-    }
     const bool isEdited =
         history.edited || (details.edited && !history.unsent && !details.retracted);
     if (isEdited && !isEmpty(message))
@@ -424,20 +418,36 @@ void MessageReader::mark(Message &message, const Details &details, const History
         append(message, MessageWords::effect(details.effect), u' ');
     if (details.isScheduled && message.fromMe && !message.sentDone && !isEmpty(message))
         append(message, MessageWords::scheduled(), u' ');
-    if (!isDeleted) {
-        for (const QString &part : m_deletedParts.values(message.row))
-            append(message, MessageWords::deleted() + u' ' + part, u'\n');
+    const auto deletedParts = m_deletedParts.constFind(message.row);
+    if (deletedParts != m_deletedParts.cend()) {
+        for (const QStringList &texts : *deletedParts) {
+            for (const QString &text : texts) {
+                if (!isDeleted || !message.text.contains(text)) // it may all be gone
+                    append(message, MessageWords::deleted() + u' ' + text, u'\n');
+            }
+        }
     }
     // Rows without anything are the phone's own notes; it does not show them either.
     if (isEmpty(message) && !isReactionRow)
         message.hidden = true;
-    else if (isDeleted && !m_conversation->isDeleted)
+    else if (isDeleted && !m_conversation->isDeleted) {
+        keepForQuotes(message);
         message.text = message.text.isEmpty() ? MessageWords::deleted()
                                               : MessageWords::deleted() + u' ' + message.text;
+    }
+}
+
+// Others quote what was written, and not what marks it.
+void MessageReader::keepForQuotes(Message &message)
+{
+    if (message.text.isEmpty() || (message.extras && !message.extras->parts.isEmpty()))
+        return;
+    m_content->extrasOf(message).parts.append(message.text);
 }
 
 void MessageReader::append(Message &message, const QString &text, QChar separator)
 {
+    keepForQuotes(message);
     if (!message.pieces().isEmpty())
         m_content->addText(message, text);
     else

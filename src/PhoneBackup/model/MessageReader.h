@@ -3,10 +3,10 @@
 
 #include "model/Conversation.h"
 #include "model/ConversationContent.h"
-#include "model/MessageParts.h"
 #include "model/MessageRelations.h"
 
 #include <QHash>
+#include <QMap>
 #include <QSet>
 
 #include <memory>
@@ -14,6 +14,7 @@
 namespace PhoneBackup {
 
 class Handles;
+class MessageAttachments;
 class People;
 class SmsDatabase;
 class Source;
@@ -32,7 +33,7 @@ public:
     MessageReader(Source &source,
                   SmsDatabase &database,
                   const Handles &handles,
-                  const People &people,
+                  People &people,
                   MessageAttachments &attachments);
     ~MessageReader();
 
@@ -60,11 +61,11 @@ private:
     void readDeletedParts();
     void readRow(Message &message);
     Details readDetails(qint64 row);
-    QString readText();
     void setSpecialText(Message &message, const Details &details);
     QString eventLine(const Message &message, const Details &details) const;
     static History historyOf(QByteArrayView summary);
     void mark(Message &message, const Details &details, const History &history);
+    void keepForQuotes(Message &message);
     void append(Message &message, const QString &text, QChar separator);
     QString nameOf(const Message &message) const;
     void nameParticipants();
@@ -72,12 +73,12 @@ private:
     Source &m_source;
     SmsDatabase &m_database;
     const Handles &m_handles;
-    const People &m_people;
+    People &m_people;
     MessageAttachments &m_attachments;
     std::unique_ptr<Statement> m_rows;
     std::unique_ptr<Statement> m_details;
     std::unique_ptr<Statement> m_dates;
-    QMultiHash<qint64, QString> m_deletedParts; // of messages that are still there
+    QHash<qint64, QMap<qint64, QStringList>> m_deletedParts; // by message, then number of the part
     bool m_prepared = false;
 
     // Of the conversation that is being read.
@@ -85,9 +86,6 @@ private:
     ConversationContent *m_content = nullptr;
     MessageRelations m_relations;
     QSet<const QString *> m_senders;
-    // Of the message that is being read.
-    MessageParts::Hints m_hints;
-    bool m_textIsUnreadable = false;
 };
 
 } // namespace PhoneBackup

@@ -27,6 +27,8 @@ bool isRemoval(qint64 type)
 int kindOf(qint64 type)
 {
     const qint64 given = isRemoval(type) ? type - 1000 : type;
+    if (given == kSticker)
+        return 3;
     return given < kStickerReaction ? 0 : given == kStickerReaction ? 1 : 2;
 }
 
@@ -61,7 +63,8 @@ void MessageRelations::addReaction(const Reaction &reaction)
                             part,
                             reaction.type,
                             reaction.emoji,
-                            reaction.who });
+                            reaction.who,
+                            reaction.person });
 }
 
 void MessageRelations::addReply(Message &message, QByteArrayView target, const QString &part)
@@ -117,7 +120,7 @@ void MessageRelations::hideSuperseded()
                           reaction.part,
                           kindOf(reaction.type),
                           reaction.message->fromMe,
-                          reaction.message->address);
+                          reaction.person);
     };
     std::sort(m_reactions.begin(), m_reactions.end(), [&](const Known &a, const Known &b) {
         const auto first = subject(a);

@@ -28,6 +28,7 @@ public:
         QString target; //!< As the row names it.
         QString emoji;
         QString who;
+        int person; //!< The same for all addresses of who it is from.
     };
 
     static quint64 hashOf(QByteArrayView guid);
@@ -54,6 +55,7 @@ private:
         qint64 type;
         QString emoji;
         QString who;
+        int person;
     };
     struct Reply
     {

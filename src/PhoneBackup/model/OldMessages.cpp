@@ -2,12 +2,12 @@
 
 #include "model/AttachmentFiles.h"
 #include "model/ConversationContent.h"
+#include "model/MessageBody.h"
 #include "model/MessageWords.h"
 #include "model/PathParts.h"
 #include "model/Source.h"
 #include "model/StoredText.h"
 #include "platform/Translation_p.h"
-#include "plist/AttributedText.h"
 #include "plist/PropertyList.h"
 
 #include <algorithm>
@@ -67,9 +67,8 @@ qint64 dateMs(const Statement &row)
     return date > 0 && date < kYear2200 ? date * 1000 : Conversation::kNoDate;
 }
 
-bool isKnown(const Statement &row)
+bool isKnown(const Statement &row, qint64 flags)
 {
-    const qint64 flags = row.integer(kFlags);
     return isMadrid(row) || flags == kReceived || flags == kSent || flags == kFailed
         || flags == kFailedToo || flags == kDeleted || flags == kInvalidRecipient;
 }
@@ -101,6 +100,7 @@ OldMessages::OldMessages(Source &source, std::unique_ptr<SmsDatabase> database)
     , m_handles(*m_database)
     , m_people(source.addressBook())
     , m_attachments(source, *m_database)
+    , m_hasFlags(m_database->hasColumn(u"message"_s, u"flags"_s))
 {
     QStringList wanted { u"ROWID"_s };
     for (const QString &name : { u"text"_s,
@@ -198,11 +198,15 @@ std::vector<Conversation> OldMessages::takeConversations()
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     for (const qint64 row : rows) {
-        if (!step(row) || !isKnown(*m_rows))
+        if (!step(row) || !isKnown(*m_rows, flags()))
             continue;
         Conversation &conversation = m_conversations[std::size_t(conversationOf(*m_rows))];
+        const QString sender =
+            isMadrid(*m_rows) ? m_rows->text(kMadridHandle).trimmed() : QString();
+        if (!sender.isEmpty() && !conversation.addresses.contains(sender))
+            conversation.addresses.append(sender); // no list of a room need name everybody
         conversation.messages.push_back(row);
-        if (!isMadrid(*m_rows) && m_rows->integer(kFlags) == kDeleted)
+        if (!isMadrid(*m_rows) && flags() == kDeleted)
             conversation.deleted.push_back(row);
         conversation.lastDateMs = std::max(conversation.lastDateMs, dateMs(*m_rows));
     }
@@ -267,6 +271,12 @@ int OldMessages::conversationWith(const QStringList &addresses, const QString &g
     return *known;
 }
 
+// The earliest tables may have no such column: then nobody knows more than that it is a message.
+qint64 OldMessages::flags() const
+{
+    return m_hasFlags ? m_rows->integer(kFlags) : qint64(kReceived);
+}
+
 bool OldMessages::step(qint64 row)
 {
     if (!m_rows)
@@ -312,7 +322,8 @@ void OldMessages::readMessage(Message &message, ConversationContent &content)
     const Statement &row = *m_rows;
     message.dateMs = dateMs(row);
     message.normalSms = !isMadrid(row);
-    QString text = row.text(kText);
+    QString text;
+    bool isUnreadable = false;
     QList<MessageAttachment> attachments;
     MessageParts::Hints hints;
     const QString subject = StoredText::cleaned(row.text(kSubject));
@@ -325,20 +336,24 @@ void OldMessages::readMessage(Message &message, ConversationContent &content)
         message.sentDone = !message.fromMe
             || (row.integer(kMadridError) == 0 && (flags & (kDelivered | kWasSent)) != 0);
         address = row.text(kMadridHandle).trimmed();
-        auto decoded = AttributedText::decode(row.bytes(kMadridBody));
-        if (decoded && !decoded->text.isEmpty()) {
-            text = std::move(decoded->text);
-            hints.places = std::move(decoded->files);
-        }
+        MessageBody body = MessageBody::read(row, kMadridBody, kText);
+        text = std::move(body.text);
+        hints.places = std::move(body.places);
+        isUnreadable = body.isUnreadable;
         attachments = m_attachments.of(message.row);
     } else {
-        const qint64 flags = row.integer(kFlags);
-        message.fromMe = flags != kReceived;
-        message.sentDone = flags == kReceived || flags == kSent || flags == kDeleted;
+        const qint64 kind = flags();
+        message.fromMe = kind != kReceived;
+        message.sentDone = kind == kReceived || kind == kSent || kind == kDeleted;
+        text = row.text(kText);
         address = row.text(kAddress).trimmed();
     }
     MessageParts parts(m_source, content);
     parts.set(message, text, attachments, hints);
+    if (isUnreadable) {
+        parts.addText(message, MessageWords::unreadable());
+        MessageBody::tellUnreadable(m_source);
+    }
     if (!message.fromMe && !address.isEmpty())
         message.address = m_handles.intern(address);
     for (const Part &part : partsOf(message.row))

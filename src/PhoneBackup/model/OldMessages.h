@@ -48,6 +48,7 @@ private:
     int conversationOf(const Statement &row);
     int conversationWith(const QStringList &addresses, const QString &group);
     bool step(qint64 row);
+    qint64 flags() const;
     void readMessage(Message &message, ConversationContent &content);
     void readPart(const Part &part, Message &message, MessageParts &parts);
     MessageAttachment attachmentOf(const Part &part) const;
@@ -58,6 +59,7 @@ private:
     Handles m_handles;
     People m_people;
     MessageAttachments m_attachments; // of iMessages
+    bool m_hasFlags;
     std::unique_ptr<Statement> m_rows;
     std::unique_ptr<Statement> m_partTexts;
     QHash<qint64, QStringList> m_members; // of a group by its number

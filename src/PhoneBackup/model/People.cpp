@@ -2,7 +2,7 @@
 
 #include "model/AddressBook.h"
 
-#include <algorithm>
+#include <QSet>
 
 namespace PhoneBackup {
 
@@ -18,26 +18,38 @@ int People::number(const QString &address)
         return *known;
     const int person = m_addressBook.person(address);
     int number = 2 * person; // even: of the address book
-    if (person == AddressBook::kNobody) {
-        const PhoneAddress stranger(address);
-        const auto [first, last] = m_buckets.equal_range(stranger.bucket());
-        int best = 0;
-        int index = int(m_strangers.size());
-        for (auto it = first; it != last; ++it) {
-            const int match = PhoneAddress::match(stranger, m_strangers[std::size_t(*it)]);
-            if (match > best || (match == best && match > 0 && *it < index)) {
-                best = match;
-                index = *it;
-            }
-        }
-        if (best == 0) {
-            m_buckets.insert(stranger.bucket(), index);
-            m_strangers.push_back(stranger);
-        }
-        number = 2 * index + 1;
-    }
+    if (person == AddressBook::kNobody)
+        number = 2 * stranger(PhoneAddress(address)) + 1;
     m_known.insert(address, number);
     return number;
+}
+
+// The stranger at \a address: the one with the address that matches best. Numbers of different
+// countries are not of one person, however well a local number matches both; a local number that
+// matches two people equally well is of neither.
+int People::stranger(const PhoneAddress &address)
+{
+    const auto [first, last] = m_buckets.equal_range(address.bucket());
+    QSet<int> others;
+    for (auto it = first; it != last; ++it) {
+        if (PhoneAddress::areApart(address, it->address))
+            others.insert(it->person);
+    }
+    int best = 0;
+    int person = -1;
+    bool isClear = false;
+    for (auto it = first; it != last; ++it) {
+        const int match = PhoneAddress::match(address, it->address);
+        if (match == 0 || match < best || others.contains(it->person))
+            continue;
+        isClear = match > best || (isClear && it->person == person);
+        best = match;
+        person = it->person;
+    }
+    if (!isClear)
+        person = m_strangers++;
+    m_buckets.insert(address.bucket(), { address, person });
+    return person;
 }
 
 void People::join(const QString &address, const QString &other)

@@ -6,15 +6,13 @@
 #include <QHash>
 #include <QString>
 
-#include <vector>
-
 namespace PhoneBackup {
 
 class AddressBook;
 
 /*!
     \brief Tells which addresses belong to one person: those that the address book gives to one, and
-    those that match each other.
+    those that match each other. Numbers with their country are best asked for first.
 */
 class People
 {
@@ -31,9 +29,17 @@ public:
     QString name(const QString &address) const;
 
 private:
+    struct Known
+    {
+        PhoneAddress address;
+        int person;
+    };
+
+    int stranger(const PhoneAddress &address);
+
     const AddressBook &m_addressBook;
-    std::vector<PhoneAddress> m_strangers;
-    QMultiHash<QString, int> m_buckets; // PhoneAddress::bucket() to indices of strangers
+    int m_strangers = 0; // people that are not in the address book
+    QMultiHash<QString, Known> m_buckets; // by PhoneAddress::bucket()
     QHash<QString, int> m_known;
 };
 

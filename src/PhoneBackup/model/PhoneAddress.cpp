@@ -114,4 +114,9 @@ int PhoneAddress::match(const PhoneAddress &a, const PhoneAddress &b)
     return shorter.size() >= kBucketDigits && longer.endsWith(shorter) ? int(shorter.size()) : 0;
 }
 
+bool PhoneAddress::areApart(const PhoneAddress &a, const PhoneAddress &b)
+{
+    return a.m_international && b.m_international && a.m_text != b.m_text;
+}
+
 } // namespace PhoneBackup

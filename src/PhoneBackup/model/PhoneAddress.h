@@ -38,6 +38,11 @@ public:
     */
     static int match(const PhoneAddress &a, const PhoneAddress &b);
 
+    //! Whether both are numbers with their country, and different.
+    static bool areApart(const PhoneAddress &a, const PhoneAddress &b);
+
+    bool isInternational() const { return m_international; }
+
 private:
     void setNumber(const QString &text);
 

@@ -16,6 +16,8 @@ constexpr uchar kLongLong = 0x87;
 constexpr uchar kFirstSmall = 0x92;
 constexpr int kReferenceBase = 110;
 constexpr int kMaxDepth = 64;
+constexpr qsizetype kMaxTypes = 256; // in one group; they are looked at anew each time
+constexpr qsizetype kMaxEntries = 1 << 16; // of the tables of objects and of strings
 constexpr qint64 kSystemVersion = 1000;
 
 qint64 littleEndian(QByteArrayView bytes)
@@ -157,12 +159,23 @@ QByteArrayView TypedStream::readString()
         return {};
     if (first == kNew) {
         const QByteArrayView bytes = takeBytes(readInteger(true));
+        if (m_strings.size() >= kMaxEntries)
+            fail();
         if (!m_bad)
             m_strings.append(bytes);
         return bytes;
     }
     const int index = reference(first, m_strings.size());
     return index == kNil ? QByteArrayView() : m_strings[index];
+}
+
+TypedStream::Index TypedStream::addObject()
+{
+    if (m_objects.size() < kMaxEntries)
+        m_objects.append(Object());
+    else
+        fail(); // what is then written over the last one is seen by nobody
+    return Index(m_objects.size()) - 1;
 }
 
 TypedStream::Index TypedStream::readObject(int depth)
@@ -180,8 +193,7 @@ TypedStream::Index TypedStream::readObject(int depth)
         fail();
         return kNil;
     }
-    const Index self = Index(m_objects.size());
-    m_objects.append(Object());
+    const Index self = addObject();
     const Index type = readClass(depth);
     Assembly assembly { self, kindOfClass(object(type).text) };
     m_objects[self].kind = assembly.kind;
@@ -206,8 +218,7 @@ TypedStream::Index TypedStream::readClass(int depth)
         fail();
         return kNil;
     }
-    const Index self = Index(m_objects.size());
-    m_objects.append(Object());
+    const Index self = addObject();
     m_objects[self].kind = Object::Kind::Class;
     m_objects[self].text = readString();
     readInteger(true); // its version
@@ -222,8 +233,7 @@ TypedStream::Index TypedStream::readCString()
         return kNil;
     if (first != kNew)
         return reference(first, m_objects.size());
-    const Index self = Index(m_objects.size());
-    m_objects.append(Object());
+    const Index self = addObject();
     m_objects[self].text = readString();
     return m_bad ? kNil : self;
 }
@@ -231,7 +241,7 @@ TypedStream::Index TypedStream::readCString()
 void TypedStream::readGroup(int depth, Assembly &assembly)
 {
     const QByteArrayView types = readString();
-    if (types.isEmpty())
+    if (types.isEmpty() || types.size() > kMaxTypes)
         return fail();
     Value first;
     Value second;

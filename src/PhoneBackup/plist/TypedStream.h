@@ -79,6 +79,7 @@ private:
     qint64 integerAfter(uchar first, bool isUnsigned);
     int reference(uchar first, qsizetype tableSize);
     QByteArrayView readString();
+    Index addObject();
     Index readObject(int depth);
     Index readClass(int depth);
     Index readCString();

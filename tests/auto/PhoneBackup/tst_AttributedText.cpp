@@ -68,6 +68,8 @@ void tst_AttributedText::readsTexts_data()
         QTest::addRow("%d bytes", size) << Sample::attributedBody(text) << text;
     }
     const QString emoji = u"\U0001F468\u200D\U0001F469 \u05E9 \u0645"_s;
+    QTest::newRow("with more objects")
+        << kHi.chopped(1) + QByteArray::fromHex("9c8485").repeated(70) + '\x86' << u"Hi!"_s;
     QTest::newRow("outside the BMP") << Sample::attributedBody(emoji) << emoji;
     QTest::newRow("a plain string") << kStart
             + QByteArray::fromHex("840140"
@@ -140,6 +142,11 @@ void tst_AttributedText::refusesWhatIsDamaged_data()
             + QByteArray::fromHex("840f5b3939393939393939397b613d7d5d") + QByteArray(8, '\x86');
     QTest::newRow("arrays in arrays")
         << kStart + object + QByteArray("\x84\x7e") + QByteArray("[9").repeated(63);
+    // Each would be looked at anew for every value of its type.
+    QTest::newRow("types without an end") << kHi.chopped(1) + QByteArray::fromHex("84813001") + '['
+            + QByteArray(300, '0') + "1c]x\x86";
+    QTest::newRow("more objects than any text has")
+        << kHi.chopped(1) + QByteArray::fromHex("9c8485").repeated(70'000) + '\x86';
     QTest::newRow("objects in objects") << kStart
             + QByteArray::fromHex("8401408484840158"
                                   "0085")

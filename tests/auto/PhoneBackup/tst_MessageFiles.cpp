@@ -56,6 +56,9 @@ void tst_MessageFiles::showsFilesInTheirPlaces_data()
                                                                    << u"{image/heic a.HEIC}"_s;
     QTest::newRow("type by the content")
         << message(1, "NULL") + attachment(1, 1, folder + "png'") << u"{image/png png}"_s;
+    QTest::newRow("no type by a content that is cut off")
+        << message(1, "NULL") + attachment(1, 1, folder + "riff'")
+        << u"[File: riff]{application/octet-stream riff}"_s;
     QTest::newRow("hidden and of a balloon")
         << message(1, "'x'") + attachment(1, 1, folder + "a.jpg'", "hide_attachment = 1")
             + attachment(2, 1, folder + "b.pluginPayloadAttachment'")
@@ -108,6 +111,7 @@ void tst_MessageFiles::showsFilesInTheirPlaces()
     };
     add(u"a.jpg"_s, "a");
     add(u"png"_s, "\x89PNG....");
+    add(u"riff"_s, "RIFF");
     add(u"c.vcf"_s, "BEGIN:VCARD\r\nitem1.TEL:1\r\nFN;CHARSET=utf-8:Carl\\; Jr.\r\nEND:VCARD\r\n");
     add(u"x.loc.vcf"_s, "BEGIN:VCARD\nitem1.URL;type=pref:https://maps.example/?ll=1\\,2\n");
     // Frames of 20 ms in the mode that takes 13 bytes.

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void readsEveryEra_data();
     void readsEveryEra();
     void readsWhatIsOlder();
+    void readsTheFirstIMessages();
     void mergesConversations_data();
     void mergesConversations();
     void ordersConversationsAndMessages();
@@ -80,6 +81,22 @@ void tst_Messages::showsEveryKindOfMessage_data()
                        { u"ec"_s, QVariantMap { { u"0"_s, QVariantList { versions, versions } } } },
                        { u"ust"_s, true } })))
         << QStringList { ann("Last [Edited]") };
+    QTest::newRow("edited, of which a part was unsent then")
+        << message(1,
+                   "NULL",
+                   "message_summary_info, attributedBody",
+                   hex(Sample::binaryPropertyList(
+                       QVariantMap { { u"ec"_s,
+                                       QVariantMap { { u"0"_s, QVariantList { versions } },
+                                                     { u"1"_s, QVariantList { versions } } } },
+                                     { u"rp"_s, QVariantList { 0 } } }))
+                       + ", x'040b'")
+        << QStringList { ann("Last|[Unsent] [Edited]") };
+    QTest::newRow("marks are not quoted")
+        << message(1, "'New'", "date_edited", "700000001000000001")
+            + message(
+                2, "'x'", "associated_message_type, associated_message_guid", "2001, 'p:0/guid-1'")
+        << QStringList { ann("New [Edited]"), ann("Ann liked “New”") };
     QTest::newRow("unsent") << message(1, "NULL", "date_retracted", "700000001000000001")
                             << QStringList { ann("[Unsent]") };
     QTest::newRow("partly unsent")
@@ -92,6 +109,17 @@ void tst_Messages::showsEveryKindOfMessage_data()
         << message(1, "'Rest'") + "INSERT INTO recoverable_message_part VALUES (1, 1, 1, 5, "
             + hex(Sample::attributedBody(u"Gone"_s)) + ", 0);"
         << QStringList { ann("Rest|[Deleted] Gone") };
+    const auto deletedPart = [](int chat, int number, const QByteArray &text) {
+        return "INSERT INTO recoverable_message_part VALUES (" + QByteArray::number(chat) + ", 1, "
+            + QByteArray::number(number) + ", 5, " + text + ", 0);";
+    };
+    QTest::newRow("parts deleted, in two chats, a file among them")
+        << message(1, "'Rest'") + deletedPart(1, 2, hex(Sample::attributedBody(u"second"_s)))
+            + deletedPart(1, 1, hex(Sample::attributedBody(u"first"_s)))
+            + deletedPart(2, 1, hex(Sample::attributedBody(u"first"_s)))
+            + deletedPart(
+                1, 3, hex(Sample::attributedBody(u"\uFFFC"_s, { { 1, 0, u"file-1"_s, {}, {} } })))
+        << QStringList { ann("Rest|[Deleted] first|[Deleted] second|[Deleted] [Attachment]") };
 
     const QByteArray reaction = "associated_message_type, associated_message_guid";
     const QByteArray target = message(1, "'See you\nthere'");
@@ -134,6 +162,17 @@ void tst_Messages::showsEveryKindOfMessage_data()
                          ann("Ann put a sticker on “See you there”{image/heics star.heics}"),
                          ann("Ann put a sticker on “See you there”"),
                          ann("Ann liked “See you there”") };
+    QTest::newRow("a sticker behind a reaction")
+        << target + message(2, "'x'", reaction, "2000, 'p:0/guid-1'")
+            + message(3, "'x'", reaction, "1000, 'p:0/guid-1'")
+        << QStringList { ann("See you|there"),
+                         ann("Ann loved “See you there”"),
+                         ann("Ann put a sticker on “See you there”") };
+    QTest::newRow("one person reacts from two addresses")
+        << "INSERT INTO handle(ROWID, id, service) VALUES (2, 'ann@example.org', 'iMessage');"_ba
+            + target + message(2, "'x'", reaction, "2000, 'p:0/guid-1'")
+            + message(3, "'x'", reaction, "2001, 'p:0/guid-1'", "2")
+        << QStringList { ann("See you|there"), u"ann@example.org: Ann liked “See you there”"_s };
     QTest::newRow("a sticker that was taken off")
         << target + message(2, "'x'", reaction, "2007, 'p:0/guid-1'")
             + message(3, "'x'", reaction, "3007, 'p:0/guid-1'")
@@ -347,6 +386,36 @@ void tst_Messages::readsWhatIsOlder()
              QStringList({ u"7 Ann/gone (5) (loss)"_s, u"7 28777, Bob/5-3 (4) (loss)"_s }));
 }
 
+void tst_Messages::readsTheFirstIMessages()
+{
+    MessageFixture fixture;
+    const QByteArray body = Sample::attributedBody(u"whole"_s);
+    fixture.addDatabase(BackupFixture::database(
+        ("CREATE TABLE message (ROWID INTEGER PRIMARY KEY, address TEXT, date INTEGER, text TEXT,"
+         " is_madrid INTEGER, madrid_handle TEXT, madrid_roomname TEXT, madrid_flags INTEGER,"
+         " madrid_error INTEGER, madrid_attributedBody BLOB);"
+         "INSERT INTO message VALUES"
+         " (1, '28777', 1300000000, 'without a word on its way', 0, NULL, NULL, 0, 0, NULL),"
+         " (2, NULL, 330000000, NULL, 1, 'ann@example.org', 'chat5', 1, 0, "
+         + hex(body) + "), (3, NULL, 330000001, NULL, 1, 'bob@example.org', 'chat5', 1, 0, "
+         + hex(body.chopped(9))
+         + "), (4, NULL, 330000002, NULL, 1, 'bob@example.org', 'chat5', 1,"
+           " 0, x'040b');")
+            .constData()));
+    fixture.writer.addFile(
+        u"HomeDomain"_s, u"Library/AddressBook/AddressBook.sqlitedb"_s, addressBook());
+    // Nothing tells who is in the room but those who wrote.
+    QCOMPARE(fixture.conversations(),
+             QStringList({ u"Ann, Bob||ann@example.org, bob@example.org"_s, u"28777|28777|"_s }));
+    QCOMPARE(fixture.messages(0),
+             QStringList({ u"ann@example.org: whole"_s,
+                           u"bob@example.org: whole"_s,
+                           u"bob@example.org: [This message could not be read]"_s }));
+    QCOMPARE(fixture.content(0)->addrIds().size(), 2);
+    QCOMPARE(fixture.messages(1), QStringList { u"28777: without a word on its way"_s });
+    QCOMPARE(fixture.problems().size(), 1);
+}
+
 void tst_Messages::mergesConversations_data()
 {
     QTest::addColumn<QByteArray>(
@@ -378,6 +447,13 @@ void tst_Messages::mergesConversations_data()
         << chat(1, "45, '+15550100777', NULL, NULL, NULL", { "+15550100777" })
             + chat(2, "45, '5550100777', NULL, NULL, NULL", { "5550100777" })
         << QStringList { u"+15550100777|+15550100777, 5550100777|"_s };
+    QTest::newRow("a local number that two strangers may have")
+        << chat(1, "45, '5551234', NULL, NULL, NULL", { "5551234" })
+            + chat(2, "45, '+12125551234', NULL, NULL, NULL", { "+12125551234" })
+            + chat(3, "45, '+13055551234', NULL, NULL, NULL", { "+13055551234" })
+        << QStringList { u"+13055551234|+13055551234|"_s,
+                         u"+12125551234|+12125551234|"_s,
+                         u"5551234|5551234|"_s };
     QTest::newRow("number and e-mail of one person")
         << chat(1, "45, '+15550100123', NULL, NULL, NULL", { "+15550100123" })
             + chat(2, "45, 'ann@example.org', NULL, NULL, NULL", { "ann@example.org" })
@@ -545,7 +621,8 @@ void tst_Messages::marksDeletedOnes()
           " (2, 'b', 'two', 12), (3, 'c', 'three', 13), (4, 'd', 'four', 1);"
           "INSERT INTO chat_message_join(chat_id, message_id) VALUES (1, 1), (1, 3);"
           "INSERT INTO chat_recoverable_message_join(chat_id, message_id, delete_date) VALUES"
-          " (1, 2, 5), (1, 3, 5), (2, 4, 5);"
+          " (1, 2, 5), (1, 3, 5), (2, 4, 5), (99, 5, 5);"
+          "INSERT INTO message(ROWID, guid, text, handle_id, date) VALUES (5, 'e', 'five', 1, 14);"
         + attachment(1, 2, "'~/Library/SMS/Attachments/a.jpg'"));
     fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Attachments/a.jpg"_s, "a");
     QCOMPARE(fixture.conversations(),
@@ -553,7 +630,8 @@ void tst_Messages::marksDeletedOnes()
     QCOMPARE(fixture.messages(0),
              QStringList({ kAnnSays + u"one"_s,
                            kAnnSays + u"[Deleted] two{image/jpg a.jpg}"_s,
-                           kAnnSays + u"three"_s }));
+                           kAnnSays + u"three"_s,
+                           kAnnSays + u"[Deleted] five"_s })); // its chat is gone, too
     QCOMPARE(fixture.messages(1), QStringList { u"28777: four"_s });
     QCOMPARE(fixture.list(MessageFixture::kFiles),
              QStringList { u"+15550100123/a.jpg [deleted]"_s });
