@@ -231,7 +231,7 @@ ExitCode ExportRun::tell(const Outcome &result)
     if (!result.message.isEmpty())
         sayWhatIsThere(m_console, result.types, m_options.output);
     sayFailures(m_console, m_report);
-    if (m_heicCopies.count() > 0)
+    if (m_heicCopies.count() > 0 && !m_options.quiet)
         m_console.note(
             u"JPEG copies made of HEIC pictures: %1"_s.arg(grouped(m_heicCopies.count())));
     const QByteArray text = m_options.json ? summaryJson(result, m_backup, m_report)

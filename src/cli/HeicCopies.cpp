@@ -4,11 +4,15 @@
 #include "platform/CCommonUtils.h"
 
 #include <QBuffer>
+#include <QColorSpace>
 #include <QDir>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QImageWriter>
+#include <QPainter>
 #include <QSaveFile>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -20,6 +24,16 @@ constexpr int kQuality = 92;
 constexpr int kMaxDecodedMb = 1024; // a quarter of a billion pixels
 constexpr qsizetype kStartOfImage = 2;
 
+// What a JPEG cannot let shine through is paper.
+QImage onWhite(const QImage &picture)
+{
+    QImage opaque(picture.size(), QImage::Format_RGB32);
+    opaque.fill(Qt::white);
+    opaque.setColorSpace(picture.colorSpace());
+    QPainter(&opaque).drawImage(0, 0, picture);
+    return opaque;
+}
+
 QByteArray jpegOf(const QString &path, QString &why)
 {
     const int before = QImageReader::allocationLimit();
@@ -27,12 +41,14 @@ QByteArray jpegOf(const QString &path, QString &why)
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
-    const QImage picture = reader.read();
+    QImage picture = reader.read();
     QImageReader::setAllocationLimit(before);
     if (picture.isNull()) {
         why = reader.errorString();
         return {};
     }
+    if (picture.hasAlphaChannel())
+        picture = onWhite(picture);
     QBuffer jpeg;
     jpeg.open(QIODevice::WriteOnly);
     QImageWriter writer(&jpeg, "jpeg");
@@ -80,7 +96,8 @@ void HeicCopies::itemFailed(const QString &typeName,
 
 void HeicCopies::itemExported(const QString &typeName, const QString &itemName)
 {
-    if (!m_failed)
+    // It stands for the file that was copied last: pages tell of items without any.
+    if (!std::exchange(m_failed, false))
         m_report.itemExported(typeName, itemName);
 }
 

@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <libexif/exif-data.h>
+#include <libexif/exif-loader.h>
 #include <memory>
 
 namespace Cli {
@@ -15,6 +16,8 @@ namespace {
 
 constexpr std::size_t kMaxBlockBytes = 8 * 1024 * 1024;
 constexpr qsizetype kMaxSegmentBytes = 65535 - 2; // its length counts itself
+constexpr quint16 kUpright = 1;
+const QByteArray kName("Exif\0\0", 6);
 
 template <auto Free>
 struct Deleter
@@ -28,14 +31,15 @@ struct Deleter
 using Context = std::unique_ptr<heif_context, Deleter<heif_context_free>>;
 using Handle = std::unique_ptr<heif_image_handle, Deleter<heif_image_handle_release>>;
 using Exif = std::unique_ptr<ExifData, Deleter<exif_data_unref>>;
+using Loader = std::unique_ptr<ExifLoader, Deleter<exif_loader_unref>>;
 
 bool isOk(const heif_error &error)
 {
     return error.code == heif_error_Ok;
 }
 
-// The block as the file holds it: four bytes say how many more to skip before it begins.
-QByteArray storedBlock(const QString &path)
+// The block of a HEIC file: four bytes say how many more to skip before it begins.
+QByteArray heicBlock(const QString &path)
 {
     const Context context(heif_context_alloc());
     if (!context
@@ -59,11 +63,60 @@ QByteArray storedBlock(const QString &path)
     return start < block.size() ? block.sliced(static_cast<qsizetype>(start)) : QByteArray();
 }
 
-void setUpright(ExifData &data)
+// The block of a JPEG file, whatever its name says.
+QByteArray jpegBlock(const QString &path)
 {
-    ExifEntry *entry = exif_content_get_entry(data.ifd[EXIF_IFD_0], EXIF_TAG_ORIENTATION);
-    if (entry != nullptr && entry->format == EXIF_FORMAT_SHORT && entry->size >= 2)
-        exif_set_short(entry->data, exif_data_get_byte_order(&data), 1);
+    const Loader loader(exif_loader_new());
+    if (!loader)
+        return {};
+    exif_loader_write_file(loader.get(), QFile::encodeName(path).constData());
+    const unsigned char *bytes = nullptr;
+    unsigned int size = 0;
+    exif_loader_get_buf(loader.get(), &bytes, &size);
+    const QByteArray block(reinterpret_cast<const char *>(bytes), static_cast<qsizetype>(size));
+    return block.startsWith(kName) ? block.sliced(kName.size()) : QByteArray();
+}
+
+QByteArray storedBlock(const QString &path)
+{
+    QFile file(path);
+    const bool isJpeg = file.open(QIODevice::ReadOnly) && file.read(2) == "\xFF\xD8";
+    return isJpeg ? jpegBlock(path) : heicBlock(path);
+}
+
+template <typename Number>
+Number numberAt(const QByteArray &block, qsizetype at, bool isBigEndian)
+{
+    return isBigEndian ? qFromBigEndian<Number>(block.constData() + at)
+                       : qFromLittleEndian<Number>(block.constData() + at);
+}
+
+// Changes the two bytes that tell the orientation, and nothing else: makers' notes hold places of
+// their own.
+void setUpright(QByteArray &block)
+{
+    constexpr qsizetype kHeaderSize = 8;
+    constexpr qsizetype kEntrySize = 12;
+    constexpr quint16 kOrientation = 0x0112;
+    constexpr quint16 kShort = 3;
+    if (block.size() < kHeaderSize)
+        return;
+    const bool isBigEndian = block.startsWith("MM");
+    const qsizetype directory = numberAt<quint32>(block, 4, isBigEndian);
+    if (directory > block.size() - qsizetype { sizeof(quint16) })
+        return;
+    const int count = numberAt<quint16>(block, directory, isBigEndian);
+    qsizetype entry = directory + qsizetype { sizeof(quint16) };
+    for (int i = 0; i < count && entry <= block.size() - kEntrySize; ++i, entry += kEntrySize) {
+        if (numberAt<quint16>(block, entry, isBigEndian) != kOrientation
+            || numberAt<quint16>(block, entry + 2, isBigEndian) != kShort)
+            continue;
+        char *value = block.data() + entry + 8;
+        if (isBigEndian)
+            qToBigEndian<quint16>(kUpright, value);
+        else
+            qToLittleEndian<quint16>(kUpright, value);
+    }
 }
 
 void removeEntry(ExifData &data, ExifIfd ifd, ExifTag tag)
@@ -72,11 +125,21 @@ void removeEntry(ExifData &data, ExifIfd ifd, ExifTag tag)
         exif_content_remove_entry(data.ifd[ifd], entry);
 }
 
-QByteArray saved(ExifData &data)
+// A block that is too large for a JPEG, without what only the camera's maker understands.
+QByteArray withoutMakerNote(const QByteArray &named)
 {
+    const Exif data(exif_data_new());
+    if (!data)
+        return {};
+    exif_data_unset_option(data.get(), EXIF_DATA_OPTION_FOLLOW_SPECIFICATION);
+    exif_data_unset_option(data.get(), EXIF_DATA_OPTION_IGNORE_UNKNOWN_TAGS);
+    exif_data_load_data(data.get(),
+                        reinterpret_cast<const unsigned char *>(named.constData()),
+                        static_cast<unsigned int>(named.size()));
+    removeEntry(*data, EXIF_IFD_EXIF, EXIF_TAG_MAKER_NOTE);
     unsigned char *bytes = nullptr;
     unsigned int size = 0;
-    exif_data_save_data(&data, &bytes, &size);
+    exif_data_save_data(data.get(), &bytes, &size);
     const QByteArray result(reinterpret_cast<const char *>(bytes), static_cast<qsizetype>(size));
     std::free(bytes); // NOLINT(cppcoreguidelines-no-malloc): the library's own
     return result;
@@ -86,23 +149,13 @@ QByteArray saved(ExifData &data)
 
 QByteArray jpegExif(const QString &path)
 {
-    const QByteArray block = storedBlock(path);
+    QByteArray block = storedBlock(path);
     if (block.isEmpty())
         return {};
-    const QByteArray named = QByteArray("Exif\0\0", 6) + block;
-    const Exif data(exif_data_new());
-    if (!data)
-        return {};
-    exif_data_unset_option(data.get(), EXIF_DATA_OPTION_FOLLOW_SPECIFICATION);
-    exif_data_load_data(data.get(),
-                        reinterpret_cast<const unsigned char *>(named.constData()),
-                        static_cast<unsigned int>(named.size()));
-    setUpright(*data);
-    QByteArray content = saved(*data);
-    if (content.size() > kMaxSegmentBytes) { // what only the camera's maker understands
-        removeEntry(*data, EXIF_IFD_EXIF, EXIF_TAG_MAKER_NOTE);
-        content = saved(*data);
-    }
+    setUpright(block);
+    QByteArray content = kName + block;
+    if (content.size() > kMaxSegmentBytes)
+        content = withoutMakerNote(content);
     if (content.isEmpty() || content.size() > kMaxSegmentBytes)
         return {};
     QByteArray segment("\xFF\xE1\0\0", 4);

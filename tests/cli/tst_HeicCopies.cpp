@@ -1,10 +1,12 @@
 #include "cli/Program.h"
 #include "cli/UsualBackup.h"
 #include "sample/BackupWriter.h"
+#include "sample/CallSample.h"
 #include "sample/HeicEncoder.h"
 #include "sample/PictureMaker.h"
 #include "support/Files.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
@@ -31,6 +33,34 @@ QJsonObject remarks(const QString &path)
         : QJsonObject();
 }
 
+// \a picture with a place and an unusual tag, as another program writes them.
+QByteArray withPlace(const QByteArray &picture, const QString &name)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(name);
+    QProcess tool;
+    if (!Files::write(path, picture))
+        return {};
+    tool.start(u"exiftool"_s,
+               { u"-q"_s,
+                 u"-overwrite_original"_s,
+                 u"-GPSLatitude=54.3"_s,
+                 u"-GPSLatitudeRef=N"_s,
+                 u"-GPSLongitude=10.1"_s,
+                 u"-GPSLongitudeRef=E"_s,
+                 u"-HostComputer=Sample Host"_s,
+                 path });
+    return tool.waitForFinished() && tool.exitCode() == 0 ? Files::read(path) : QByteArray();
+}
+
+QByteArray encoded(const QImage &image, const char *format)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return buffer.data();
+}
+
 // Blue, with red in the corner that is the top left one when it stands upright.
 QImage drawn()
 {
@@ -53,6 +83,7 @@ private Q_SLOTS:
     void init();
     void writesNoneUnasked();
     void writesOneBesideEachPicture();
+    void countsThePagesBehindABrokenPicture();
 
 private:
     Result exportPhotos(const QStringList &more)
@@ -79,19 +110,27 @@ void tst_HeicCopies::init()
         writer.addFile(u"CameraRollDomain"_s, u"Media/DCIM/100APPLE/"_s + name, content, traits);
     };
     constexpr int kToTheRight = 6;
-    add(u"IMG_0001.HEIC"_s,
-        Sample::encodeHeic(Sample::storedForOrientation(drawn(), kToTheRight),
-                           { kToTheRight, Sample::exifBlock(kToTheRight, kTaken) }));
+    const QByteArray first =
+        withPlace(Sample::encodeHeic(Sample::storedForOrientation(drawn(), kToTheRight),
+                                     { kToTheRight, Sample::exifBlock(kToTheRight, kTaken) }),
+                  u"a.heic"_s);
+    QVERIFY2(!first.isEmpty(), "exiftool did not run");
+    add(u"IMG_0001.HEIC"_s, first);
     add(u"IMG_0002.heic"_s, Sample::encodeHeic(drawn()));
-    add(u"IMG_0003.HEIC"_s, "no picture");
-    add(u"IMG_0004.JPG"_s, "no HEIC");
+    add(u"IMG_0003.JPG"_s, "no HEIC");
+    add(u"IMG_0004.HEIC"_s, withPlace(encoded(drawn(), "JPG"), u"a.jpg"_s));
+    QImage glass(64, 64, QImage::Format_ARGB32);
+    glass.fill(Qt::transparent);
+    add(u"IMG_0005.HEIC"_s, Sample::encodeHeic(glass));
+    add(u"IMG_0006.HEIC"_s, "no picture");
+    Sample::addCalls(writer, {});
     QVERIFY2(writer.finish(), qPrintable(writer.error()));
 }
 
 void tst_HeicCopies::writesNoneUnasked()
 {
     QCOMPARE(exportPhotos({}).exitCode, 0);
-    QCOMPARE(QDir(photo({})).entryList(QDir::Files).size(), 4);
+    QCOMPARE(QDir(photo({})).entryList(QDir::Files).size(), 6);
 }
 
 void tst_HeicCopies::writesOneBesideEachPicture()
@@ -99,11 +138,11 @@ void tst_HeicCopies::writesOneBesideEachPicture()
     const Result result = exportPhotos({ u"--convert-heic"_s, u"--json"_s });
     QCOMPARE(result.exitCode, 3);
     const QJsonObject photos = result.json().value(u"types"_s)[0].toObject();
-    QCOMPARE(photos.value(u"exported"_s).toInt(), 3);
+    QCOMPARE(photos.value(u"exported"_s).toInt(), 5);
     QCOMPARE(photos.value(u"failed"_s).toInt(), 1);
-    QVERIFY2(result.err.contains("IMG_0003.HEIC: The HEIC file was copied, but"),
+    QVERIFY2(result.err.contains("IMG_0006.HEIC: The HEIC file was copied, but"),
              result.err.constData());
-    QVERIFY(result.err.contains("JPEG copies made of HEIC pictures: 2"));
+    QVERIFY(result.err.contains("JPEG copies made of HEIC pictures: 4"));
 
     const QString made = photo(u"IMG_0001.HEIC.jpg"_s);
     const QImage picture(made);
@@ -116,12 +155,33 @@ void tst_HeicCopies::writesOneBesideEachPicture()
     QCOMPARE(noted.value(u"Orientation"_s).toInt(), 1);
     QCOMPARE(noted.value(u"DateTimeOriginal"_s).toString(), u"2021:08:07 06:05:04"_s);
     QCOMPARE(noted.value(u"Model"_s).toString(), u"Sample Phone"_s);
+    QCOMPARE(noted.value(u"HostComputer"_s).toString(), u"Sample Host"_s);
+    QCOMPARE(noted.value(u"GPSLatitude"_s).toDouble(), 54.3);
+    QCOMPARE(noted.value(u"GPSLongitude"_s).toDouble(), 10.1);
 
     QVERIFY(!QImage(photo(u"IMG_0002.heic.jpg"_s)).isNull());
-    QCOMPARE(Files::read(photo(u"IMG_0003.HEIC"_s)), "no picture");
-    QVERIFY(!QFileInfo::exists(photo(u"IMG_0003.HEIC.jpg"_s)));
-    QVERIFY(!QFileInfo::exists(photo(u"IMG_0004.JPG.jpg"_s)));
-    QCOMPARE(QDir(photo({})).entryList(QDir::Files).size(), 6);
+    QVERIFY(!QFileInfo::exists(photo(u"IMG_0003.JPG.jpg"_s)));
+    QCOMPARE(remarks(photo(u"IMG_0004.HEIC.jpg"_s)).value(u"GPSLatitude"_s).toDouble(), 54.3);
+    QVERIFY(QImage(photo(u"IMG_0005.HEIC.jpg"_s)).pixelColor(32, 32).lightness() > 250);
+    QCOMPARE(Files::read(photo(u"IMG_0006.HEIC"_s)), "no picture");
+    QVERIFY(!QFileInfo::exists(photo(u"IMG_0006.HEIC.jpg"_s)));
+    QCOMPARE(QDir(photo({})).entryList(QDir::Files).size(), 10);
+}
+
+// A picture of which no copy can be made is one failure, and none of what comes behind it.
+void tst_HeicCopies::countsThePagesBehindABrokenPicture()
+{
+    const Result result = run({ u"--only=photos,calls"_s,
+                                u"--convert-heic"_s,
+                                u"--json"_s,
+                                u"--quiet"_s,
+                                m_backup,
+                                m_output });
+    QCOMPARE(result.exitCode, 3);
+    const QJsonObject calls = result.json().value(u"types"_s)[1].toObject();
+    QVERIFY(calls.value(u"items"_s).toInt() > 0);
+    QCOMPARE(calls.value(u"exported"_s).toInt(), calls.value(u"items"_s).toInt());
+    QVERIFY2(!result.err.contains("JPEG copies"), result.err.constData());
 }
 
 QTEST_GUILESS_MAIN(tst_HeicCopies)

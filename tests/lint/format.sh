@@ -2,5 +2,5 @@
 # Every source is formatted by the project's .clang-format. $1: clang-format, $2: project folder.
 set -eu
 cd "$2"
-find src sample tests bench examples -name '*.cpp' -o -name '*.h' \
+find src plugins sample tests bench examples -name '*.cpp' -o -name '*.h' \
     | xargs "$1" --dry-run -Werror

@@ -349,12 +349,14 @@ void tst_MessagePictures::showsAPlaceholder_data()
     QTest::newRow("PNG of 2^31 - 1 squared")
         << pngHeader(0x7fffffff, 0x7fffffff) << Cause::Content << false;
     QTest::newRow("JPEG of 60,000 by 60,000") << jpegHeader(60000, 60000) << Cause::Content << true;
+    QTest::newRow("progressive JPEG of 16,000 by 16,000")
+        << jpegHeader(16000, 16000).replace("\xff\xc0", "\xff\xc2") << Cause::Content << true;
     QTest::newRow("BMP of 60,000 by 60,000, header only") << [] {
         QByteArray bmp = encoded(redAboveBlue(4, 4), "BMP");
         qToLittleEndian(60000, bmp.data() + 18);
         qToLittleEndian(60000, bmp.data() + 22);
         return bmp;
-    }() << Cause::Content << true;
+    }() << Cause::Content << false;
 }
 
 void tst_MessagePictures::showsAPlaceholder()
