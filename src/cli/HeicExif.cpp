@@ -14,7 +14,7 @@ namespace Cli {
 
 namespace {
 
-constexpr std::size_t kMaxBlockBytes = 8 * 1024 * 1024;
+constexpr std::size_t kMaxBlockBytes = std::size_t { 8 } * 1024 * 1024;
 constexpr qsizetype kMaxSegmentBytes = 65535 - 2; // its length counts itself
 constexpr quint16 kUpright = 1;
 const QByteArray kName("Exif\0\0", 6);

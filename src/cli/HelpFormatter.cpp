@@ -60,7 +60,7 @@ std::string HelpFormatter::make_group(std::string group,
 
 std::string HelpFormatter::make_option_opts(const CLI::Option *option) const
 {
-    const std::string text = option->get_option_text();
+    const std::string &text = option->get_option_text();
     return text.empty() ? text : ' ' + text;
 }
 

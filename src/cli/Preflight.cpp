@@ -172,7 +172,7 @@ std::optional<Failure> checkSpace(const QString &output, qint64 neededBytes)
     // A file system that does not say how full it is has to show it while it is written.
     if (::statvfs(QFile::encodeName(folder).constData(), &disk) != 0 || disk.f_blocks == 0)
         return std::nullopt;
-    const auto available = static_cast<qint64>(disk.f_bavail * disk.f_frsize);
+    const auto available = static_cast<qint64>(disk.f_bavail) * static_cast<qint64>(disk.f_frsize);
     if (neededBytes <= available)
         return std::nullopt;
     return Failure { ExitCode::Output,

@@ -5,6 +5,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 using namespace Qt::StringLiterals;
@@ -62,7 +63,7 @@ QString durationText(double seconds)
 {
     constexpr qint64 kMinute = 60;
     constexpr qint64 kHour = 60 * kMinute;
-    const auto whole = static_cast<qint64>(seconds + 0.5);
+    const auto whole = std::llround(seconds);
     const qint64 hours = whole / kHour;
     const qint64 minutes = whole % kHour / kMinute;
     const QString tail = u":%1"_s.arg(whole % kMinute, 2, 10, '0'_L1);

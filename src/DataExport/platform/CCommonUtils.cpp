@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr qint64 kCopyChunk = 128 * 1024;
+constexpr qint64 kCopyChunk = 128LL * 1024;
 
 // A name that a broken symbolic link holds is taken, too: opening it would write elsewhere. A name
 // that cannot be looked up (too long, no permission) is not: no number would make it better.

@@ -15,7 +15,7 @@ namespace {
 constexpr int kNotRegular = -1;
 
 // From here on it pays to tell the system that all of a file will be read.
-constexpr qint64 kLongFile = 512 * 1024;
+constexpr qint64 kLongFile = 512LL * 1024;
 
 } // namespace
 

@@ -11,8 +11,6 @@
 
 namespace PhoneBackup {
 
-using DataExport::tr;
-
 namespace {
 
 constexpr int kBlock = 16;
@@ -126,7 +124,7 @@ bool DecryptedFile::fill()
     if (got > 0
         && EVP_DecryptUpdate(m_context.get(), m_plain.get(), &m_size, m_cipher.get(), int(got))
             != 1) {
-        setErrorString(tr("It could not be decrypted."));
+        setErrorString(DataExport::tr("It could not be decrypted."));
         return false;
     }
     if (m_left == 0)
@@ -142,9 +140,10 @@ void DecryptedFile::end()
     const bool isEmpty = m_size == 0 && m_used == 0 && !m_cutOff;
     if (padding > 0 || isEmpty || !m_onDamage)
         return;
-    m_onDamage(m_cutOff ? tr("It is cut off in the middle.")
-                        : tr("Its end is damaged or cut off: the padding of the last block is "
-                             "wrong."));
+    m_onDamage(
+        m_cutOff ? DataExport::tr("It is cut off in the middle.")
+                 : DataExport::tr("Its end is damaged or cut off: the padding of the last block is "
+                                  "wrong."));
 }
 
 } // namespace PhoneBackup

@@ -60,7 +60,7 @@ BackupFiles::open(const QString &path, const KeepGoing &keepGoing, const Passwor
 
 std::optional<Error> BackupFiles::refusal(const BackupFolder &folder)
 {
-    const QString path = folder.path();
+    const QString &path = folder.path();
     switch (folder.kind()) {
     case IndexKind::TooOld:
         return Error {

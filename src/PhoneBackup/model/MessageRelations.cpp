@@ -80,7 +80,7 @@ void MessageRelations::apply(ConversationContent &content)
     hideSuperseded();
     // All quotes are taken before any text changes: none holds another.
     QStringList quotes;
-    quotes.reserve(qsizetype(m_reactions.size() + m_replies.size()));
+    quotes.reserve(qsizetype(m_reactions.size()) + qsizetype(m_replies.size()));
     for (const Known &reaction : m_reactions)
         quotes.append(reaction.message->hidden ? QString() : quote(reaction.target, reaction.part));
     for (const Reply &reply : m_replies)
