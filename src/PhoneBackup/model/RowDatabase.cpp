@@ -117,13 +117,14 @@ void RowDatabase::readBetween(const QString &sql,
                               const std::function<void(const Statement &)> &row)
 {
     constexpr int kMaxDamagedPlaces = 10'000;
+    constexpr qint64 kLongestLeap = qint64(1) << 60;
     const std::unique_ptr<Statement> statement =
-        prepare(u"SELECT * FROM (%1) WHERE row_number > ?1 AND row_number < ?2 "
+        prepare(u"SELECT * FROM (%1) WHERE row_number >= ?1 AND row_number < ?2 "
                 "ORDER BY row_number"_s.arg(sql));
     if (!statement || before - after < 2)
         return;
     statement->bind(2, before);
-    const auto stepBehind = [&statement](qint64 place) {
+    const auto stepFrom = [&statement](qint64 place) {
         statement->reset();
         statement->bind(1, place);
         return statement->step();
@@ -131,18 +132,19 @@ void RowDatabase::readBetween(const QString &sql,
     qint64 left = m_database.maxRowCount();
     for (int place = 0; place < kMaxDamagedPlaces; ++place) {
         qint64 failing = after;
-        qint64 answering = after;
-        for (qint64 leap = 1; stepBehind(answering) == Statement::Step::Failed; leap *= 2) {
+        qint64 answering = after + 1;
+        for (qint64 leap = 1; stepFrom(answering) == Statement::Step::Failed;
+             leap = std::min(2 * leap, kLongestLeap)) {
             failing = answering;
-            if (leap >= before - answering)
+            if (answering >= before - 1)
                 return;
-            answering += leap;
+            answering += std::min(leap, before - 1 - answering);
         }
         while (answering - failing > 1) {
             const qint64 middle = failing + (answering - failing) / 2;
-            (stepBehind(middle) == Statement::Step::Failed ? failing : answering) = middle;
+            (stepFrom(middle) == Statement::Step::Failed ? failing : answering) = middle;
         }
-        Statement::Step step = stepBehind(answering);
+        Statement::Step step = stepFrom(answering);
         for (; step == Statement::Step::Row; step = statement->step()) {
             const qint64 number = statement->integer(statement->columnCount() - 1);
             if (number <= after || --left < 0 || !m_source->keepGoing())
@@ -150,7 +152,7 @@ void RowDatabase::readBetween(const QString &sql,
             after = number;
             row(*statement);
         }
-        if (step == Statement::Step::Done)
+        if (step == Statement::Step::Done || after >= before - 1)
             return;
     }
 }

@@ -44,6 +44,39 @@ Outcome outcomeOf(const QByteArray &image, int code, ReadTexts readTexts)
     return outcome;
 }
 
+constexpr qsizetype kPageSize = 4096;
+
+inline QByteArray withoutPages(const QByteArray &good, const QList<qsizetype> &pages)
+{
+    QByteArray image = good;
+    for (const qsizetype page : pages)
+        image.replace(page * kPageSize, kPageSize, QByteArray(kPageSize, '\0'));
+    return image;
+}
+
+/*!
+    Takes away two pages of \a good that cost messages: the first and the last of those. What stands
+    between them is still read.
+*/
+template <class OutcomeOf>
+void takeTwoPages(const QByteArray &good, OutcomeOf outcomeOf)
+{
+    QList<qsizetype> pages;
+    QList<qsizetype> left;
+    for (qsizetype page = 1; page < good.size() / kPageSize; ++page) {
+        const qsizetype messages = outcomeOf(withoutPages(good, { page })).messages;
+        if (messages < kCount && messages > kCount / 2) {
+            pages.append(page);
+            left.append(messages);
+        }
+    }
+    QVERIFY(pages.size() > 2);
+    const Outcome outcome = outcomeOf(withoutPages(good, { pages.first(), pages.last() }));
+    QCOMPARE(outcome.messages, left.first() + left.last() - kCount);
+    QCOMPARE(outcome.strange, 0);
+    QVERIFY(outcome.isLossTold);
+}
+
 /*!
     Overwrites one page of \a good after the other with each of \a fillings: what is missing then
     is told, and all but \a fatalPages pages leave most messages.
@@ -54,7 +87,6 @@ void overwriteEachPage(const QByteArray &good,
                        qsizetype fatalPages,
                        OutcomeOf outcomeOf)
 {
-    constexpr qsizetype kPageSize = 4096;
     const Outcome all = outcomeOf(good);
     QCOMPARE(all.messages, kCount);
     QVERIFY(!all.isLossTold);

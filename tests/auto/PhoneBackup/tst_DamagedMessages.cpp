@@ -62,6 +62,7 @@ private Q_SLOTS:
     void readsWhatIsLeft_data();
     void readsWhatIsLeft();
     void losesOneOverwrittenPageAlone();
+    void readsWhatStandsBetweenDamagedPages();
     void livesWithoutAnyTable_data();
     void livesWithoutAnyTable();
     void livesWithoutAnyColumn_data();
@@ -107,6 +108,11 @@ void tst_DamagedMessages::losesOneOverwrittenPageAlone()
 {
     // The root of the messages and three pages with the definitions of all tables.
     DamagedTalk::overwriteEachPage(whole(), QByteArray("\0\xFF\x0D", 3), 4, outcomeOf);
+}
+
+void tst_DamagedMessages::readsWhatStandsBetweenDamagedPages()
+{
+    DamagedTalk::takeTwoPages(whole(), outcomeOf);
 }
 
 void tst_DamagedMessages::livesWithoutAnyTable_data()

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void readsWhatIsLeft_data();
     void readsWhatIsLeft();
     void losesOneOverwrittenPageAlone();
+    void readsWhatStandsBetweenDamagedPages();
     void livesWithout_data();
     void livesWithout();
     void readsAbsurdRows_data();
@@ -92,6 +93,11 @@ void tst_DamagedWhatsapp::losesOneOverwrittenPageAlone()
 {
     // The roots of chats and messages, and pages with the definitions of tables.
     DamagedTalk::overwriteEachPage(whole(), QByteArray("\0\xFF", 2), 5, outcomeOf);
+}
+
+void tst_DamagedWhatsapp::readsWhatStandsBetweenDamagedPages()
+{
+    DamagedTalk::takeTwoPages(whole(), outcomeOf);
 }
 
 void tst_DamagedWhatsapp::livesWithout_data()
