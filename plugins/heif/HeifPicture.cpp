@@ -1,8 +1,12 @@
 #include "HeifPicture.h"
 
+#include "HeifStructure.h"
+
+#include <QBuffer>
 #include <QColorSpace>
 #include <QIODevice>
 #include <QImageReader>
+#include <QtEndian>
 
 #include <libheif/heif.h>
 
@@ -107,10 +111,15 @@ Image decodeAs(const heif_image_handle &handle, heif_chroma layout)
     if (!options)
         return {};
     options->convert_hdr_to_8bit = 1;
-    heif_image *image = nullptr;
-    const bool done =
-        isOk(heif_decode_image(&handle, &image, heif_colorspace_RGB, layout, options.get()));
-    return Image(done ? image : nullptr);
+    heif_image *decoded = nullptr;
+    const bool isDone =
+        isOk(heif_decode_image(&handle, &decoded, heif_colorspace_RGB, layout, options.get()));
+    Image image(isDone ? decoded : nullptr);
+    const bool isAsStated = image
+        && size
+            == QSize(heif_image_get_primary_width(image.get()),
+                     heif_image_get_primary_height(image.get()));
+    return isAsStated ? std::move(image) : Image();
 }
 
 // The picture without a copy: it holds what was decoded.
@@ -205,22 +214,37 @@ HeifPicture::~HeifPicture() = default;
 
 bool HeifPicture::isHeif(QIODevice &device)
 {
-    static constexpr std::array kBrands { "heic", "heix", "heim", "heis", "hevc",
-                                          "hevx", "mif1", "msf1", "avif", "avis" };
-    const QByteArray start = device.peek(12);
-    return start.size() == 12 && start.sliced(4, 4) == "ftyp"
-        && std::find(kBrands.cbegin(), kBrands.cend(), start.sliced(8, 4)) != kBrands.cend();
+    // The first brand says what the file is best for, those that follow what it can be read as.
+    static constexpr std::array kBrands { "heic", "heix", "mif1", "avif" };
+    constexpr qsizetype kFirstBrand = 16;
+    constexpr qint64 kMaxBytes = 256;
+    const QByteArray start = device.peek(kMaxBytes);
+    if (start.size() < kFirstBrand || start.sliced(4, 4) != "ftyp")
+        return false;
+    const auto stated = qsizetype { qFromBigEndian<quint32>(start.constData()) };
+    const qsizetype end = std::min(stated, start.size());
+    for (qsizetype at = kFirstBrand; at + 4 <= end; at += 4) {
+        if (std::find(kBrands.cbegin(), kBrands.cend(), start.sliced(at, 4)) != kBrands.cend())
+            return true;
+    }
+    return false;
 }
 
 bool HeifPicture::open(QIODevice *device)
 {
+    QBuffer buffer(&m_bytes);
+    if (device->isSequential()) {
+        m_bytes = device->read(kMaxSequentialBytes);
+        buffer.open(QIODevice::ReadOnly);
+    }
+    if (!HeifStructure(buffer.isOpen() ? buffer : *device).isSafe())
+        return false;
     m_context.reset(heif_context_alloc());
     if (!m_context)
         return false;
     heif_context_set_maximum_image_size_limit(m_context.get(), kMaxSidePx);
     heif_context_set_max_decoding_threads(m_context.get(), 0); // the caller's thread alone
-    if (device->isSequential()) {
-        m_bytes = device->read(kMaxSequentialBytes);
+    if (buffer.isOpen()) {
         if (!isOk(heif_context_read_from_memory_without_copy(
                 m_context.get(), m_bytes.constData(), std::size_t(m_bytes.size()), nullptr)))
             return false;

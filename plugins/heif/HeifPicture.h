@@ -18,8 +18,10 @@ class QIODevice;
     The turns and flips that the file asks for are part of the picture: size() and decode() are
     upright.
     \par Bytes
-    Untrusted. Pictures of more than kMaxSidePx × kMaxSidePx pixels are refused; so are those that
-    need more memory than QImageReader::allocationLimit() grants.
+    Untrusted. What HeifStructure finds unsafe is refused before the decoding library sees it, and a
+    picture that is not decoded to the size that the file states is too. So are pictures of more
+    than kMaxSidePx × kMaxSidePx pixels, and those that need more memory than
+    QImageReader::allocationLimit() grants.
     \par Memory
     The file is read piece by piece; what is decoded is held once.
 */
@@ -28,7 +30,10 @@ class HeifPicture
 public:
     static constexpr int kMaxSidePx = 16384;
 
-    //! Whether the bytes at \a device's position begin a file of this format; the position stays.
+    /*!
+        Whether the bytes at \a device's position begin a file that can be read as a picture, as
+        opposed to a sequence of pictures alone; the position stays.
+    */
     static bool isHeif(QIODevice &device);
 
     HeifPicture();

@@ -1,10 +1,12 @@
 #include "sample/HeicEncoder.h"
+#include "support/HeifWriter.h"
 
 #include <QBuffer>
 #include <QDir>
 #include <QImageReader>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QtEndian>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -63,6 +65,56 @@ QImage decodedElsewhere(const QString &file, const QTemporaryDir &folder)
     return tool.waitForFinished() && tool.exitCode() == 0 ? QImage(png) : QImage();
 }
 
+// What Debian's own tool makes of a picture with 16 bits a colour.
+QByteArray encodedElsewhere(const QImage &image, const QString &suffix)
+{
+    const QTemporaryDir folder;
+    const QString png = folder.filePath(u"whole.png"_s);
+    const QString file = folder.filePath(u"encoded."_s + suffix);
+    QProcess tool;
+    if (!image.save(png))
+        return {};
+    tool.start(u"heif-enc"_s, { png, u"-o"_s, file });
+    QFile encoded(file);
+    return tool.waitForFinished() && encoded.open(QIODevice::ReadOnly) ? encoded.readAll()
+                                                                       : QByteArray();
+}
+
+// The parts of a file with a single picture.
+struct Coded
+{
+    explicit Coded(QSize stated)
+        : size(stated)
+    {
+        const QByteArray file =
+            Sample::encodeHeic(picture(size.width(), size.height()), { 1, {}, 0 });
+        const qsizetype at = file.indexOf("hvcC") - 4;
+        configuration = file.sliced(at, qFromBigEndian<quint32>(file.constData() + at));
+        data = file.sliced(file.indexOf("mdat") + 4);
+    }
+    Heif::Item item() const
+    {
+        return { "hvc1", data, { configuration, Heif::sizeProperty(size) } };
+    }
+    Heif::Item itemOf(QSize stated) const
+    {
+        return { "hvc1", data, { configuration, Heif::sizeProperty(stated) } };
+    }
+    // The unit of the configuration that states the size, as it would stand in the data.
+    QByteArray header() const
+    {
+        constexpr qsizetype kFirstList = 8 + 23;
+        constexpr qsizetype kListHead = 3;
+        const char *start = configuration.constData() + kFirstList + kListHead;
+        start += 2 + qFromBigEndian<quint16>(start) + kListHead;
+        return QByteArray(2, '\0') + QByteArray(start, 2 + qFromBigEndian<quint16>(start));
+    }
+
+    QSize size;
+    QByteArray configuration;
+    QByteArray data;
+};
+
 } // namespace
 
 class tst_HeifPlugin : public QObject
@@ -75,6 +127,10 @@ private Q_SLOTS:
     void decodesLikeOthers();
     void decodesAtReducedSize_data();
     void decodesAtReducedSize();
+    void decodesWithinWhatIsStated_data();
+    void decodesWithinWhatIsStated();
+    void refusesBrokenBoxes_data();
+    void refusesBrokenBoxes();
     void survivesDamage();
     void refusesWhatIsTooLarge();
     void leavesOtherFormatsAlone();
@@ -93,6 +149,7 @@ void tst_HeifPlugin::decodesLikeOthers_data()
     for (int orientation = 1; orientation <= 8; ++orientation)
         QTest::addRow("orientation %d", orientation)
             << QString() << Sample::encodeHeic(picture(500, 300), { orientation });
+    QTest::newRow("AVIF") << QString() << encodedElsewhere(picture(500, 300), u"avif"_s);
     const QDir real(QStringLiteral(TEST_SOURCE_DIR) + u"/../../shared/real/media"_s);
     for (const QString &name : { u"fixture-heic.heic"_s, u"fixture-mif1.heic"_s }) {
         if (real.exists(name))
@@ -162,6 +219,178 @@ void tst_HeifPlugin::decodesAtReducedSize()
         < 6.0);
 }
 
+void tst_HeifPlugin::decodesWithinWhatIsStated_data()
+{
+    using Heif::file;
+    using Heif::gridData;
+    using Heif::sizeProperty;
+    const QSize small(64, 64);
+    const QSize two(128, 64);
+    const Coded coded(small);
+    const Coded large(QSize(1000, 600));
+    const Coded huge(QSize(3072, 3072));
+    const Heif::Item tile = coded.item();
+    const auto attached = [](Heif::Item item, int to) {
+        item.auxiliaryOf = to;
+        item.properties +=
+            Heif::versionedBox("auxC", 0, QByteArray("urn:mpeg:hevc:2015:auxid:1") + '\0');
+        return item;
+    };
+    const auto smaller = [](Heif::Item item, int than) {
+        item.thumbnailOf = than;
+        return item;
+    };
+    const auto grid = [](int rows, int columns, QSize size, const Heif::Ids &tiles) {
+        return Heif::Item { "grid", gridData(rows, columns, size), { sizeProperty(size) }, tiles };
+    };
+    const auto alias = [&](int of) {
+        return Heif::Item { "iden", "-", { sizeProperty(small) }, { of } };
+    };
+
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QSize>("size"); // invalid: refused
+    const QSize none;
+    QTest::newRow("one image") << file({ tile }) << small;
+    QTest::newRow("stated on its side, yet not turned")
+        << file({ Coded(two).itemOf({ 64, 128 }) }) << none;
+    QTest::newRow("smaller version") << file({ tile, smaller(tile, 1) }) << small;
+    QTest::newRow("attached image") << file({ tile, attached(tile, 1) }) << small;
+    QTest::newRow("grid") << file({ grid(1, 2, two, { 2, 3 }), tile, tile }) << two;
+    QTest::newRow("grid of one tile repeated") << file({ grid(1, 2, two, { 2, 2 }), tile }) << two;
+    QTest::newRow("another name") << file({ alias(2), tile }) << small;
+    QTest::newRow("another name of a grid") << file(
+        { { "iden", "-", { sizeProperty(two) }, { 2 } }, grid(1, 2, two, { 3, 4 }), tile, tile })
+                                            << two;
+    QTest::newRow("what is broken is not asked for")
+        << file({ tile, { "iovl", "-", { sizeProperty(small) }, { 2 } } }) << small;
+
+    QTest::newRow("another name of itself") << file({ alias(1), tile }) << none;
+    QTest::newRow("names in a circle") << file({ alias(2), alias(1) }) << none;
+    QTest::newRow("another name of a name") << file({ alias(2), alias(3), tile }) << none;
+    QTest::newRow("grid of itself") << file({ grid(1, 1, small, { 1 }), tile }) << none;
+    QTest::newRow("grids in a circle")
+        << file({ grid(1, 1, small, { 2 }), grid(1, 1, small, { 1 }) }) << none;
+    QTest::newRow("attached to each other")
+        << file({ attached(tile, 2), attached(tile, 1) }) << none;
+    QTest::newRow("attached to itself") << file({ attached(tile, 1) }) << none;
+    QTest::newRow("tiles with attached images")
+        << file({ grid(1, 1, small, { 2 }), tile, attached(tile, 2) }) << none;
+    QTest::newRow("smaller version is a circle") << file({ tile, smaller(alias(2), 1) }) << none;
+    QTest::newRow("smaller version of itself") << file({ smaller(tile, 1) }) << none;
+    QTest::newRow("attached image is a circle")
+        << file({ tile, attached(grid(1, 1, small, { 2 }), 1) }) << none;
+    QTest::newRow("overlay") << file({ { "iovl",
+                                         Heif::number(0, 10) + Heif::number(16000, 2)
+                                             + Heif::number(16000, 2) + Heif::number(0, 4),
+                                         { sizeProperty(small) },
+                                         { 2 } },
+                                       tile })
+                             << none;
+    QTest::newRow("coded larger than stated") << file({ large.itemOf(small) }) << none;
+    QTest::newRow("another size among the data")
+        << file({ { "hvc1", large.header() + coded.data, tile.properties } }) << none;
+    QTest::newRow("two pictures in one")
+        << file({ { "hvc1", coded.data + coded.data, tile.properties } }) << none;
+    QTest::newRow("no header") << file(
+        { { "hvc1",
+            coded.data,
+            { Heif::box("hvcC", QByteArray(22, '\xFF') + '\0'), sizeProperty(small) } } })
+                               << none;
+    QTest::newRow("no size") << file({ { "hvc1", coded.data, { coded.configuration } } }) << none;
+    QTest::newRow("two sizes") << file(
+        { { "hvc1", coded.data, tile.properties + QByteArrayList { sizeProperty(two) } } })
+                               << none;
+    QTest::newRow("huge attached image") << file({ tile, attached(huge.item(), 1) }) << none;
+    QTest::newRow("another name of what is huge") << file({ alias(2), huge.item() }) << none;
+    QTest::newRow("huge tile repeated")
+        << file({ grid(20, 20, { 1280, 1280 }, Heif::Ids(400, 2)), huge.item() }) << none;
+    QTest::newRow("huge tile that states another size")
+        << file({ grid(20, 20, { 1280, 1280 }, Heif::Ids(400, 2)), huge.itemOf(small) }) << none;
+    QTest::newRow("too few tiles") << file({ grid(2, 2, two, { 2, 3 }), tile, tile }) << none;
+    QTest::newRow("too many tiles") << file({ grid(1, 1, small, { 2, 3 }), tile, tile }) << none;
+    QTest::newRow("tile that is not there") << file({ grid(1, 2, two, { 2, 9 }), tile }) << none;
+    QTest::newRow("grid larger than stated") << file(
+        { { "grid", gridData(1, 1, { 16000, 16000 }), { sizeProperty(small) }, { 2 } }, tile })
+                                             << none;
+    QTest::newRow("grid without data")
+        << file({ { "grid", {}, { sizeProperty(small) }, { 2 } }, tile }) << none;
+
+    QByteArray avif = encodedElsewhere(picture(1000, 600), u"avif"_s);
+    avif.replace(Heif::sizeProperty({ 1000, 600 }), Heif::sizeProperty(small));
+    QTest::newRow("AVIF coded larger than stated") << avif << none;
+    Heif::Item turned = tile;
+    turned.properties += QByteArrayList(4, Heif::box("irot", "\1"));
+    QTest::newRow("turned again and again") << file({ turned }) << none;
+    QTest::newRow("more tiles than anyone makes")
+        << file({ grid(100, 100, { 4500, 4500 }, Heif::Ids(10000, 2)), tile }) << none;
+    QTest::newRow("more bytes after the picture") << file({ tile }) + "SEFT, no box" << small;
+    QByteArray items = file({ tile, tile });
+    const qsizetype second = items.lastIndexOf("infe") + 8;
+    items.replace(second, 2, Heif::number(1, 2));
+    QTest::newRow("two items of one number") << items << none;
+}
+
+void tst_HeifPlugin::decodesWithinWhatIsStated()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QSize, size);
+
+    QVERIFY(!bytes.isEmpty());
+    QString why;
+    const QImage image = read(bytes, {}, &why);
+    QCOMPARE(image.isNull() ? QSize() : image.size(), size);
+    QCOMPARE(read(bytes, { 16, 16 }).isNull(), !size.isValid());
+    if (!size.isValid())
+        QVERIFY(!why.isEmpty());
+}
+
+void tst_HeifPlugin::refusesBrokenBoxes_data()
+{
+    QTest::addColumn<QByteArray>("box");
+    QTest::addColumn<QByteArray>("size");
+    for (const char *box : { "meta",
+                             "pitm",
+                             "iinf",
+                             "infe",
+                             "iref",
+                             "iprp",
+                             "ipco",
+                             "hvcC",
+                             "ispe",
+                             "ipma",
+                             "iloc" }) {
+        for (const char *size : { "00000000",
+                                  "00000001",
+                                  "00000007",
+                                  "0000000c",
+                                  "00010000",
+                                  "7fffffff",
+                                  "ffffffff" }) {
+            if (qstrcmp(box, "meta") != 0 || qstrcmp(size, "00000000") != 0) // that is "the last"
+                QTest::addRow("%s of %s", box, size) << QByteArray(box) << QByteArray(size);
+        }
+    }
+}
+
+void tst_HeifPlugin::refusesBrokenBoxes()
+{
+    QFETCH(QByteArray, box);
+    QFETCH(QByteArray, size);
+
+    const Heif::Item tile = Coded(QSize(64, 64)).item();
+    QByteArray bytes = Heif::file({ { "grid",
+                                      Heif::gridData(1, 2, { 128, 64 }),
+                                      { Heif::sizeProperty({ 128, 64 }) },
+                                      { 2, 3 } },
+                                    tile,
+                                    tile });
+    QCOMPARE(read(bytes).size(), QSize(128, 64));
+    bytes.replace(bytes.indexOf(box) - 4, 4, QByteArray::fromHex(size));
+    QString why;
+    QVERIFY(read(bytes, {}, &why).isNull());
+    QVERIFY(!why.isEmpty());
+}
+
 void tst_HeifPlugin::survivesDamage()
 {
     const QByteArray whole = Sample::encodeHeic(picture(200, 120));
@@ -172,11 +401,14 @@ void tst_HeifPlugin::survivesDamage()
         QVERIFY(image.isNull() || (size > 200 && image.size() == QSize(200, 120)));
     }
     // The structure comes first: what is changed there must not lead astray.
+    const qsizetype sizeAt = whole.indexOf("ispe") + 8;
     for (qsizetype at = 0; at < std::min<qsizetype>(whole.size(), 700); at += 3) {
         QByteArray changed = whole;
         changed[at] = static_cast<char>(changed[at] ^ '\xFF');
         const QImage image = read(changed);
-        QVERIFY(image.isNull() || image.width() <= 16384);
+        const QSize stated(qFromBigEndian<int>(changed.constData() + sizeAt),
+                           qFromBigEndian<int>(changed.constData() + sizeAt + 4));
+        QVERIFY(image.isNull() || image.size() == stated);
     }
 }
 
@@ -207,6 +439,18 @@ void tst_HeifPlugin::leavesOtherFormatsAlone()
                             "ftypheic",
                             12))
                 .isNull());
+    const QByteArray whole = Sample::encodeHeic(picture(64, 64));
+    QByteArray sequence = whole;
+    const qsizetype brandsEnd = whole.indexOf("meta") - 4;
+    for (qsizetype at = 8; at < brandsEnd; at += 4)
+        sequence.replace(at, 4, "msf1");
+    QString why;
+    QVERIFY(read(sequence, {}, &why).isNull());
+    QString whyUnknown;
+    QVERIFY(read("no picture at all", {}, &whyUnknown).isNull());
+    QCOMPARE(why, whyUnknown);
+    sequence.replace(brandsEnd - 4, 4, "mif1"); // a sequence that is a picture too
+    QCOMPARE(read(sequence).size(), QSize(64, 64));
     QBuffer png;
     png.open(QIODevice::ReadWrite);
     picture(8, 8).save(&png, "PNG");

@@ -1,0 +1,582 @@
+#include "HeifStructure.h"
+
+#include "CodedSize.h"
+
+#include <QIODevice>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+namespace {
+
+constexpr int kMaxFileBoxes = 1024;
+constexpr std::size_t kMaxItems = 8192;
+constexpr std::size_t kMaxProperties = 16384;
+constexpr std::size_t kMaxReferences = 65536;
+constexpr quint64 kMaxExtents = 32; // an item
+constexpr qint64 kMaxConfigurationBytes = 16384;
+constexpr qint64 kMaxCodedBytes = 256LL * 1024 * 1024;
+constexpr int kMaxUnits = 64; // of coded data, an item
+constexpr int kMaxReads = 16384; // of the file: ample for the tiles of any camera
+constexpr int kMaxChanges = 3; // of an image: a turn, a flip and a crop
+constexpr int kMaxAv1Layers = 4;
+constexpr qint64 kUnitStartBytes = 256; // holds all that is read of one
+constexpr int kBlockPx = 64; // the largest that coded sizes are rounded up to
+constexpr qint64 kSparePx = 4LL * 1024 * 1024; // for what sticks out of a small grid
+
+constexpr quint32 fourcc(const char (&name)[5])
+{
+    quint32 code = 0;
+    for (int i = 0; i < 4; ++i)
+        code = code << 8 | static_cast<uchar>(name[i]);
+    return code;
+}
+
+// Takes bytes from the front; once there are too few, all is empty and zero.
+class Reader
+{
+public:
+    explicit Reader(QByteArrayView bytes)
+        : m_bytes(bytes)
+    {
+    }
+    bool isOk() const { return m_isOk; }
+    bool hasMore() const { return m_isOk && !m_bytes.isEmpty(); }
+    qsizetype left() const { return m_bytes.size(); }
+    QByteArrayView take(quint64 size)
+    {
+        m_isOk = m_isOk && size <= static_cast<quint64>(m_bytes.size());
+        const QByteArrayView taken =
+            m_isOk ? m_bytes.first(static_cast<qsizetype>(size)) : QByteArrayView();
+        m_bytes = m_isOk ? m_bytes.sliced(taken.size()) : QByteArrayView();
+        return taken;
+    }
+    quint64 number(quint64 bytes)
+    {
+        quint64 value = 0;
+        for (const char byte : take(bytes))
+            value = value << 8 | static_cast<uchar>(byte);
+        return value;
+    }
+    quint32 id(bool isLong) { return static_cast<quint32>(number(isLong ? 4 : 2)); }
+
+private:
+    QByteArrayView m_bytes;
+    bool m_isOk = true;
+};
+
+struct Box
+{
+    quint32 type;
+    QByteArrayView content;
+};
+
+std::optional<Box> nextBox(Reader &reader)
+{
+    quint64 size = reader.number(4);
+    const auto type = static_cast<quint32>(reader.number(4));
+    quint64 head = 8;
+    if (size == 1) {
+        size = reader.number(8);
+        head = 16;
+    }
+    if (!reader.isOk() || size < head)
+        return {};
+    const Box box { type, reader.take(size - head) };
+    return reader.isOk() ? std::optional(box) : std::nullopt;
+}
+
+using Boxes = std::map<quint32, QByteArrayView>;
+
+// The boxes of a container that matter; none when something is broken or one is there twice.
+Boxes boxesOf(Reader reader)
+{
+    static constexpr std::array kTypes { fourcc("pitm"), fourcc("iinf"), fourcc("iloc"),
+                                         fourcc("idat"), fourcc("iref"), fourcc("iprp"),
+                                         fourcc("ipco"), fourcc("ipma") };
+    Boxes boxes;
+    while (reader.hasMore()) {
+        const std::optional<Box> box = nextBox(reader);
+        if (!box)
+            return {};
+        if (std::find(kTypes.cbegin(), kTypes.cend(), box->type) != kTypes.cend()
+            && !boxes.try_emplace(box->type, box->content).second)
+            return {};
+    }
+    return boxes;
+}
+
+struct Version
+{
+    explicit Version(Reader &reader)
+        : number(static_cast<int>(reader.number(1)))
+        , flags(static_cast<int>(reader.number(3)))
+    {
+    }
+    int number;
+    int flags;
+};
+
+qint64 area(QSize size)
+{
+    return qint64 { size.width() } * size.height();
+}
+
+// Whether \a pixels are what decoding a picture of \a size may cost.
+bool isInProportion(qint64 pixels, QSize size)
+{
+    return pixels <= area(size) * 2 + kSparePx;
+}
+
+// Whether what is coded is as large as \a stated, but for whole blocks. Some writers turn the size.
+bool isCodedAs(QSize coded, QSize stated)
+{
+    const auto blocks = [](int length) { return (qint64 { length } + kBlockPx - 1) / kBlockPx; };
+    const auto isWithin = [&coded, blocks](QSize size) {
+        return blocks(coded.width()) <= blocks(size.width())
+            && blocks(coded.height()) <= blocks(size.height());
+    };
+    return !coded.isEmpty() && (isWithin(stated) || isWithin(stated.transposed()));
+}
+
+// A side as a file gives it: empty when it is beyond any picture.
+int side(quint64 length)
+{
+    return length <= 0xFFFF ? static_cast<int>(length) : 0;
+}
+
+int hevcType(QByteArrayView unit)
+{
+    return static_cast<uchar>(unit.at(0)) >> 1 & 0x3F;
+}
+
+bool isHevcHeader(QByteArrayView unit)
+{
+    constexpr int kSequenceParameters = 33;
+    return hevcType(unit) == kSequenceParameters;
+}
+
+template <typename Extents>
+qint64 totalSize(const Extents &extents)
+{
+    qint64 total = 0;
+    for (const auto &extent : extents)
+        total += extent.size;
+    return total;
+}
+
+} // namespace
+
+HeifStructure::HeifStructure(QIODevice &device)
+    : m_device(device)
+{
+}
+
+bool HeifStructure::isSafe()
+{
+    if (m_device.isSequential() || m_device.pos() != 0)
+        return false;
+    bool isSafe = readMeta() && isSafePicture(m_primary);
+    for (const quint32 id : isSafe ? find(m_primary)->thumbnails : std::vector<quint32>()) {
+        const Item *thumbnail = find(id);
+        isSafe = isSafe && thumbnail && thumbnail->thumbnails.empty() && isSafePicture(id);
+    }
+    return m_device.seek(0) && isSafe;
+}
+
+bool HeifStructure::readMeta()
+{
+    constexpr qint64 kHeadBytes = 16;
+    const qint64 fileSize = m_device.size();
+    qint64 at = 0;
+    for (int boxes = 0; fileSize - at >= 8; ++boxes) {
+        const QByteArray start = read({ { at, kHeadBytes } }, 0, kHeadBytes);
+        Reader reader(start);
+        quint64 size = reader.number(4);
+        const auto type = static_cast<quint32>(reader.number(4));
+        if (size == 1)
+            size = reader.number(8);
+        const qint64 head = start.size() - reader.left();
+        if (size == 0)
+            size = static_cast<quint64>(fileSize - at); // the last
+        if (boxes == kMaxFileBoxes)
+            return false;
+        if (!reader.isOk() || size < static_cast<quint64>(head))
+            break; // some cameras append what is no box
+        const bool isWhole = size <= static_cast<quint64>(fileSize - at);
+        const qint64 contentSize = isWhole ? static_cast<qint64>(size) - head : 0;
+        if (type == fourcc("meta")) {
+            if (!isWhole || m_metaAt != 0 || contentSize > kMaxMetaBytes)
+                return false;
+            m_metaAt = at + head;
+            m_meta = read({ { m_metaAt, contentSize } }, 0, contentSize);
+        }
+        if (!isWhole)
+            break;
+        at += static_cast<qint64>(size);
+    }
+    return parseMeta(m_meta);
+}
+
+bool HeifStructure::parseMeta(QByteArrayView meta)
+{
+    Reader reader(meta);
+    reader.number(4); // version and flags: always the same
+    Boxes boxes = boxesOf(reader);
+    Reader pitm(boxes[fourcc("pitm")]);
+    m_primary = pitm.id(Version(pitm).number > 0);
+    return pitm.isOk() && parseItems(boxes[fourcc("iinf")])
+        && parseLocations(boxes[fourcc("iloc")], boxes[fourcc("idat")])
+        && parseProperties(boxes[fourcc("iprp")]) && parseReferences(boxes[fourcc("iref")]);
+}
+
+bool HeifStructure::parseItems(QByteArrayView iinf)
+{
+    Reader reader(iinf);
+    reader.number(Version(reader).number > 0 ? 4 : 2); // how many: as many as there are
+    while (reader.hasMore()) {
+        const std::optional<Box> box = nextBox(reader);
+        if (!box)
+            return false;
+        if (box->type != fourcc("infe"))
+            continue;
+        Reader entry(box->content);
+        const int version = Version(entry).number;
+        const quint32 id = entry.id(version > 2);
+        entry.number(2); // protection
+        Item item;
+        if (version >= 2)
+            item.type = static_cast<quint32>(entry.number(4));
+        if (!entry.isOk() || m_items.size() == kMaxItems
+            || !m_items.try_emplace(id, std::move(item)).second)
+            return false;
+    }
+    return reader.isOk();
+}
+
+bool HeifStructure::parseLocations(QByteArrayView iloc, QByteArrayView idat)
+{
+    constexpr quint64 kMaxAt = quint64 { 1 } << 48; // far below where sums overflow
+    Reader reader(iloc);
+    const int version = Version(reader).number;
+    const quint64 sizes = reader.number(2);
+    const auto isSizeOfNumber = [](quint64 size) { return size == 0 || size == 4 || size == 8; };
+    const quint64 offsetSize = sizes >> 12 & 0xF;
+    const quint64 lengthSize = sizes >> 8 & 0xF;
+    const quint64 baseSize = sizes >> 4 & 0xF;
+    const quint64 indexSize = version > 0 ? sizes & 0xF : 0;
+    const quint64 count = reader.id(version > 1);
+    if (version > 2 || !isSizeOfNumber(offsetSize) || !isSizeOfNumber(lengthSize)
+        || !isSizeOfNumber(baseSize) || !isSizeOfNumber(indexSize))
+        return false;
+    for (quint64 i = 0; i < count && reader.isOk(); ++i) {
+        const quint32 id = reader.id(version > 1);
+        const quint64 method = version > 0 ? reader.number(2) & 0xF : 0;
+        reader.number(2); // in which file: this one
+        const quint64 base = reader.number(baseSize);
+        const quint64 extents = reader.number(2);
+        const auto found = m_items.find(id);
+        if (extents > kMaxExtents || method > 1
+            || (found != m_items.end() && !found->second.extents.empty()))
+            return false;
+        for (quint64 part = 0; part < extents; ++part) {
+            reader.number(indexSize);
+            const quint64 offset = reader.number(offsetSize);
+            const quint64 length = reader.number(lengthSize);
+            if (base > kMaxAt || offset > kMaxAt || length > kMaxAt)
+                return false;
+            Extent extent { static_cast<qint64>(base + offset), static_cast<qint64>(length) };
+            if (method == 1) {
+                if (extent.at + extent.size > idat.size())
+                    return false;
+                extent.at += fileExtent(idat).at;
+            }
+            if (found != m_items.end())
+                found->second.extents.push_back(extent);
+        }
+    }
+    return reader.isOk();
+}
+
+bool HeifStructure::parseProperties(QByteArrayView iprp)
+{
+    Boxes boxes = boxesOf(Reader(iprp));
+    std::vector<Box> properties;
+    for (Reader reader(boxes[fourcc("ipco")]); reader.hasMore();) {
+        const std::optional<Box> box = nextBox(reader);
+        if (!box || properties.size() == kMaxProperties)
+            return false;
+        properties.push_back(*box);
+    }
+    Reader reader(boxes[fourcc("ipma")]);
+    const Version version(reader);
+    const quint64 count = reader.number(4);
+    for (quint64 i = 0; i < count && reader.isOk(); ++i) {
+        const auto found = m_items.find(reader.id(version.number > 0));
+        for (quint64 left = reader.number(1); left > 0; --left) {
+            const quint64 index =
+                (version.flags & 1) != 0 ? reader.number(2) & 0x7FFF : reader.number(1) & 0x7F;
+            if (index > properties.size())
+                return false;
+            if (index > 0 && found != m_items.end()
+                && !addProperty(
+                    found->second, properties[index - 1].type, properties[index - 1].content))
+                return false;
+        }
+    }
+    return reader.isOk();
+}
+
+bool HeifStructure::addProperty(Item &item, quint32 type, QByteArrayView content) const
+{
+    const bool isConfiguration = (type == fourcc("hvcC") && item.type == fourcc("hvc1"))
+        || (type == fourcc("av1C") && item.type == fourcc("av01"));
+    if (isConfiguration) {
+        if (item.configuration.size != 0 || content.size() > kMaxConfigurationBytes)
+            return false;
+        item.configuration = fileExtent(content);
+    } else if (type == fourcc("ispe")) {
+        Reader ispe(content);
+        ispe.number(4); // version and flags
+        const int width = side(ispe.number(4));
+        const int height = side(ispe.number(4));
+        if (item.size.isValid() || width == 0 || height == 0)
+            return false;
+        item.size = { width, height };
+    } else if (type == fourcc("irot") || type == fourcc("imir") || type == fourcc("clap")) {
+        return ++item.changes <= kMaxChanges;
+    }
+    return true;
+}
+
+bool HeifStructure::parseReferences(QByteArrayView iref)
+{
+    if (iref.isEmpty())
+        return true;
+    Reader reader(iref);
+    const bool isLong = Version(reader).number > 0;
+    std::size_t references = 0;
+    while (reader.hasMore()) {
+        const std::optional<Box> box = nextBox(reader);
+        if (!box)
+            return false;
+        Reader content(box->content);
+        const quint32 fromId = content.id(isLong);
+        const auto from = m_items.find(fromId);
+        const quint64 count = content.number(2);
+        references += count + 1;
+        if (references > kMaxReferences)
+            return false;
+        const bool isInput = box->type == fourcc("dimg") && from != m_items.end();
+        if (isInput && !from->second.inputs.empty())
+            return false;
+        for (quint64 i = 0; i < count && content.isOk(); ++i) {
+            const quint32 toId = content.id(isLong);
+            const auto to = m_items.find(toId);
+            if (isInput)
+                from->second.inputs.push_back(toId);
+            else if (box->type == fourcc("thmb") && to != m_items.end())
+                to->second.thumbnails.push_back(fromId);
+            else if (box->type == fourcc("auxl") && to != m_items.end())
+                to->second.auxiliaries.push_back(fromId);
+        }
+        if (!content.isOk())
+            return false;
+    }
+    return reader.isOk();
+}
+
+// An image and what belongs to it.
+bool HeifStructure::isSafePicture(quint32 id)
+{
+    const Item *item = find(id);
+    if (!item || !isSafeImage(*item))
+        return false;
+    return std::all_of(
+        item->auxiliaries.cbegin(), item->auxiliaries.cend(), [this, item](quint32 auxiliaryId) {
+            const Item *auxiliary = find(auxiliaryId);
+            return auxiliary && auxiliary->auxiliaries.empty()
+                && isInProportion(area(auxiliary->size), item->size) && isSafeImage(*auxiliary);
+        });
+}
+
+bool HeifStructure::isSafeImage(const Item &item)
+{
+    switch (item.type) {
+    case fourcc("grid"):
+        return isSafeGrid(item);
+    case fourcc("iden"): {
+        const Item *input = item.inputs.size() == 1 ? find(item.inputs.front()) : nullptr;
+        return input && input->auxiliaries.empty() && isInProportion(area(input->size), item.size)
+            && (input->type == fourcc("grid") ? isSafeGrid(*input)
+                                              : isSafeInput(item.inputs.front()));
+    }
+    case fourcc("hvc1"):
+        return isSafeHevc(item);
+    case fourcc("av01"):
+        return isSafeAv1(item);
+    default:
+        return false;
+    }
+}
+
+// Inputs are coded; there is nothing behind them, and so no circle.
+bool HeifStructure::isSafeInput(quint32 id)
+{
+    const Item *item = find(id);
+    if (!item || !item->auxiliaries.empty())
+        return false;
+    return item->type == fourcc("hvc1") ? isSafeHevc(*item)
+                                        : item->type == fourcc("av01") && isSafeAv1(*item);
+}
+
+bool HeifStructure::isSafeGrid(const Item &grid)
+{
+    constexpr qint64 kLongPayload = 12;
+    const QByteArray payload = read(grid.extents, 0, kLongPayload);
+    Reader reader(payload);
+    reader.number(1); // version
+    const quint64 sideSize = (reader.number(1) & 1) != 0 ? 4 : 2;
+    const quint64 rows = reader.number(1) + 1;
+    const quint64 columns = reader.number(1) + 1;
+    const int width = side(reader.number(sideSize));
+    const int height = side(reader.number(sideSize));
+    if (!reader.isOk() || grid.size.isEmpty() || QSize(width, height) != grid.size
+        || grid.inputs.size() != rows * columns)
+        return false;
+    qint64 pixels = 0;
+    for (const quint32 id : grid.inputs) {
+        const Item *tile = find(id);
+        pixels += tile ? area(tile->size) : 0;
+        if (!isInProportion(pixels, grid.size) || !isSafeInput(id))
+            return false;
+    }
+    return true;
+}
+
+bool HeifStructure::isSafeHevc(const Item &item)
+{
+    const QByteArray configuration = read({ item.configuration }, 0, item.configuration.size);
+    Reader reader(configuration);
+    reader.take(21); // profile and the like
+    if ((reader.number(1) & 3) != 3) // bytes of a length, less one
+        return false;
+    bool hasHeader = false;
+    for (quint64 lists = reader.number(1); lists > 0; --lists) {
+        reader.number(1);
+        for (quint64 units = reader.number(2); units > 0; --units) {
+            const QByteArrayView unit = reader.take(reader.number(2));
+            if (unit.isEmpty())
+                return false;
+            if (!isHevcHeader(unit))
+                continue;
+            if (!isCodedAs(CodedSize::ofHevc(unit), item.size))
+                return false;
+            hasHeader = true;
+        }
+    }
+    const qint64 total = totalSize(item.extents);
+    m_codedBytes += total;
+    if (!hasHeader || total == 0 || m_codedBytes > kMaxCodedBytes)
+        return false;
+    bool hasPicture = false;
+    qint64 at = 0;
+    for (int units = 0; at < total; ++units) {
+        const QByteArray start = read(item.extents, at, kUnitStartBytes);
+        Reader data(start);
+        const auto size = static_cast<qint64>(data.number(4));
+        const QByteArrayView unit = data.take(std::min<quint64>(size, data.left()));
+        if (unit.size() < 3 || units == kMaxUnits)
+            return false;
+        if (isHevcHeader(unit) && !isCodedAs(CodedSize::ofHevc(unit), item.size))
+            return false;
+        constexpr int kFirstParameters = 32; // below are slices, of which one begins the picture
+        if (hevcType(unit) < kFirstParameters && (unit.at(2) & 0x80) != 0
+            && std::exchange(hasPicture, true))
+            return false;
+        at += size + 4;
+    }
+    return at == total;
+}
+
+bool HeifStructure::isSafeAv1(const Item &item)
+{
+    constexpr qint64 kFixedConfiguration = 4;
+    std::vector<Extent> extents = item.extents;
+    if (item.configuration.size > kFixedConfiguration)
+        extents.insert(extents.begin(),
+                       { item.configuration.at + kFixedConfiguration,
+                         item.configuration.size - kFixedConfiguration });
+    const qint64 total = totalSize(extents);
+    m_codedBytes += total;
+    if (m_codedBytes > kMaxCodedBytes)
+        return false;
+    bool hasHeader = false;
+    int frames = 0;
+    qint64 at = 0;
+    for (int units = 0; at < total; ++units) {
+        const QByteArray start = read(extents, at, kUnitStartBytes);
+        Reader data(start);
+        const quint64 head = data.number(1);
+        data.number((head & 4) != 0 ? 1 : 0); // layer
+        quint64 size = 0;
+        quint64 sizeByte = 0x80;
+        for (int shift = 0; (head & 2) != 0 && (sizeByte & 0x80) != 0 && shift < 56; shift += 7) {
+            sizeByte = data.number(1);
+            size |= (sizeByte & 0x7F) << shift;
+        }
+        const qint64 content = at + start.size() - data.left();
+        if ((head & 2) == 0)
+            size = static_cast<quint64>(total - content); // the last
+        if (!data.isOk() || units == kMaxUnits || size > static_cast<quint64>(total - content))
+            return false;
+        const QByteArrayView unit = data.take(std::min<quint64>(size, data.left()));
+        switch (head >> 3 & 0xF) {
+        case 1: // header of the sequence
+            if (!isCodedAs(CodedSize::ofAv1(unit), item.size))
+                return false;
+            hasHeader = true;
+            break;
+        case 3: // frame, in parts
+        case 6: // frame
+            if (++frames > kMaxAv1Layers)
+                return false;
+            break;
+        default:
+            break;
+        }
+        at = content + static_cast<qint64>(size);
+    }
+    return hasHeader;
+}
+
+const HeifStructure::Item *HeifStructure::find(quint32 id) const
+{
+    const auto found = m_items.find(id);
+    return found == m_items.cend() ? nullptr : &found->second;
+}
+
+HeifStructure::Extent HeifStructure::fileExtent(QByteArrayView ofMeta) const
+{
+    return { m_metaAt + (ofMeta.data() - m_meta.constData()), ofMeta.size() };
+}
+
+// Less when the file or the extents end before; nothing when there was too much of it.
+QByteArray HeifStructure::read(const std::vector<Extent> &extents, qint64 at, qint64 size)
+{
+    QByteArray bytes;
+    if (++m_reads > kMaxReads)
+        return bytes;
+    for (const Extent &extent : extents) {
+        const qint64 wanted = std::min(extent.size - at, size - bytes.size());
+        if (wanted > 0) {
+            if (extent.at + at > m_device.size() || !m_device.seek(extent.at + at))
+                break;
+            bytes += m_device.read(wanted);
+        }
+        at = std::max<qint64>(at - extent.size, 0);
+    }
+    return bytes;
+}
