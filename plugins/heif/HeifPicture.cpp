@@ -311,7 +311,8 @@ QImage HeifPicture::decode(const heif_image_handle &handle, QSize wanted)
     const QSize cells = wanted * kCellsPerPixel;
     const bool hasAlpha = heif_image_handle_has_alpha_channel(&handle) != 0;
     QImage picture;
-    if (wanted.isValid() && !hasAlpha && size.width() >= cells.width() * 2
+    const bool hasBytes = heif_image_handle_get_luma_bits_per_pixel(&handle) == 8;
+    if (wanted.isValid() && !hasAlpha && hasBytes && size.width() >= cells.width() * 2
         && size.height() >= cells.height() * 2) {
         const Image planes = decodeAs(handle, heif_chroma_444);
         picture = planes ? averagedPicture(*planes, cells) : QImage();

@@ -150,6 +150,10 @@ void tst_HeifPlugin::decodesLikeOthers_data()
         QTest::addRow("orientation %d", orientation)
             << QString() << Sample::encodeHeic(picture(500, 300), { orientation });
     QTest::newRow("AVIF") << QString() << encodedElsewhere(picture(500, 300), u"avif"_s);
+    QTest::newRow("ten bits") << QString()
+                              << encodedElsewhere(
+                                     picture(500, 300).convertToFormat(QImage::Format_RGBX64),
+                                     u"heic"_s);
     const QDir real(QStringLiteral(TEST_SOURCE_DIR) + u"/../../shared/real/media"_s);
     for (const QString &name : { u"fixture-heic.heic"_s, u"fixture-mif1.heic"_s }) {
         if (real.exists(name))
