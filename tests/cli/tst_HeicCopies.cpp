@@ -80,7 +80,8 @@ class tst_HeicCopies : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void initTestCase();
+    void init() { QDir(m_output).removeRecursively(); }
     void writesNoneUnasked();
     void writesOneBesideEachPicture();
     void countsThePagesBehindABrokenPicture();
@@ -97,12 +98,10 @@ private:
     QString m_output;
 };
 
-void tst_HeicCopies::init()
+void tst_HeicCopies::initTestCase()
 {
     m_backup = m_folder.filePath(u"backup"_s);
     m_output = m_folder.filePath(u"out"_s);
-    QDir(m_backup).removeRecursively();
-    QDir(m_output).removeRecursively();
     Sample::BackupWriter writer(m_backup);
     Sample::FileTraits traits;
     traits.modified = kTaken;

@@ -22,9 +22,9 @@ struct Item
 
 inline QByteArray number(qint64 value, int bytes)
 {
-    QByteArray text;
-    while (--bytes >= 0)
-        text += static_cast<char>(value >> (8 * bytes) & 0xFF);
+    QByteArray text(bytes, '\0');
+    for (int at = bytes - 1; at >= 0; --at, value >>= 8)
+        text[at] = static_cast<char>(value & 0xFF);
     return text;
 }
 
