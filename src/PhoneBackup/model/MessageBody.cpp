@@ -14,16 +14,15 @@ MessageBody MessageBody::read(const Statement &row, int attributed, int plain)
 {
     MessageBody body;
     const QByteArrayView bytes = row.bytes(attributed);
-    if (!bytes.isEmpty()) {
-        if (auto decoded = AttributedText::decode(bytes)) {
-            body.text = std::move(decoded->text);
-            body.places = std::move(decoded->files);
-            body.transcription = std::move(decoded->transcription);
-            return body;
-        }
+    auto decoded = bytes.isEmpty() ? std::nullopt : AttributedText::decode(bytes);
+    if (decoded && !decoded->text.isEmpty()) {
+        body.text = std::move(decoded->text);
+        body.places = std::move(decoded->files);
+        body.transcription = std::move(decoded->transcription);
+        return body;
     }
     body.text = row.text(plain);
-    if (body.text.isEmpty() && !bytes.isEmpty()) {
+    if (body.text.isEmpty() && !bytes.isEmpty() && !decoded) {
         const std::optional<QString> salvaged = AttributedText::salvage(bytes);
         body.isUnreadable = !salvaged;
         body.text = salvaged.value_or(QString());

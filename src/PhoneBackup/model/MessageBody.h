@@ -16,7 +16,8 @@ struct MessageBody
     QString transcription; //!< What was said in a voice message.
     bool isUnreadable = false; //!< There is a text, of which nothing can be read.
 
-    //! The attributed text in column \a attributed of \a row; the one in \a plain where that fails.
+    //! The attributed text in column \a attributed of \a row; the one in \a plain where that fails
+    //! or is empty.
     static MessageBody read(const Statement &row, int attributed, int plain);
 
     //! Tells \a source that texts could not be read.

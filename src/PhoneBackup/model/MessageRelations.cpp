@@ -148,7 +148,9 @@ QString MessageRelations::quote(quint64 target, int part) const
         return {};
     if (message->extras && part >= 0 && part < message->extras->parts.size())
         return MessageWords::quote(message->extras->parts.at(part));
-    if (message->text.isEmpty() && message->extras && !message->extras->parts.isEmpty())
+    // The only part is the whole message, without what marks it.
+    const qsizetype parts = message->extras ? message->extras->parts.size() : 0;
+    if (parts == 1 || (parts > 1 && message->text.isEmpty()))
         return MessageWords::quote(message->extras->parts.first());
     return MessageWords::quote(message->text);
 }

@@ -59,6 +59,9 @@ void tst_Messages::showsEveryKindOfMessage_data()
     QTest::newRow("damaged attributed text alone")
         << message(1, "NULL", "attributedBody", hex(Sample::attributedBody(u"Hello"_s).chopped(9)))
         << QStringList { ann("Hello") };
+    QTest::newRow("empty attributed text, plain one")
+        << message(1, "'Hello'", "attributedBody", hex(Sample::attributedBody(QString())))
+        << QStringList { ann("Hello") };
     QTest::newRow("nothing left of it") << message(1, "NULL", "attributedBody", "x'040b'")
                                         << QStringList { ann("[This message could not be read]") };
     QTest::newRow("control characters")
@@ -96,7 +99,9 @@ void tst_Messages::showsEveryKindOfMessage_data()
         << message(1, "'New'", "date_edited", "700000001000000001")
             + message(
                 2, "'x'", "associated_message_type, associated_message_guid", "2001, 'p:0/guid-1'")
-        << QStringList { ann("New [Edited]"), ann("Ann liked “New”") };
+            + message(
+                3, "'x'", "associated_message_type, associated_message_guid", "2000, 'guid-1'", "0")
+        << QStringList { ann("New [Edited]"), ann("Ann liked “New”"), u"> You loved “New”"_s };
     QTest::newRow("unsent") << message(1, "NULL", "date_retracted", "700000001000000001")
                             << QStringList { ann("[Unsent]") };
     QTest::newRow("partly unsent")
