@@ -1,8 +1,9 @@
 #include "HeifPicture.h"
 
 #include "HeifStructure.h"
+#include "PlaneAverages.h"
+#include "ReducedHevc.h"
 
-#include <QBuffer>
 #include <QColorSpace>
 #include <QIODevice>
 #include <QImageReader>
@@ -13,10 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <functional>
-#include <numeric>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -71,6 +69,28 @@ bool haveOneShape(QSize a, QSize b)
     return std::abs(across - down) <= qint64 { std::max(b.width(), b.height()) } * 2;
 }
 
+QSize turnedSize(const HevcPicture &picture)
+{
+    return picture.turn.mapRect(QRect(QPoint(), picture.size)).size();
+}
+
+struct FreeColours
+{
+    void operator()(heif_color_profile_nclx *colours) const
+    {
+        heif_nclx_color_profile_free(colours);
+    }
+};
+using StatedColours = std::unique_ptr<heif_color_profile_nclx, FreeColours>;
+
+StatedColours statedColours(const heif_image_handle *handle)
+{
+    heif_color_profile_nclx *colours = nullptr;
+    const bool areStated = isOk(heif_image_handle_get_nclx_color_profile(handle, &colours));
+    StatedColours owned(colours);
+    return areStated ? std::move(owned) : nullptr;
+}
+
 QColorSpace colourSpaceOf(const heif_image_handle *handle)
 {
     const std::size_t size = heif_image_handle_get_raw_color_profile_size(handle);
@@ -79,13 +99,25 @@ QColorSpace colourSpaceOf(const heif_image_handle *handle)
         if (isOk(heif_image_handle_get_raw_color_profile(handle, profile.data())))
             return QColorSpace::fromIccProfile(profile);
     }
-    heif_color_profile_nclx *numbers = nullptr;
-    QColorSpace space(QColorSpace::SRgb);
-    if (isOk(heif_image_handle_get_nclx_color_profile(handle, &numbers)) && numbers != nullptr
-        && numbers->color_primaries == heif_color_primaries_SMPTE_EG_432_1)
-        space = QColorSpace(QColorSpace::DisplayP3);
-    heif_nclx_color_profile_free(numbers);
-    return space;
+    const StatedColours colours = statedColours(handle);
+    return colours && colours->color_primaries == heif_color_primaries_SMPTE_EG_432_1
+        ? QColorSpace(QColorSpace::DisplayP3)
+        : QColorSpace(QColorSpace::SRgb);
+}
+
+bool isWithinLimit(QSize size)
+{
+    const qint64 limitMb = QImageReader::allocationLimit();
+    const qint64 bytes = qint64 { size.width() } * size.height() * kBytesPerPixel;
+    return !size.isEmpty() && (limitMb <= 0 || bytes <= limitMb * 1024 * 1024);
+}
+
+// Whether averages are enough of a picture of \a size that is to become \a wanted.
+bool isMuchSmaller(QSize wanted, QSize size)
+{
+    const QSize cells = wanted * kCellsPerPixel;
+    return wanted.isValid() && size.width() >= cells.width() * 2
+        && size.height() >= cells.height() * 2;
 }
 
 void freeImage(void *image)
@@ -102,9 +134,7 @@ using Image = std::unique_ptr<heif_image, ReleaseImage>;
 Image decodeAs(const heif_image_handle &handle, heif_chroma layout)
 {
     const QSize size = sizeOf(&handle);
-    const qint64 limitMb = QImageReader::allocationLimit();
-    const qint64 bytes = qint64 { size.width() } * size.height() * kBytesPerPixel;
-    if (size.isEmpty() || (limitMb > 0 && bytes > limitMb * 1024 * 1024))
+    if (!isWithinLimit(size))
         return {};
     const std::unique_ptr<heif_decoding_options, decltype(&heif_decoding_options_free)> options(
         heif_decoding_options_alloc(), &heif_decoding_options_free);
@@ -142,56 +172,30 @@ QImage wholePicture(Image image, bool hasAlpha)
     return picture;
 }
 
-// Where cell number \a index of \a count begins in \a length samples; they differ by one at most.
-int cellStart(int index, int count, int length)
-{
-    return static_cast<int>(qint64 { index } * length / count);
-}
-
-// Writes the averages of a plane's cells into every \a kColours-th byte of \a picture.
-void averagePlane(const heif_image &image, heif_channel channel, int colour, QImage &picture)
-{
-    constexpr int kColours = 3;
-    const int width = heif_image_get_width(&image, channel);
-    const int height = heif_image_get_height(&image, channel);
-    int bytesPerLine = 0;
-    const uint8_t *plane = heif_image_get_plane_readonly(&image, channel, &bytesPerLine);
-    std::vector<quint32> columns(static_cast<std::size_t>(width));
-    for (int row = 0; row < picture.height(); ++row) {
-        const int top = cellStart(row, picture.height(), height);
-        const int bottom = cellStart(row + 1, picture.height(), height);
-        std::fill(columns.begin(), columns.end(), 0);
-        for (int y = top; y < bottom; ++y) {
-            const uint8_t *line = plane + std::ptrdiff_t { y } * bytesPerLine;
-            std::transform(columns.cbegin(), columns.cend(), line, columns.begin(), std::plus<>());
-        }
-        uchar *target = picture.scanLine(row) + colour;
-        for (int column = 0; column < picture.width(); ++column, target += kColours) {
-            const int left = cellStart(column, picture.width(), width);
-            const int right = cellStart(column + 1, picture.width(), width);
-            const quint64 sum =
-                std::accumulate(columns.cbegin() + left, columns.cbegin() + right, quint64 { 0 });
-            const auto samples =
-                static_cast<quint64>(right - left) * static_cast<quint64>(bottom - top);
-            *target = static_cast<uchar>((sum + samples / 2) / samples);
-        }
-    }
-}
-
 // The averages of as many cells as \a cells has pixels, which must not be more than \a image has.
 QImage averagedPicture(const heif_image &image, QSize cells)
 {
     constexpr std::array kChannels { heif_channel_R, heif_channel_G, heif_channel_B };
+    constexpr int kColours = 3;
     QImage picture(cells, QImage::Format_RGB888);
-    if (picture.isNull())
-        return picture;
     for (int colour = 0; const heif_channel channel : kChannels) {
-        if (heif_image_has_channel(&image, channel) == 0
-            || heif_image_get_bits_per_pixel_range(&image, channel) != 8
-            || heif_image_get_width(&image, channel) < cells.width()
-            || heif_image_get_height(&image, channel) < cells.height())
+        if (picture.isNull() || heif_image_has_channel(&image, channel) == 0
+            || heif_image_get_bits_per_pixel_range(&image, channel) != 8)
             return {};
-        averagePlane(image, channel, colour++, picture);
+        const QSize size(heif_image_get_width(&image, channel),
+                         heif_image_get_height(&image, channel));
+        int bytesPerLine = 0;
+        const uint8_t *samples = heif_image_get_plane_readonly(&image, channel, &bytesPerLine);
+        PlaneAverages plane(size, cells);
+        if (samples == nullptr || !plane.isValid())
+            return {};
+        plane.addBytes(samples, bytesPerLine, QRect({}, size));
+        for (int y = 0; y < cells.height(); ++y) {
+            uchar *target = picture.scanLine(y) + colour;
+            for (int x = 0; x < cells.width(); ++x, target += kColours)
+                *target = static_cast<uchar>(plane.average(x, y, cells) + 0.5);
+        }
+        ++colour;
     }
     return picture;
 }
@@ -215,7 +219,7 @@ HeifPicture::~HeifPicture() = default;
 bool HeifPicture::isHeif(QIODevice &device)
 {
     // The first brand says what the file is best for, those that follow what it can be read as.
-    static constexpr std::array kBrands { "heic", "heix", "mif1", "avif" };
+    static constexpr std::array kBrands { "heic", "heix", "hevc", "mif1", "msf1", "avif" };
     constexpr qsizetype kFirstBrand = 16;
     constexpr qint64 kMaxBytes = 256;
     const QByteArray start = device.peek(kMaxBytes);
@@ -232,35 +236,46 @@ bool HeifPicture::isHeif(QIODevice &device)
 
 bool HeifPicture::open(QIODevice *device)
 {
-    QBuffer buffer(&m_bytes);
+    m_device = device;
     if (device->isSequential()) {
-        m_bytes = device->read(kMaxSequentialBytes);
-        buffer.open(QIODevice::ReadOnly);
+        m_buffer.setData(device->read(kMaxSequentialBytes));
+        m_buffer.open(QIODevice::ReadOnly);
+        m_device = &m_buffer;
     }
-    if (!HeifStructure(buffer.isOpen() ? buffer : *device).isSafe())
+    HeifStructure structure(*m_device);
+    if (!structure.isSafe())
         return false;
-    m_context.reset(heif_context_alloc());
-    if (!m_context)
+    m_hevc = structure.hevcPicture();
+    if (!structure.isSequence() && !openImage())
         return false;
-    heif_context_set_maximum_image_size_limit(m_context.get(), kMaxSidePx);
-    heif_context_set_max_decoding_threads(m_context.get(), 0); // the caller's thread alone
-    if (buffer.isOpen()) {
-        if (!isOk(heif_context_read_from_memory_without_copy(
-                m_context.get(), m_bytes.constData(), std::size_t(m_bytes.size()), nullptr)))
-            return false;
-    } else if (!isOk(heif_context_read_from_reader(m_context.get(), &kReader, device, nullptr))) {
-        return false;
-    }
-    heif_image_handle *handle = nullptr;
-    if (!isOk(heif_context_get_primary_image_handle(m_context.get(), &handle)))
-        return false;
-    m_handle.reset(handle);
-    const QSize size = sizeOf(handle);
+    const QSize size = m_handle ? sizeOf(m_handle.get()) : turnedSize(*m_hevc);
     if (size.isEmpty()
         || qint64 { size.width() } * size.height() > qint64 { kMaxSidePx } * kMaxSidePx)
         return false;
     m_size = size;
     return true;
+}
+
+bool HeifPicture::openImage()
+{
+    m_context.reset(heif_context_alloc());
+    if (!m_context || !m_device->seek(0))
+        return false;
+    heif_context_set_maximum_image_size_limit(m_context.get(), kMaxSidePx);
+    heif_context_set_max_decoding_threads(m_context.get(), 0); // the caller's thread alone
+    if (!isOk(heif_context_read_from_reader(m_context.get(), &kReader, m_device, nullptr)))
+        return false;
+    heif_image_handle *handle = nullptr;
+    const bool hasHandle = isOk(heif_context_get_primary_image_handle(m_context.get(), &handle));
+    m_handle.reset(handle);
+    if (hasHandle && m_hevc && turnedSize(*m_hevc) != sizeOf(handle)) {
+        // It is cropped, or its writer stated the size that it has after its turn.
+        m_hevc->size.transpose();
+        m_hevc->tileSize.transpose();
+        if (m_hevc->tiles.size() > 1 || turnedSize(*m_hevc) != sizeOf(handle))
+            m_hevc.reset();
+    }
+    return hasHandle;
 }
 
 QImage HeifPicture::decode(QSize wanted) const
@@ -269,7 +284,9 @@ QImage HeifPicture::decode(QSize wanted) const
         return {};
     const Handle smaller = smallerVersion(wanted);
     QImage picture = smaller ? decode(*smaller, wanted) : QImage();
-    if (picture.isNull())
+    if (picture.isNull() && (!m_handle || isMuchSmaller(wanted, m_size)))
+        picture = decodeReduced(wanted);
+    if (picture.isNull() && m_handle)
         picture = decode(*m_handle, wanted);
     if (!picture.isNull() && wanted.isValid() && picture.size() != wanted) {
         const QColorSpace space = picture.colorSpace();
@@ -283,7 +300,7 @@ QImage HeifPicture::decode(QSize wanted) const
 HeifPicture::Handle HeifPicture::smallerVersion(QSize wanted) const
 {
     Handle best;
-    if (!wanted.isValid())
+    if (!wanted.isValid() || !m_handle)
         return best;
     std::array<heif_item_id, kMaxSmallerVersions> ids {};
     const int count = heif_image_handle_get_list_of_thumbnail_IDs(
@@ -303,19 +320,34 @@ HeifPicture::Handle HeifPicture::smallerVersion(QSize wanted) const
     return best;
 }
 
+// The main picture alone, and without its transparency.
+QImage HeifPicture::decodeReduced(QSize wanted) const
+{
+    if (!m_hevc || !isWithinLimit(m_size)
+        || (m_handle && heif_image_handle_has_alpha_channel(m_handle.get()) != 0))
+        return {};
+    const QSize cells = wanted.isValid() ? (wanted * kCellsPerPixel).boundedTo(m_size) : m_size;
+    const StatedColours colours = m_handle ? statedColours(m_handle.get()) : nullptr;
+    std::optional<ReducedHevc::ColourCoding> coding;
+    if (colours)
+        coding = { int { colours->matrix_coefficients }, colours->full_range_flag != 0 };
+    QImage picture = ReducedHevc::decode(*m_device, *m_hevc, coding, cells);
+    if (!picture.isNull())
+        picture.setColorSpace(m_handle ? colourSpaceOf(m_handle.get())
+                                       : QColorSpace(QColorSpace::SRgb));
+    return picture;
+}
+
 // A picture that is to become much smaller is averaged first: that is a tenth of the work that the
 // image library has with all of its pixels.
 QImage HeifPicture::decode(const heif_image_handle &handle, QSize wanted)
 {
-    const QSize size = sizeOf(&handle);
-    const QSize cells = wanted * kCellsPerPixel;
     const bool hasAlpha = heif_image_handle_has_alpha_channel(&handle) != 0;
-    QImage picture;
     const bool hasBytes = heif_image_handle_get_luma_bits_per_pixel(&handle) == 8;
-    if (wanted.isValid() && !hasAlpha && hasBytes && size.width() >= cells.width() * 2
-        && size.height() >= cells.height() * 2) {
+    QImage picture;
+    if (hasBytes && !hasAlpha && isMuchSmaller(wanted, sizeOf(&handle))) {
         const Image planes = decodeAs(handle, heif_chroma_444);
-        picture = planes ? averagedPicture(*planes, cells) : QImage();
+        picture = planes ? averagedPicture(*planes, wanted * kCellsPerPixel) : QImage();
     } else if (Image image = decodeAs(
                    handle, hasAlpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB)) {
         picture = wholePicture(std::move(image), hasAlpha);

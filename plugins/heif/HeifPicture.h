@@ -1,18 +1,21 @@
 #ifndef PLUGINS_HEIF_HEIFPICTURE_H
 #define PLUGINS_HEIF_HEIFPICTURE_H
 
-#include <QByteArray>
+#include "HevcPicture.h"
+
+#include <QBuffer>
 #include <QImage>
 #include <QSize>
 
 #include <memory>
+#include <optional>
 
 struct heif_context;
 struct heif_image_handle;
 class QIODevice;
 
 /*!
-    \brief The main picture of a HEIF file: HEIC or AVIF.
+    \brief The main picture of a HEIF file: HEIC or AVIF; of a sequence of HEIC, the first one.
 
     \par Orientation
     The turns and flips that the file asks for are part of the picture: size() and decode() are
@@ -30,10 +33,7 @@ class HeifPicture
 public:
     static constexpr int kMaxSidePx = 16384;
 
-    /*!
-        Whether the bytes at \a device's position begin a file that can be read as a picture, as
-        opposed to a sequence of pictures alone; the position stays.
-    */
+    //! Whether the bytes at \a device's position begin a file that may be read; the position stays.
     static bool isHeif(QIODevice &device);
 
     HeifPicture();
@@ -61,12 +61,16 @@ private:
     };
     using Handle = std::unique_ptr<heif_image_handle, Free>;
 
+    bool openImage();
     Handle smallerVersion(QSize wanted) const;
+    QImage decodeReduced(QSize wanted) const;
     static QImage decode(const heif_image_handle &handle, QSize wanted);
 
-    QByteArray m_bytes; // of a device that cannot go back
+    QBuffer m_buffer; // of a device that cannot go back
+    QIODevice *m_device = nullptr; // that one or the caller's
     std::unique_ptr<heif_context, Free> m_context;
-    Handle m_handle;
+    Handle m_handle; // none for a sequence, which libheif does not read
+    std::optional<HevcPicture> m_hevc; // the same picture, if it is coded as that
     QSize m_size;
 };
 

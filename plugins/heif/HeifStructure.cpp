@@ -1,6 +1,8 @@
 #include "HeifStructure.h"
 
+#include "BoxReader.h"
 #include "CodedSize.h"
+#include "MovieStart.h"
 
 #include <QIODevice>
 
@@ -18,6 +20,7 @@ constexpr std::size_t kMaxReferences = 65536;
 constexpr quint64 kMaxExtents = 32; // an item
 constexpr qint64 kMaxConfigurationBytes = 16384;
 constexpr qint64 kMaxCodedBytes = 256LL * 1024 * 1024;
+constexpr quint64 kMaxAt = quint64 { 1 } << 48; // in a file: far below where sums overflow
 constexpr int kMaxUnits = 64; // of coded data, an item
 constexpr int kMaxReads = 16384; // of the file: ample for the tiles of any camera
 constexpr int kMaxChanges = 3; // of an image: a turn, a flip and a crop
@@ -26,72 +29,10 @@ constexpr qint64 kUnitStartBytes = 256; // holds all that is read of one
 constexpr int kBlockPx = 64; // the largest that coded sizes are rounded up to
 constexpr qint64 kSparePx = 4LL * 1024 * 1024; // for what sticks out of a small grid
 
-constexpr quint32 fourcc(const char (&name)[5])
-{
-    quint32 code = 0;
-    for (int i = 0; i < 4; ++i)
-        code = code << 8 | static_cast<uchar>(name[i]);
-    return code;
-}
-
-// Takes bytes from the front; once there are too few, all is empty and zero.
-class Reader
-{
-public:
-    explicit Reader(QByteArrayView bytes)
-        : m_bytes(bytes)
-    {
-    }
-    bool isOk() const { return m_isOk; }
-    bool hasMore() const { return m_isOk && !m_bytes.isEmpty(); }
-    qsizetype left() const { return m_bytes.size(); }
-    QByteArrayView take(quint64 size)
-    {
-        m_isOk = m_isOk && size <= static_cast<quint64>(m_bytes.size());
-        const QByteArrayView taken =
-            m_isOk ? m_bytes.first(static_cast<qsizetype>(size)) : QByteArrayView();
-        m_bytes = m_isOk ? m_bytes.sliced(taken.size()) : QByteArrayView();
-        return taken;
-    }
-    quint64 number(quint64 bytes)
-    {
-        quint64 value = 0;
-        for (const char byte : take(bytes))
-            value = value << 8 | static_cast<uchar>(byte);
-        return value;
-    }
-    quint32 id(bool isLong) { return static_cast<quint32>(number(isLong ? 4 : 2)); }
-
-private:
-    QByteArrayView m_bytes;
-    bool m_isOk = true;
-};
-
-struct Box
-{
-    quint32 type;
-    QByteArrayView content;
-};
-
-std::optional<Box> nextBox(Reader &reader)
-{
-    quint64 size = reader.number(4);
-    const auto type = static_cast<quint32>(reader.number(4));
-    quint64 head = 8;
-    if (size == 1) {
-        size = reader.number(8);
-        head = 16;
-    }
-    if (!reader.isOk() || size < head)
-        return {};
-    const Box box { type, reader.take(size - head) };
-    return reader.isOk() ? std::optional(box) : std::nullopt;
-}
-
 using Boxes = std::map<quint32, QByteArrayView>;
 
 // The boxes of a container that matter; none when something is broken or one is there twice.
-Boxes boxesOf(Reader reader)
+Boxes boxesOf(BoxReader reader)
 {
     static constexpr std::array kTypes { fourcc("pitm"), fourcc("iinf"), fourcc("iloc"),
                                          fourcc("idat"), fourcc("iref"), fourcc("iprp"),
@@ -107,17 +48,6 @@ Boxes boxesOf(Reader reader)
     }
     return boxes;
 }
-
-struct Version
-{
-    explicit Version(Reader &reader)
-        : number(static_cast<int>(reader.number(1)))
-        , flags(static_cast<int>(reader.number(3)))
-    {
-    }
-    int number;
-    int flags;
-};
 
 qint64 area(QSize size)
 {
@@ -178,22 +108,24 @@ bool HeifStructure::isSafe()
 {
     if (m_device.isSequential() || m_device.pos() != 0)
         return false;
-    bool isSafe = readMeta() && isSafePicture(m_primary);
+    bool isSafe = readBoxes() && isSafePicture(m_primary);
     for (const quint32 id : isSafe ? find(m_primary)->thumbnails : std::vector<quint32>()) {
         const Item *thumbnail = find(id);
         isSafe = isSafe && thumbnail && thumbnail->thumbnails.empty() && isSafePicture(id);
     }
-    return m_device.seek(0) && isSafe;
+    return isSafe;
 }
 
-bool HeifStructure::readMeta()
+bool HeifStructure::readBoxes()
 {
     constexpr qint64 kHeadBytes = 16;
     const qint64 fileSize = m_device.size();
+    FileExtent meta { 0, 0 };
+    FileExtent movie { 0, 0 };
     qint64 at = 0;
     for (int boxes = 0; fileSize - at >= 8; ++boxes) {
         const QByteArray start = read({ { at, kHeadBytes } }, 0, kHeadBytes);
-        Reader reader(start);
+        BoxReader reader(start);
         quint64 size = reader.number(4);
         const auto type = static_cast<quint32>(reader.number(4));
         if (size == 1)
@@ -206,27 +138,32 @@ bool HeifStructure::readMeta()
         if (!reader.isOk() || size < static_cast<quint64>(head))
             break; // some cameras append what is no box
         const bool isWhole = size <= static_cast<quint64>(fileSize - at);
-        const qint64 contentSize = isWhole ? static_cast<qint64>(size) - head : 0;
-        if (type == fourcc("meta")) {
-            if (!isWhole || m_metaAt != 0 || contentSize > kMaxMetaBytes)
+        if (type == fourcc("meta") || type == fourcc("moov")) {
+            FileExtent &content = type == fourcc("meta") ? meta : movie;
+            if (!isWhole || content.at != 0)
                 return false;
-            m_metaAt = at + head;
-            m_meta = read({ { m_metaAt, contentSize } }, 0, contentSize);
+            content = { at + head, static_cast<qint64>(size) - head };
         }
         if (!isWhole)
             break;
         at += static_cast<qint64>(size);
     }
-    return parseMeta(m_meta);
+    m_isSequence = meta.at == 0;
+    const FileExtent &content = m_isSequence ? movie : meta;
+    if (content.size > kMaxMetaBytes)
+        return false;
+    m_metaAt = content.at;
+    m_meta = read({ content }, 0, content.size);
+    return m_isSequence ? parseMovie(m_meta) : parseMeta(m_meta);
 }
 
 bool HeifStructure::parseMeta(QByteArrayView meta)
 {
-    Reader reader(meta);
+    BoxReader reader(meta);
     reader.number(4); // version and flags: always the same
     Boxes boxes = boxesOf(reader);
-    Reader pitm(boxes[fourcc("pitm")]);
-    m_primary = pitm.id(Version(pitm).number > 0);
+    BoxReader pitm(boxes[fourcc("pitm")]);
+    m_primary = pitm.id(BoxVersion(pitm).number > 0);
     return pitm.isOk() && parseItems(boxes[fourcc("iinf")])
         && parseLocations(boxes[fourcc("iloc")], boxes[fourcc("idat")])
         && parseProperties(boxes[fourcc("iprp")]) && parseReferences(boxes[fourcc("iref")]);
@@ -234,16 +171,16 @@ bool HeifStructure::parseMeta(QByteArrayView meta)
 
 bool HeifStructure::parseItems(QByteArrayView iinf)
 {
-    Reader reader(iinf);
-    reader.number(Version(reader).number > 0 ? 4 : 2); // how many: as many as there are
+    BoxReader reader(iinf);
+    reader.number(BoxVersion(reader).number > 0 ? 4 : 2); // how many: as many as there are
     while (reader.hasMore()) {
         const std::optional<Box> box = nextBox(reader);
         if (!box)
             return false;
         if (box->type != fourcc("infe"))
             continue;
-        Reader entry(box->content);
-        const int version = Version(entry).number;
+        BoxReader entry(box->content);
+        const int version = BoxVersion(entry).number;
         const quint32 id = entry.id(version > 2);
         entry.number(2); // protection
         Item item;
@@ -258,9 +195,8 @@ bool HeifStructure::parseItems(QByteArrayView iinf)
 
 bool HeifStructure::parseLocations(QByteArrayView iloc, QByteArrayView idat)
 {
-    constexpr quint64 kMaxAt = quint64 { 1 } << 48; // far below where sums overflow
-    Reader reader(iloc);
-    const int version = Version(reader).number;
+    BoxReader reader(iloc);
+    const int version = BoxVersion(reader).number;
     const quint64 sizes = reader.number(2);
     const auto isSizeOfNumber = [](quint64 size) { return size == 0 || size == 4 || size == 8; };
     const quint64 offsetSize = sizes >> 12 & 0xF;
@@ -287,7 +223,7 @@ bool HeifStructure::parseLocations(QByteArrayView iloc, QByteArrayView idat)
             const quint64 length = reader.number(lengthSize);
             if (base > kMaxAt || offset > kMaxAt || length > kMaxAt)
                 return false;
-            Extent extent { static_cast<qint64>(base + offset), static_cast<qint64>(length) };
+            FileExtent extent { static_cast<qint64>(base + offset), static_cast<qint64>(length) };
             if (method == 1) {
                 if (extent.at + extent.size > idat.size())
                     return false;
@@ -302,16 +238,16 @@ bool HeifStructure::parseLocations(QByteArrayView iloc, QByteArrayView idat)
 
 bool HeifStructure::parseProperties(QByteArrayView iprp)
 {
-    Boxes boxes = boxesOf(Reader(iprp));
+    Boxes boxes = boxesOf(BoxReader(iprp));
     std::vector<Box> properties;
-    for (Reader reader(boxes[fourcc("ipco")]); reader.hasMore();) {
+    for (BoxReader reader(boxes[fourcc("ipco")]); reader.hasMore();) {
         const std::optional<Box> box = nextBox(reader);
         if (!box || properties.size() == kMaxProperties)
             return false;
         properties.push_back(*box);
     }
-    Reader reader(boxes[fourcc("ipma")]);
-    const Version version(reader);
+    BoxReader reader(boxes[fourcc("ipma")]);
+    const BoxVersion version(reader);
     const quint64 count = reader.number(4);
     for (quint64 i = 0; i < count && reader.isOk(); ++i) {
         const auto found = m_items.find(reader.id(version.number > 0));
@@ -338,7 +274,7 @@ bool HeifStructure::addProperty(Item &item, quint32 type, QByteArrayView content
             return false;
         item.configuration = fileExtent(content);
     } else if (type == fourcc("ispe")) {
-        Reader ispe(content);
+        BoxReader ispe(content);
         ispe.number(4); // version and flags
         const int width = side(ispe.number(4));
         const int height = side(ispe.number(4));
@@ -346,6 +282,12 @@ bool HeifStructure::addProperty(Item &item, quint32 type, QByteArrayView content
             return false;
         item.size = { width, height };
     } else if (type == fourcc("irot") || type == fourcc("imir") || type == fourcc("clap")) {
+        const auto how = static_cast<int>(BoxReader(content).number(1));
+        if (type == fourcc("irot"))
+            item.turn *= QTransform().rotate(-90 * (how & 3)); // that is against the clock
+        if (type == fourcc("imir"))
+            item.turn *=
+                (how & 1) != 0 ? QTransform::fromScale(-1, 1) : QTransform::fromScale(1, -1);
         return ++item.changes <= kMaxChanges;
     }
     return true;
@@ -355,14 +297,14 @@ bool HeifStructure::parseReferences(QByteArrayView iref)
 {
     if (iref.isEmpty())
         return true;
-    Reader reader(iref);
-    const bool isLong = Version(reader).number > 0;
+    BoxReader reader(iref);
+    const bool isLong = BoxVersion(reader).number > 0;
     std::size_t references = 0;
     while (reader.hasMore()) {
         const std::optional<Box> box = nextBox(reader);
         if (!box)
             return false;
-        Reader content(box->content);
+        BoxReader content(box->content);
         const quint32 fromId = content.id(isLong);
         const auto from = m_items.find(fromId);
         const quint64 count = content.number(2);
@@ -386,6 +328,49 @@ bool HeifStructure::parseReferences(QByteArrayView iref)
             return false;
     }
     return reader.isOk();
+}
+
+bool HeifStructure::parseMovie(QByteArrayView moov)
+{
+    const std::optional<MovieStart> start = MovieStart::read(moov);
+    if (!start || start->configuration.size() > kMaxConfigurationBytes
+        || static_cast<quint64>(start->data.at) > kMaxAt)
+        return false;
+    Item item;
+    item.type = fourcc("hvc1");
+    item.size = start->size;
+    item.turn = start->turn;
+    item.configuration = fileExtent(start->configuration);
+    item.extents = { start->data };
+    m_items.emplace(m_primary, std::move(item));
+    return true;
+}
+
+std::optional<HevcPicture> HeifStructure::hevcPicture()
+{
+    const Item *item = find(m_primary);
+    if (!item)
+        return {};
+    HevcPicture picture { item->size, item->size, 1, {}, item->turn };
+    if (item->type == fourcc("hvc1")) {
+        picture.tiles.push_back({ item->configuration, item->extents });
+        return picture;
+    }
+    const std::optional<QSize> tiles =
+        item->type == fourcc("grid") ? gridTiles(*item) : std::nullopt;
+    const Item *first = tiles ? find(item->inputs.front()) : nullptr;
+    if (!first || first->size.width() * tiles->width() < item->size.width()
+        || first->size.height() * tiles->height() < item->size.height())
+        return {};
+    picture.columns = tiles->width();
+    picture.tileSize = first->size;
+    for (const quint32 id : item->inputs) {
+        const Item *tile = find(id);
+        if (tile->type != fourcc("hvc1") || tile->size != picture.tileSize || tile->changes > 0)
+            return {};
+        picture.tiles.push_back({ tile->configuration, tile->extents });
+    }
+    return picture;
 }
 
 // An image and what belongs to it.
@@ -432,19 +417,26 @@ bool HeifStructure::isSafeInput(quint32 id)
                                         : item->type == fourcc("av01") && isSafeAv1(*item);
 }
 
-bool HeifStructure::isSafeGrid(const Item &grid)
+std::optional<QSize> HeifStructure::gridTiles(const Item &grid)
 {
     constexpr qint64 kLongPayload = 12;
     const QByteArray payload = read(grid.extents, 0, kLongPayload);
-    Reader reader(payload);
+    BoxReader reader(payload);
     reader.number(1); // version
     const quint64 sideSize = (reader.number(1) & 1) != 0 ? 4 : 2;
-    const quint64 rows = reader.number(1) + 1;
-    const quint64 columns = reader.number(1) + 1;
+    const auto rows = static_cast<int>(reader.number(1) + 1);
+    const auto columns = static_cast<int>(reader.number(1) + 1);
     const int width = side(reader.number(sideSize));
     const int height = side(reader.number(sideSize));
-    if (!reader.isOk() || grid.size.isEmpty() || QSize(width, height) != grid.size
-        || grid.inputs.size() != rows * columns)
+    const bool isAsStated = reader.isOk() && !grid.size.isEmpty()
+        && QSize(width, height) == grid.size
+        && grid.inputs.size() == static_cast<std::size_t>(rows * columns);
+    return isAsStated ? std::optional(QSize(columns, rows)) : std::nullopt;
+}
+
+bool HeifStructure::isSafeGrid(const Item &grid)
+{
+    if (!gridTiles(grid))
         return false;
     qint64 pixels = 0;
     for (const quint32 id : grid.inputs) {
@@ -459,7 +451,7 @@ bool HeifStructure::isSafeGrid(const Item &grid)
 bool HeifStructure::isSafeHevc(const Item &item)
 {
     const QByteArray configuration = read({ item.configuration }, 0, item.configuration.size);
-    Reader reader(configuration);
+    BoxReader reader(configuration);
     reader.take(21); // profile and the like
     if ((reader.number(1) & 3) != 3) // bytes of a length, less one
         return false;
@@ -485,7 +477,7 @@ bool HeifStructure::isSafeHevc(const Item &item)
     qint64 at = 0;
     for (int units = 0; at < total; ++units) {
         const QByteArray start = read(item.extents, at, kUnitStartBytes);
-        Reader data(start);
+        BoxReader data(start);
         const auto size = static_cast<qint64>(data.number(4));
         const QByteArrayView unit = data.take(std::min<quint64>(size, data.left()));
         if (unit.size() < 3 || units == kMaxUnits)
@@ -504,7 +496,7 @@ bool HeifStructure::isSafeHevc(const Item &item)
 bool HeifStructure::isSafeAv1(const Item &item)
 {
     constexpr qint64 kFixedConfiguration = 4;
-    std::vector<Extent> extents = item.extents;
+    std::vector<FileExtent> extents = item.extents;
     if (item.configuration.size > kFixedConfiguration)
         extents.insert(extents.begin(),
                        { item.configuration.at + kFixedConfiguration,
@@ -518,7 +510,7 @@ bool HeifStructure::isSafeAv1(const Item &item)
     qint64 at = 0;
     for (int units = 0; at < total; ++units) {
         const QByteArray start = read(extents, at, kUnitStartBytes);
-        Reader data(start);
+        BoxReader data(start);
         const quint64 head = data.number(1);
         data.number((head & 4) != 0 ? 1 : 0); // layer
         quint64 size = 0;
@@ -558,18 +550,18 @@ const HeifStructure::Item *HeifStructure::find(quint32 id) const
     return found == m_items.cend() ? nullptr : &found->second;
 }
 
-HeifStructure::Extent HeifStructure::fileExtent(QByteArrayView ofMeta) const
+FileExtent HeifStructure::fileExtent(QByteArrayView ofMeta) const
 {
     return { m_metaAt + (ofMeta.data() - m_meta.constData()), ofMeta.size() };
 }
 
 // Less when the file or the extents end before; nothing when there was too much of it.
-QByteArray HeifStructure::read(const std::vector<Extent> &extents, qint64 at, qint64 size)
+QByteArray HeifStructure::read(const std::vector<FileExtent> &extents, qint64 at, qint64 size)
 {
     QByteArray bytes;
     if (++m_reads > kMaxReads)
         return bytes;
-    for (const Extent &extent : extents) {
+    for (const FileExtent &extent : extents) {
         const qint64 wanted = std::min(extent.size - at, size - bytes.size());
         if (wanted > 0) {
             if (extent.at + at > m_device.size() || !m_device.seek(extent.at + at))

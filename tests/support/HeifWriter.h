@@ -20,6 +20,7 @@ struct Item
     int thumbnailOf = 0; //!< Item that it is a smaller version of; 0: none.
 };
 
+//! The lowest bytes of \a value.
 inline QByteArray number(qint64 value, int bytes)
 {
     QByteArray text(bytes, '\0');
@@ -101,6 +102,49 @@ inline QByteArray file(const QList<Item> &items)
     };
     const QByteArray type = box("ftyp", "heic" + number(0, 4) + "mif1heic");
     return type + meta(type.size() + meta(0).size() + 8) + box("mdat", data);
+}
+
+//! What is special about a sequence.
+struct SequenceTraits
+{
+    QByteArray handler = "pict"; //!< Of the track.
+    QByteArray coding = "hvc1";
+    QList<int> matrix = { 1, 0, 0, 1 }; //!< That turns the pictures.
+    qint64 dataAt = 0; //!< Where the data are said to be; 0: where they are.
+    bool hasLongOffsets = false;
+};
+
+//! A file of nothing but a sequence, which has one picture.
+inline QByteArray sequence(const QByteArray &data,
+                           const QByteArray &configuration,
+                           QSize size,
+                           const SequenceTraits &traits = {})
+{
+    const auto fixed = [](int value) { return number(qint64 { value } * 0x10000, 4); };
+    const QByteArray entry = number(1, 8) + number(0, 16) + number(size.width(), 2)
+        + number(size.height(), 2) + number(0x480000, 4) + number(0x480000, 4) + number(0, 4)
+        + number(1, 2) + QByteArray(32, '\0') + number(24, 2) + number(-1, 2) + configuration;
+    const QByteArray header = QByteArray(20 + 16, '\0') + fixed(traits.matrix[0])
+        + fixed(traits.matrix[1]) + number(0, 4) + fixed(traits.matrix[2]) + fixed(traits.matrix[3])
+        + number(0, 12) + number(0x40000000, 4) + fixed(size.width()) + fixed(size.height());
+    const auto movie = [&](qint64 dataAt) {
+        const QByteArray offsets = traits.hasLongOffsets
+            ? versionedBox("co64", 0, number(1, 4) + number(dataAt, 8))
+            : versionedBox("stco", 0, number(1, 4) + number(dataAt, 4));
+        const QByteArray table = box(
+            "stbl",
+            versionedBox("stsd", 0, number(1, 4) + box(traits.coding.constData(), entry)) + offsets
+                + versionedBox("stsz", 0, number(0, 4) + number(1, 4) + number(data.size(), 4)));
+        const QByteArray handler =
+            versionedBox("hdlr", 0, number(0, 4) + traits.handler + number(0, 13));
+        return box(
+            "moov",
+            box("trak",
+                versionedBox("tkhd", 0, header) + box("mdia", handler + box("minf", table))));
+    };
+    const QByteArray type = box("ftyp", "msf1" + number(0, 4) + "msf1hevc");
+    const qint64 dataAt = type.size() + movie(0).size() + 8;
+    return type + movie(traits.dataAt != 0 ? traits.dataAt : dataAt) + box("mdat", data);
 }
 
 } // namespace Heif

@@ -86,7 +86,8 @@ Kind kindByContent(const QByteArray &bytes)
         return Kind::Contact;
     if (bytes.size() >= 12 && bytes.sliced(4, 4) == "ftyp") {
         const QByteArray brand = bytes.sliced(8, 4);
-        if (brand == "heic" || brand == "heix" || brand == "mif1" || brand == "msf1")
+        if (brand == "heic" || brand == "heix" || brand == "hevc" || brand == "mif1"
+            || brand == "msf1" || brand == "avif")
             return Kind::Picture;
         return brand == "M4A " ? Kind::Audio : Kind::Video;
     }

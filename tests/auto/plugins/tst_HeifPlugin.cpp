@@ -2,6 +2,7 @@
 #include "support/HeifWriter.h"
 
 #include <QBuffer>
+#include <QColorSpace>
 #include <QDir>
 #include <QImageReader>
 #include <QProcess>
@@ -65,8 +66,9 @@ QImage decodedElsewhere(const QString &file, const QTemporaryDir &folder)
     return tool.waitForFinished() && tool.exitCode() == 0 ? QImage(png) : QImage();
 }
 
-// What Debian's own tool makes of a picture with 16 bits a colour.
-QByteArray encodedElsewhere(const QImage &image, const QString &suffix)
+// What Debian's own tool makes of a picture.
+QByteArray
+encodedElsewhere(const QImage &image, const QString &suffix, const QStringList &arguments = {})
 {
     const QTemporaryDir folder;
     const QString png = folder.filePath(u"whole.png"_s);
@@ -74,7 +76,7 @@ QByteArray encodedElsewhere(const QImage &image, const QString &suffix)
     QProcess tool;
     if (!image.save(png))
         return {};
-    tool.start(u"heif-enc"_s, { png, u"-o"_s, file });
+    tool.start(u"heif-enc"_s, QStringList { png, u"-o"_s, file } + arguments);
     QFile encoded(file);
     return tool.waitForFinished() && encoded.open(QIODevice::ReadOnly) ? encoded.readAll()
                                                                        : QByteArray();
@@ -127,6 +129,10 @@ private Q_SLOTS:
     void decodesLikeOthers();
     void decodesAtReducedSize_data();
     void decodesAtReducedSize();
+    void reducesLikeTheWhole_data();
+    void reducesLikeTheWhole();
+    void showsTheFirstOfASequence_data();
+    void showsTheFirstOfASequence();
     void decodesWithinWhatIsStated_data();
     void decodesWithinWhatIsStated();
     void refusesBrokenBoxes_data();
@@ -221,6 +227,142 @@ void tst_HeifPlugin::decodesAtReducedSize()
     QVERIFY(
         distance(image, original.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation))
         < 6.0);
+}
+
+void tst_HeifPlugin::reducesLikeTheWhole_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    const QImage image = picture(1000, 600);
+    QImage white(1000, 1200, QImage::Format_RGB32);
+    white.fill(Qt::white);
+    QTest::newRow("white") << Sample::encodeHeic(white, { 1, {}, 0 });
+    for (int orientation = 1; orientation <= 8; ++orientation)
+        QTest::addRow("orientation %d", orientation)
+            << Sample::encodeHeic(image, { orientation, {}, 0 });
+    const auto add = [](const char *name, const QImage &encoded, const QStringList &arguments) {
+        QTest::newRow(name) << encodedElsewhere(encoded, u"heic"_s, arguments);
+    };
+    add("four colours a pixel", image, { u"-p"_s, u"chroma=444"_s });
+    add("two colours a pixel", image, { u"-p"_s, u"chroma=422"_s });
+    add("grey", image.convertToFormat(QImage::Format_Grayscale8), {});
+    add("ten bits", image.convertToFormat(QImage::Format_RGBX64), {});
+    add("uneven", picture(999, 599), {});
+    add("colours that the coded data state",
+        image,
+        { u"-p"_s, u"x265:colormatrix=bt709"_s, u"-p"_s, u"x265:range=limited"_s });
+    add("other colours that the coded data state",
+        image,
+        { u"-p"_s, u"x265:colormatrix=bt2020nc"_s, u"-p"_s, u"x265:range=full"_s });
+    const Coded tile({ 256, 256 });
+    QTest::newRow("grid") << Heif::file(
+        { { "grid",
+            Heif::gridData(2, 3, { 700, 400 }),
+            { Heif::sizeProperty({ 700, 400 }), Heif::box("irot", "\1"), Heif::box("imir", "\1") },
+            { 2, 3, 2, 3, 2, 3 } },
+          tile.item(),
+          tile.item() });
+    for (const int matrix : { 1, 2, 6, 9, 11 }) {
+        for (const int isFullRange : { 0, 1 }) {
+            Heif::Item item = tile.item();
+            item.properties +=
+                Heif::box("colr",
+                          "nclx" + Heif::number(12, 2) + Heif::number(13, 2)
+                              + Heif::number(matrix, 2) + Heif::number(isFullRange * 0x80, 1));
+            QTest::addRow("stated matrix %d, full range %d", matrix, isFullRange)
+                << Heif::file({ item });
+        }
+    }
+    QTest::newRow("cropped") << Heif::file(
+        { { "hvc1",
+            tile.data,
+            { tile.configuration,
+              Heif::sizeProperty({ 256, 256 }),
+              Heif::box("clap",
+                        Heif::number(200, 4) + Heif::number(1, 4) + Heif::number(100, 4)
+                            + Heif::number(1, 4) + Heif::number(0, 4) + Heif::number(1, 4)
+                            + Heif::number(0, 4) + Heif::number(1, 4)) } } });
+}
+
+// Averages are taken before the numbers become colours, by code of our own; the whole picture is
+// the decoding library's.
+void tst_HeifPlugin::reducesLikeTheWhole()
+{
+    QFETCH(QByteArray, bytes);
+
+    const QImage whole = read(bytes);
+    QVERIFY(!whole.isNull());
+    // The image library is less exact where a picture becomes nearly nothing.
+    const auto isAlike = [&](QSize wanted, double tolerance) {
+        const QImage reduced = read(bytes, wanted);
+        QCOMPARE(reduced.size(), wanted);
+        QCOMPARE(reduced.colorSpace(), whole.colorSpace());
+        const double apart = distance(
+            reduced, whole.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+        QVERIFY2(apart < tolerance, qPrintable(QString::number(apart)));
+    };
+    isAlike(whole.size() / 8, 1.5);
+    isAlike({ 20, 1 }, 5.0);
+}
+
+void tst_HeifPlugin::showsTheFirstOfASequence_data()
+{
+    using Traits = Heif::SequenceTraits;
+    const QSize size(192, 128);
+    const Coded coded(size);
+    const auto sequence = [&](const Traits &traits) {
+        return Heif::sequence(coded.data, coded.configuration, size, traits);
+    };
+    const auto turned = [&](const char *property, const char *how) {
+        Heif::Item item = coded.item();
+        item.properties += Heif::box(property, how);
+        return Heif::file({ item });
+    };
+    const QByteArray upright = Heif::file({ coded.item() });
+
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("picture"); // a file of the same one alone; empty: refused
+    QTest::newRow("one track") << sequence({}) << upright;
+    QTest::newRow("parameters may change") << sequence({ .coding = "hev1" }) << upright;
+    QTest::newRow("long offsets") << sequence({ .hasLongOffsets = true }) << upright;
+    QTest::newRow("turned") << sequence({ .matrix = { 0, 1, -1, 0 } }) << turned("irot", "\3");
+    QTest::newRow("on its head") << sequence({ .matrix = { -1, 0, 0, -1 } })
+                                 << turned("irot", "\2");
+    QTest::newRow("flipped") << sequence({ .matrix = { -1, 0, 0, 1 } }) << turned("imir", "\1");
+    QTest::newRow("matrix of no turn") << sequence({ .matrix = { 2, 1, 1, 2 } }) << upright;
+    QTest::newRow("no pictures") << sequence({ .handler = "soun" }) << QByteArray();
+    QTest::newRow("another coder") << sequence({ .coding = "avc1" }) << QByteArray();
+    QTest::newRow("data that lie nowhere") << sequence({ .dataAt = 1'000'000 }) << QByteArray();
+    QTest::newRow("data that lie beyond all files")
+        << sequence({ .dataAt = -1, .hasLongOffsets = true }) << QByteArray();
+    QTest::newRow("no parameters")
+        << Heif::sequence(coded.data, Heif::box("free", ""), size) << QByteArray();
+    QTest::newRow("no data") << Heif::sequence({}, coded.configuration, size) << QByteArray();
+    const Coded large({ 1000, 600 });
+    QTest::newRow("coded larger than stated")
+        << Heif::sequence(large.data, large.configuration, size) << QByteArray();
+    QTest::newRow("no size") << Heif::sequence(coded.data, coded.configuration, { 0, 0 })
+                             << QByteArray();
+    QTest::newRow("no movie") << QByteArray(upright).replace("meta", "free") << QByteArray();
+    QTest::newRow("two movies") << sequence({}) + Heif::box("moov", "") << QByteArray();
+}
+
+void tst_HeifPlugin::showsTheFirstOfASequence()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QByteArray, picture);
+
+    for (const int divisor : { 1, 2, 8 }) {
+        const QImage expected = picture.isEmpty() ? QImage() : read(picture);
+        const QSize wanted = expected.size() / divisor;
+        const QImage image = read(bytes, divisor > 1 ? wanted : QSize());
+        QCOMPARE(image.isNull(), picture.isEmpty());
+        if (image.isNull())
+            break;
+        QCOMPARE(image.size(), wanted);
+        const double apart = distance(
+            image, expected.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+        QVERIFY2(apart < 1.5, qPrintable(QString::number(apart)));
+    }
 }
 
 void tst_HeifPlugin::decodesWithinWhatIsStated_data()
@@ -414,6 +556,18 @@ void tst_HeifPlugin::survivesDamage()
                            qFromBigEndian<int>(changed.constData() + sizeAt + 4));
         QVERIFY(image.isNull() || image.size() == stated);
     }
+    const Coded coded({ 200, 120 });
+    const QByteArray sequence = Heif::sequence(coded.data, coded.configuration, coded.size);
+    QCOMPARE(read(sequence).size(), coded.size);
+    const qsizetype dataAt = sequence.indexOf("mdat") + 4;
+    for (qsizetype size = 0; size < dataAt; ++size)
+        QVERIFY(read(sequence.first(size)).isNull());
+    for (qsizetype at = 0; at < sequence.size(); at += at < dataAt ? 1 : 37) {
+        QByteArray changed = sequence;
+        changed[at] = static_cast<char>(changed[at] ^ '\xFF');
+        const QImage image = read(changed, { 20, 12 });
+        QVERIFY(image.isNull() || image.size() == QSize(20, 12));
+    }
 }
 
 void tst_HeifPlugin::refusesWhatIsTooLarge()
@@ -443,18 +597,21 @@ void tst_HeifPlugin::leavesOtherFormatsAlone()
                             "ftypheic",
                             12))
                 .isNull());
+    // What the file is best for may be unknown, when it is a picture besides.
     const QByteArray whole = Sample::encodeHeic(picture(64, 64));
-    QByteArray sequence = whole;
+    QByteArray other = whole;
     const qsizetype brandsEnd = whole.indexOf("meta") - 4;
     for (qsizetype at = 8; at < brandsEnd; at += 4)
-        sequence.replace(at, 4, "msf1");
+        other.replace(at, 4, "else");
     QString why;
-    QVERIFY(read(sequence, {}, &why).isNull());
+    QVERIFY(read(other, {}, &why).isNull());
     QString whyUnknown;
     QVERIFY(read("no picture at all", {}, &whyUnknown).isNull());
     QCOMPARE(why, whyUnknown);
-    sequence.replace(brandsEnd - 4, 4, "mif1"); // a sequence that is a picture too
-    QCOMPARE(read(sequence).size(), QSize(64, 64));
+    for (const char *brand : { "mif1", "heic", "avif" }) {
+        other.replace(brandsEnd - 4, 4, brand);
+        QCOMPARE(read(other).size(), QSize(64, 64));
+    }
     QBuffer png;
     png.open(QIODevice::ReadWrite);
     picture(8, 8).save(&png, "PNG");
