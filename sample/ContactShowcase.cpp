@@ -92,6 +92,11 @@ private:
         m_database.addValue(row, Db::kEmail, u"Work"_s, u"mara@tide-and-timber.example"_s);
         m_database.addValue(
             row, Db::kUrl, u"HomePage"_s, u"https://tide-and-timber.example/mara?a=1&b=2"_s);
+        m_database.addValue(row,
+                            Db::kUrl,
+                            u"Work"_s,
+                            u"https://tide-and-timber.example/shop?basket="_s
+                                + u"c1a7b0e4"_s.repeated(16));
         m_database.addParts(row,
                             Db::kAddress,
                             u"Home"_s,

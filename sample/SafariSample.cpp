@@ -66,7 +66,7 @@ const QList<Link> &links()
         { 4, u"Second-hand boats"_s, u"http://boats.example.com/used/"_s },
         { 4, u"Sold: the blue dinghy"_s, u"http://boats.example.com/used/4711"_s, true },
         { 5, u"Bowline, step by step"_s, u"https://knots.example.org/bowline#step-3"_s },
-        { 5, {}, u"https://knots.example.org/splices"_s },
+        { 5, {}, u"https://knots.example.org/splices?session="_s + u"4e0a91c7d2"_s.repeated(16) },
         { 6, u"Fischsuppe für sechs"_s, u"https://rezepte.example.net/fischsuppe"_s },
         { 6, u"魚のスープ"_s, u"https://rezepte.example.net/%E9%AD%9A"_s },
         { 0, u"A loose bookmark"_s, u"https://loose.example.org/"_s },

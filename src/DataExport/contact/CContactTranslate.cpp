@@ -9,6 +9,7 @@
 #include "contact/CContact2VCFTranslate.h"
 #include "export/CHtmlExporter.h"
 #include "export/CPlainFileExporter.h"
+#include "export/PageText_p.h"
 #include "platform/Translation_p.h"
 
 using DataExport::tr;
@@ -76,7 +77,9 @@ bool CBackupExporter::exportContact(BkData *data,
     {
         CHtmlExporter page;
         CContact2HtmlTranslate translator(contacts);
-        page.setStyle(translator.contactStyle());
+        page.setStyle(passes.isHardened()
+                          ? translator.contactStyle() + PageText::wrappingStyleElement()
+                          : translator.contactStyle());
         if (!passes.run(page, translator, QStringLiteral("HTML")))
             return passes.succeeded();
     }

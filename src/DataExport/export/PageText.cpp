@@ -42,3 +42,10 @@ bool PageText::mayLink(const CIDataExporter &page, const QString &target)
         return scheme.compare(known, Qt::CaseInsensitive) == 0;
     });
 }
+
+QString PageText::wrappingStyleElement()
+{
+    return u"<style type=\"text/css\">"
+           ".main td { overflow-wrap:anywhere; min-width:7em; }"
+           "</style>"_s;
+}

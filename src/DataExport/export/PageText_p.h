@@ -24,6 +24,12 @@ QString attribute(const CIDataExporter &page, const QString &value);
 */
 bool mayLink(const CIDataExporter &page, const QString &target);
 
+/*!
+    What the style of a hardened page of tables has besides: an address or a word that is too long
+    for its column is broken, instead of widening the page. Columns stay wide enough for a date.
+*/
+QString wrappingStyleElement();
+
 } // namespace PageText
 
 #endif

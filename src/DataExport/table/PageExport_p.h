@@ -3,6 +3,7 @@
 
 #include "backup/SinkSettings_p.h"
 #include "export/CHtmlExporter.h"
+#include "export/PageText_p.h"
 #include "platform/Translation_p.h"
 
 /*!
@@ -19,8 +20,8 @@ bool exportPage(Translator &translator,
                 const CBackupExporter *exporter)
 {
     CHtmlExporter page;
-    page.setStyle(style);
     applySettings(exporter, page);
+    page.setStyle(page.isHardened() ? style + PageText::wrappingStyleElement() : style);
     const QString title = DataExport::tr("%1's %2").arg(owner, typeName);
     const bool ok =
         page.initExporter(dir, owner, typeName) && translator.translate(&page, title, progress);

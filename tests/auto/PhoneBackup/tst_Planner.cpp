@@ -401,7 +401,9 @@ void tst_Planner::readsEveryStoreOfReminders()
               "Bring the rota & the key./Last one in locks up./Repeats every 2 weeks on Tuesday "
               "and "
               "Saturday/Organizer: Mara Lindqvist/Invited: noor@marigold.example"_s,
-              u"Survey|Home|Harbour office|2023-06-18 10:15|2023-06-18 11:15|Ask about the keel bolts."_s,
+              u"Survey|Home|Harbour office|2023-06-18 10:15|2023-06-18 11:15|"
+              "Ask about the keel bolts./https://meet.marigold.example/j/84715523360?pwd="_s
+                  + u"Zm9yZWNhc3RsZQ"_s.repeated(9),
               u"Summer regatta|Crew||2023-06-27|2023-06-28|"_s,
               u"Launch day|Home||2023-07-07|2023-07-07|Repeats every year"_s,
               u"Sail to the islands ⛵|Home||2023-07-12 06:00|2023-07-13 00:00|"_s }));
