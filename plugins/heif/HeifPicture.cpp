@@ -193,7 +193,7 @@ QImage averagedPicture(const heif_image &image, QSize cells)
         for (int y = 0; y < cells.height(); ++y) {
             uchar *target = picture.scanLine(y) + colour;
             for (int x = 0; x < cells.width(); ++x, target += kColours)
-                *target = static_cast<uchar>(plane.average(x, y, cells) + 0.5);
+                *target = static_cast<uchar>(qRound(plane.average(x, y, cells)));
         }
         ++colour;
     }

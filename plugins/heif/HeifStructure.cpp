@@ -430,7 +430,7 @@ std::optional<QSize> HeifStructure::gridTiles(const Item &grid)
     const int height = side(reader.number(sideSize));
     const bool isAsStated = reader.isOk() && !grid.size.isEmpty()
         && QSize(width, height) == grid.size
-        && grid.inputs.size() == static_cast<std::size_t>(rows * columns);
+        && static_cast<qint64>(grid.inputs.size()) == qint64 { rows } * columns;
     return isAsStated ? std::optional(QSize(columns, rows)) : std::nullopt;
 }
 

@@ -77,7 +77,7 @@ public:
     }
 
 private:
-    static int byte(double value) { return static_cast<int>(std::clamp(value, 0.0, 255.0) + 0.5); }
+    static int byte(double value) { return qRound(std::clamp(value, 0.0, 255.0)); }
     void setShares(double red, double blue)
     {
         const double green = 1 - red - blue;
