@@ -119,6 +119,26 @@ private:
                  false };
     }
 
+    // One that moves.
+    SentFile sticker(const QString &name)
+    {
+        constexpr QSize kSize(240, 180);
+        constexpr int kFrames = 6;
+        const Random start = m_random;
+        QList<QByteArray> frames;
+        for (int i = 0; i < kFrames; ++i) {
+            m_random = start;
+            const QImage frame = drawLandscape(m_random, kSize, static_cast<double>(i) / kFrames);
+            frames.append(encodeHeic(frame, { .thumbnailPx = 0 }));
+        }
+        return { name,
+                 u"image/heics"_s,
+                 u"public.heics"_s,
+                 heicSequence(frames, kSize, kFrames, m_script.now()),
+                 SentFile::Where::InBackup,
+                 false };
+    }
+
     void shortCodes();
     void boatyard();
     void deletedConversation();
@@ -322,6 +342,7 @@ void Showcase::crew()
                   u"￼￼Look what came in the post"_s,
                   { photo(u"IMG_7730.jpeg"_s), newPhoto(u"IMG_7731.HEIC"_s, { 1400, 800 }) });
     m_script.event(priya, GroupAction, NewPicture, 0);
+    m_script.send(jonas, u"￼"_s, { sticker(u"Sticker.heics"_s) });
     const QString weather = m_script.say(kMe, u"Forecast: four, gusts of six, sun from noon on"_s);
     m_script.reply(jonas, weather, u"Gusts of six is my middle name"_s);
     m_script.reply(priya, weather, u"Then I take the big jacket"_s);

@@ -5,6 +5,8 @@
 #include "sample/PictureMaker.h"
 #include "sample/Random.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 
 namespace Sample {
@@ -13,10 +15,12 @@ namespace {
 
 constexpr quint32 kMovieTimescale = 600;
 
-//! All that makes a file with one track of film or sound.
+enum class Kind { Film, Sound, Sequence };
+
+//! All that makes a file with one track.
 struct Track
 {
-    bool isSound = false;
+    Kind kind = Kind::Film;
     QSize size; //!< Of the picture; not used for sound.
     quint32 timescale = 0; //!< Units a second of \c sampleDuration.
     quint32 sampleDuration = 0;
@@ -96,10 +100,12 @@ void putMedia(BoxWriter &out, const Track &track, quint32 dataOffset)
     out.put16(0x55c4); // Language: undetermined.
     out.put16(0);
     out.end();
-    // In an MP4 file the component is a reserved field.
-    putHandler(out, track.isSound ? "\0\0\0\0" : "mhlr", track.isSound ? "soun" : "vide");
+    const bool isFilm = track.kind == Kind::Film;
+    const bool isSound = track.kind == Kind::Sound;
+    // Only in a QuickTime file the component is more than a reserved field.
+    putHandler(out, isFilm ? "mhlr" : "\0\0\0\0", isFilm ? "vide" : isSound ? "soun" : "pict");
     out.begin("minf");
-    if (track.isSound) {
+    if (isSound) {
         out.beginFull("smhd");
         out.put32(0);
     } else {
@@ -107,7 +113,7 @@ void putMedia(BoxWriter &out, const Track &track, quint32 dataOffset)
         out.zeros(8);
     }
     out.end();
-    if (!track.isSound)
+    if (isFilm)
         putHandler(out, "dhlr", "url ");
     out.begin("dinf");
     out.beginFull("dref");
@@ -144,7 +150,7 @@ void putMovie(BoxWriter &out, const Track &track, quint32 dataOffset)
     out.put32(0);
     out.put32(duration);
     out.zeros(12);
-    out.put16(track.isSound ? 0x100 : 0);
+    out.put16(track.kind == Kind::Sound ? 0x100 : 0);
     out.put16(0);
     out.putIdentityMatrix();
     out.put32(static_cast<quint32>(std::max(0, track.size.width())) << 16);
@@ -159,8 +165,17 @@ QByteArray movieFile(const Track &track)
 {
     BoxWriter out;
     out.begin("ftyp");
-    out.put(track.isSound ? QByteArray("M4A \0\0\0\0M4A mp42isom", 20)
-                          : QByteArray("qt  \0\0\0\0qt  ", 12));
+    switch (track.kind) {
+    case Kind::Film:
+        out.put(QByteArray("qt  \0\0\0\0qt  ", 12));
+        break;
+    case Kind::Sound:
+        out.put(QByteArray("M4A \0\0\0\0M4A mp42isom", 20));
+        break;
+    case Kind::Sequence:
+        out.put(QByteArray("msf1\0\0\0\0msf1hevciso8", 20));
+        break;
+    }
     out.end();
     out.begin("mdat");
     const auto dataOffset = static_cast<quint32>(out.size());
@@ -171,26 +186,31 @@ QByteArray movieFile(const Track &track)
     return out.bytes();
 }
 
-QByteArray jpegSampleEntry(QSize size)
+// How pictures are coded; \a configuration are boxes of the coder's own.
+QByteArray pictureSampleEntry(const char *coding,
+                              const char *coder,
+                              QSize size,
+                              const QByteArray &configuration = {})
 {
     constexpr quint32 kDotsPerInch72 = 0x480000;
+    constexpr qsizetype kNameBytes = 32; // the first says how long it is
+    const QByteArray name(coder);
     BoxWriter out;
-    out.begin("jpeg");
+    out.begin(coding);
     out.zeros(6);
     out.put16(1); // Data reference.
-    out.zeros(4);
-    out.put32(0); // Maker.
-    out.put32(0x200); // Quality in time and space.
-    out.put32(0x200);
+    out.zeros(16); // Maker, quality.
     out.put16(static_cast<quint16>(size.width()));
     out.put16(static_cast<quint16>(size.height()));
     out.put32(kDotsPerInch72);
     out.put32(kDotsPerInch72);
     out.put32(0);
     out.put16(1); // Frames a sample.
-    out.put(QByteArray("\x0cPhoto - JPEG", 13).leftJustified(32, '\0'));
+    out.put8(static_cast<quint8>(name.size()));
+    out.put(name.leftJustified(kNameBytes - 1, '\0'));
     out.put16(24); // Colour depth, and no colour table.
     out.put16(0xffff);
+    out.put(configuration);
     out.end();
     return out.bytes();
 }
@@ -226,8 +246,33 @@ QByteArray quickTimeMovie(const QList<QByteArray> &jpegFrames,
     track.timescale = kMovieTimescale;
     track.sampleDuration = duration;
     track.lastDuration = duration;
-    track.sampleEntry = jpegSampleEntry(size);
+    track.sampleEntry = pictureSampleEntry("jpeg", "Photo - JPEG", size);
     track.samples = jpegFrames;
+    track.created = created;
+    return movieFile(track);
+}
+
+QByteArray heicSequence(const QList<QByteArray> &frames,
+                        QSize size,
+                        int framesPerSecond,
+                        const QDateTime &created)
+{
+    const QByteArray &first = frames.first();
+    const qsizetype configuration = first.indexOf("hvcC") - 4;
+    const quint32 duration = kMovieTimescale / static_cast<quint32>(framesPerSecond);
+    Track track;
+    track.kind = Kind::Sequence;
+    track.size = size;
+    track.timescale = kMovieTimescale;
+    track.sampleDuration = duration;
+    track.lastDuration = duration;
+    track.sampleEntry = pictureSampleEntry(
+        "hvc1",
+        "HEVC",
+        size,
+        first.sliced(configuration, qFromBigEndian<quint32>(first.constData() + configuration)));
+    for (const QByteArray &frame : frames)
+        track.samples.append(frame.sliced(frame.indexOf("mdat") + 4));
     track.created = created;
     return movieFile(track);
 }
@@ -237,7 +282,7 @@ QByteArray soundFile(const QList<qint16> &samples, int samplesPerSecond, const Q
     constexpr qsizetype kFrame = LosslessEncoder::kSamplesPerFrame;
     const LosslessEncoder encoder(samplesPerSecond);
     Track track;
-    track.isSound = true;
+    track.kind = Kind::Sound;
     track.timescale = static_cast<quint32>(samplesPerSecond);
     track.sampleDuration = static_cast<quint32>(kFrame);
     track.sampleEntry = losslessSampleEntry(encoder);

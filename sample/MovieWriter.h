@@ -16,6 +16,15 @@ QByteArray quickTimeMovie(const QList<QByteArray> &jpegFrames,
                           int framesPerSecond,
                           const QDateTime &created);
 
+/*!
+    A picture that moves (.heics), as stickers do. \a frames are HEIC files of one picture each,
+    of one \a size, that nothing belongs to.
+*/
+QByteArray heicSequence(const QList<QByteArray> &frames,
+                        QSize size,
+                        int framesPerSecond,
+                        const QDateTime &created);
+
 //! A sound file (.m4a, .m4r) with one lossless track of \a samples, one channel.
 QByteArray soundFile(const QList<qint16> &samples, int samplesPerSecond, const QDateTime &created);
 

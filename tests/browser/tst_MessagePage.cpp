@@ -216,6 +216,10 @@ void tst_MessagePage::showsEverythingOfEveryKind()
         QVERIFY2(text.contains(part), qPrintable(part));
     QVERIFY2(!text.contains(u"Dinner on Teusday?"_s), "the text before it was edited");
     QVERIFY2(!text.contains(u"liked “Seals"_s), "a reaction that was withdrawn");
+    // One was never downloaded, one is missing; all others are shown, whatever their format.
+    const QString placeholders =
+        u"document.querySelectorAll('img[src$=\"sms_image.png\"]').length"_s;
+    QCOMPARE(m_browser.evaluate(placeholders).toInt(), 2);
 }
 
 QTEST_GUILESS_MAIN(tst_MessagePage)
