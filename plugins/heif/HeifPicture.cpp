@@ -22,9 +22,11 @@ constexpr qint64 kMaxSequentialBytes = 256LL * 1024 * 1024;
 constexpr std::size_t kMaxProfileBytes = std::size_t { 4 } * 1024 * 1024;
 constexpr int kMaxSmallerVersions = 16;
 constexpr int kBytesPerPixel = 4;
+constexpr int kBytesPerCell = 32; // three sums, the picture and the turned one
 constexpr int kCellsPerPixel = 2; // each way: what is left to do for a smooth scaling
+constexpr int kUnstated = heif_color_primaries_unspecified;
 
-// How libheif reads: the device stands where it left it.
+// How libheif reads. It seeks first, since the device is not its alone.
 int64_t position(void *device)
 {
     return static_cast<QIODevice *>(device)->pos();
@@ -51,6 +53,16 @@ heif_reader_grow_status waitForSize(int64_t size, void *device)
 
 constexpr heif_reader kReader { 1, position, readBytes, seek, waitForSize };
 
+QByteArray readAll(QIODevice &device)
+{
+    QByteArray bytes;
+    for (QByteArray more = "-"; !more.isEmpty() && bytes.size() < kMaxSequentialBytes;) {
+        more = device.read(kMaxSequentialBytes - bytes.size());
+        bytes += more;
+    }
+    return bytes;
+}
+
 bool isOk(const heif_error &error)
 {
     return error.code == heif_error_Ok;
@@ -74,21 +86,10 @@ QSize turnedSize(const HevcPicture &picture)
     return picture.turn.mapRect(QRect(QPoint(), picture.size)).size();
 }
 
-struct FreeColours
+QColorSpace colourSpaceOf(int primaries)
 {
-    void operator()(heif_color_profile_nclx *colours) const
-    {
-        heif_nclx_color_profile_free(colours);
-    }
-};
-using StatedColours = std::unique_ptr<heif_color_profile_nclx, FreeColours>;
-
-StatedColours statedColours(const heif_image_handle *handle)
-{
-    heif_color_profile_nclx *colours = nullptr;
-    const bool areStated = isOk(heif_image_handle_get_nclx_color_profile(handle, &colours));
-    StatedColours owned(colours);
-    return areStated ? std::move(owned) : nullptr;
+    return primaries == heif_color_primaries_SMPTE_EG_432_1 ? QColorSpace(QColorSpace::DisplayP3)
+                                                            : QColorSpace(QColorSpace::SRgb);
 }
 
 QColorSpace colourSpaceOf(const heif_image_handle *handle)
@@ -99,16 +100,19 @@ QColorSpace colourSpaceOf(const heif_image_handle *handle)
         if (isOk(heif_image_handle_get_raw_color_profile(handle, profile.data())))
             return QColorSpace::fromIccProfile(profile);
     }
-    const StatedColours colours = statedColours(handle);
-    return colours && colours->color_primaries == heif_color_primaries_SMPTE_EG_432_1
-        ? QColorSpace(QColorSpace::DisplayP3)
-        : QColorSpace(QColorSpace::SRgb);
+    heif_color_profile_nclx *colours = nullptr;
+    const bool areStated = isOk(heif_image_handle_get_nclx_color_profile(handle, &colours));
+    const QColorSpace space = colourSpaceOf(areStated ? colours->color_primaries : kUnstated);
+    heif_nclx_color_profile_free(colours);
+    return space;
 }
 
-bool isWithinLimit(QSize size)
+// Whether a picture of \a size may be decoded, to as many averages as \a cells has.
+bool isWithinLimit(QSize size, QSize cells = { 0, 0 })
 {
     const qint64 limitMb = QImageReader::allocationLimit();
-    const qint64 bytes = qint64 { size.width() } * size.height() * kBytesPerPixel;
+    const qint64 bytes = qint64 { size.width() } * size.height() * kBytesPerPixel
+        + qint64 { cells.width() } * cells.height() * kBytesPerCell;
     return !size.isEmpty() && (limitMb <= 0 || bytes <= limitMb * 1024 * 1024);
 }
 
@@ -187,7 +191,7 @@ QImage averagedPicture(const heif_image &image, QSize cells)
         int bytesPerLine = 0;
         const uint8_t *samples = heif_image_get_plane_readonly(&image, channel, &bytesPerLine);
         PlaneAverages plane(size, cells);
-        if (samples == nullptr || !plane.isValid())
+        if (samples == nullptr)
             return {};
         plane.addBytes(samples, bytesPerLine, QRect({}, size));
         for (int y = 0; y < cells.height(); ++y) {
@@ -238,7 +242,7 @@ bool HeifPicture::open(QIODevice *device)
 {
     m_device = device;
     if (device->isSequential()) {
-        m_buffer.setData(device->read(kMaxSequentialBytes));
+        m_buffer.setData(readAll(*device));
         m_buffer.open(QIODevice::ReadOnly);
         m_device = &m_buffer;
     }
@@ -320,21 +324,17 @@ HeifPicture::Handle HeifPicture::smallerVersion(QSize wanted) const
     return best;
 }
 
-// The main picture alone, and without its transparency.
 QImage HeifPicture::decodeReduced(QSize wanted) const
 {
-    if (!m_hevc || !isWithinLimit(m_size)
+    const QSize cells = wanted.isValid() ? (wanted * kCellsPerPixel).boundedTo(m_size) : m_size;
+    if (!m_hevc || !isWithinLimit(m_size, cells)
         || (m_handle && heif_image_handle_has_alpha_channel(m_handle.get()) != 0))
         return {};
-    const QSize cells = wanted.isValid() ? (wanted * kCellsPerPixel).boundedTo(m_size) : m_size;
-    const StatedColours colours = m_handle ? statedColours(m_handle.get()) : nullptr;
-    std::optional<ReducedHevc::ColourCoding> coding;
-    if (colours)
-        coding = { int { colours->matrix_coefficients }, colours->full_range_flag != 0 };
-    QImage picture = ReducedHevc::decode(*m_device, *m_hevc, coding, cells);
+    QImage picture = ReducedHevc::decode(*m_device, *m_hevc, cells);
     if (!picture.isNull())
-        picture.setColorSpace(m_handle ? colourSpaceOf(m_handle.get())
-                                       : QColorSpace(QColorSpace::SRgb));
+        picture.setColorSpace(
+            m_handle ? colourSpaceOf(m_handle.get())
+                     : colourSpaceOf(m_hevc->colours ? m_hevc->colours->primaries : kUnstated));
     return picture;
 }
 

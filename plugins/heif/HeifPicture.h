@@ -53,6 +53,13 @@ public:
     */
     QImage decode(QSize wanted) const;
 
+    /*!
+        Averages of at least \a wanted cells, or all pixels when that is invalid, by the shortest
+        way, without smaller versions that the file holds. Null for what that way is not made for:
+        AVIF, transparency, crops, damage and codings that few use.
+    */
+    QImage decodeReduced(QSize wanted) const;
+
 private:
     struct Free
     {
@@ -63,7 +70,6 @@ private:
 
     bool openImage();
     Handle smallerVersion(QSize wanted) const;
-    QImage decodeReduced(QSize wanted) const;
     static QImage decode(const heif_image_handle &handle, QSize wanted);
 
     QBuffer m_buffer; // of a device that cannot go back

@@ -88,6 +88,40 @@ bool isHevcHeader(QByteArrayView unit)
     return hevcType(unit) == kSequenceParameters;
 }
 
+bool isHevcSlice(QByteArrayView unit)
+{
+    constexpr int kFirstParameters = 32;
+    return hevcType(unit) < kFirstParameters;
+}
+
+// Whether a slice is of a picture, of \a size, that costs no more to decode than itself. Others
+// make the decoder invent what they refer to. Even some that begin a film may name pictures before
+// it; they do not occur but are let through where they do no harm.
+bool standsAlone(QByteArrayView slice, QSize size)
+{
+    constexpr int kFirstThatBegins = 16;
+    constexpr int kLastThatBegins = 21;
+    constexpr int kAlone = 19;
+    constexpr int kAloneWithoutLeading = 20;
+    constexpr qint64 kHarmlessPx = 4LL * 1024 * 1024;
+    const int type = hevcType(slice);
+    return type == kAlone || type == kAloneWithoutLeading
+        || (type >= kFirstThatBegins && type <= kLastThatBegins && area(size) <= kHarmlessPx);
+}
+
+// \a colr is a box of the kind that gives numbers.
+StatedColours statedColours(QByteArrayView colr)
+{
+    BoxReader reader(colr);
+    reader.take(4);
+    StatedColours colours {};
+    colours.primaries = static_cast<int>(reader.number(2));
+    reader.number(2); // transfer
+    colours.matrix = static_cast<int>(reader.number(2));
+    colours.isFullRange = (reader.number(1) & 0x80) != 0;
+    return colours;
+}
+
 template <typename Extents>
 qint64 totalSize(const Extents &extents)
 {
@@ -122,6 +156,7 @@ bool HeifStructure::readBoxes()
     const qint64 fileSize = m_device.size();
     FileExtent meta { 0, 0 };
     FileExtent movie { 0, 0 };
+    bool isMovieBroken = false;
     qint64 at = 0;
     for (int boxes = 0; fileSize - at >= 8; ++boxes) {
         const QByteArray start = read({ { at, kHeadBytes } }, 0, kHeadBytes);
@@ -138,11 +173,14 @@ bool HeifStructure::readBoxes()
         if (!reader.isOk() || size < static_cast<quint64>(head))
             break; // some cameras append what is no box
         const bool isWhole = size <= static_cast<quint64>(fileSize - at);
-        if (type == fourcc("meta") || type == fourcc("moov")) {
-            FileExtent &content = type == fourcc("meta") ? meta : movie;
-            if (!isWhole || content.at != 0)
+        const FileExtent content { at + head, static_cast<qint64>(size) - head };
+        if (type == fourcc("meta")) {
+            if (!isWhole || meta.at != 0)
                 return false;
-            content = { at + head, static_cast<qint64>(size) - head };
+            meta = content;
+        } else if (type == fourcc("moov")) {
+            isMovieBroken = isMovieBroken || !isWhole || movie.at != 0;
+            movie = content;
         }
         if (!isWhole)
             break;
@@ -150,7 +188,7 @@ bool HeifStructure::readBoxes()
     }
     m_isSequence = meta.at == 0;
     const FileExtent &content = m_isSequence ? movie : meta;
-    if (content.size > kMaxMetaBytes)
+    if (content.size > kMaxMetaBytes || (m_isSequence && isMovieBroken))
         return false;
     m_metaAt = content.at;
     m_meta = read({ content }, 0, content.size);
@@ -281,6 +319,8 @@ bool HeifStructure::addProperty(Item &item, quint32 type, QByteArrayView content
         if (item.size.isValid() || width == 0 || height == 0)
             return false;
         item.size = { width, height };
+    } else if (type == fourcc("colr") && content.startsWith("nclx")) {
+        item.colours = statedColours(content);
     } else if (type == fourcc("irot") || type == fourcc("imir") || type == fourcc("clap")) {
         const auto how = static_cast<int>(BoxReader(content).number(1));
         if (type == fourcc("irot"))
@@ -288,6 +328,8 @@ bool HeifStructure::addProperty(Item &item, quint32 type, QByteArrayView content
         if (type == fourcc("imir"))
             item.turn *=
                 (how & 1) != 0 ? QTransform::fromScale(-1, 1) : QTransform::fromScale(1, -1);
+        if (type == fourcc("clap"))
+            item.isCropped = true;
         return ++item.changes <= kMaxChanges;
     }
     return true;
@@ -340,6 +382,8 @@ bool HeifStructure::parseMovie(QByteArrayView moov)
     item.type = fourcc("hvc1");
     item.size = start->size;
     item.turn = start->turn;
+    if (start->colours.startsWith("nclx"))
+        item.colours = statedColours(start->colours);
     item.configuration = fileExtent(start->configuration);
     item.extents = { start->data };
     m_items.emplace(m_primary, std::move(item));
@@ -349,9 +393,9 @@ bool HeifStructure::parseMovie(QByteArrayView moov)
 std::optional<HevcPicture> HeifStructure::hevcPicture()
 {
     const Item *item = find(m_primary);
-    if (!item)
+    if (!item || item->isCropped)
         return {};
-    HevcPicture picture { item->size, item->size, 1, {}, item->turn };
+    HevcPicture picture { item->size, item->size, 1, {}, item->colours, item->turn };
     if (item->type == fourcc("hvc1")) {
         picture.tiles.push_back({ item->configuration, item->extents });
         return picture;
@@ -364,9 +408,11 @@ std::optional<HevcPicture> HeifStructure::hevcPicture()
         return {};
     picture.columns = tiles->width();
     picture.tileSize = first->size;
+    picture.colours = first->colours;
     for (const quint32 id : item->inputs) {
         const Item *tile = find(id);
-        if (tile->type != fourcc("hvc1") || tile->size != picture.tileSize || tile->changes > 0)
+        if (tile->type != fourcc("hvc1") || tile->size != picture.tileSize || tile->changes > 0
+            || tile->colours != picture.colours)
             return {};
         picture.tiles.push_back({ tile->configuration, tile->extents });
     }
@@ -460,7 +506,7 @@ bool HeifStructure::isSafeHevc(const Item &item)
         reader.number(1);
         for (quint64 units = reader.number(2); units > 0; --units) {
             const QByteArrayView unit = reader.take(reader.number(2));
-            if (unit.isEmpty())
+            if (unit.isEmpty() || isHevcSlice(unit))
                 return false;
             if (!isHevcHeader(unit))
                 continue;
@@ -471,7 +517,7 @@ bool HeifStructure::isSafeHevc(const Item &item)
     }
     const qint64 total = totalSize(item.extents);
     m_codedBytes += total;
-    if (!hasHeader || total == 0 || m_codedBytes > kMaxCodedBytes)
+    if (total == 0 || m_codedBytes > kMaxCodedBytes)
         return false;
     bool hasPicture = false;
     qint64 at = 0;
@@ -484,13 +530,14 @@ bool HeifStructure::isSafeHevc(const Item &item)
             return false;
         if (isHevcHeader(unit) && !isCodedAs(CodedSize::ofHevc(unit), item.size))
             return false;
-        constexpr int kFirstParameters = 32; // below are slices, of which one begins the picture
-        if (hevcType(unit) < kFirstParameters && (unit.at(2) & 0x80) != 0
-            && std::exchange(hasPicture, true))
+        hasHeader = hasHeader || isHevcHeader(unit);
+        const bool isFirstSlice = isHevcSlice(unit) && (unit.at(2) & 0x80) != 0;
+        if (isHevcSlice(unit)
+            && (!standsAlone(unit, item.size) || (isFirstSlice && std::exchange(hasPicture, true))))
             return false;
         at += size + 4;
     }
-    return at == total;
+    return at == total && hasHeader;
 }
 
 bool HeifStructure::isSafeAv1(const Item &item)

@@ -26,7 +26,8 @@ class QIODevice;
     \li meet a grid whose tiles do not fit its rows and columns, or that together are far larger
         than the grid, or an input or attached image that is far larger than its picture;
     \li meet coded data whose own header gives a larger size than the file states for the item, but
-        for whole blocks; whose header cannot be read; or that holds more than one picture.
+        for whole blocks; whose header cannot be read; that holds more than one picture; or one
+        that refers to others.
 
     So is a file that says a thing twice, since it could mean one to us and the other to the
     library. Items that the pictures do not lead to are not looked at.
@@ -49,8 +50,8 @@ public:
     bool isSequence() const { return m_isSequence; }
 
     /*!
-        Where the main picture of a safe file is, if HEVC is all that is needed to decode it, before
-        a crop if it has one. Images that belong to it, such as its transparency, are not looked at.
+        Where the main picture of a safe file is, if HEVC is all that is needed to decode it, with
+       no crop. Images that belong to it, such as its transparency, are not looked at.
     */
     std::optional<HevcPicture> hevcPicture();
 
@@ -60,7 +61,9 @@ private:
         quint32 type = 0;
         QSize size; // as stated, before turns and crops
         int changes = 0; // turns, flips and crops
+        bool isCropped = false;
         QTransform turn; // all turns and flips
+        std::optional<StatedColours> colours;
         FileExtent configuration { 0, 0 }; // the coder's
         std::vector<FileExtent> extents; // of its data, in this order
         std::vector<quint32> inputs; // what it is made of

@@ -21,8 +21,10 @@ const de265_image *HevcDecoder::decode(QByteArrayView configuration, QByteArrayV
     m_decoder.reset(de265_new_decoder());
     if (!m_decoder)
         return nullptr;
-    if (m_edges == Edges::Left)
+    if (m_filters == Filters::Off) {
         de265_set_parameter_bool(m_decoder.get(), DE265_DECODER_PARAM_DISABLE_DEBLOCKING, 1);
+        de265_set_parameter_bool(m_decoder.get(), DE265_DECODER_PARAM_DISABLE_SAO, 1);
+    }
     if (!pushConfiguration(configuration) || !pushData(data)
         || de265_flush_data(m_decoder.get()) != DE265_OK)
         return nullptr;
@@ -34,7 +36,8 @@ const de265_image *HevcDecoder::decode(QByteArrayView configuration, QByteArrayV
             break;
         picture = de265_get_next_picture(m_decoder.get());
     }
-    return picture;
+    const bool isDamaged = de265_get_warning(m_decoder.get()) != DE265_OK;
+    return isDamaged ? nullptr : picture;
 }
 
 bool HevcDecoder::pushConfiguration(QByteArrayView configuration)

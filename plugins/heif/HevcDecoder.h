@@ -11,22 +11,22 @@ struct de265_image;
 class HevcDecoder
 {
 public:
-    enum class Edges {
-        Smoothed, //!< As the coder meant it.
-        Left //!< As they come, which is quicker; it does not show in averages.
+    //! What smooths the edges of blocks and the errors within them.
+    enum class Filters {
+        On, //!< As the coder meant it.
+        Off //!< Quicker; it does not show in averages.
     };
 
-    //! \a edges: what becomes of those between blocks.
-    explicit HevcDecoder(Edges edges)
-        : m_edges(edges)
+    explicit HevcDecoder(Filters filters)
+        : m_filters(filters)
     {
     }
 
     /*!
         The picture in \a data, a row of units that each follow their size in four bytes, with the
         parameters in \a configuration. It is this decoder's, until the next call. Null when there
-        is none. Both are untrusted, but the size that the parameters state is the caller's to
-       check.
+        is none, or when the decoder notices damage. Both are untrusted, but the size that the
+        parameters state is the caller's to check.
     */
     const de265_image *decode(QByteArrayView configuration, QByteArrayView data);
 
@@ -40,7 +40,7 @@ private:
     bool pushData(QByteArrayView data);
     bool push(QByteArrayView unit);
 
-    Edges m_edges;
+    Filters m_filters;
     std::unique_ptr<void, Free> m_decoder; // the library has no type for it
 };
 

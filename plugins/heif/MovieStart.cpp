@@ -34,7 +34,7 @@ bool hasPictures(QByteArrayView track)
     return handler.number(4) == fourcc("pict");
 }
 
-// Quarter turns and flips; other matrices do not occur.
+// Quarter turns and flips; any other matrix is left out.
 QTransform turnOf(QByteArrayView track)
 {
     BoxReader header(boxAt(track, { fourcc("tkhd") }));
@@ -94,8 +94,9 @@ std::optional<MovieStart> MovieStart::read(QByteArrayView moov)
         description.take(50); // resolution, name of the coder
         MovieStart start;
         start.size = { width, height };
-        start.configuration =
-            boxAt(description.take(static_cast<quint64>(description.left())), { fourcc("hvcC") });
+        const QByteArrayView boxes = description.take(static_cast<quint64>(description.left()));
+        start.configuration = boxAt(boxes, { fourcc("hvcC") });
+        start.colours = boxAt(boxes, { fourcc("colr") });
         start.data = { firstOffset(table), firstSize(table) };
         start.turn = turnOf(track->content);
         return start;

@@ -15,6 +15,7 @@ struct MovieStart
     QSize size; //!< As stated, before \c turn.
     QByteArrayView configuration; //!< The coder's, part of the description.
     FileExtent data { 0, 0 };
+    QByteArrayView colours; //!< Content of the box that states them; empty when there is none.
     QTransform turn;
 
     /*!

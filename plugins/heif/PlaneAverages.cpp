@@ -14,12 +14,6 @@ QList<int> cellStarts(int length, int wanted)
     return starts;
 }
 
-qint64 longestCell(const QList<int> &starts)
-{
-    const qint64 count = starts.size() - 1;
-    return (starts.last() + count - 1) / count;
-}
-
 qsizetype cellOf(const QList<int> &starts, int sample)
 {
     return std::upper_bound(starts.cbegin(), starts.cend(), sample) - starts.cbegin() - 1;
@@ -32,12 +26,6 @@ PlaneAverages::PlaneAverages(QSize size, QSize cells)
     , m_rows(cellStarts(size.height(), cells.height()))
     , m_sums((m_columns.size() - 1) * (m_rows.size() - 1))
 {
-}
-
-bool PlaneAverages::isValid() const
-{
-    constexpr qint64 kMaxSamples = 0x10000; // of sixteen bits in a sum of thirty-two
-    return longestCell(m_columns) * longestCell(m_rows) <= kMaxSamples;
 }
 
 void PlaneAverages::addBytes(const uchar *samples, qsizetype bytesPerLine, const QRect &tile)
@@ -82,7 +70,7 @@ template <typename Sum>
 void PlaneAverages::addToRow(qsizetype row, int left, const QList<Sum> &columns)
 {
     qsizetype column = cellOf(m_columns, left);
-    quint32 *cell = m_sums.data() + row * (m_columns.size() - 1) + column;
+    quint64 *cell = m_sums.data() + row * (m_columns.size() - 1) + column;
     for (int x = left; const Sum sum : columns) {
         if (x++ == m_columns.at(column + 1)) {
             ++column;
@@ -99,5 +87,5 @@ double PlaneAverages::average(int column, int row, QSize net) const
     const qsizetype y = row * (m_rows.size() - 1) / net.height();
     const qint64 samples =
         qint64 { m_columns.at(x + 1) - m_columns.at(x) } * (m_rows.at(y + 1) - m_rows.at(y));
-    return m_sums.at(y * columns + x) / static_cast<double>(samples);
+    return static_cast<double>(m_sums.at(y * columns + x)) / static_cast<double>(samples);
 }

@@ -17,9 +17,6 @@ public:
     //! A plane of \a size in as many cells as \a cells says, or as samples where those are fewer.
     PlaneAverages(QSize size, QSize cells);
 
-    //! Whether the sums of the cells fit. If not, nothing else is to be called.
-    bool isValid() const;
-
     /*!
         Adds the samples where \a tile lies, but for what sticks out of the plane. The first is at
         \a samples, lines are \a bytesPerLine apart. Samples have eight bits, or sixteen in the
@@ -39,7 +36,7 @@ private:
 
     QList<int> m_columns; // where cells start, and where the last ends
     QList<int> m_rows;
-    QList<quint32> m_sums;
+    QList<quint64> m_sums;
 };
 
 #endif

@@ -11,8 +11,6 @@
 
 namespace {
 
-using ReducedHevc::ColourCoding;
-
 constexpr int kSmoothCellPx = 4; // cells of this side and more hide the edges of blocks
 
 QByteArray read(QIODevice &device, const std::vector<FileExtent> &extents)
@@ -30,12 +28,12 @@ QByteArray read(QIODevice &device, const std::vector<FileExtent> &extents)
 class Colours
 {
 public:
-    Colours(ColourCoding coding, int bits)
+    Colours(int matrix, bool isFullRange, int bits)
         : m_scale(1.0 / (1 << (bits - 8)))
-        , m_isFullRange(coding.isFullRange)
+        , m_isFullRange(isFullRange)
     {
         // The shares of red and blue in brightness.
-        switch (coding.matrix) {
+        switch (matrix) {
         case 1:
             setShares(0.2126, 0.0722);
             break;
@@ -112,7 +110,7 @@ QSize sharingOf(de265_chroma chroma)
 class Reduction
 {
 public:
-    Reduction(QSize size, QSize cells, const std::optional<ColourCoding> &stated)
+    Reduction(QSize size, QSize cells, const std::optional<StatedColours> &stated)
         : m_size(size)
         , m_cells(cells)
         , m_stated(stated)
@@ -136,6 +134,11 @@ public:
                                     de265_get_image_height(&tile, channel)));
             int bytesPerLine = 0;
             const uchar *samples = de265_get_image_plane(&tile, channel, &bytesPerLine);
+            // Where pictures of more than a byte are cut off, the decoder counts in bytes.
+            if (m_bits > 8
+                && (reinterpret_cast<quintptr>(samples) % sizeof(quint16) != 0
+                    || bytesPerLine % int(sizeof(quint16)) != 0))
+                return false;
             if (m_bits > 8)
                 plane.addWords(samples, bytesPerLine, place);
             else
@@ -171,17 +174,17 @@ private:
         m_bits = de265_get_bits_per_pixel(&tile, 0);
         if (m_bits < 8 || m_bits > 16)
             return false;
-        m_colours.emplace(
-            m_stated.value_or(ColourCoding { de265_get_image_matrix_coefficients(&tile),
-                                             de265_get_image_full_range_flag(&tile) != 0 }),
-            m_bits);
+        m_colours.emplace(m_stated ? m_stated->matrix : de265_get_image_matrix_coefficients(&tile),
+                          m_stated ? m_stated->isFullRange
+                                   : de265_get_image_full_range_flag(&tile) != 0,
+                          m_bits);
         const QSize sharing = sharingOf(m_chroma);
         const QSize shared((m_size.width() + sharing.width() - 1) / sharing.width(),
                            (m_size.height() + sharing.height() - 1) / sharing.height());
         m_planes.emplace_back(m_size, m_cells);
         if (m_chroma != de265_chroma_mono)
             m_planes.insert(m_planes.end(), 2, PlaneAverages(shared, m_cells));
-        return m_planes.front().isValid() && m_colours->isKnown();
+        return m_colours->isKnown();
     }
 
     QSize m_size;
@@ -189,24 +192,23 @@ private:
     std::vector<PlaneAverages> m_planes;
     de265_chroma m_chroma = de265_chroma_mono;
     int m_bits = 8;
-    std::optional<ColourCoding> m_stated; // else the coded data state it
+    std::optional<StatedColours> m_stated; // else the coded data state it
     std::optional<Colours> m_colours;
 };
 
 } // namespace
 
-QImage ReducedHevc::decode(QIODevice &device,
-                           const HevcPicture &picture,
-                           const std::optional<ColourCoding> &coding,
-                           QSize cells)
+QImage ReducedHevc::decode(QIODevice &device, const HevcPicture &picture, QSize cells)
 {
+    if (picture.colours && !Colours(picture.colours->matrix, false, 8).isKnown())
+        return {};
     const bool isOnItsSide = !picture.turn.isIdentity() && qFuzzyIsNull(picture.turn.m11());
     const QSize size = picture.size;
     const QSize turnedCells = (isOnItsSide ? cells.transposed() : cells).boundedTo(size);
     const bool isSmooth = turnedCells.width() * kSmoothCellPx <= size.width()
         && turnedCells.height() * kSmoothCellPx <= size.height();
-    HevcDecoder decoder(isSmooth ? HevcDecoder::Edges::Left : HevcDecoder::Edges::Smoothed);
-    Reduction reduction(size, turnedCells, coding);
+    HevcDecoder decoder(isSmooth ? HevcDecoder::Filters::Off : HevcDecoder::Filters::On);
+    Reduction reduction(size, turnedCells, picture.colours);
     for (int number = 0; const HevcPicture::Tile &tile : picture.tiles) {
         const QByteArray configuration = read(device, { tile.configuration });
         const QByteArray data = read(device, tile.extents);
@@ -221,5 +223,7 @@ QImage ReducedHevc::decode(QIODevice &device,
         ++number;
     }
     const QImage reduced = reduction.picture();
-    return picture.turn.isIdentity() ? reduced : reduced.transformed(picture.turn);
+    if (reduced.isNull() || picture.turn.isIdentity())
+        return reduced;
+    return reduced.transformed(picture.turn).convertToFormat(QImage::Format_RGB32);
 }

@@ -6,8 +6,6 @@
 #include <QImage>
 #include <QSize>
 
-#include <optional>
-
 class QIODevice;
 
 /*!
@@ -19,23 +17,12 @@ class QIODevice;
 */
 namespace ReducedHevc {
 
-//! How the numbers of a picture stand for its colours.
-struct ColourCoding
-{
-    int matrix; //!< Of ISO/IEC 23091-2.
-    bool isFullRange; //!< Whether black is 0, as opposed to 16 of 255.
-};
-
 /*!
     \a picture in \a device, as it is to be seen, each pixel the average of one cell of \a cells,
-    which are counted after the picture was turned; no more than it has pixels. \a coding is what
-    the file says; if it says nothing, the coded data do. Null when the picture is damaged or coded
-    in a way that only a few are.
+    which are counted after the picture was turned; no more than it has pixels. Null when it is
+    damaged, or coded in a way that only a few are.
 */
-QImage decode(QIODevice &device,
-              const HevcPicture &picture,
-              const std::optional<ColourCoding> &coding,
-              QSize cells);
+QImage decode(QIODevice &device, const HevcPicture &picture, QSize cells);
 
 } // namespace ReducedHevc
 

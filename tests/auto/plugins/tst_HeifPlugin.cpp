@@ -1,3 +1,5 @@
+#include "heif/HeifPicture.h"
+#include "heif/HeifStructure.h"
 #include "sample/HeicEncoder.h"
 #include "support/HeifWriter.h"
 
@@ -82,14 +84,24 @@ encodedElsewhere(const QImage &image, const QString &suffix, const QStringList &
                                                                        : QByteArray();
 }
 
+// What states colours, with the primaries of phones.
+QByteArray colours(int matrix, bool isFullRange)
+{
+    return Heif::box("colr",
+                     "nclx" + Heif::number(12, 2) + Heif::number(13, 2) + Heif::number(matrix, 2)
+                         + Heif::number(isFullRange ? 0x80 : 0, 1));
+}
+
 // The parts of a file with a single picture.
 struct Coded
 {
     explicit Coded(QSize stated)
+        : Coded(Sample::encodeHeic(picture(stated.width(), stated.height()), { 1, {}, 0 }), stated)
+    {
+    }
+    Coded(const QByteArray &file, QSize stated)
         : size(stated)
     {
-        const QByteArray file =
-            Sample::encodeHeic(picture(size.width(), size.height()), { 1, {}, 0 });
         const qsizetype at = file.indexOf("hvcC") - 4;
         configuration = file.sliced(at, qFromBigEndian<quint32>(file.constData() + at));
         data = file.sliced(file.indexOf("mdat") + 4);
@@ -135,6 +147,7 @@ private Q_SLOTS:
     void showsTheFirstOfASequence();
     void decodesWithinWhatIsStated_data();
     void decodesWithinWhatIsStated();
+    void refusesPicturesThatReferToOthers();
     void refusesBrokenBoxes_data();
     void refusesBrokenBoxes();
     void survivesDamage();
@@ -235,55 +248,87 @@ void tst_HeifPlugin::decodesAtReducedSize()
 void tst_HeifPlugin::reducesLikeTheWhole_data()
 {
     QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("isReduced"); // by the short way
+
     const QImage image = picture(1000, 600);
     QImage white(1000, 1200, QImage::Format_RGB32);
     white.fill(Qt::white);
-    QTest::newRow("white") << Sample::encodeHeic(white, { 1, {}, 0 });
+    QTest::newRow("white") << Sample::encodeHeic(white, { 1, {}, 0 }) << true;
     for (int orientation = 1; orientation <= 8; ++orientation)
         QTest::addRow("orientation %d", orientation)
-            << Sample::encodeHeic(image, { orientation, {}, 0 });
-    const auto add = [](const char *name, const QImage &encoded, const QStringList &arguments) {
-        QTest::newRow(name) << encodedElsewhere(encoded, u"heic"_s, arguments);
+            << Sample::encodeHeic(image, { orientation, {}, 0 }) << true;
+    const auto encoded = [](const QImage &whole, const QStringList &arguments = {}) {
+        return encodedElsewhere(whole, u"heic"_s, arguments);
     };
-    add("four colours a pixel", image, { u"-p"_s, u"chroma=444"_s });
-    add("two colours a pixel", image, { u"-p"_s, u"chroma=422"_s });
-    add("grey", image.convertToFormat(QImage::Format_Grayscale8), {});
-    add("ten bits", image.convertToFormat(QImage::Format_RGBX64), {});
-    add("uneven", picture(999, 599), {});
-    add("colours that the coded data state",
-        image,
-        { u"-p"_s, u"x265:colormatrix=bt709"_s, u"-p"_s, u"x265:range=limited"_s });
-    add("other colours that the coded data state",
-        image,
-        { u"-p"_s, u"x265:colormatrix=bt2020nc"_s, u"-p"_s, u"x265:range=full"_s });
-    const Coded tile({ 256, 256 });
-    QTest::newRow("grid") << Heif::file(
-        { { "grid",
-            Heif::gridData(2, 3, { 700, 400 }),
-            { Heif::sizeProperty({ 700, 400 }), Heif::box("irot", "\1"), Heif::box("imir", "\1") },
-            { 2, 3, 2, 3, 2, 3 } },
-          tile.item(),
-          tile.item() });
+    const QImage deep = image.convertToFormat(QImage::Format_RGBX64);
+    QTest::newRow("four colours a pixel") << encoded(image, { u"-p"_s, u"chroma=444"_s }) << true;
+    QTest::newRow("two colours a pixel") << encoded(image, { u"-p"_s, u"chroma=422"_s }) << true;
+    QTest::newRow("grey") << encoded(image.convertToFormat(QImage::Format_Grayscale8)) << true;
+    QTest::newRow("ten bits") << encoded(deep) << true;
+    QTest::newRow("uneven") << encoded(picture(999, 599)) << true;
+    QImage glass = image.convertToFormat(QImage::Format_RGBA8888);
+    glass.setPixelColor(0, 0, Qt::transparent);
+    QTest::newRow("transparent") << Sample::encodeHeic(glass, { 1, {}, 0 }) << false;
+    QTest::newRow("AVIF") << encodedElsewhere(image, u"avif"_s) << false;
+    QTest::newRow("colours that the coded data state") << encoded(
+        image, { u"-p"_s, u"x265:colormatrix=bt709"_s, u"-p"_s, u"x265:range=limited"_s })
+                                                       << true;
+    QTest::newRow("other colours that the coded data state") << encoded(
+        image, { u"-p"_s, u"x265:colormatrix=bt2020nc"_s, u"-p"_s, u"x265:range=full"_s })
+                                                             << true;
+
+    const QSize size(256, 256);
+    const Coded coded(size);
+    const Heif::Item tile = coded.item();
+    const auto with = [](Heif::Item item, const QByteArray &property) {
+        item.properties += property;
+        return item;
+    };
     for (const int matrix : { 1, 2, 6, 9, 11 }) {
-        for (const int isFullRange : { 0, 1 }) {
-            Heif::Item item = tile.item();
-            item.properties +=
-                Heif::box("colr",
-                          "nclx" + Heif::number(12, 2) + Heif::number(13, 2)
-                              + Heif::number(matrix, 2) + Heif::number(isFullRange * 0x80, 1));
+        for (const bool isFullRange : { false, true })
             QTest::addRow("stated matrix %d, full range %d", matrix, isFullRange)
-                << Heif::file({ item });
-        }
+                << Heif::file({ with(tile, colours(matrix, isFullRange)) }) << (matrix != 11);
     }
-    QTest::newRow("cropped") << Heif::file(
+    const auto grid = [](const Heif::Item &first, const Heif::Item &second) {
+        const QSize whole(700, 400);
+        return Heif::file({ { "grid",
+                              Heif::gridData(2, 3, whole),
+                              { Heif::sizeProperty(whole),
+                                Heif::box("irot", "\1"),
+                                Heif::box("imir", "\1"),
+                                colours(9, false) },
+                              { 2, 3, 2, 3, 2, 3 } },
+                            first,
+                            second });
+    };
+    QTest::newRow("grid") << grid(tile, tile) << true;
+    QTest::newRow("grid whose tiles state their colours")
+        << grid(with(tile, colours(1, false)), with(tile, colours(1, false))) << true;
+    QTest::newRow("grid whose tiles state different colours")
+        << grid(with(tile, colours(1, false)), with(tile, colours(6, true))) << false;
+    const Coded other(encoded(image.copy(QRect({}, size)), { u"-p"_s, u"chroma=444"_s }), size);
+    QTest::newRow("grid of tiles that are coded differently") << grid(tile, other.item()) << false;
+    QTest::newRow("grid of a turned tile")
+        << grid(tile, with(tile, Heif::box("irot", "\2"))) << false;
+    QTest::newRow("turned before its size is stated") << Heif::file(
         { { "hvc1",
-            tile.data,
-            { tile.configuration,
-              Heif::sizeProperty({ 256, 256 }),
-              Heif::box("clap",
-                        Heif::number(200, 4) + Heif::number(1, 4) + Heif::number(100, 4)
-                            + Heif::number(1, 4) + Heif::number(0, 4) + Heif::number(1, 4)
-                            + Heif::number(0, 4) + Heif::number(1, 4)) } } });
+            coded.data,
+            { Heif::box("irot", "\1"), coded.configuration, Heif::sizeProperty(size) } } })
+                                                      << true;
+    const auto cropped = [&](int width, int height) {
+        return Heif::file(
+            { with(tile,
+                   Heif::box("clap",
+                             Heif::number(width, 4) + Heif::number(1, 4) + Heif::number(height, 4)
+                                 + Heif::number(1, 4) + Heif::number(0, 4) + Heif::number(1, 4)
+                                 + Heif::number(0, 4) + Heif::number(1, 4))) });
+    };
+    QTest::newRow("cropped") << cropped(200, 100) << false;
+    QTest::newRow("cropped to all of it") << cropped(256, 256) << false;
+    QByteArray data = coded.data;
+    for (qsizetype at = data.size() / 2; at < data.size() / 2 + 20; ++at)
+        data[at] = static_cast<char>(data[at] ^ '\x55');
+    QTest::newRow("damaged") << Heif::file({ { "hvc1", data, tile.properties } }) << false;
 }
 
 // Averages are taken before the numbers become colours, by code of our own; the whole picture is
@@ -291,6 +336,14 @@ void tst_HeifPlugin::reducesLikeTheWhole_data()
 void tst_HeifPlugin::reducesLikeTheWhole()
 {
     QFETCH(QByteArray, bytes);
+    QFETCH(bool, isReduced);
+
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    HeifPicture shortWay;
+    QVERIFY(shortWay.open(&buffer));
+    QCOMPARE(!shortWay.decodeReduced(shortWay.size() / 8).isNull(), isReduced);
+    QVERIFY(!shortWay.decode(shortWay.size() / 8).isNull());
 
     const QImage whole = read(bytes);
     QVERIFY(!whole.isNull());
@@ -299,12 +352,14 @@ void tst_HeifPlugin::reducesLikeTheWhole()
         const QImage reduced = read(bytes, wanted);
         QCOMPARE(reduced.size(), wanted);
         QCOMPARE(reduced.colorSpace(), whole.colorSpace());
+        QCOMPARE(reduced.hasAlphaChannel(), whole.hasAlphaChannel());
         const double apart = distance(
             reduced, whole.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
         QVERIFY2(apart < tolerance, qPrintable(QString::number(apart)));
     };
     isAlike(whole.size() / 8, 1.5);
     isAlike({ 20, 1 }, 5.0);
+    isAlike({ 1, 1 }, 8.0);
 }
 
 void tst_HeifPlugin::showsTheFirstOfASequence_data()
@@ -346,6 +401,17 @@ void tst_HeifPlugin::showsTheFirstOfASequence_data()
     QTest::newRow("no size") << Heif::sequence(coded.data, coded.configuration, { 0, 0 })
                              << QByteArray();
     QTest::newRow("no movie") << QByteArray(upright).replace("meta", "free") << QByteArray();
+    const QByteArray movie = sequence({});
+    const qsizetype movieAt = movie.indexOf("moov") - 4;
+    QTest::newRow("two movies besides a picture")
+        << upright + Heif::box("moov", "") + Heif::box("moov", "") << upright;
+    QTest::newRow("cut movie besides a picture") << upright + movie.sliced(movieAt, 50) << upright;
+    QTest::newRow("stated colours")
+        << Heif::sequence(coded.data, coded.configuration + colours(9, false), size) << [&] {
+               Heif::Item item = coded.item();
+               item.properties += colours(9, false);
+               return Heif::file({ item });
+           }();
     QTest::newRow("two movies") << sequence({}) + Heif::box("moov", "") << QByteArray();
 }
 
@@ -362,6 +428,7 @@ void tst_HeifPlugin::showsTheFirstOfASequence()
         if (image.isNull())
             break;
         QCOMPARE(image.size(), wanted);
+        QCOMPARE(image.colorSpace(), expected.colorSpace());
         const double apart = distance(
             image, expected.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
         QVERIFY2(apart < 1.5, qPrintable(QString::number(apart)));
@@ -440,6 +507,13 @@ void tst_HeifPlugin::decodesWithinWhatIsStated_data()
         << file({ { "hvc1", large.header() + coded.data, tile.properties } }) << none;
     QTest::newRow("two pictures in one")
         << file({ { "hvc1", coded.data + coded.data, tile.properties } }) << none;
+    QByteArray parameters = coded.configuration;
+    parameters[8 + 22] = static_cast<char>(parameters[8 + 22] + 1);
+    parameters +=
+        "\x14" + Heif::number(1, 2) + Heif::number(coded.data.size() - 4, 2) + coded.data.sliced(4);
+    parameters.replace(0, 4, Heif::number(parameters.size(), 4));
+    QTest::newRow("picture among the parameters")
+        << file({ { "hvc1", coded.data, { parameters, sizeProperty(small) } } }) << none;
     QTest::newRow("no header") << file(
         { { "hvc1",
             coded.data,
@@ -491,6 +565,27 @@ void tst_HeifPlugin::decodesWithinWhatIsStated()
     QCOMPARE(read(bytes, { 16, 16 }).isNull(), !size.isValid());
     if (!size.isValid())
         QVERIFY(!why.isEmpty());
+}
+
+// What they refer to would have to be invented, at the cost of up to sixteen pictures.
+void tst_HeifPlugin::refusesPicturesThatReferToOthers()
+{
+    const Coded small(QSize(64, 64));
+    const Coded large(QSize(3072, 3072));
+    const auto isSafe = [](const Coded &picture, int type) {
+        QByteArray data = picture.data;
+        data[4] = static_cast<char>(type << 1);
+        QByteArray bytes = Heif::file({ { "hvc1", data, picture.item().properties } });
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::ReadOnly);
+        return HeifStructure(buffer).isSafe();
+    };
+    for (const int type : { 0, 1, 9, 15, 22, 31 })
+        QVERIFY(!isSafe(small, type));
+    for (int type = 16; type < 22; ++type) {
+        QVERIFY(isSafe(small, type));
+        QCOMPARE(isSafe(large, type), type == 19 || type == 20);
+    }
 }
 
 void tst_HeifPlugin::refusesBrokenBoxes_data()
