@@ -26,7 +26,8 @@ class QIODevice;
     than kMaxSidePx × kMaxSidePx pixels, and those that need more memory than
     QImageReader::allocationLimit() grants.
     \par Memory
-    The file is read piece by piece; what is decoded is held once.
+    The file is read piece by piece; what is decoded is held once. A sequence that is wanted at its
+    full size takes 32 bytes a pixel besides, which count against the same limit.
 */
 class HeifPicture
 {

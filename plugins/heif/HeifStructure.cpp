@@ -94,9 +94,9 @@ bool isHevcSlice(QByteArrayView unit)
     return hevcType(unit) < kFirstParameters;
 }
 
-// Whether a slice is of a picture, of \a size, that costs no more to decode than itself. Others
-// make the decoder invent what they refer to. Even some that begin a film may name pictures before
-// it; they do not occur but are let through where they do no harm.
+// Whether a slice is of a picture, of \a size, that costs no more to decode than itself. Those that
+// refer to others make the decoder invent these. Of the kinds that may begin a film some can name
+// pictures before it; in a small picture that does no harm.
 bool standsAlone(QByteArrayView slice, QSize size)
 {
     constexpr int kFirstThatBegins = 16;

@@ -2,9 +2,10 @@
 
 #include "BoxReader.h"
 
-#include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <initializer_list>
+#include <utility>
 
 namespace {
 

@@ -56,6 +56,10 @@ void tst_MessageFiles::showsFilesInTheirPlaces_data()
                                                                    << u"{image/heic a.HEIC}"_s;
     QTest::newRow("type by the content")
         << message(1, "NULL") + attachment(1, 1, folder + "png'") << u"{image/png png}"_s;
+    QTest::newRow("pictures by the brand of their content")
+        << message(1, "NULL") + attachment(1, 1, folder + "still'")
+            + attachment(2, 1, folder + "moving'") + attachment(3, 1, folder + "avif'")
+        << u"{image/still still}{image/moving moving}{image/avif avif}"_s;
     QTest::newRow("no type by a content that is cut off")
         << message(1, "NULL") + attachment(1, 1, folder + "riff'")
         << u"[File: riff]{application/octet-stream riff}"_s;
@@ -111,6 +115,9 @@ void tst_MessageFiles::showsFilesInTheirPlaces()
     };
     add(u"a.jpg"_s, "a");
     add(u"png"_s, "\x89PNG....");
+    add(u"still"_s, QByteArray("\0\0\0\x18", 4) + "ftypheic");
+    add(u"moving"_s, QByteArray("\0\0\0\x18", 4) + "ftyphevc");
+    add(u"avif"_s, QByteArray("\0\0\0\x18", 4) + "ftypavif");
     add(u"riff"_s, "RIFF");
     add(u"c.vcf"_s, "BEGIN:VCARD\r\nitem1.TEL:1\r\nFN;CHARSET=utf-8:Carl\\; Jr.\r\nEND:VCARD\r\n");
     add(u"x.loc.vcf"_s, "BEGIN:VCARD\nitem1.URL;type=pref:https://maps.example/?ll=1\\,2\n");
