@@ -300,13 +300,15 @@ QImage HeifPicture::decode(QSize wanted) const
     return picture;
 }
 
-// The smallest of those that need no enlarging.
+// The smallest of those that need no enlarging and show what the picture shows: writers leave
+// transparency out of some.
 HeifPicture::Handle HeifPicture::smallerVersion(QSize wanted) const
 {
     Handle best;
     if (!wanted.isValid() || !m_handle)
         return best;
     std::array<heif_item_id, kMaxSmallerVersions> ids {};
+    const int hasAlpha = heif_image_handle_has_alpha_channel(m_handle.get());
     const int count = heif_image_handle_get_list_of_thumbnail_IDs(
         m_handle.get(), ids.data(), static_cast<int>(ids.size()));
     for (int i = 0; i < count; ++i) {
@@ -316,7 +318,7 @@ HeifPicture::Handle HeifPicture::smallerVersion(QSize wanted) const
         Handle handle(found);
         const QSize size = sizeOf(found);
         if (size.width() < wanted.width() || size.height() < wanted.height()
-            || !haveOneShape(size, m_size))
+            || !haveOneShape(size, m_size) || heif_image_handle_has_alpha_channel(found) != hasAlpha)
             continue;
         if (!best || size.width() < sizeOf(best.get()).width())
             best = std::move(handle);

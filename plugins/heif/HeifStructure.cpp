@@ -20,6 +20,7 @@ constexpr std::size_t kMaxReferences = 65536;
 constexpr quint64 kMaxExtents = 32; // an item
 constexpr qint64 kMaxConfigurationBytes = 16384;
 constexpr qint64 kMaxCodedBytes = 256LL * 1024 * 1024;
+constexpr qint64 kMaxSharing = 4; // how often items may hold the same bytes, on the average
 constexpr quint64 kMaxAt = quint64 { 1 } << 48; // in a file: far below where sums overflow
 constexpr int kMaxUnits = 64; // of coded data, an item
 constexpr int kMaxReads = 16384; // of the file: ample for the tiles of any camera
@@ -122,13 +123,20 @@ StatedColours statedColours(QByteArrayView colr)
     return colours;
 }
 
-template <typename Extents>
-qint64 totalSize(const Extents &extents)
+qint64 totalSize(const std::vector<FileExtent> &extents)
 {
     qint64 total = 0;
-    for (const auto &extent : extents)
+    for (const FileExtent &extent : extents)
         total += extent.size;
     return total;
+}
+
+// Whether the decoding library makes a picture of items of this type, or would, were it allowed to.
+bool isPicture(quint32 type)
+{
+    static constexpr std::array kTypes { fourcc("hvc1"), fourcc("av01"), fourcc("grid"),
+                                         fourcc("iden"), fourcc("iovl") };
+    return std::find(kTypes.cbegin(), kTypes.cend(), type) != kTypes.cend();
 }
 
 } // namespace
@@ -142,12 +150,26 @@ bool HeifStructure::isSafe()
 {
     if (m_device.isSequential() || m_device.pos() != 0)
         return false;
-    bool isSafe = readBoxes() && isSafePicture(m_primary);
+    bool isSafe = readBoxes() && hasSafeItems() && isSafePicture(m_primary);
     for (const quint32 id : isSafe ? find(m_primary)->thumbnails : std::vector<quint32>()) {
         const Item *thumbnail = find(id);
-        isSafe = isSafe && thumbnail && thumbnail->thumbnails.empty() && isSafePicture(id);
+        isSafe = isSafe && thumbnail
+            && (!isPicture(thumbnail->type)
+                || (thumbnail->thumbnails.empty() && isSafePicture(id)));
     }
     return isSafe;
+}
+
+// The library reads all items when it opens a file, and keeps what is remarked on pictures.
+bool HeifStructure::hasSafeItems() const
+{
+    const qint64 fileSize = m_device.size();
+    qint64 total = 0;
+    for (const auto &[id, item] : m_items) {
+        for (const FileExtent &extent : item.extents)
+            total += std::clamp<qint64>(fileSize - extent.at, 0, extent.size);
+    }
+    return total <= std::min(fileSize * kMaxSharing, kMaxCodedBytes);
 }
 
 bool HeifStructure::readBoxes()
@@ -428,8 +450,11 @@ bool HeifStructure::isSafePicture(quint32 id)
     return std::all_of(
         item->auxiliaries.cbegin(), item->auxiliaries.cend(), [this, item](quint32 auxiliaryId) {
             const Item *auxiliary = find(auxiliaryId);
-            return auxiliary && auxiliary->auxiliaries.empty()
-                && isInProportion(area(auxiliary->size), item->size) && isSafeImage(*auxiliary);
+            return auxiliary
+                && (!isPicture(auxiliary->type)
+                    || (auxiliary->auxiliaries.empty()
+                        && isInProportion(area(auxiliary->size), item->size)
+                        && isSafeImage(*auxiliary)));
         });
 }
 

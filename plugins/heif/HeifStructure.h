@@ -30,7 +30,9 @@ class QIODevice;
         that refers to others.
 
     So is a file that says a thing twice, since it could mean one to us and the other to the
-    library. Items that the pictures do not lead to are not looked at.
+    library; and one whose items together have far more data than the file. Otherwise, items that
+    the pictures do not lead to are not looked at, nor smaller versions and attached images that the
+    library cannot decode.
 
     \par Cost
     Bounded, whatever the file says: at most kMaxMetaBytes are held, and counts have limits.
@@ -80,6 +82,7 @@ private:
     bool parseReferences(QByteArrayView iref);
     bool parseMovie(QByteArrayView moov);
 
+    bool hasSafeItems() const;
     bool isSafePicture(quint32 id);
     bool isSafeImage(const Item &item);
     bool isSafeInput(quint32 id);

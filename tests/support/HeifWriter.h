@@ -18,6 +18,7 @@ struct Item
     Ids inputs = {}; //!< Items that it is made of.
     int auxiliaryOf = 0; //!< Item that it belongs to; 0: none.
     int thumbnailOf = 0; //!< Item that it is a smaller version of; 0: none.
+    int repeats = 1; //!< How often the file says that its data are part of it.
 };
 
 //! The lowest bytes of \a value.
@@ -84,8 +85,8 @@ inline QByteArray file(const QList<Item> &items)
     const auto meta = [&](qint64 dataAt) {
         QByteArray locations;
         for (int id = 1; const Item &item : items) {
-            locations += number(id++, 2) + number(0, 2) + number(1, 2) + number(dataAt, 4)
-                + number(item.data.size(), 4);
+            locations += number(id++, 2) + number(0, 2) + number(item.repeats, 2)
+                + (number(dataAt, 4) + number(item.data.size(), 4)).repeated(item.repeats);
             dataAt += item.data.size();
         }
         return versionedBox(

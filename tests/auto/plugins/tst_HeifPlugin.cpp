@@ -96,7 +96,11 @@ QByteArray colours(int matrix, bool isFullRange)
 struct Coded
 {
     explicit Coded(QSize stated)
-        : Coded(Sample::encodeHeic(picture(stated.width(), stated.height()), { 1, {}, 0 }), stated)
+        : Coded(picture(stated.width(), stated.height()))
+    {
+    }
+    explicit Coded(const QImage &image)
+        : Coded(Sample::encodeHeic(image, { 1, {}, 0 }), image.size())
     {
     }
     Coded(const QByteArray &file, QSize stated)
@@ -129,6 +133,27 @@ struct Coded
     QByteArray data;
 };
 
+QImage filled(int width, int height, const QColor &colour)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(colour);
+    return image;
+}
+
+Heif::Item attached(Heif::Item item, int to)
+{
+    item.auxiliaryOf = to;
+    item.properties +=
+        Heif::versionedBox("auxC", 0, QByteArray("urn:mpeg:hevc:2015:auxid:1") + '\0');
+    return item;
+}
+
+Heif::Item smaller(Heif::Item item, int than)
+{
+    item.thumbnailOf = than;
+    return item;
+}
+
 } // namespace
 
 class tst_HeifPlugin : public QObject
@@ -141,6 +166,9 @@ private Q_SLOTS:
     void decodesLikeOthers();
     void decodesAtReducedSize_data();
     void decodesAtReducedSize();
+    void decodesTheSmallestThatIsLargeEnough_data();
+    void decodesTheSmallestThatIsLargeEnough();
+    void keepsTransparencyThatSmallerVersionsLack();
     void reducesLikeTheWhole_data();
     void reducesLikeTheWhole();
     void showsTheFirstOfASequence_data();
@@ -243,6 +271,44 @@ void tst_HeifPlugin::decodesAtReducedSize()
     QVERIFY(
         distance(image, original.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation))
         < 6.0);
+}
+
+void tst_HeifPlugin::decodesTheSmallestThatIsLargeEnough_data()
+{
+    QTest::addColumn<QSize>("wanted");
+    QTest::addColumn<QColor>("shown");
+    QTest::newRow("smaller than all") << QSize(50, 30) << QColor(Qt::blue);
+    QTest::newRow("the smallest") << QSize(160, 96) << QColor(Qt::blue);
+    QTest::newRow("larger than the smallest") << QSize(161, 97) << QColor(Qt::green);
+    QTest::newRow("the larger one") << QSize(320, 192) << QColor(Qt::green);
+    QTest::newRow("larger than both") << QSize(350, 210) << QColor(Qt::red);
+    QTest::newRow("of another shape") << QSize(100, 104) << QColor(Qt::green);
+}
+
+void tst_HeifPlugin::decodesTheSmallestThatIsLargeEnough()
+{
+    QFETCH(QSize, wanted);
+    QFETCH(QColor, shown);
+
+    const auto item = [](int width, int height, const QColor &colour) {
+        return Coded(filled(width, height, colour)).item();
+    };
+    const QByteArray bytes = Heif::file({ item(1000, 600, Qt::red),
+                                          smaller(item(320, 192, Qt::green), 1),
+                                          smaller(item(160, 96, Qt::blue), 1),
+                                          smaller(item(160, 128, Qt::white), 1) });
+    const QImage image = read(bytes, wanted);
+    QCOMPARE(image.size(), wanted);
+    const double apart = distance(image, filled(wanted.width(), wanted.height(), shown));
+    QVERIFY2(apart < 3.0, qPrintable(QString::number(apart)));
+}
+
+void tst_HeifPlugin::keepsTransparencyThatSmallerVersionsLack()
+{
+    const Heif::Item tile = Coded(QSize(64, 64)).item();
+    const QImage image =
+        read(Heif::file({ tile, attached(tile, 1), smaller(tile, 1) }), QSize(32, 32));
+    QVERIFY(image.hasAlphaChannel());
 }
 
 void tst_HeifPlugin::reducesLikeTheWhole_data()
@@ -446,16 +512,6 @@ void tst_HeifPlugin::decodesWithinWhatIsStated_data()
     const Coded large(QSize(1000, 600));
     const Coded huge(QSize(3072, 3072));
     const Heif::Item tile = coded.item();
-    const auto attached = [](Heif::Item item, int to) {
-        item.auxiliaryOf = to;
-        item.properties +=
-            Heif::versionedBox("auxC", 0, QByteArray("urn:mpeg:hevc:2015:auxid:1") + '\0');
-        return item;
-    };
-    const auto smaller = [](Heif::Item item, int than) {
-        item.thumbnailOf = than;
-        return item;
-    };
     const auto grid = [](int rows, int columns, QSize size, const Heif::Ids &tiles) {
         return Heif::Item { "grid", gridData(rows, columns, size), { sizeProperty(size) }, tiles };
     };
@@ -479,6 +535,17 @@ void tst_HeifPlugin::decodesWithinWhatIsStated_data()
                                             << two;
     QTest::newRow("what is broken is not asked for")
         << file({ tile, { "iovl", "-", { sizeProperty(small) }, { 2 } } }) << small;
+
+    Heif::Item other = tile;
+    other.type = "jpeg";
+    QTest::newRow("smaller version that nobody decodes")
+        << file({ tile, smaller(other, 1) }) << small;
+    QTest::newRow("attached image that nobody decodes")
+        << file({ tile, attached(other, 1) }) << small;
+    Heif::Item remarks { "Exif", QByteArray(20'000, '-') };
+    QTest::newRow("remarks") << file({ tile, remarks }) << small;
+    remarks.repeats = 32;
+    QTest::newRow("remarks again and again") << file({ tile, remarks }) << none;
 
     QTest::newRow("another name of itself") << file({ alias(1), tile }) << none;
     QTest::newRow("names in a circle") << file({ alias(2), alias(1) }) << none;
