@@ -318,7 +318,8 @@ HeifPicture::Handle HeifPicture::smallerVersion(QSize wanted) const
         Handle handle(found);
         const QSize size = sizeOf(found);
         if (size.width() < wanted.width() || size.height() < wanted.height()
-            || !haveOneShape(size, m_size) || heif_image_handle_has_alpha_channel(found) != hasAlpha)
+            || !haveOneShape(size, m_size)
+            || heif_image_handle_has_alpha_channel(found) != hasAlpha)
             continue;
         if (!best || size.width() < sizeOf(best.get()).width())
             best = std::move(handle);

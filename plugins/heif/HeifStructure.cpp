@@ -134,8 +134,9 @@ qint64 totalSize(const std::vector<FileExtent> &extents)
 // Whether the decoding library makes a picture of items of this type, or would, were it allowed to.
 bool isPicture(quint32 type)
 {
-    static constexpr std::array kTypes { fourcc("hvc1"), fourcc("av01"), fourcc("grid"),
-                                         fourcc("iden"), fourcc("iovl") };
+    static constexpr std::array kTypes {
+        fourcc("hvc1"), fourcc("av01"), fourcc("grid"), fourcc("iden"), fourcc("iovl")
+    };
     return std::find(kTypes.cbegin(), kTypes.cend(), type) != kTypes.cend();
 }
 

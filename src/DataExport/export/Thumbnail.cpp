@@ -1,4 +1,5 @@
 #include "export/CHtmlExporter.h"
+#include "export/JpegScans_p.h"
 #include "export/StoredOrientation_p.h"
 #include "export/Thumbnail_p.h"
 #include "platform/Translation_p.h"
@@ -6,15 +7,14 @@
 #include <QBuffer>
 #include <QImage>
 #include <QImageReader>
-#include <QtEndian>
 
 using DataExport::tr;
 
 namespace {
 
 constexpr qint64 kMaxPixels = 256LL * 1024 * 1024; // beyond any camera, far below a bomb
-// A progressive JPEG is held whole while it is decoded, however small it is to become.
-constexpr qint64 kMaxProgressivePixels = 64LL * 1024 * 1024;
+constexpr qint64 kMaxHeldPixels = 64LL * 1024 * 1024; // of a JPEG that is held whole
+constexpr int kMaxScans = 200; // some ten are usual
 constexpr int kMaxDecodedMb = 256;
 constexpr int kPngQuality = 80; // quick compression: the best one takes as long as the decoding
 
@@ -47,37 +47,21 @@ QSize fitted(QSize size, Thumbnail::Box box)
     return size.scaled(box.sidePx, box.sidePx, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
 }
 
-// Whether \a source, whose position stays, is a JPEG file whose frame is a progressive one.
-bool isProgressiveJpeg(QIODevice &source)
-{
-    constexpr int kMaxSegments = 10'000;
-    constexpr int kProgressive = 0xC2;
-    constexpr int kFirstThatIsNoFrame = 0xC4;
-    constexpr int kData = 0xDA;
-    const qint64 before = source.pos();
-    int mark = source.read(2) == "\xFF\xD8" ? kFirstThatIsNoFrame : kData;
-    for (int i = 0; mark >= kFirstThatIsNoFrame && mark != kData && i < kMaxSegments; ++i) {
-        const QByteArray segment = source.read(4);
-        const bool isSegment = segment.size() == 4 && segment.startsWith('\xFF');
-        mark = isSegment ? uchar(segment[1]) : kData;
-        if (isSegment)
-            source.seek(source.pos() + qFromBigEndian<quint16>(segment.constData() + 2) - 2);
-    }
-    source.seek(before);
-    return mark == kProgressive;
-}
-
 QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
 {
     const AllocationLimit limit;
     const int orientation = StoredOrientation::read(source);
-    const bool isProgressive = isProgressiveJpeg(source);
+    const JpegScans scans = JpegScans::read(source);
     QImageReader reader(&source);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
     const qint64 pixels = qint64 { size.width() } * size.height();
-    if (pixels > kMaxPixels || (pixels > kMaxProgressivePixels && isProgressive)) {
+    if (pixels > kMaxPixels || (pixels > kMaxHeldPixels && scans.areHeldWhole())) {
         *why = tr("It is too large (%1 × %2 pixels)").arg(size.width()).arg(size.height());
+        return {};
+    }
+    if (scans.count() > kMaxScans) {
+        *why = tr("It would have to be read too often (more than %1 times)").arg(kMaxScans);
         return {};
     }
     if (size.isValid() && exceeds(size, box))
