@@ -1,5 +1,6 @@
 #include "contact/CContact2HtmlTranslate.h"
 #include "platform/UxResourceMgr.h"
+#include "sample/HeicEncoder.h"
 #include "support/ContactFromJson.h"
 #include "support/Golden.h"
 #include "support/RecordingReport.h"
@@ -36,6 +37,7 @@ private Q_SLOTS:
     void hasASilhouette();
     void fitsPhotos_data();
     void fitsPhotos();
+    void turnsPhotosUpright();
     void tellsTheReportWhatIsNotShown();
     void failsWithItsSink_data();
     void failsWithItsSink();
@@ -116,6 +118,18 @@ void tst_CContact2HtmlTranslate::fitsPhotos()
     const QImage image = QImage::fromData(png);
     QTEST(image.size(), "shown");
     QCOMPARE(image.pixelColor(image.width() / 2, image.height() / 2), QColor(Qt::darkCyan));
+}
+
+void tst_CContact2HtmlTranslate::turnsPhotosUpright()
+{
+    constexpr int kToTheRight = 6;
+    QImage lying(640, 320, QImage::Format_RGB32);
+    lying.fill(Qt::darkCyan);
+    FakeContactData data;
+    data.addContact(u"Bo"_s).photoBytes = Sample::encodeHeic(lying, { kToTheRight });
+    RecordingSink sink;
+    QVERIFY(CContact2HtmlTranslate(&data).translate(&sink, {}, nullptr));
+    QCOMPARE(QImage::fromData(sink.images.value(u"0.png"_s)).size(), QSize(68, 136));
 }
 
 void tst_CContact2HtmlTranslate::tellsTheReportWhatIsNotShown()

@@ -1,13 +1,16 @@
 #include "message/CWhatsapp2HtmlTranslate.h"
 #include "platform/UxResourceMgr.h"
+#include "sample/HeicEncoder.h"
 #include "support/FakeBackup.h"
 #include "support/FakeWhatsapp.h"
+#include "support/Files.h"
 #include "support/Golden.h"
 #include "support/RecordingReport.h"
 #include "support/RecordingSink.h"
 #include "support/WrappedPage.h"
 
 #include <QImage>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <ctime>
@@ -110,18 +113,27 @@ void tst_CWhatsapp2HtmlTranslate::keepsWhateverTextHolds()
 
 void tst_CWhatsapp2HtmlTranslate::showsPicturesUprightAndSmall()
 {
+    const QTemporaryDir folder;
+    const QString heic = folder.filePath(u"photo.heic"_s);
+    QImage lying(900, 300, QImage::Format_RGB32);
+    lying.fill(Qt::darkCyan);
+    constexpr int kToTheRight = 6;
+    QVERIFY(Files::write(heic, Sample::encodeHeic(lying, { kToTheRight })));
+
+    const QString png = Golden::folder(u"whatsapp-page/kinds/photo.png"_s);
     FakeWhatsappItem item({ u"Bob"_s });
-    for (int i = 0; i < 2; ++i) {
+    for (const QString &path : { png, png, heic }) {
         FakeWhatsappMsg &message = item.add({});
         message.code = 1;
-        message.path = Golden::folder(u"whatsapp-page/kinds/photo.png"_s);
+        message.path = path;
     }
     FakeData data(11);
     data.items.append(&item);
     RecordingSink sink;
     QVERIFY(CWhatsapp2HtmlTranslate(&data).translate(&sink, {}, nullptr));
-    QCOMPARE(sink.images.keys(), (QStringList { u"0.png"_s, u"1.png"_s }));
+    QCOMPARE(sink.images.keys(), (QStringList { u"0.png"_s, u"1.png"_s, u"2.png"_s }));
     QCOMPARE(QImage::fromData(sink.images.value(u"1.png"_s)).size(), QSize(250, 83));
+    QCOMPARE(QImage::fromData(sink.images.value(u"2.png"_s)).size(), QSize(83, 250));
 }
 
 void tst_CWhatsapp2HtmlTranslate::reportsPicturesThatAreThereAlone()
