@@ -22,6 +22,7 @@ namespace {
 
 constexpr int kQuality = 92;
 constexpr int kMaxDecodedMb = 1024; // a quarter of a billion pixels
+constexpr qint64 kMaxJpegPixels = 64LL * 1024 * 1024; // ten bytes each, whatever the limit above
 constexpr qsizetype kStartOfImage = 2;
 
 // What a JPEG cannot let shine through is paper.
@@ -34,21 +35,27 @@ QImage onWhite(const QImage &picture)
     return opaque;
 }
 
-QByteArray jpegOf(const QString &path, QString &why)
+QImage decoded(const QString &path, QString &why)
 {
-    const int before = QImageReader::allocationLimit();
-    QImageReader::setAllocationLimit(kMaxDecodedMb);
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
-    QImage picture = reader.read();
-    QImageReader::setAllocationLimit(before);
-    if (picture.isNull()) {
-        why = reader.errorString();
+    const QSize size = reader.size();
+    if (reader.format() == "jpeg" && qint64 { size.width() } * size.height() > kMaxJpegPixels) {
+        why = u"It is too large (%1 × %2 pixels)"_s.arg(size.width()).arg(size.height());
         return {};
     }
-    if (picture.hasAlphaChannel())
-        picture = onWhite(picture);
+    const int before = QImageReader::allocationLimit();
+    QImageReader::setAllocationLimit(kMaxDecodedMb);
+    const QImage picture = reader.read();
+    QImageReader::setAllocationLimit(before);
+    if (picture.isNull())
+        why = reader.errorString();
+    return picture.hasAlphaChannel() ? onWhite(picture) : picture;
+}
+
+QByteArray encoded(const QImage &picture, QString &why)
+{
     QBuffer jpeg;
     jpeg.open(QIODevice::WriteOnly);
     QImageWriter writer(&jpeg, "jpeg");
@@ -105,14 +112,19 @@ void HeicCopies::fileWritten(const QString &typeName, const QString &itemName, c
 {
     m_failed = false;
     m_report.fileWritten(typeName, itemName, path);
-    if (!isHeic(path))
-        return;
+    if (isHeic(path))
+        writeJpeg(typeName, itemName, path);
+}
+
+void HeicCopies::writeJpeg(const QString &typeName, const QString &itemName, const QString &path)
+{
     const QFileInfo original(path);
     QString target = path + ".jpg"_L1;
     if (QFileInfo::exists(target))
         target = CCommonUtils::uniqFileName(original.dir(), original.fileName(), u".jpg"_s);
     QString why;
-    const QByteArray jpeg = jpegOf(path, why);
+    const QImage picture = decoded(path, why);
+    const QByteArray jpeg = picture.isNull() ? QByteArray() : encoded(picture, why);
     if (jpeg.isEmpty()) {
         fail(typeName,
              itemName,

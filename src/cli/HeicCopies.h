@@ -38,6 +38,7 @@ public:
     int count() const { return m_count; }
 
 private:
+    void writeJpeg(const QString &typeName, const QString &itemName, const QString &path);
     void fail(const QString &typeName, const QString &itemName, Cause cause, const QString &reason);
 
     CIExportReport &m_report;

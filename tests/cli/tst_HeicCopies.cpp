@@ -15,6 +15,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QtEndian>
 
 using namespace CliTest;
 using namespace Qt::StringLiterals;
@@ -73,6 +74,17 @@ QImage drawn()
     return image;
 }
 
+// \a jpeg with a header that tells of another size.
+QByteArray withSize(QByteArray jpeg, quint16 width, quint16 height)
+{
+    const qsizetype frame = jpeg.indexOf(QByteArray("\xff\xc0\0\x11", 4));
+    if (frame < 0)
+        return {};
+    qToBigEndian(height, jpeg.data() + frame + 5);
+    qToBigEndian(width, jpeg.data() + frame + 7);
+    return jpeg;
+}
+
 } // namespace
 
 class tst_HeicCopies : public QObject
@@ -85,8 +97,20 @@ private Q_SLOTS:
     void writesNoneUnasked();
     void writesOneBesideEachPicture();
     void countsThePagesBehindABrokenPicture();
+    void refusesJpegsOfTooManyPixels();
 
 private:
+    // Exports a backup with that photo only.
+    Result exportOne(const QString &name, const QByteArray &content)
+    {
+        const QTemporaryDir folder;
+        const QString backup = folder.filePath(u"backup"_s);
+        Sample::BackupWriter writer(backup);
+        writer.addFile(u"CameraRollDomain"_s, u"Media/DCIM/100APPLE/"_s + name, content);
+        if (content.isEmpty() || !writer.finish())
+            return {};
+        return run({ u"--only=photos"_s, u"--convert-heic"_s, u"--json"_s, backup, m_output });
+    }
     Result exportPhotos(const QStringList &more)
     {
         return run(QStringList { u"--only=photos"_s, m_backup, m_output } + more);
@@ -181,6 +205,17 @@ void tst_HeicCopies::countsThePagesBehindABrokenPicture()
     QVERIFY(calls.value(u"items"_s).toInt() > 0);
     QCOMPARE(calls.value(u"exported"_s).toInt(), calls.value(u"items"_s).toInt());
     QVERIFY2(!result.err.contains("JPEG copies"), result.err.constData());
+}
+
+void tst_HeicCopies::refusesJpegsOfTooManyPixels()
+{
+    constexpr quint16 kSide = 16'000;
+    const Result result =
+        exportOne(u"IMG_0001.HEIC"_s, withSize(encoded(drawn(), "JPG"), kSide, kSide));
+    QCOMPARE(result.exitCode, 3);
+    QVERIFY2(result.err.contains("It is too large (16000 × 16000 pixels)."),
+             result.err.constData());
+    QVERIFY(!QFileInfo::exists(photo(u"IMG_0001.HEIC.jpg"_s)));
 }
 
 QTEST_GUILESS_MAIN(tst_HeicCopies)
