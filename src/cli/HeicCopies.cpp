@@ -12,6 +12,8 @@
 #include <QPainter>
 #include <QSaveFile>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -24,6 +26,26 @@ constexpr int kQuality = 92;
 constexpr int kMaxDecodedMb = 1024; // a quarter of a billion pixels
 constexpr qint64 kMaxJpegPixels = 64LL * 1024 * 1024; // ten bytes each, whatever the limit above
 constexpr qsizetype kStartOfImage = 2;
+
+// Whether a file that is called like a picture of another kind holds HEIC.
+bool holdsHeic(const QString &path)
+{
+    static constexpr std::array kNames { "jpg"_L1,  "jpeg"_L1, "jpe"_L1,  "png"_L1, "gif"_L1,
+                                         "webp"_L1, "tif"_L1,  "tiff"_L1, "bmp"_L1 };
+    static constexpr std::array kBrands { "heic", "heix", "heim", "heis", "hevc",
+                                          "hevx", "hevm", "hevs", "mif1", "msf1" };
+    constexpr qsizetype kBoxNameAt = 4;
+    constexpr qsizetype kBrandAt = 8;
+    constexpr qsizetype kBrandEnd = 12;
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    QFile file(path);
+    if (std::find(kNames.begin(), kNames.end(), suffix) == kNames.end()
+        || !file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray start = file.read(kBrandEnd);
+    return start.sliced(std::min(kBoxNameAt, start.size())).startsWith("ftyp")
+        && std::find(kBrands.begin(), kBrands.end(), start.sliced(kBrandAt)) != kBrands.end();
+}
 
 // What a JPEG cannot let shine through is paper.
 QImage onWhite(const QImage &picture)
@@ -84,7 +106,7 @@ bool write(const QString &path, const QByteArray &jpeg, const QByteArray &exif, 
 bool HeicCopies::isHeic(const QString &path)
 {
     const QString suffix = QFileInfo(path).suffix().toLower();
-    return suffix == "heic"_L1 || suffix == "heif"_L1 || suffix == "hif"_L1;
+    return suffix == "heic"_L1 || suffix == "heics"_L1 || suffix == "heif"_L1 || suffix == "hif"_L1;
 }
 
 qint64 HeicCopies::roomFor(qint64 heicBytes)
@@ -112,7 +134,7 @@ void HeicCopies::fileWritten(const QString &typeName, const QString &itemName, c
 {
     m_failed = false;
     m_report.fileWritten(typeName, itemName, path);
-    if (isHeic(path))
+    if (isHeic(path) || holdsHeic(path))
         writeJpeg(typeName, itemName, path);
 }
 

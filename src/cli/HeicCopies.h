@@ -8,13 +8,16 @@ namespace Cli {
 /*!
     \brief Writes a JPEG beside each HEIC picture that an export copies, and passes the report on.
 
+    Such a picture is known by its name or, where its name is that of another picture, by its first
+    bytes: phones put HEIC under the name of the JPEG that was edited.
+
     The JPEG is of full size and upright, and keeps date, place and the other remarks of the camera.
     It is called like the picture, with ".jpg" behind: "IMG_0001.HEIC.jpg".
 */
 class HeicCopies final : public CIExportReport
 {
 public:
-    //! Whether a file of this name is such a picture.
+    //! Whether files of this name are such pictures.
     static bool isHeic(const QString &path);
 
     //! About how much room the JPEG files of pictures that take \a heicBytes need.

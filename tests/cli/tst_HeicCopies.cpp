@@ -74,6 +74,12 @@ QImage drawn()
     return image;
 }
 
+QByteArray withBrand(QByteArray heic, const QByteArray &brand)
+{
+    constexpr qsizetype kBrandAt = 8;
+    return heic.replace(kBrandAt, brand.size(), brand);
+}
+
 // \a jpeg with a header that tells of another size.
 QByteArray withSize(QByteArray jpeg, quint16 width, quint16 height)
 {
@@ -97,6 +103,8 @@ private Q_SLOTS:
     void writesNoneUnasked();
     void writesOneBesideEachPicture();
     void countsThePagesBehindABrokenPicture();
+    void knowsPicturesByTheirBytes_data();
+    void knowsPicturesByTheirBytes();
     void refusesJpegsOfTooManyPixels();
 
 private:
@@ -205,6 +213,38 @@ void tst_HeicCopies::countsThePagesBehindABrokenPicture()
     QVERIFY(calls.value(u"items"_s).toInt() > 0);
     QCOMPARE(calls.value(u"exported"_s).toInt(), calls.value(u"items"_s).toInt());
     QVERIFY2(!result.err.contains("JPEG copies"), result.err.constData());
+}
+
+void tst_HeicCopies::knowsPicturesByTheirBytes_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("isHeic");
+
+    const QByteArray heic = Sample::encodeHeic(drawn());
+    QTest::newRow("by name") << u"IMG_0001.HIF"_s << heic << true;
+    QTest::newRow("sequence by name") << u"IMG_0001.heics"_s << heic << true;
+    QTest::newRow("called JPEG") << u"IMG_0001.JPG"_s << heic << true;
+    QTest::newRow("called PNG") << u"IMG_0001.png"_s << heic << true;
+    QTest::newRow("general brand") << u"IMG_0001.jpeg"_s << withBrand(heic, "mif1") << true;
+    QTest::newRow("AVIF") << u"IMG_0001.JPG"_s << withBrand(heic, "avif") << false;
+    QTest::newRow("film called JPEG") << u"IMG_0001.JPG"_s << withBrand(heic, "qt  ") << false;
+    QTest::newRow("JPEG") << u"IMG_0001.JPG"_s << encoded(drawn(), "JPG") << false;
+    QTest::newRow("short") << u"IMG_0001.JPG"_s << heic.first(10) << false;
+    QTest::newRow("shorter") << u"IMG_0001.JPG"_s << heic.first(3) << false;
+}
+
+void tst_HeicCopies::knowsPicturesByTheirBytes()
+{
+    QFETCH(const QString, name);
+    QFETCH(const QByteArray, content);
+    QFETCH(const bool, isHeic);
+    const Result result = exportOne(name, content);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(Files::read(photo(name)), content);
+    QCOMPARE(QFileInfo::exists(photo(name + u".jpg"_s)), isHeic);
+    if (isHeic)
+        QCOMPARE(QImage(photo(name + u".jpg"_s)).size(), QSize(320, 200));
 }
 
 void tst_HeicCopies::refusesJpegsOfTooManyPixels()
