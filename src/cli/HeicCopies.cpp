@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -154,7 +155,8 @@ void HeicCopies::writeJpeg(const QString &typeName, const QString &itemName, con
              u"The HEIC file was copied, but no JPEG could be made of it: %1."_s.arg(why));
         return;
     }
-    if (!write(target, jpeg, jpegExif(path), why)) {
+    const std::optional<QByteArray> exif = jpegExif(path, picture.size());
+    if (!write(target, jpeg, exif.value_or(QByteArray()), why)) {
         fail(typeName,
              itemName,
              Cause::Target,
@@ -165,6 +167,11 @@ void HeicCopies::writeJpeg(const QString &typeName, const QString &itemName, con
     if (dated.open(QIODevice::ReadWrite))
         dated.setFileTime(original.lastModified(), QFileDevice::FileModificationTime);
     ++m_count;
+    if (!exif)
+        fail(typeName,
+             itemName,
+             Cause::Content,
+             u"Its JPEG lacks date and place: what the camera noted cannot be read."_s);
 }
 
 void HeicCopies::fail(const QString &typeName,

@@ -74,6 +74,149 @@ QImage drawn()
     return image;
 }
 
+constexpr int kToTheRight = 6;
+
+// What a camera notes of a picture that is to be turned to the right, the place behind all else.
+struct Notes
+{
+    bool isBigEndian = false;
+    quint16 orientationType = 3;
+    quint16 sizeType = 4;
+    quint32 orientation = kToTheRight;
+    QSize size = { 200, 320 };
+    qsizetype makerNote = 300;
+    qsizetype comment = 100;
+    int otherNotes = 0; // of 3000 bytes each
+
+    QByteArray block() const;
+
+private:
+    struct Entry
+    {
+        quint16 tag;
+        quint16 type;
+        quint32 count;
+        QByteArray value;
+    };
+
+    QByteArray number(quint32 number, qsizetype count) const;
+    Entry numbered(quint16 tag, quint16 type, quint32 value) const;
+    Entry place(quint16 tag, quint32 degrees, quint32 minutes) const;
+    QByteArray directory(qsizetype at, const QList<Entry> &entries) const;
+};
+
+QByteArray Notes::number(quint32 number, qsizetype count) const
+{
+    QByteArray bytes(sizeof(number), '\0');
+    if (isBigEndian)
+        qToBigEndian(number, bytes.data());
+    else
+        qToLittleEndian(number, bytes.data());
+    return isBigEndian ? bytes.last(count) : bytes.first(count);
+}
+
+Notes::Entry Notes::numbered(quint16 tag, quint16 type, quint32 value) const
+{
+    return { tag, type, 1, number(value, type == 3 ? 2 : 4) };
+}
+
+Notes::Entry Notes::place(quint16 tag, quint32 degrees, quint32 minutes) const
+{
+    QByteArray value;
+    for (const quint32 part : { degrees, 1U, minutes, 1U, 0U, 1U })
+        value += number(part, 4);
+    return { tag, 5, 3, value };
+}
+
+QByteArray Notes::directory(qsizetype at, const QList<Entry> &entries) const
+{
+    QByteArray bytes = number(static_cast<quint32>(entries.size()), 2);
+    QByteArray values;
+    const qsizetype valuesAt = at + 2 + 12 * entries.size() + 4;
+    for (const Entry &entry : entries) {
+        bytes += number(entry.tag, 2) + number(entry.type, 2) + number(entry.count, 4);
+        if (entry.value.size() > 4) {
+            bytes += number(static_cast<quint32>(valuesAt + values.size()), 4);
+            values += entry.value + QByteArray(entry.value.size() % 2, '\0');
+        } else {
+            bytes += entry.value.leftJustified(4, '\0');
+        }
+    }
+    return bytes + QByteArray(4, '\0') + values;
+}
+
+QByteArray Notes::block() const
+{
+    const auto text = [](quint16 tag, quint16 type, const QByteArray &value) {
+        return Entry { tag, type, static_cast<quint32>(value.size()), value };
+    };
+    const auto sized = [&](quint16 widthTag) {
+        return QList<Entry> { numbered(widthTag, sizeType, static_cast<quint32>(size.width())),
+                              numbered(static_cast<quint16>(widthTag + 1),
+                                       sizeType,
+                                       static_cast<quint32>(size.height())) };
+    };
+    const auto link = [&](quint16 tag, qsizetype at) {
+        return numbered(tag, 4, static_cast<quint32>(at));
+    };
+    const auto camera = [&](qsizetype exposureAt, qsizetype placeAt) {
+        return directory(8,
+                         sized(0x0100)
+                             + QList<Entry> { text(0x0110, 2, QByteArray("Sample Phone\0", 13)),
+                                              numbered(0x0112, orientationType, orientation),
+                                              link(0x8769, exposureAt),
+                                              link(0x8825, placeAt) });
+    };
+    const qsizetype exposureAt = 8 + camera(0, 0).size();
+    const auto exposure = [&](qsizetype interoperabilityAt) {
+        QList<Entry> noted {
+            text(0x9003, 2, QByteArray("2021:08:07 06:05:04\0", 20)),
+            text(0x927c, 7, "Sample Works" + QByteArray(makerNote, 'm')),
+            text(0x9286, 7, QByteArray("ASCII\0\0\0", 8) + QByteArray(comment, 'c'))
+        };
+        noted += sized(0xa002);
+        noted += link(0xa005, interoperabilityAt);
+        for (int i = 0; i < otherNotes; ++i)
+            noted += text(static_cast<quint16>(0xc000 + i), 7, QByteArray(3000, 'o'));
+        return directory(exposureAt, noted);
+    };
+    const qsizetype interoperabilityAt = exposureAt + exposure(0).size();
+    const QByteArray interoperability =
+        directory(interoperabilityAt, { text(1, 2, QByteArray("R98\0", 4)) });
+    const qsizetype placeAt = interoperabilityAt + interoperability.size();
+    return QByteArray("Exif\0\0", 6) + (isBigEndian ? "MM" : "II") + number(42, 2) + number(8, 4)
+        + camera(exposureAt, placeAt) + exposure(interoperabilityAt) + interoperability
+        + directory(placeAt,
+                    { text(1, 2, QByteArray("N\0", 2)),
+                      place(2, 54, 18),
+                      text(3, 2, QByteArray("E\0", 2)),
+                      place(4, 10, 6) });
+}
+
+// With a longer one the notes do not fit into a JPEG.
+qsizetype largestMakerNote()
+{
+    constexpr qsizetype kLargestBlock = 65532;
+    return kLargestBlock - Notes { .makerNote = 0 }.block().size();
+}
+
+// A picture that is to be turned to the right, with \a exifBlock.
+QByteArray turned(const QByteArray &exifBlock)
+{
+    return Sample::encodeHeic(Sample::storedForOrientation(drawn(), kToTheRight),
+                              { kToTheRight, exifBlock });
+}
+
+// \a heic with another number of bytes to skip before its EXIF block begins.
+QByteArray withSkipped(QByteArray heic, quint32 bytes)
+{
+    const qsizetype block = heic.indexOf(QByteArray("\0\0\0\6Exif\0\0", 10));
+    if (block < 0)
+        return {};
+    qToBigEndian(bytes, heic.data() + block);
+    return heic;
+}
+
 QByteArray withBrand(QByteArray heic, const QByteArray &brand)
 {
     constexpr qsizetype kBrandAt = 8;
@@ -93,6 +236,8 @@ QByteArray withSize(QByteArray jpeg, quint16 width, quint16 height)
 
 } // namespace
 
+Q_DECLARE_METATYPE(Notes)
+
 class tst_HeicCopies : public QObject
 {
     Q_OBJECT
@@ -103,6 +248,14 @@ private Q_SLOTS:
     void writesNoneUnasked();
     void writesOneBesideEachPicture();
     void countsThePagesBehindABrokenPicture();
+    void keepsSmallBlocksAsTheyAre_data();
+    void keepsSmallBlocksAsTheyAre();
+    void keepsDateAndPlaceOfLargeBlocks_data();
+    void keepsDateAndPlaceOfLargeBlocks();
+    void endsWithBlocksThatLeadInCircles_data();
+    void endsWithBlocksThatLeadInCircles();
+    void tellsOfBrokenBlocks_data();
+    void tellsOfBrokenBlocks();
     void knowsPicturesByTheirBytes_data();
     void knowsPicturesByTheirBytes();
     void refusesJpegsOfTooManyPixels();
@@ -140,7 +293,6 @@ void tst_HeicCopies::initTestCase()
     const auto add = [&](const QString &name, const QByteArray &content) {
         writer.addFile(u"CameraRollDomain"_s, u"Media/DCIM/100APPLE/"_s + name, content, traits);
     };
-    constexpr int kToTheRight = 6;
     const QByteArray first =
         withPlace(Sample::encodeHeic(Sample::storedForOrientation(drawn(), kToTheRight),
                                      { kToTheRight, Sample::exifBlock(kToTheRight, kTaken) }),
@@ -213,6 +365,135 @@ void tst_HeicCopies::countsThePagesBehindABrokenPicture()
     QVERIFY(calls.value(u"items"_s).toInt() > 0);
     QCOMPARE(calls.value(u"exported"_s).toInt(), calls.value(u"items"_s).toInt());
     QVERIFY2(!result.err.contains("JPEG copies"), result.err.constData());
+}
+
+void tst_HeicCopies::keepsSmallBlocksAsTheyAre_data()
+{
+    QTest::addColumn<Notes>("notes");
+    QTest::addColumn<int>("skipped");
+
+    QTest::newRow("usual") << Notes {} << 6;
+    QTest::newRow("big-endian") << Notes { .isBigEndian = true } << 6;
+    QTest::newRow("long orientation") << Notes { .orientationType = 4 } << 6;
+    QTest::newRow("long orientation, big-endian")
+        << Notes { .isBigEndian = true, .orientationType = 4 } << 6;
+    QTest::newRow("short size") << Notes { .sizeType = 3 } << 6;
+    QTest::newRow("block that begins with its name") << Notes {} << 0;
+    QTest::newRow("as large as can be") << Notes { .makerNote = largestMakerNote() } << 6;
+}
+
+// All that changes is what tells how the picture lies.
+void tst_HeicCopies::keepsSmallBlocksAsTheyAre()
+{
+    QFETCH(Notes, notes);
+    QFETCH(int, skipped);
+    const QByteArray heic = withSkipped(turned(notes.block()), static_cast<quint32>(skipped));
+    const Result result = exportOne(u"IMG_0001.HEIC"_s, heic);
+    QCOMPARE(result.exitCode, 0);
+    notes.orientation = 1;
+    notes.size = { 320, 200 };
+    const QByteArray expected = notes.block();
+    QByteArray head("\xff\xd8\xff\xe1\0\0", 6);
+    qToBigEndian(static_cast<quint16>(expected.size() + 2), head.data() + 4);
+    const QByteArray made = Files::read(photo(u"IMG_0001.HEIC.jpg"_s));
+    QCOMPARE(made.first(head.size()), head);
+    QVERIFY(made.sliced(head.size()).startsWith(expected));
+    QCOMPARE(QImage(photo(u"IMG_0001.HEIC.jpg"_s)).size(), notes.size);
+}
+
+void tst_HeicCopies::keepsDateAndPlaceOfLargeBlocks_data()
+{
+    QTest::addColumn<Notes>("notes");
+    QTest::addColumn<bool>("keepsComment");
+
+    QTest::newRow("a little too large") << Notes { .makerNote = largestMakerNote() + 2 } << true;
+    QTest::newRow("maker's note") << Notes { .makerNote = 70'000 } << true;
+    QTest::newRow("maker's note, big-endian")
+        << Notes { .isBigEndian = true, .makerNote = 70'000 } << true;
+    QTest::newRow("long orientation")
+        << Notes { .orientationType = 4, .makerNote = 70'000 } << true;
+    QTest::newRow("megabytes") << Notes { .makerNote = 7'000'000 } << true;
+    QTest::newRow("comment") << Notes { .comment = 70'000 } << false;
+    QTest::newRow("many notes") << Notes { .otherNotes = 30 } << true;
+}
+
+void tst_HeicCopies::keepsDateAndPlaceOfLargeBlocks()
+{
+    QFETCH(const Notes, notes);
+    QFETCH(const bool, keepsComment);
+    QCOMPARE(exportOne(u"IMG_0001.HEIC"_s, turned(notes.block())).exitCode, 0);
+    const QJsonObject noted = remarks(photo(u"IMG_0001.HEIC.jpg"_s));
+    QCOMPARE(noted.value(u"Warning"_s).toString(), QString());
+    QCOMPARE(noted.value(u"Model"_s).toString(), u"Sample Phone"_s);
+    QCOMPARE(noted.value(u"Orientation"_s).toInt(), 1);
+    QCOMPARE(noted.value(u"DateTimeOriginal"_s).toString(), u"2021:08:07 06:05:04"_s);
+    QCOMPARE(noted.value(u"ExifImageWidth"_s).toInt(), 320);
+    QCOMPARE(noted.value(u"ExifImageHeight"_s).toInt(), 200);
+    QCOMPARE(noted.value(u"InteropIndex"_s).toString(), u"R98"_s);
+    QCOMPARE(noted.value(u"GPSLatitude"_s).toDouble(), 54.3);
+    QCOMPARE(noted.value(u"GPSLongitude"_s).toDouble(), 10.1);
+    QCOMPARE(noted.value(u"UserComment"_s).toString().size(), keepsComment ? notes.comment : 0);
+    QVERIFY(!Files::read(photo(u"IMG_0001.HEIC.jpg"_s)).contains("Sample Works"));
+}
+
+void tst_HeicCopies::endsWithBlocksThatLeadInCircles_data()
+{
+    QTest::addColumn<QByteArray>("block");
+    QTest::addColumn<QString>("model");
+
+    const QByteArray link("\x69\x87\4\0\1\0\0\0\x8\0\0\0", 12);
+    QByteArray once = Notes { .makerNote = 70'000 }.block();
+    const qsizetype at = once.indexOf(link.first(8));
+    QVERIFY(at > 0);
+    QTest::newRow("once") << once.replace(at, link.size(), link) << u"Sample Phone"_s;
+    const QByteArray model("\x10\1\2\0\4\0\0\0One\0", 12);
+    constexpr quint16 kTimes = 5000;
+    QByteArray often("Exif\0\0II*\0\x8\0\0\0\0\0", 16);
+    qToLittleEndian<quint16>(kTimes + 1, often.data() + often.size() - 2);
+    often += model + link.repeated(kTimes) + QByteArray(10'000, '\0');
+    QTest::newRow("often") << often << u"One"_s;
+}
+
+void tst_HeicCopies::endsWithBlocksThatLeadInCircles()
+{
+    QFETCH(const QByteArray, block);
+    QFETCH(const QString, model);
+    QCOMPARE(exportOne(u"IMG_0001.HEIC"_s, turned(block)).exitCode, 0);
+    QCOMPARE(remarks(photo(u"IMG_0001.HEIC.jpg"_s)).value(u"Model"_s).toString(), model);
+}
+
+void tst_HeicCopies::tellsOfBrokenBlocks_data()
+{
+    QTest::addColumn<QByteArray>("heic");
+
+    const QByteArray usual = turned(Notes {}.block());
+    QTest::newRow("begins behind its end") << withSkipped(usual, 0xfffffff0);
+    QTest::newRow("begins with something else") << withSkipped(usual, 20);
+    const QByteArray start("Exif\0\0II*\0", 10);
+    QTest::newRow("directory outside") << turned(start + "\xff\xff\xff\xff");
+    QTest::newRow("directory without its entries")
+        << turned(start + QByteArray("\x8\0\0\0\x4\0", 6));
+    const QByteArray note("\x8\0\0\0\1\0\x7c\x92\7\0\0\0\1\0\x1a\0\0\0\0\0\0\0", 22);
+    QTest::newRow("too large, with nothing else")
+        << turned(start + note + QByteArray(0x10000 + 4, '\0'));
+    QTest::newRow("endless") << turned(Notes { .makerNote = 9'000'000 }.block());
+}
+
+void tst_HeicCopies::tellsOfBrokenBlocks()
+{
+    QFETCH(const QByteArray, heic);
+    const Result result = exportOne(u"IMG_0001.HEIC"_s, heic);
+    QCOMPARE(result.exitCode, 3);
+    QVERIFY2(result.err.contains("IMG_0001.HEIC: Its JPEG lacks date and place"),
+             result.err.constData());
+    QVERIFY(result.err.contains("JPEG copies made of HEIC pictures: 1"));
+    const QJsonObject photos = result.json().value(u"types"_s)[0].toObject();
+    QCOMPARE(photos.value(u"exported"_s).toInt(), 0);
+    QCOMPARE(photos.value(u"failed"_s).toInt(), 1);
+    QCOMPARE(Files::read(photo(u"IMG_0001.HEIC"_s)), heic);
+    const QString made = photo(u"IMG_0001.HEIC.jpg"_s);
+    QCOMPARE(QImage(made).size(), QSize(320, 200));
+    QVERIFY(!Files::read(made).contains("Exif"));
 }
 
 void tst_HeicCopies::knowsPicturesByTheirBytes_data()
