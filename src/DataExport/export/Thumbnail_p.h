@@ -19,8 +19,8 @@ struct Box
 
 /*!
     The picture in \a source, which is open, as PNG: upright and scaled to \a box. Decoded once, at
-    reduced size where its format can; one whose header promises more than kMaxPixels is refused
-    before that. Any format that the image library recognises will do.
+    reduced size where its format can; one whose header promises too many pixels, or that would take
+    too many passes, is refused before that. Any format that the image library recognises will do.
     \return empty when there is no picture to be had; \a why gets the image library's reason.
 */
 QByteArray makePng(QIODevice &source, Box box, QString *why);
