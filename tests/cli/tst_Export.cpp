@@ -274,7 +274,8 @@ void tst_Export::keepsNamesApartThatDifferInCase()
 void tst_Export::reportsWhatCannotBeRead_data()
 {
     QTest::addColumn<QString>("how");
-    for (const char *how : { "missing", "without permission", "a folder", "a pipe" })
+    for (const char *how :
+         { "missing", "without permission", "a folder", "a pipe", "a link", "cut off", "empty" })
         QTest::newRow(how) << QString::fromLatin1(how);
 }
 
@@ -283,18 +284,23 @@ void tst_Export::reportsWhatCannotBeRead()
     QFETCH(QString, how);
     Sample::BackupWriter writer(backup());
     const ExpectedFiles expected = addUsualFiles(writer);
+    const bool isShort = how == u"cut off"_s || how == u"empty"_s; // and copied all the same
     const QString lost = kPhotoFolder + u"IMG_0009.JPG"_s;
     writer.addFile(kCamera, lost, noise(9, 9000));
     const QString content = writer.contentPath(kCamera, lost);
     QVERIFY(writer.finish());
     if (how == u"without permission"_s) {
         ::chmod(QFile::encodeName(content).constData(), 0);
+    } else if (isShort) {
+        QVERIFY(QFile::resize(content, how == u"empty"_s ? 0 : 7000));
     } else {
         QVERIFY(QFile::remove(content));
         if (how == u"a folder"_s)
             QVERIFY(QDir().mkpath(content));
         if (how == u"a pipe"_s)
             QCOMPARE(::mkfifo(QFile::encodeName(content).constData(), 0644), 0);
+        if (how == u"a link"_s)
+            QVERIFY(QFile::link(u"/etc/passwd"_s, content));
     }
 
     const Result result = run({ backup(), output() }, obeyFileModes);
@@ -306,6 +312,8 @@ void tst_Export::reportsWhatCannotBeRead()
     QVERIFY2(report.startsWith("\xEF\xBB\xBFType,Item,Cause,Reason\r\n"), report.constData());
     QCOMPARE(report.count("IMG_0009.JPG"), 1);
     QCOMPARE(report.count('\n'), 2);
+    QVERIFY(!isShort
+            || noise(9, 9000).startsWith(found.take(u"Photos/100APPLE/IMG_0009.JPG"_s).content));
     QCOMPARE(difference(found, expected), QString());
 
     const Result json =

@@ -12,6 +12,7 @@
 #include <QTemporaryFile>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace PhoneBackup {
@@ -23,6 +24,9 @@ namespace {
 
 constexpr qint64 kBlockBytes = 16; // of the cipher
 constexpr QByteArrayView kDatabaseMagic("SQLite format 3\0", 16);
+
+// Sizes in the index are those of another moment: a file may have shrunk a little since.
+constexpr qint64 kToleratedPart = 8;
 
 // Stands for a content that cannot be had.
 class NoContent final : public QIODevice
@@ -226,12 +230,20 @@ QList<BackupFiles::Remark> BackupFiles::takeRemarks()
     return std::exchange(m_remarks, {});
 }
 
-void BackupFiles::addRemark(Row row, const QString &what, bool loss)
+void BackupFiles::addRemark(Row row, const QString &what, bool loss, Fault fault)
 {
     if (m_remarked.contains(row))
         return;
     m_remarked.insert(row);
-    m_remarks.append({ row, what, loss });
+    m_remarks.append({ row, what, loss, fault });
+}
+
+void BackupFiles::addRemark(Row row, const Error &error)
+{
+    if (m_remarked.contains(row))
+        return;
+    m_remarked.insert(row);
+    m_remarks.append({ row, error.what, true, error.fault, error.systemError });
 }
 
 qint64 BackupFiles::contentSize(Row row)
@@ -279,6 +291,7 @@ std::unique_ptr<QIODevice> BackupFiles::openContent(Row row)
         }
     }
     if (!device) {
+        record(row); // which holds the content against its size
         auto file = std::make_unique<QFile>(path);
         CCommonUtils::openForReading(*file, &why);
         device = std::move(file);
@@ -332,7 +345,7 @@ QString BackupFiles::plainPath(Row row)
     if (m_plainCopy.isEmpty()) {
         const Result<QString> folder = m_private.newSubFolder();
         if (!folder) {
-            addRemark(row, folder.error().what, true);
+            addRemark(row, folder.error());
             return {};
         }
         m_plainCopy = folder.value() + "/content"_L1;
@@ -342,7 +355,7 @@ QString BackupFiles::plainPath(Row row)
     if (decrypted)
         return m_plainCopy;
     if (m_folder.contentSize(m_index.id(row)) >= 0)
-        addRemark(row, decrypted.error().what, true);
+        addRemark(row, decrypted.error());
     return {};
 }
 
@@ -359,8 +372,39 @@ FileRecord BackupFiles::record(Row row)
     if (row != m_recordRow) {
         m_record = m_manifest->record(m_index.recordKey(row));
         m_recordRow = row;
+        checkSize(row);
     }
     return m_record;
+}
+
+void BackupFiles::checkSize(Row row)
+{
+    const qint64 recorded = m_record.sizeBytes;
+    const qint64 stored = m_folder.contentSize(m_index.id(row));
+    const qint64 present = stored > 0 && m_keys ? stored - 1 : stored; // the padding takes a byte
+    const bool isShort = stored >= 0 && recorded > 0
+        && (stored == 0 || present < recorded - recorded / kToleratedPart);
+    if (!isShort || isRewritten(row))
+        return;
+    addRemark(row,
+              tr("It is cut off: the index records %1 bytes, the backup holds %2.")
+                      .arg(recorded)
+                      .arg(stored)
+                  + u' ' + tr("What there is of it was taken."),
+              true,
+              Fault::CutOff);
+}
+
+// Databases and logs change while the phone is backed up.
+bool BackupFiles::isRewritten(Row row)
+{
+    const QByteArray name = m_index.path(row).toByteArray().toLower();
+    static constexpr std::array<QByteArrayView, 8> kEnds {
+        ".db", ".sqlite", ".sqlite3", ".sqlitedb", ".storedata", "-wal", "-shm", "-journal",
+    };
+    return name.contains(".log")
+        || std::any_of(kEnds.begin(), kEnds.end(), [&](auto end) { return name.endsWith(end); })
+        || content(row, kDatabaseMagic.size()) == kDatabaseMagic;
 }
 
 bool BackupFiles::hasAttribute(Row row, QByteArrayView name)
@@ -389,22 +433,45 @@ Result<Database> BackupFiles::openDatabase(QByteArrayView domain, const QString 
     if (m_folder.contentSize(m_index.id(row)) < 0) {
         return Error { Fault::Io, name, tr("The file of the database “%1” is missing.").arg(name) };
     }
+    // SQLite takes an empty file for a database without tables.
+    if (m_folder.contentSize(m_index.id(row)) == 0 && record(row).sizeBytes > 0) {
+        return Error { Fault::CutOff,
+                       name,
+                       tr("The file of the database “%1” is empty.").arg(name) };
+    }
+    QString lost;
     const auto companion = [&](QLatin1StringView suffix) {
         const Row found = findFile(domain, path + suffix);
-        return found != FileIndex::kNone && contentSize(found) > 0 ? found : FileIndex::kNone;
+        if (found == FileIndex::kNone)
+            return found;
+        if (lost.isEmpty())
+            lost = missingLog(found);
+        return contentSize(found) > 0 ? found : FileIndex::kNone;
     };
     const Row wal = companion("-wal"_L1);
     const Row journal = companion("-journal"_L1);
     if (m_keys) {
-        const Result<DatabaseFiles> files = decrypted(row, wal, journal);
+        Result<DatabaseFiles> files = decrypted(row, wal, journal);
         if (!files)
             return files.error();
+        files.value().lost = lost;
         return Database::open(files.value(), m_private);
     }
     const auto pathOf = [this](Row part) {
         return part == FileIndex::kNone ? QString() : contentPath(part);
     };
-    return Database::open({ name, contentPath(row), pathOf(wal), pathOf(journal) }, m_private);
+    return Database::open({ name, contentPath(row), pathOf(wal), pathOf(journal), false, lost },
+                          m_private);
+}
+
+// What follows from it when the file of the log or journal is missing. One of no bytes, here
+// or on the phone, is normal: it is emptied whenever its rows have come into the database.
+QString BackupFiles::missingLog(Row row)
+{
+    if (m_folder.contentSize(m_index.id(row)) >= 0 || record(row).sizeBytes == 0)
+        return {};
+    return tr("The file of “%1” is missing, which held the newest changes of the database.")
+        .arg(place(row));
 }
 
 Result<DatabaseFiles> BackupFiles::decrypted(Row row, Row wal, Row journal)

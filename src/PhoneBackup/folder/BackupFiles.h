@@ -42,6 +42,8 @@ public:
         Row row;
         QString what;
         bool loss; //!< Whether something of the file is lost.
+        Fault fault = Fault::Corrupt;
+        int systemError = 0;
     };
 
     /*!
@@ -89,7 +91,11 @@ public:
     */
     QString plainPath(Row row);
 
-    //! What is recorded of \a row; unset when the record is damaged.
+    /*!
+        What is recorded of \a row; unset when the record is damaged. A content that is empty, or
+        more than an eighth shorter than recorded, is a remark: it was cut off. Databases and logs
+        are not held against their recorded sizes, which are often out of date.
+    */
     FileRecord record(Row row);
 
     //! Whether the record of \a row names the extended attribute; costs less than record().
@@ -103,7 +109,9 @@ public:
 
     /*!
         The database at this place with its log or journal. Fault::NotFound when the index has none;
-        Fault::Io when its content is missing, Fault::Locked when its key is.
+        Fault::Io when its content is missing, Fault::CutOff when it is empty but was not,
+        Fault::Locked when its key is missing. It is damaged when the content of its log or journal
+        is missing.
     */
     Result<Database> openDatabase(QByteArrayView domain, const QString &path);
 
@@ -118,7 +126,11 @@ private:
     Result<> decryptTo(Row row, const QString &target);
     QString contentPath(Row row) const { return m_folder.contentPath(m_index.id(row)); }
     Result<Secret> keyOf(Row row);
-    void addRemark(Row row, const QString &what, bool loss);
+    void addRemark(Row row, const QString &what, bool loss, Fault fault = Fault::Corrupt);
+    void addRemark(Row row, const Error &error);
+    void checkSize(Row row);
+    bool isRewritten(Row row);
+    QString missingLog(Row row);
 
     BackupFolder m_folder;
     KeepGoing m_keepGoing;

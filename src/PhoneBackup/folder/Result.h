@@ -13,11 +13,13 @@ enum class Fault {
     NotFound, //!< Nothing there.
     NotABackup, //!< Something is there, but no phone backup.
     Corrupt, //!< It is what was looked for, but damaged.
+    CutOff, //!< There is much less of it than the index records.
     Encrypted, //!< It cannot be read without a password.
     WrongPassword, //!< The password does not open it.
     Locked, //!< Encrypted with a key that is not in the backup.
     NotSupported, //!< A form that this reader does not know (too old, too new).
     Io, //!< The operating system refused to read it.
+    TemporaryFolder, //!< Nothing is wrong with it: the temporary folder cannot be used or is full.
     Cancelled, //!< The caller asked to stop.
 };
 
@@ -27,6 +29,7 @@ struct Error
     Fault fault;
     QString path;
     QString what;
+    int systemError = 0; //!< The error number of the system, where it was the system that refused.
 };
 
 struct Done

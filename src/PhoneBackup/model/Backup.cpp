@@ -108,8 +108,13 @@ void Backup::Private::takeRemarks()
 {
     const QList<BackupFiles::Remark> remarks = source.files().takeRemarks();
     for (const BackupFiles::Remark &remark : remarks)
-        source.addProblem(
-            { kWholeBackup, source.files().place(remark.row), remark.what, remark.loss });
+        source.addProblem({ kWholeBackup,
+                            source.files().place(remark.row),
+                            remark.what,
+                            remark.loss,
+                            false,
+                            remark.fault,
+                            remark.systemError });
 }
 
 Result<std::unique_ptr<Backup>>

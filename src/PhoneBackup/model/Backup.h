@@ -23,6 +23,8 @@ struct Problem
     QString what; //!< A sentence for a person.
     bool loss = true; //!< false: a warning; everything that is there is exported all the same.
     bool absent = false; //!< No fault at all: backups of this kind never hold it.
+    Fault fault = Fault::Corrupt; //!< What kind of fault it is.
+    int systemError = 0; //!< As Error::systemError.
 };
 
 /*!

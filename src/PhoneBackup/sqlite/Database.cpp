@@ -75,6 +75,7 @@ Result<Database> Database::open(const DatabaseFiles &files, PrivateFolder &folde
 {
     installQuietOpen();
     Database database(files);
+    database.m_damage = files.lost;
     if (!QFileInfo(files.journalPath).size() || namesAnotherJournal(files.journalPath))
         database.m_files.journalPath.clear();
     if (!QFileInfo(files.walPath).size())

@@ -22,6 +22,7 @@ struct DatabaseFiles
     QString walPath; //!< Write-ahead log, empty when there is none.
     QString journalPath; //!< Roll-back journal, likewise.
     bool isPrivate = false; //!< They lie in the private folder, named as SQLite looks for them.
+    QString lost = {}; //!< What is known to be missing of it, for a person; empty when nothing is.
 };
 
 /*!
