@@ -91,9 +91,9 @@ private:
 class PrintedReport : public CIExportReport
 {
 public:
-    void itemFailed(const QString &type, const QString &item, Cause, const QString &reason) override
+    void itemFailed(const QString &type, const QString &item, const Fault &fault) override
     {
-        std::printf("%s, %s: %s\n", qPrintable(type), qPrintable(item), qPrintable(reason));
+        std::printf("%s, %s: %s\n", qPrintable(type), qPrintable(item), qPrintable(fault.reason));
     }
     void itemExported(const QString &type, const QString &item) override
     {

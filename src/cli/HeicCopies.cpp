@@ -116,12 +116,14 @@ qint64 HeicCopies::roomFor(qint64 heicBytes)
     return heicBytes * kGrowth;
 }
 
-void HeicCopies::itemFailed(const QString &typeName,
-                            const QString &itemName,
-                            Cause cause,
-                            const QString &reason)
+void HeicCopies::itemFailed(const QString &typeName, const QString &itemName, const Fault &fault)
 {
-    m_report.itemFailed(typeName, itemName, cause, reason);
+    m_report.itemFailed(typeName, itemName, fault);
+}
+
+void HeicCopies::outputEnded(const QString &typeName, Output output, End end)
+{
+    m_report.outputEnded(typeName, output, end);
 }
 
 void HeicCopies::itemExported(const QString &typeName, const QString &itemName)
@@ -151,16 +153,15 @@ void HeicCopies::writeJpeg(const QString &typeName, const QString &itemName, con
     if (jpeg.isEmpty()) {
         fail(typeName,
              itemName,
-             Cause::Content,
-             u"The HEIC file was copied, but no JPEG could be made of it: %1."_s.arg(why));
+             { Cause::Content,
+               u"The HEIC file was copied, but no JPEG could be made of it: %1."_s.arg(why) });
         return;
     }
     const std::optional<QByteArray> exif = jpegExif(path, picture.size());
     if (!write(target, jpeg, exif.value_or(QByteArray()), why)) {
         fail(typeName,
              itemName,
-             Cause::Target,
-             u"Its JPEG could not be written to “%1”: %2."_s.arg(target, why));
+             { Cause::Target, u"Its JPEG could not be written to “%1”: %2."_s.arg(target, why) });
         return;
     }
     QFile dated(target);
@@ -170,17 +171,14 @@ void HeicCopies::writeJpeg(const QString &typeName, const QString &itemName, con
     if (!exif)
         fail(typeName,
              itemName,
-             Cause::Content,
-             u"Its JPEG lacks date and place: what the camera noted cannot be read."_s);
+             { Cause::Content,
+               u"Its JPEG lacks date and place: what the camera noted cannot be read."_s });
 }
 
-void HeicCopies::fail(const QString &typeName,
-                      const QString &itemName,
-                      Cause cause,
-                      const QString &reason)
+void HeicCopies::fail(const QString &typeName, const QString &itemName, const Fault &fault)
 {
     m_failed = true; // it counts once
-    m_report.itemFailed(typeName, itemName, cause, reason);
+    m_report.itemFailed(typeName, itemName, fault);
 }
 
 } // namespace Cli

@@ -29,20 +29,19 @@ public:
     {
     }
 
-    void itemFailed(const QString &typeName,
-                    const QString &itemName,
-                    Cause cause,
-                    const QString &reason) override;
+    void itemFailed(const QString &typeName, const QString &itemName, const Fault &fault) override;
     void itemExported(const QString &typeName, const QString &itemName) override;
     void
     fileWritten(const QString &typeName, const QString &itemName, const QString &path) override;
+
+    void outputEnded(const QString &typeName, Output output, End end) override;
 
     //! How many were written.
     int count() const { return m_count; }
 
 private:
     void writeJpeg(const QString &typeName, const QString &itemName, const QString &path);
-    void fail(const QString &typeName, const QString &itemName, Cause cause, const QString &reason);
+    void fail(const QString &typeName, const QString &itemName, const Fault &fault);
 
     CIExportReport &m_report;
     bool m_failed = false; // the item that was copied last

@@ -48,20 +48,17 @@ void RunReport::typeStarts(int code)
     m_counts[code].started = true;
 }
 
-void RunReport::itemFailed(const QString &typeName,
-                           const QString &itemName,
-                           Cause cause,
-                           const QString &reason)
+void RunReport::itemFailed(const QString &typeName, const QString &itemName, const Fault &fault)
 {
     Counts &counts = m_counts[m_code];
     if (itemName.isEmpty())
         counts.lost = true;
     else
         ++counts.failed;
-    const Failed failed { typeName, itemName, causeText(cause), reason };
+    const Failed failed { typeName, itemName, causeText(fault.cause), fault.reason };
     // Asked before the report file takes the last room, and after the partial file gave its own
     // back: the reason tells a full disk, room alone does not.
-    if (cause == Cause::Target && !m_outputFault && outputRefuses(reason))
+    if (fault.cause == Cause::Target && !m_outputFault && outputRefuses(fault.reason))
         m_outputFault = failed;
     add(failed);
 }

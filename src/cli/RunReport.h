@@ -45,10 +45,7 @@ public:
     //! The data type that everything from now on belongs to.
     void typeStarts(int code);
 
-    void itemFailed(const QString &typeName,
-                    const QString &itemName,
-                    Cause cause,
-                    const QString &reason) override;
+    void itemFailed(const QString &typeName, const QString &itemName, const Fault &fault) override;
     void itemExported(const QString &typeName, const QString &itemName) override;
 
     //! Takes in a part of the backup that could not be read; \a code is -1 for the backup as a

@@ -16,14 +16,12 @@ public:
         QString item;
         Cause cause;
         QString reason;
+        int systemError;
     };
 
-    void itemFailed(const QString &typeName,
-                    const QString &itemName,
-                    Cause cause,
-                    const QString &reason) override
+    void itemFailed(const QString &typeName, const QString &itemName, const Fault &fault) override
     {
-        failures.append({ typeName, itemName, cause, reason });
+        failures.append({ typeName, itemName, fault.cause, fault.reason, fault.systemError });
     }
     void itemExported(const QString &typeName, const QString &itemName) override
     {
@@ -36,7 +34,22 @@ public:
         files.append(itemName + QLatin1String(" -> ") + path);
     }
 
+    void outputEnded(const QString &typeName, Output output, End end) override
+    {
+        static const QStringList kOutputs { QStringLiteral("page"),
+                                            QStringLiteral("table"),
+                                            QStringLiteral("cards"),
+                                            QStringLiteral("copies") };
+        static const QStringList kEnds { QStringLiteral("complete"),
+                                         QStringLiteral("stopped"),
+                                         QStringLiteral("failed"),
+                                         QStringLiteral("not started") };
+        ends.append(typeName + QLatin1String(": ") + kOutputs.at(static_cast<int>(output))
+                    + QLatin1Char(' ') + kEnds.at(static_cast<int>(end)));
+    }
+
     QList<Failure> failures;
+    QStringList ends; //!< "Photos: copies complete".
     QStringList exported;
     QStringList files;
 };

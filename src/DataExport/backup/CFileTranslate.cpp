@@ -80,8 +80,10 @@ bool CFileTranslate::translate(CIDataExporter *exporter, CIProgressCallback *pro
     sink->setExportProgress(&bytes);
 
     for (const BkAbstractItem *item : items) {
-        if (!bytes.progress(0))
+        if (!bytes.progress(0)) {
+            sink->setStopped();
             break;
+        }
         const auto *file = dynamic_cast<const BkFileItem *>(item);
         if (!file)
             continue;
@@ -102,6 +104,8 @@ bool CBackupExporter::exportFile(BkData *data,
                                  CIProgressCallback *progress,
                                  CBackupExporter *exporter)
 {
+    if (!data)
+        return false;
     CFileExporter sink;
     bool result = false;
     applySettings(exporter, sink);

@@ -7,7 +7,8 @@
 
 /*!
     The passes over one data set that is exported in several formats. Each format has an equal share
-    of the progress, which may be null; a format that failed or was cancelled is the last one.
+    of the progress, which may be null. Once the work was cancelled no other format is started, nor
+    after one that failed; only hardened the failure of one leaves the others alone.
 */
 class FormatPasses
 {
@@ -30,26 +31,30 @@ public:
 
     /*!
         Opens \a sink in the sub-folder \a subDir of the data type's folder, runs \a translator into
-        it and finishes it. \return whether the next format is to follow.
+        it and finishes it; or tells the report that this format is not started.
     */
     template <class Translator>
-    bool run(CIDataExporter &sink, Translator &translator, const QString &subDir = QString())
+    void run(CIDataExporter &sink, Translator &translator, const QString &subDir = QString())
     {
         constexpr int unitsPerPass = 100;
-        m_progress.initRange(unitsPerPass);
         applySettings(m_exporter, sink);
-        m_ok = sink.initExporterWithSubDir(m_dir, m_owner, m_typeName, subDir)
+        if (m_isOver) {
+            sink.skip(m_typeName);
+            return;
+        }
+        m_progress.initRange(unitsPerPass);
+        const bool ok = sink.initExporterWithSubDir(m_dir, m_owner, m_typeName, subDir)
             && translator.translate(&sink, m_title, &m_progress);
-        sink.finish(m_ok);
-        const bool goOn = m_progress.finish(); // asked in either case
-        return goOn && m_ok;
+        sink.finish(ok);
+        m_succeeded &= ok;
+        m_isOver = !m_progress.finish() || (!ok && !isHardened());
     }
 
     //! Whether pages are hardened, and so need not be byte for byte what they always were.
     bool isHardened() const { return m_exporter && m_exporter->isHardened(); }
 
-    //! Whether the last format that was run succeeded.
-    bool succeeded() const { return m_ok; }
+    //! Whether every format that was started succeeded.
+    bool succeeded() const { return m_succeeded; }
 
 private:
     const QDir &m_dir;
@@ -58,7 +63,8 @@ private:
     const QString m_title;
     const CBackupExporter *m_exporter;
     CSubProgress m_progress;
-    bool m_ok = false;
+    bool m_succeeded = true;
+    bool m_isOver = false;
 };
 
 #endif

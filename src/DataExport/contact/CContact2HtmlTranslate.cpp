@@ -89,8 +89,8 @@ bool CContact2HtmlTranslate::translateDataItem(CIDataExporter *exporter, BkConta
     if (card.unknownCount() > 0) {
         exporter->reportFailure(
             nameForReport(*item),
-            CIExportReport::Cause::Content,
-            tr("Entries of an unknown kind were left out: %1.").arg(card.unknownCount()));
+            { CIExportReport::Cause::Content,
+              tr("Entries of an unknown kind were left out: %1.").arg(card.unknownCount()) });
     }
     return true;
 }
@@ -111,8 +111,8 @@ QString CContact2HtmlTranslate::pictureOf(CIDataExporter *exporter,
     const QByteArray png = Thumbnail::makePng(source, kPhotoBox, &why);
     if (!png.isEmpty())
         return Thumbnail::place(exporter, png, number);
-    exporter->reportFailure(nameForReport(item),
-                            CIExportReport::Cause::Content,
-                            tr("The photo cannot be shown: %1.").arg(why));
+    exporter->reportFailure(
+        nameForReport(item),
+        { CIExportReport::Cause::Content, tr("The photo cannot be shown: %1.").arg(why) });
     return silhouette;
 }

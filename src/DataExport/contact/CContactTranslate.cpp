@@ -27,7 +27,7 @@ bool CContactTranslate::translate(CIDataExporter *exporter,
 {
     if (!translateHeader(exporter, title))
         return false;
-    const SelectedItems items(*m_data, progress);
+    const SelectedItems items(*m_data, exporter, progress);
     if (!translateDataBefore(exporter))
         return false;
     const auto translate = [&](BkContactItem *item) { return translateItem(exporter, item); };
@@ -40,8 +40,8 @@ bool CContactTranslate::translateItem(CIDataExporter *exporter, BkContactItem *i
     if (!item->detailContent()) {
         if (m_tellsReport) {
             exporter->reportFailure(nameForReport(*item),
-                                    CIExportReport::Cause::Source,
-                                    tr("The details of the contact could not be read."));
+                                    { CIExportReport::Cause::Source,
+                                      tr("The details of the contact could not be read.") });
         }
         return true;
     }
@@ -80,15 +80,13 @@ bool CBackupExporter::exportContact(BkData *data,
         page.setStyle(passes.isHardened()
                           ? translator.contactStyle() + PageText::wrappingStyleElement()
                           : translator.contactStyle());
-        if (!passes.run(page, translator, QStringLiteral("HTML")))
-            return passes.succeeded();
+        passes.run(page, translator, QStringLiteral("HTML"));
     }
     {
         CPlainFileExporter csv(QStringLiteral(".csv"), false);
         CContact2CSVTranslate translator(contacts);
         csv.setCodec(QStringLiteral("UTF16"), true);
-        if (!passes.run(csv, translator, QStringLiteral("CSV")))
-            return passes.succeeded();
+        passes.run(csv, translator, QStringLiteral("CSV"));
     }
     CPlainFileExporter cards(QStringLiteral(".vcf"), true);
     CContact2VCFTranslate translator(contacts);

@@ -38,14 +38,26 @@ struct OutputName
     QString extension; // with its dot
 };
 
-QString missing()
+CIExportReport::Fault missing()
 {
-    return tr("Its file is missing.");
+    return { CIExportReport::Cause::Source, tr("Its file is missing.") };
 }
 
-QString unreadable(const QString &why)
+CIExportReport::Fault unreadable(const QString &why, int systemError = 0)
 {
-    return tr("Its file could not be read: %1.").arg(why);
+    return { CIExportReport::Cause::Source,
+             tr("Its file could not be read: %1.").arg(why),
+             systemError };
+}
+
+CIExportReport::Fault readFault(const NativeFile &source)
+{
+    return unreadable(source.errorString(), source.error());
+}
+
+CIExportReport::Fault readFault(const QIODevice &source)
+{
+    return unreadable(source.errorString());
 }
 
 // A file being written, which goes away again unless it is completed.
@@ -84,9 +96,11 @@ public:
         m_completed = m_file.close();
         return m_completed;
     }
-    QString reason() const
+    CIExportReport::Fault fault() const
     {
-        return tr("It could not be written to “%1”: %2.").arg(m_path, m_file.errorString());
+        return { CIExportReport::Cause::Target,
+                 tr("It could not be written to “%1”: %2.").arg(m_path, m_file.errorString()),
+                 m_file.error() };
     }
 
 private:
@@ -98,7 +112,10 @@ private:
 
 } // namespace
 
-CFileExporter::CFileExporter() = default;
+CFileExporter::CFileExporter()
+    : CIDataExporter(CIExportReport::Output::Copies)
+{
+}
 
 CFileExporter::~CFileExporter() = default;
 
@@ -106,9 +123,7 @@ bool CFileExporter::exportData(const QString &srcPath, const QString &name)
 {
     NativeFile source;
     if (!source.openForReading(srcPath)) {
-        return fail(name,
-                    CIExportReport::Cause::Source,
-                    source.error() == ENOENT ? missing() : unreadable(source.errorString()));
+        return fail(name, source.error() == ENOENT ? missing() : readFault(source));
     }
     return writeFile(name, source);
 }
@@ -116,9 +131,9 @@ bool CFileExporter::exportData(const QString &srcPath, const QString &name)
 bool CFileExporter::exportStream(QIODevice *source, const QString &name)
 {
     if (!source)
-        return fail(name, CIExportReport::Cause::Source, missing());
+        return fail(name, missing());
     if (!source->isOpen())
-        return fail(name, CIExportReport::Cause::Source, source->errorString());
+        return fail(name, { CIExportReport::Cause::Source, source->errorString() });
     return writeFile(name, *source);
 }
 
@@ -127,22 +142,24 @@ bool CFileExporter::writeFile(const QString &name, Source &source)
 {
     Target target(m_curPath, name);
     if (!target.isOpen())
-        return fail(name, CIExportReport::Cause::Target, target.reason());
+        return fail(name, target.fault());
 
     char chunk[kChunk];
     for (;;) {
         const qint64 count = source.read(chunk, kChunk);
         if (count < 0)
-            return fail(name, CIExportReport::Cause::Source, unreadable(source.errorString()));
+            return fail(name, readFault(source));
         if (count == 0)
             break;
         if (!target.write(chunk, count))
-            return fail(name, CIExportReport::Cause::Target, target.reason());
-        if (!progressFileCopy(static_cast<int>(count)))
+            return fail(name, target.fault());
+        if (!progressFileCopy(static_cast<int>(count))) {
+            setStopped();
             return true;
+        }
     }
     if (!target.complete(m_fileDate))
-        return fail(name, CIExportReport::Cause::Target, target.reason());
+        return fail(name, target.fault());
     reportFile(reportName(name), target.path());
     reportExported(reportName(name));
     return true;
@@ -160,7 +177,7 @@ bool CFileExporter::exportDepends(const QByteArray &data, const QString &name)
         && target.complete(m_fileDate);
     progressFileCopy(static_cast<int>(data.size()));
     if (!written)
-        return fail(name, CIExportReport::Cause::Target, target.reason());
+        return fail(name, target.fault());
     reportFile(reportName(name), target.path());
     reportExported(reportName(name));
     return true;
@@ -222,9 +239,9 @@ bool CFileExporter::progressFileCopy(int bytes)
     return !m_progress || m_progress->progress(bytes);
 }
 
-bool CFileExporter::fail(const QString &name, CIExportReport::Cause cause, const QString &reason)
+bool CFileExporter::fail(const QString &name, const CIExportReport::Fault &fault)
 {
-    reportFailure(reportName(name), cause, reason);
+    reportFailure(reportName(name), fault);
     return false;
 }
 

@@ -79,7 +79,7 @@ public:
 private:
     template <class Source>
     bool writeFile(const QString &name, Source &source);
-    bool fail(const QString &name, CIExportReport::Cause cause, const QString &reason);
+    bool fail(const QString &name, const CIExportReport::Fault &fault);
     QString reportName(const QString &name) const;
 
     QString m_curPath; //!< Folder that files go to now, absolute.

@@ -31,7 +31,8 @@ const QString CHtmlExporter::HTML_IMG_FOLDER = QStringLiteral("image");
 const QString CHtmlExporter::DELETE_FLAG_IMG = QStringLiteral("deleted.png");
 
 CHtmlExporter::CHtmlExporter()
-    : m_file(std::make_unique<TextFile>())
+    : CIDataExporter(CIExportReport::Output::Page)
+    , m_file(std::make_unique<TextFile>())
 {
 }
 
@@ -89,8 +90,9 @@ bool CHtmlExporter::closeExporter(bool ok)
         m_file->write(QStringLiteral("</body></html>"));
     if (!m_file->close(ok)) {
         reportFailure(QFileInfo(m_file->path()).fileName(),
-                      CIExportReport::Cause::Target,
-                      tr("It could not be written completely: %1.").arg(m_file->error()));
+                      { CIExportReport::Cause::Target,
+                        tr("It could not be written completely: %1.").arg(m_file->error()) });
+        setFailed();
     }
     return true;
 }
@@ -114,6 +116,7 @@ void CHtmlExporter::makeImageFolder() const
 
 bool CHtmlExporter::failImage(const QString &name, const QString &reason)
 {
-    reportFailure(HTML_IMG_FOLDER + QLatin1Char('/') + name, CIExportReport::Cause::Target, reason);
+    reportFailure(HTML_IMG_FOLDER + QLatin1Char('/') + name,
+                  { CIExportReport::Cause::Target, reason });
     return false;
 }

@@ -18,8 +18,9 @@ bool leadsOutside(const QString &path)
 
 } // namespace
 
-CIDataExporter::CIDataExporter()
+CIDataExporter::CIDataExporter(CIExportReport::Output output)
     : m_dir(QString())
+    , m_output(output)
 {
 }
 
@@ -47,21 +48,21 @@ bool CIDataExporter::initExporterWithSubDir(const QDir &dir,
 {
     const QString path = subDir.isEmpty() ? folder : folder + QLatin1Char('/') + subDir;
     m_dir = dir;
+    m_typeName = folder;
     if (leadsOutside(folder) || leadsOutside(path))
-        return failToOpen(folder, tr("The folder name cannot be used."));
+        return failToOpen(tr("The folder name cannot be used."));
     const QFileInfo target(dir.filePath(path));
     if (target.exists() && !target.isDir())
-        return failToOpen(folder,
-                          tr("A file stands where the folder “%1” is to be made.").arg(path));
+        return failToOpen(tr("A file stands where the folder “%1” is to be made.").arg(path));
     if (!dir.exists(path) && !dir.mkpath(path))
-        return failToOpen(folder, tr("The folder “%1” could not be made.").arg(path));
+        return failToOpen(tr("The folder “%1” could not be made.").arg(path));
     QDir outDir(dir);
     outDir.cd(path);
     m_name = name;
     m_folder = folder;
     if (openExporter(outDir))
         return true;
-    return failToOpen(folder, tr("The output in “%1” could not be opened for writing.").arg(path));
+    return failToOpen(tr("The output in “%1” could not be opened for writing.").arg(path));
 }
 
 bool CIDataExporter::exportData(const QString &text)
@@ -71,10 +72,28 @@ bool CIDataExporter::exportData(const QString &text)
 
 bool CIDataExporter::finish(bool ok)
 {
+    using End = CIExportReport::End;
     const bool closed = closeExporter(ok);
     if (!ok)
         CCommonUtils::rmDir(m_dir, m_folder, nullptr);
+    reportEnd(!ok || !closed || m_failed ? End::Failed : m_stopped ? End::Stopped : End::Complete);
     return closed;
+}
+
+void CIDataExporter::skip(const QString &folder)
+{
+    m_typeName = folder;
+    reportEnd(CIExportReport::End::NotStarted);
+}
+
+void CIDataExporter::setStopped()
+{
+    m_stopped = true;
+}
+
+void CIDataExporter::setFailed()
+{
+    m_failed = true;
 }
 
 void CIDataExporter::setReport(CIExportReport *report)
@@ -92,12 +111,10 @@ bool CIDataExporter::isHardened() const
     return m_hardened;
 }
 
-void CIDataExporter::reportFailure(const QString &itemName,
-                                   CIExportReport::Cause cause,
-                                   const QString &reason)
+void CIDataExporter::reportFailure(const QString &itemName, const CIExportReport::Fault &fault)
 {
     if (m_report)
-        m_report->itemFailed(m_folder, itemName, cause, reason);
+        m_report->itemFailed(m_typeName, itemName, fault);
 }
 
 void CIDataExporter::reportFile(const QString &itemName, const QString &path)
@@ -112,9 +129,14 @@ void CIDataExporter::reportExported(const QString &itemName)
         m_report->itemExported(m_folder, itemName);
 }
 
-bool CIDataExporter::failToOpen(const QString &folder, const QString &reason)
+bool CIDataExporter::failToOpen(const QString &reason)
+{
+    reportFailure(QString(), { CIExportReport::Cause::Target, reason });
+    return false;
+}
+
+void CIDataExporter::reportEnd(CIExportReport::End end)
 {
     if (m_report)
-        m_report->itemFailed(folder, QString(), CIExportReport::Cause::Target, reason);
-    return false;
+        m_report->outputEnded(m_typeName, m_output, end);
 }

@@ -26,7 +26,8 @@ class QByteArray;
 class DATAEXPORT_EXPORT CIDataExporter
 {
 public:
-    CIDataExporter();
+    //! A sink of \a output, which the report is told of at the end.
+    explicit CIDataExporter(CIExportReport::Output output = CIExportReport::Output::Page);
     virtual ~CIDataExporter();
 
     CIDataExporter(const CIDataExporter &) = delete;
@@ -71,10 +72,16 @@ public:
     bool exportData(const QString &text);
 
     /*!
-        Closes the output. With \a ok false it then removes the data type's whole folder, whatever
-        else lies in it. \return what closing answered.
+        Closes the output and tells the report how it ended. With \a ok false it then removes the
+        data type's whole folder, whatever else lies in it. \return what closing answered.
     */
     bool finish(bool ok);
+
+    //! Tells the report that the output of the data type \a folder is not written at all.
+    void skip(const QString &folder);
+
+    //! Not all items come through: whoever walks them was asked to stop. Until finish().
+    void setStopped();
 
     //! Tells \a report (may be null, as at first) of every fault from now on.
     void setReport(CIExportReport *report);
@@ -88,7 +95,7 @@ public:
     bool isHardened() const; //!< As set.
 
     //! Hands a fault with \a itemName to the report, if there is one.
-    void reportFailure(const QString &itemName, CIExportReport::Cause cause, const QString &reason);
+    void reportFailure(const QString &itemName, const CIExportReport::Fault &fault);
 
     //! Tells the report, if there is one, that \a itemName was copied to the file \a path.
     void reportFile(const QString &itemName, const QString &path);
@@ -97,15 +104,23 @@ public:
     void reportExported(const QString &itemName);
 
 protected:
+    //! The output could not be written to its end, which reportFailure() told.
+    void setFailed();
+
     QDir m_dir; //!< Target folder of the export.
     QString m_name; //!< The backup's owner.
     QString m_folder; //!< Output folder of the data type, relative to m_dir.
 
 private:
-    bool failToOpen(const QString &folder, const QString &reason);
+    bool failToOpen(const QString &reason);
+    void reportEnd(CIExportReport::End end);
 
+    const CIExportReport::Output m_output;
     CIExportReport *m_report = nullptr;
+    QString m_typeName; //!< As m_folder, and also when the folder could not be made.
     bool m_hardened = false;
+    bool m_stopped = false;
+    bool m_failed = false;
 };
 
 #endif

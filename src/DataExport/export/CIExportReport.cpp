@@ -9,3 +9,5 @@ void CIExportReport::fileWritten(const QString & /*typeName*/,
 }
 
 void CIExportReport::itemExported(const QString & /*typeName*/, const QString & /*itemName*/) { }
+
+void CIExportReport::outputEnded(const QString & /*typeName*/, Output /*output*/, End /*end*/) { }

@@ -25,17 +25,39 @@ public:
         Content, //!< The content was read but could not be understood (a broken picture).
     };
 
+    //! What went wrong with one item.
+    struct Fault
+    {
+        Cause cause = Cause::Target; //!< Where it lies.
+        QString reason; //!< A sentence for a person.
+        int systemError = 0; //!< The system's error number (ENOSPC, EACCES, …); 0: none is known.
+    };
+
+    //! What a data type is written as. Some are written as several of these, one after the other.
+    enum class Output {
+        Page, //!< A page with its images.
+        Table, //!< A CSV file.
+        Cards, //!< Text files, one for each item.
+        Copies, //!< Copied files.
+    };
+
+    //! How an output of a data type ended.
+    enum class End {
+        Complete, //!< Every item was tried, and what was written is in place and closed.
+        Stopped, //!< The progress callback asked to stop before every item had come through.
+        Failed, //!< The output did not open, or could not be written to its end.
+        NotStarted, //!< An earlier output of the same data type was the last one.
+    };
+
     virtual ~CIExportReport();
 
     /*!
         An item could not be exported as it should. \a typeName is the data type's display name,
         \a itemName the item with its group ("100APPLE/IMG_0001.HEIC"), empty when the fault
-       concerns the data type as a whole; \a reason is a sentence for a person.
+       concerns the data type as a whole.
     */
-    virtual void itemFailed(const QString &typeName,
-                            const QString &itemName,
-                            Cause cause,
-                            const QString &reason) = 0;
+    virtual void
+    itemFailed(const QString &typeName, const QString &itemName, const Fault &fault) = 0;
 
     /*!
         The item was copied to the file \a path, an absolute one, which is complete and closed; said
@@ -45,6 +67,15 @@ public:
 
     //! An item is completely in the output. Names as in itemFailed(). Does nothing by default.
     virtual void itemExported(const QString &typeName, const QString &itemName);
+
+    /*!
+        Nothing more is written to \a output of the data type; said once for each output of each
+        data type that the export came to. Items that failed on their own do not keep an output
+        from being complete: itemFailed() told of them. An output that fails takes those with it
+        that the same data type completed before, unless the export is hardened. Does nothing by
+        default.
+    */
+    virtual void outputEnded(const QString &typeName, Output output, End end);
 };
 
 #endif

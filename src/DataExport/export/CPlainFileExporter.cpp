@@ -16,7 +16,8 @@ constexpr qsizetype kNumberBytes = 13; // " (2147483647)"
 } // namespace
 
 CPlainFileExporter::CPlainFileExporter(const QString &suffix, bool perItem)
-    : m_suffix(suffix)
+    : CIDataExporter(perItem ? CIExportReport::Output::Cards : CIExportReport::Output::Table)
+    , m_suffix(suffix)
     , m_perItem(perItem)
     , m_file(std::make_unique<TextFile>())
 {
@@ -36,9 +37,10 @@ bool CPlainFileExporter::itemExportBegin(const QString &itemName)
         return true;
     if (openFile(itemName))
         return true;
-    reportFailure(itemName,
-                  CIExportReport::Cause::Target,
-                  tr("It could not be written to “%1”: %2.").arg(m_file->path(), m_file->error()));
+    reportFailure(
+        itemName,
+        { CIExportReport::Cause::Target,
+          tr("It could not be written to “%1”: %2.").arg(m_file->path(), m_file->error()) });
     return false;
 }
 
@@ -93,8 +95,10 @@ void CPlainFileExporter::closeFile(bool ok)
     if (m_file->close(ok))
         return;
     reportFailure(QFileInfo(m_file->path()).fileName(),
-                  CIExportReport::Cause::Target,
-                  tr("It could not be written completely: %1.").arg(m_file->error()));
+                  { CIExportReport::Cause::Target,
+                    tr("It could not be written completely: %1.").arg(m_file->error()) });
+    if (!m_perItem)
+        setFailed();
 }
 
 QString CPlainFileExporter::uniqFileName(const QString &baseName)

@@ -167,7 +167,7 @@ private:
         if (!piece.pieceLocation().isEmpty())
             name += u'/' + piece.pieceLocation();
         m_exporter->reportFailure(
-            name, CIExportReport::Cause::Source, tr("The picture is missing in the backup."));
+            name, { CIExportReport::Cause::Source, tr("The picture is missing in the backup.") });
     }
 
     CIDataExporter *m_exporter;
@@ -229,8 +229,8 @@ bool CSMS2HtmlTranslate::translateDataItem(CIDataExporter *exporter, BkSMSItem *
     const BkSMSChatGroup *group = item->detailContent();
     if (!group) {
         exporter->reportFailure(MessagePage::nameForReport(*item),
-                                CIExportReport::Cause::Source,
-                                tr("The messages of the conversation could not be read."));
+                                { CIExportReport::Cause::Source,
+                                  tr("The messages of the conversation could not be read.") });
         return true;
     }
     if (!exporter->exportData(ConversationWriter(exporter, *item, *group, m_imageIndex).write()))

@@ -20,7 +20,7 @@ bool CSMSTranslate::translate(CIDataExporter *exporter,
 {
     if (!translateHeader(exporter, title))
         return false;
-    const SelectedItems items(*m_data, progress);
+    const SelectedItems items(*m_data, exporter, progress);
     if (!translateDataBefore(exporter))
         return false;
     const auto translateItem = [&](BkSMSItem *item) { return translateDataItem(exporter, item); };

@@ -177,9 +177,9 @@ bool CWhatsapp2HtmlTranslate::translateDataItem(CIDataExporter *exporter, BkWhat
 {
     const BkWhatsappChat *chat = item->detailContent();
     if (!chat) {
-        exporter->reportFailure(MessagePage::nameForReport(*item),
-                                CIExportReport::Cause::Source,
-                                tr("The messages of the chat could not be read."));
+        exporter->reportFailure(
+            MessagePage::nameForReport(*item),
+            { CIExportReport::Cause::Source, tr("The messages of the chat could not be read.") });
         return true;
     }
     if (!exporter->exportData(ChatWriter(exporter, *item, m_imageIndex).write(*chat)))

@@ -19,7 +19,7 @@ bool CWhatsappTranslate::translate(CIDataExporter *exporter,
 {
     if (!translateHeader(exporter, title))
         return false;
-    const SelectedItems items(*m_data, progress);
+    const SelectedItems items(*m_data, exporter, progress);
     if (!translateDataBefore(exporter))
         return false;
     const auto translateItem = [&](BkWhatsappItem *item) {

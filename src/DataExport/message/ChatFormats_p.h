@@ -10,7 +10,7 @@ constexpr int kChatFormats = 2;
 
 /*!
     Exports the chats in \a data, whatever kind they are of, as a page and then as CSV. \a passes
-   are kChatFormats. \return whether the last format that was reached succeeded.
+   are kChatFormats. \return whether every format that was started succeeded.
 */
 template <class PageTranslate, class CsvTranslate, class Data>
 bool exportChats(Data *data, FormatPasses passes)
@@ -21,8 +21,7 @@ bool exportChats(Data *data, FormatPasses passes)
         page.setStyle(passes.isHardened()
                           ? translator.smsStyle() + MessagePage::fittingStyleElement()
                           : translator.smsStyle());
-        if (!passes.run(page, translator))
-            return passes.succeeded();
+        passes.run(page, translator);
     }
     CPlainFileExporter csv(QStringLiteral(".csv"), false);
     CsvTranslate translator(data);

@@ -152,10 +152,9 @@ void MessagePage::reportPicture(CIDataExporter *exporter,
                                 const QString &name,
                                 const QString &why)
 {
-    exporter->reportFailure(name.isEmpty() ? nameForReport(item)
-                                           : nameForReport(item) + u'/' + name,
-                            CIExportReport::Cause::Content,
-                            tr("The picture cannot be shown: %1.").arg(why));
+    exporter->reportFailure(
+        name.isEmpty() ? nameForReport(item) : nameForReport(item) + u'/' + name,
+        { CIExportReport::Cause::Content, tr("The picture cannot be shown: %1.").arg(why) });
 }
 
 QString MessagePage::imagePath(const QString &name)

@@ -122,7 +122,7 @@ bool CBookmarkTranslate::translate(CIDataExporter *exporter,
         return false;
     Groups groups;
     bool hasFlagImage = false;
-    SelectedItems(*m_data, progress)
+    SelectedItems(*m_data, exporter, progress)
         .forEach<BkSafariBookmarkItem>([&](const BkSafariBookmarkItem *link) {
             if (link->flag(0) && !hasFlagImage) {
                 CHtmlExporter::exportDeleteFlagImage(exporter);

@@ -87,7 +87,7 @@ bool CTableTranslate::translate(CIDataExporter *exporter,
 {
     if (m_data->column() < 1) {
         exporter->reportFailure(
-            {}, CIExportReport::Cause::Content, tr("It is a table without columns."));
+            {}, { CIExportReport::Cause::Content, tr("It is a table without columns.") });
         return false;
     }
     if (!exporter->exportData(header(*m_data, title)))
@@ -104,7 +104,7 @@ bool CTableTranslate::translate(CIDataExporter *exporter,
         exporter->reportExported(name.isEmpty() ? tr("(no name)") : name);
         return true;
     };
-    if (!SelectedItems(*m_data, progress).forEachRow<BkAbstractItem>(writeRow))
+    if (!SelectedItems(*m_data, exporter, progress).forEachRow<BkAbstractItem>(writeRow))
         return false;
     return exporter->exportData(u"</table></div></td></tr></table>"_s);
 }

@@ -294,11 +294,15 @@ void tst_CContactTranslate::cancelsInAnyPass_data()
     QTest::addColumn<int>("onPage");
     QTest::addColumn<int>("linesInCsv"); // -1: no file
     QTest::addColumn<int>("cards"); // -1: no folder
+    QTest::addColumn<QString>("ends"); // of page, CSV file and cards
 
-    QTest::newRow("before the first of the page") << 1 << 0 << -1 << -1;
-    QTest::newRow("before the second of the page") << 2 << 1 << -1 << -1;
-    QTest::newRow("before the first of the CSV file") << 3 << 2 << 1 << -1;
-    QTest::newRow("before the second card") << 6 << 2 << 3 << 1;
+    const QString inPage = u"stopped, not started, not started"_s;
+    QTest::newRow("before the first of the page") << 1 << 0 << -1 << -1 << inPage;
+    QTest::newRow("before the second of the page") << 2 << 1 << -1 << -1 << inPage;
+    QTest::newRow("before the first of the CSV file")
+        << 3 << 2 << 1 << -1 << u"complete, stopped, not started"_s;
+    QTest::newRow("before the second card") << 6 << 2 << 3 << 1 << u"complete, complete, stopped"_s;
+    QTest::newRow("never") << 7 << 2 << 3 << 2 << u"complete, complete, complete"_s;
 }
 
 // A cancelled export is no failure: what is there stays, and is complete in itself.
@@ -311,7 +315,15 @@ void tst_CContactTranslate::cancelsInAnyPass()
     data.addContact(u"B"_s);
     CallerProgress progress;
     progress.stopAtCall = stopAtCall;
-    QVERIFY(CBackupExporter::exportContact(&data, dir(), u"Ann"_s, u"C"_s, &progress, nullptr));
+    RecordingReport report;
+    CBackupExporter exporter;
+    exporter.setReport(&report);
+    QVERIFY(CBackupExporter::exportContact(&data, dir(), u"Ann"_s, u"C"_s, &progress, &exporter));
+    QTEST(report.ends.join(u", "_s)
+              .remove(u"C: page "_s)
+              .remove(u"C: table "_s)
+              .remove(u"C: cards "_s),
+          "ends");
 
     const QByteArray page = Files::read(dir().filePath(u"C/HTML/Ann's C.html"_s));
     QVERIFY(page.endsWith("</div></body></html>"));
@@ -334,6 +346,9 @@ void tst_CContactTranslate::failsWithoutOutput()
     QVERIFY(!QFileInfo::exists(dir().filePath(u"C/VCF"_s)));
     QCOMPARE(report.failures.size(), 1);
     QCOMPARE(report.failures.first().cause, CIExportReport::Cause::Target);
+    QCOMPARE(
+        report.ends,
+        (QStringList { u"C: page complete"_s, u"C: table failed"_s, u"C: cards not started"_s }));
 }
 
 void tst_CContactTranslate::losesOnlyTheCardThatCannotBeWritten()
