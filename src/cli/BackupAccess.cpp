@@ -25,21 +25,19 @@ NoChoice several(Console &console, const QString &path, const QList<BackupInfo> 
     QList<QStringList> rows { { u"Device"_s, u"Date"_s, u"Size"_s, u"BACKUP"_s } };
     for (const BackupInfo &info : backups) {
         if (Interrupt::requested())
-            return { stoppedEarly(), {} };
+            return { stoppedEarly(), {}, {} };
         console.status(u"Measuring “%1” …"_s.arg(info.path));
         rows += { elided(info.displayName, 40),
                   dateText(info),
                   sizeText(PhoneBackup::backupSizeBytes(info.path)),
                   info.path };
     }
-    QStringList lines = tableLines(rows, "llrl");
-    for (QString &line : lines)
-        line.prepend(u"  "_s);
     return { { ExitCode::Usage,
-               u"There are %1 backups in “%2”:"_s.arg(backups.size()).arg(path),
-               lines,
+               u"There are %1 backups in “%2”."_s.arg(backups.size()).arg(path),
+               {},
                u"Give the folder of one of them as BACKUP."_s },
-             backups };
+             backups,
+             tableLines(rows, "llrl") };
 }
 
 // It takes some seconds: nobody is to believe that nothing happens.
@@ -59,7 +57,7 @@ std::variant<BackupInfo, NoChoice> chooseBackup(Console &console, const QString 
 {
     auto found = PhoneBackup::findBackups(path);
     if (!found)
-        return NoChoice { failureOf(found.error()), {} };
+        return NoChoice { failureOf(found.error()), {}, {} };
     const QList<BackupInfo> backups = found.take();
     if (backups.size() == 1)
         return backups.first();

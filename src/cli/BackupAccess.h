@@ -21,6 +21,7 @@ struct NoChoice
 {
     Failure failure;
     QList<PhoneBackup::BackupInfo> several;
+    QStringList table; //!< The same for a person.
 };
 
 //! The backup at \a path, or the only one in it.

@@ -9,6 +9,10 @@
 #include "Preflight.h"
 #include "Refusal.h"
 
+#include <QFileInfo>
+
+#include <sys/stat.h>
+
 namespace Cli {
 
 namespace {
@@ -19,6 +23,12 @@ checkOutput(const Options &options, const QString &output, const PhoneBackup::Ba
     if (auto failure = Preflight::checkApart(output, { info.path, options.backup }))
         return failure;
     return Preflight::checkOutput(output, info.path, options.intoExisting);
+}
+
+// Who encrypted a backup does not want its contents to be readable for all.
+void keepFilesPrivate()
+{
+    ::umask(::umask(0) | S_IRWXG | S_IRWXO);
 }
 
 } // namespace
@@ -32,6 +42,7 @@ ExitCode runExport(Console &console, const Options &options)
     const auto &info = std::get<PhoneBackup::BackupInfo>(choice);
     if (const auto failure = checkOutput(options, output, info))
         return refuse(console, options, *failure);
+    const bool isLink = QFileInfo(output).isSymLink();
     const auto opened = openBackup(console, info, options);
     if (const auto *failure = std::get_if<Failure>(&opened))
         return refuse(console, options, *failure);
@@ -47,8 +58,16 @@ ExitCode runExport(Console &console, const Options &options)
         if (const auto failure = Preflight::checkSpace(output, total.diskBytes + jpegBytes))
             return refuse(console, options, *failure);
     }
+    if (info.encrypted)
+        keepFilesPrivate();
     if (const auto failure = Preflight::createOutput(output))
         return refuse(console, options, *failure);
+    // Asking for a password and reading the backup take minutes, in which others may have put
+    // something in OUTPUT's place.
+    if (const auto failure = checkOutput(options, output, info))
+        return refuse(console, options, *failure);
+    if (QFileInfo(output).isSymLink() != isLink)
+        return refuse(console, options, Preflight::replaced(output));
     return ExportRun(console, options, backup, *inventory, output).execute();
 }
 

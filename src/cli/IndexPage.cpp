@@ -1,6 +1,7 @@
 #include "IndexPage.h"
 
 #include "Text.h"
+#include "TypeNames.h"
 #include "export/CUtils.h"
 #include "platform/CCommonUtils.h"
 
@@ -8,10 +9,12 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QTimeZone>
 #include <QUrl>
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -48,13 +51,6 @@ a { color:#2f6db0; }
 </style>
 )";
 
-// Types whose output is a page.
-bool holdsPages(int code)
-{
-    constexpr std::array kCodes { 6, 8, 9, 11, 13, 14, 15, 17 };
-    return std::find(kCodes.begin(), kCodes.end(), code) != kCodes.end();
-}
-
 QString encoded(const QString &text)
 {
     return CUtils::htmlEncode(printable(text));
@@ -64,6 +60,15 @@ QString link(const QString &path, const QString &text)
 {
     const QString target = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
     return u"<a href=\"%1\">%2</a>"_s.arg(CUtils::attributeEncode(target), encoded(text));
+}
+
+QString offsetText(const QDateTime &when)
+{
+    const int minutes = when.offsetFromUtc() / 60;
+    constexpr QChar zeros(u'0');
+    return u"UTC%1%2:%3"_s.arg(minutes < 0 ? u"−"_s : u"+"_s)
+        .arg(std::abs(minutes) / 60, 2, 10, zeros)
+        .arg(std::abs(minutes) % 60, 2, 10, zeros);
 }
 
 // The page in \a folder that was written last: an earlier export may have left others.
@@ -138,7 +143,11 @@ QString IndexPage::heading() const
         text += u" (%1)"_s.arg(phone.join(u", "_s));
     if (info.date.isValid())
         text += u", made "_s + info.date.toLocalTime().toString(time);
-    text += u". Exported "_s + QDateTime::currentDateTime().toString(time) + u'.';
+    const QDateTime now = QDateTime::currentDateTime();
+    text += u". Exported "_s + now.toString(time) + u'.';
+    // Times of messages and the like bear no zone: they are those of the computer that exported.
+    text += u" Times are in the time zone %1 (%2)."_s.arg(
+        QString::fromUtf8(QTimeZone::systemTimeZoneId()), offsetText(now));
     QString html = "<p>"_L1 + encoded(text) + "</p>\n"_L1;
     if (!m_outcome.message.isEmpty())
         html += "<p class=\"rd\">"_L1 + encoded(m_outcome.message) + "</p>\n"_L1;
@@ -178,7 +187,7 @@ QString IndexPage::row(const TypeOutcome &type, bool isOdd) const
 // Path of the type's page below OUTPUT; empty for a type that is files.
 QString IndexPage::pageOf(const TypeOutcome &type) const
 {
-    if (!holdsPages(type.totals.code))
+    if (!TypeNames::isPage(type.totals.code))
         return {};
     const QDir output(m_outcome.absoluteOutput);
     for (const QString &folder : { type.totals.name, type.totals.name + u"/HTML"_s }) {

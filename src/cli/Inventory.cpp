@@ -5,8 +5,8 @@
 #include "Interrupt.h"
 #include "Options.h"
 #include "backup/BkAbstractItem.h"
-#include "backup/BkBackup.h"
 #include "backup/BkData.h"
+#include "model/Backup.h"
 
 #include <algorithm>
 #include <array>
@@ -62,6 +62,8 @@ TypeTotals Inventory::total() const
     for (const TypeTotals &type : types) {
         sum.items += type.items;
         sum.deleted += type.deleted;
+        if (type.messages >= 0)
+            sum.messages = std::max<qint64>(sum.messages, 0) + type.messages;
         sum.sizeBytes += type.sizeBytes;
         sum.diskBytes += type.diskBytes;
         sum.heicBytes += type.heicBytes;
@@ -77,7 +79,7 @@ const TypeTotals *Inventory::find(int code) const
 }
 
 std::optional<Inventory>
-readInventory(Console &console, const BkBackup &backup, const QList<int> &codes)
+readInventory(Console &console, const PhoneBackup::Backup &backup, const QList<int> &codes)
 {
     Inventory inventory;
     for (const int code : codes) {
@@ -87,6 +89,7 @@ readInventory(Console &console, const BkBackup &backup, const QList<int> &codes)
         console.status(u"Reading %1 …"_s.arg(totals.name));
         if (const BkData *data = backup.getBkData(code))
             count(*data, totals);
+        totals.messages = backup.messageCount(code);
         // A data set that was cut short by the wish to stop must not pass for a whole one.
         if (Interrupt::requested())
             return std::nullopt;

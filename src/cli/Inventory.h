@@ -6,7 +6,9 @@
 
 #include <optional>
 
-class BkBackup;
+namespace PhoneBackup {
+class Backup;
+}
 
 namespace Cli {
 
@@ -20,7 +22,8 @@ struct TypeTotals
     QString name; //!< Display name, which is also that of its folder.
     int items = 0;
     int deleted = 0; //!< How many of them the phone keeps as deleted.
-    qint64 sizeBytes = 0;
+    qint64 messages = -1; //!< In the items; -1 for types without messages.
+    qint64 sizeBytes = 0; //!< 0 for types that are written as a page.
     qint64 diskBytes = 0; //!< sizeBytes with each file rounded up to whole blocks.
     qint64 heicBytes = 0; //!< How much of it are pictures in HEIC.
 };
@@ -40,7 +43,7 @@ bool holdMessages(const QList<int> &codes);
 
 //! Reads the data sets \a codes of \a backup and counts. None when the user asked to stop.
 std::optional<Inventory>
-readInventory(Console &console, const BkBackup &backup, const QList<int> &codes);
+readInventory(Console &console, const PhoneBackup::Backup &backup, const QList<int> &codes);
 
 //! Says so when messages are looked for that \a inventory, read with \a options, does not have.
 void sayWhenNothingFits(Console &console, const Options &options, const Inventory &inventory);

@@ -71,12 +71,15 @@ QJsonObject backup(const PhoneBackup::BackupInfo &info)
 
 QJsonObject type(const TypeTotals &totals)
 {
-    return { { u"type"_s, TypeNames::word(totals.code) },
-             { u"code"_s, totals.code },
-             { u"name"_s, totals.name },
-             { u"items"_s, totals.items },
-             { u"deleted"_s, totals.deleted },
-             { u"bytes"_s, totals.sizeBytes } };
+    QJsonObject object { { u"type"_s, TypeNames::word(totals.code) },
+                         { u"code"_s, totals.code },
+                         { u"name"_s, totals.name },
+                         { u"items"_s, totals.items },
+                         { u"deleted"_s, totals.deleted },
+                         { u"bytes"_s, totals.sizeBytes } };
+    if (totals.messages >= 0)
+        object[u"messages"_s] = totals.messages;
+    return object;
 }
 
 QJsonArray problems(const QList<PhoneBackup::Problem> &problems, ProblemKind kind)

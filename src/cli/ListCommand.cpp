@@ -8,6 +8,7 @@
 #include "Problems.h"
 #include "Refusal.h"
 #include "Text.h"
+#include "TypeNames.h"
 
 #include <algorithm>
 
@@ -19,16 +20,26 @@ namespace {
 
 QByteArray asText(const PhoneBackup::Backup &backup, const Inventory &inventory)
 {
+    const TypeTotals total = inventory.total();
+    const bool hasMessages = total.messages > 0;
+    const QString none = u"–"_s;
     QList<QStringList> rows { { u"Type"_s, u"Items"_s, u"Deleted"_s, u"Size"_s } };
-    const auto add = [&rows](const TypeTotals &totals) {
-        rows += {
-            totals.name, grouped(totals.items), grouped(totals.deleted), sizeText(totals.sizeBytes)
-        };
+    const auto add = [&](const TypeTotals &totals) {
+        // What becomes a page has no size before it is written.
+        const bool hasSize = !TypeNames::isPage(totals.code);
+        rows += { totals.name,
+                  grouped(totals.items),
+                  grouped(totals.deleted),
+                  hasSize ? sizeText(totals.sizeBytes) : none };
+        if (hasMessages)
+            rows.last().insert(2, totals.messages >= 0 ? grouped(totals.messages) : none);
     };
+    if (hasMessages)
+        rows.last().insert(2, u"Messages"_s);
     for (const TypeTotals &totals : inventory.types)
         add(totals);
-    add(inventory.total());
-    QStringList lines = tableLines(rows, "lrrr");
+    add(total);
+    QStringList lines = tableLines(rows, hasMessages ? "lrrrr" : "lrrr");
     for (const QString &absence : absences(backup))
         lines += printable(absence);
     return lines.join(u'\n').toUtf8() + '\n';

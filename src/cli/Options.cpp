@@ -16,6 +16,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -28,12 +29,12 @@ struct Raw
 {
     std::string backup;
     std::string output;
-    std::string only;
-    std::string skip;
+    std::vector<std::string> only;
+    std::vector<std::string> skip;
     std::string passwordFile;
     std::optional<std::string> since;
     std::optional<std::string> until;
-    std::optional<std::string> chat;
+    std::vector<std::string> chats;
     bool noSpaceCheck = false;
 };
 
@@ -47,13 +48,15 @@ void describe(CLI::App &app, Raw &raw, Options &options)
     app.add_option("BACKUP", raw.backup, "The backup's folder, or the folder that holds backups");
     app.add_option("OUTPUT", raw.output, "Folder for the files; made when missing");
 
-    const auto addTypes = [&app](const char *name, std::string &words, const char *text) {
-        app.add_option(name, words, text)
-            ->type_name("TYPE")
-            ->option_text("TYPE,...")
-            ->join(',')
-            ->group("What to export");
-    };
+    const auto addTypes =
+        [&app](const char *name, std::vector<std::string> &words, const char *text) {
+            app.add_option(name, words, text)
+                ->type_name("TYPE")
+                ->option_text("TYPE,...")
+                ->type_size(1)
+                ->allow_extra_args(false)
+                ->group("What to export");
+        };
     app.add_flag("--list", options.list, "Show what is inside, and export nothing")
         ->group("What to export");
     addTypes("--only", raw.only, "Export these types and no others");
@@ -83,17 +86,22 @@ void describe(CLI::App &app, Raw &raw, Options &options)
               "DATE",
               "Messages up to the end of this day, or before\n"
               "this minute");
-    addFilter("--chat",
-              raw.chat,
-              "TEXT",
-              "Conversations with this in their name, or with\n"
-              "this phone number or address");
+    app.add_option("--chat",
+                   raw.chats,
+                   "Conversations with this in their name or with\n"
+                   "somebody of this name, phone number or address;\n"
+                   "may be given more than once")
+        ->type_name("TEXT")
+        ->option_text("TEXT")
+        ->type_size(1)
+        ->allow_extra_args(false)
+        ->group("Which messages");
 
     app.add_option("--password-file",
                    raw.passwordFile,
-                   "Take the password from the first line of FILE;\n"
-                   "without this from DATAEXPORT_PASSWORD, or it is\n"
-                   "asked for")
+                   "Take the password from the first line of FILE,\n"
+                   "or of standard input if FILE is \"-\"; without\n"
+                   "this from DATAEXPORT_PASSWORD, or it is asked for")
         ->type_name("FILE")
         ->option_text("FILE")
         ->group("Encrypted backups");
@@ -131,24 +139,35 @@ Failure usage(const QString &what, const QString &advice = u"See dataexport --he
     return { ExitCode::Usage, what, {}, advice };
 }
 
-std::variant<QList<int>, Failure> codesOf(const QString &words)
+QString possibleTypes()
+{
+    return u"Possible types: %1."_s.arg(TypeNames::words().join(u", "_s));
+}
+
+// None when the option was not given; an empty value, a variable of a script that was not set, must
+// not mean that.
+std::variant<QList<int>, Failure> codesOf(const char *option, const std::vector<std::string> &given)
 {
     QList<int> codes;
-    const QStringList parts = words.split(u',', Qt::SkipEmptyParts);
+    QStringList words;
+    for (const std::string &word : given)
+        words += fromArgument(word).trimmed();
+    const QStringList parts = words.join(u',').split(u',', Qt::SkipEmptyParts);
     for (const QString &part : parts) {
         const auto code = TypeNames::code(part);
         if (!code)
-            return usage(u"“%1” is no type that can be exported."_s.arg(part),
-                         u"Possible types: %1."_s.arg(TypeNames::words().join(u", "_s)));
+            return usage(u"“%1” is no type that can be exported."_s.arg(part), possibleTypes());
         codes += *code;
     }
+    if (codes.isEmpty() && !given.empty())
+        return usage(u"%1 names no type."_s.arg(QLatin1StringView(option)), possibleTypes());
     return codes;
 }
 
 std::variant<QList<int>, Failure> selectedTypes(const Raw &raw)
 {
-    const auto only = codesOf(fromArgument(raw.only));
-    const auto skip = codesOf(fromArgument(raw.skip));
+    const auto only = codesOf("--only", raw.only);
+    const auto skip = codesOf("--skip", raw.skip);
     for (const auto *side : { &only, &skip }) {
         if (const auto *failure = std::get_if<Failure>(side))
             return *failure;
@@ -190,9 +209,9 @@ std::variant<PhoneBackup::MessageFilter, Failure> messageFilter(const Raw &raw,
         return *failure;
     if (filter.since.isValid() && filter.until.isValid() && filter.since >= filter.until)
         return usage(u"--since and --until leave no time between them."_s);
-    if (raw.chat) {
-        filter.chat = fromArgument(*raw.chat).trimmed();
-        if (filter.chat.isEmpty())
+    for (const std::string &chat : raw.chats) {
+        filter.chats += fromArgument(chat).trimmed();
+        if (filter.chats.last().isEmpty())
             return usage(u"--chat needs a name, a phone number or an address."_s);
     }
     // Somebody who wants the photos of last year must not believe to have got them.

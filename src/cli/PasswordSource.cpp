@@ -21,6 +21,7 @@ namespace Cli {
 namespace {
 
 constexpr const char *kVariable = "DATAEXPORT_PASSWORD";
+const QString kStandardInput = u"-"_s;
 constexpr int kTries = 3;
 constexpr qsizetype kLongestBytes = 4096;
 
@@ -47,17 +48,23 @@ QByteArrayView firstLine(QByteArrayView text)
 // By hand: nothing on the way keeps a copy, and a pipe will do for a file.
 std::variant<Secret, Failure> readFile(const QString &path)
 {
-    const auto refuse = [&path](const QString &why) {
-        return missing(u"The password file “%1” could not be read: %2."_s.arg(path, why));
+    const bool isStandardInput = path == kStandardInput;
+    const QString name =
+        isStandardInput ? u"Standard input"_s : u"The password file “%1”"_s.arg(path);
+    const auto refuse = [&name](const QString &why) {
+        return missing(u"%1 could not be read: %2."_s.arg(name, why));
     };
-    const int descriptor =
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    const int descriptor = isStandardInput
+        ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)
+        : ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0)
         return refuse(QString::fromLocal8Bit(std::strerror(errno)));
     Secret bytes(kLongestBytes);
     qsizetype size = 0;
     ssize_t count = 1;
-    while (count != 0 && size < bytes.size() && Interrupt::waitForInput(descriptor)) {
+    // Who writes into a pipe may keep it open after the line.
+    while (count != 0 && size < bytes.size() && !bytes.view().first(size).contains('\n')
+           && Interrupt::waitForInput(descriptor)) {
         count =
             ::read(descriptor, bytes.data() + size, static_cast<std::size_t>(bytes.size() - size));
         if (count < 0 && errno != EAGAIN && errno != EINTR)
@@ -72,7 +79,7 @@ std::variant<Secret, Failure> readFile(const QString &path)
         return refuse(QString::fromLocal8Bit(std::strerror(number)));
     Secret password(firstLine(bytes.view().first(size)));
     if (password.isEmpty())
-        return missing(u"The password file “%1” holds no password in its first line."_s.arg(path));
+        return missing(u"%1 holds no password in its first line."_s.arg(name));
     return password;
 }
 
@@ -86,6 +93,8 @@ PasswordSource::PasswordSource(const QString &file, const QString &backup)
 
 std::variant<Secret, Failure> PasswordSource::next()
 {
+    if (m_file == kStandardInput && ::isatty(STDIN_FILENO) == 1)
+        return ask(); // typed letters are not to be shown
     if (!m_file.isEmpty())
         return readFile(m_file);
     char *variable = std::getenv(kVariable);

@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <sys/stat.h>
@@ -77,6 +79,29 @@ Failure inside(const QString &output)
 constexpr QDir::Filters kEverything =
     QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System;
 
+// What file systems and desktops put into every folder by themselves.
+bool isOfTheSystem(const QString &name)
+{
+    static constexpr std::array kNames {
+        ".DS_Store"_L1,       ".localized"_L1,  ".fseventsd"_L1,
+        ".Spotlight-V100"_L1, ".Trashes"_L1,    "lost+found"_L1,
+        "Thumbs.db"_L1,       "desktop.ini"_L1, "System Volume Information"_L1,
+        "$RECYCLE.BIN"_L1
+    };
+    return std::find(kNames.begin(), kNames.end(), name) != kNames.end();
+}
+
+bool isEmptyForPeople(const QString &folder)
+{
+    QDirIterator entries(folder, kEverything);
+    while (entries.hasNext()) {
+        entries.next();
+        if (!isOfTheSystem(entries.fileName()))
+            return false;
+    }
+    return true;
+}
+
 // An export writes at most one group's folder and one page's image folder below a type's folder.
 constexpr int kOutputDepth = 3;
 
@@ -139,7 +164,7 @@ std::optional<Failure> checkOutput(const QString &output, const QString &backup,
                          u"OUTPUT “%1” is a file, not a folder."_s.arg(output),
                          {},
                          u"Choose a new or an empty folder."_s };
-    if (info.isDir() && !intoExisting && !QDir(output).isEmpty(kEverything))
+    if (info.isDir() && !intoExisting && !isEmptyForPeople(output))
         return Failure { ExitCode::Usage,
                          u"OUTPUT “%1” is not empty."_s.arg(output),
                          {},
@@ -183,10 +208,23 @@ std::optional<Failure> checkSpace(const QString &output, qint64 neededBytes)
                      "--skip."_s };
 }
 
+Failure replaced(const QString &output)
+{
+    return { ExitCode::Output,
+             u"OUTPUT “%1” was replaced while the backup was read."_s.arg(output),
+             {},
+             u"Choose a folder that nobody else can change."_s };
+}
+
 std::optional<Failure> createOutput(const QString &output)
 {
+    if (QFileInfo(output).isDir())
+        return std::nullopt;
+    // What it will hold is nobody else's business, whatever the mode of the folders around it.
+    constexpr mode_t kForUserAlone = S_IRWXU;
     errno = 0;
-    if (QDir().mkpath(output))
+    if (QDir().mkpath(QFileInfo(output).path())
+        && ::mkdir(QFile::encodeName(output).constData(), kForUserAlone) == 0)
         return std::nullopt;
     const int number = errno;
     return Failure { ExitCode::Output,

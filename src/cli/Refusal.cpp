@@ -8,15 +8,16 @@ namespace Cli {
 
 ExitCode refuse(Console &console, const Options &options, const Failure &failure)
 {
-    return refuse(console, options, NoChoice { failure, {} });
+    return refuse(console, options, NoChoice { failure, {}, {} });
 }
 
 ExitCode refuse(Console &console, const Options &options, const NoChoice &choice)
 {
     say(console, choice.failure);
-    if (options.json && !console.result(Json::document(Json::failed(choice))))
-        return ExitCode::Failed;
-    return choice.failure.exitCode;
+    const QByteArray result = options.json ? Json::document(Json::failed(choice))
+        : choice.table.isEmpty()           ? QByteArray()
+                                           : choice.table.join(u'\n').toUtf8() + '\n';
+    return console.result(result) ? choice.failure.exitCode : ExitCode::Failed;
 }
 
 } // namespace Cli

@@ -56,6 +56,12 @@ QString word(int code)
     return QString::number(code);
 }
 
+bool isPage(int code)
+{
+    constexpr std::array kCodes { 6, 8, 9, 11, 13, 14, 15, 17 };
+    return std::find(kCodes.begin(), kCodes.end(), code) != kCodes.end();
+}
+
 std::optional<int> code(const QString &text)
 {
     const QString wanted = asWord(text);

@@ -12,6 +12,9 @@ namespace Cli::TypeNames {
 //! The word of data type \a code: "photos"; its number when it has none.
 QString word(int code);
 
+//! Whether data type \a code is written as a page, and not as copies of files.
+bool isPage(int code);
+
 //! The data type that \a text names by its word, a longer form of it, or its number. None when
 //! this program cannot export such a type.
 std::optional<int> code(const QString &text);

@@ -69,6 +69,14 @@ void tst_CommandLine::refusesWrongUse_data()
     } << "“fotos” is no type"_ba;
     QTest::newRow("unknown type lists the possible ones")
         << QStringList { u"--skip"_s, u"99"_s, u"BACKUP"_s, u"OUT"_s } << "shared-albums, "_ba;
+    for (const char *none : { "", ",", " " }) {
+        QTest::addRow("only nothing: '%s'", none)
+            << QStringList { u"--only"_s, QString::fromLatin1(none), u"BACKUP"_s, u"OUT"_s }
+            << "--only"_ba;
+        QTest::addRow("skip nothing: '%s'", none)
+            << QStringList { u"--skip"_s, QString::fromLatin1(none), u"BACKUP"_s, u"OUT"_s }
+            << "--skip names no type"_ba;
+    }
     QTest::newRow("only without a type") << QStringList { u"--only"_s } << "--only"_ba;
     QTest::newRow("nothing left") << QStringList {
         u"--only=books"_s, u"--skip=books"_s, u"BACKUP"_s, u"OUT"_s
@@ -85,7 +93,9 @@ void tst_CommandLine::refusesWrongUse_data()
            "YYYY-MM-DD hh:mm"_ba);
     filter("a date the other way round", { u"--until"_s, u"31.01.2024"_s }, "--until: “31"_ba);
     filter("nothing between", { u"--since=2024-02-01"_s, u"--until=2024-01-31"_s }, "no time"_ba);
-    filter("nobody to look for", { u"--chat"_s, u" "_s }, "--chat needs a name"_ba);
+    filter("nobody to look for",
+           { u"--chat"_s, u"Ann"_s, u"--chat"_s, u" "_s },
+           "--chat needs a name"_ba);
     filter("a filter without messages",
            { u"--only=photos"_s, u"--since=2024-02-01"_s },
            "are for messages"_ba);
@@ -157,12 +167,15 @@ void tst_CommandLine::asksWhichOfSeveralBackups()
         addUsualFiles(writer);
         QVERIFY(writer.finish());
     }
-    const Result result = run({ u"--json"_s, m_dir->filePath(u"holder"_s), output() });
+    const Result result = run({ m_dir->filePath(u"holder"_s), output() });
     QCOMPARE(result.exitCode, 2);
     for (const char *part : { "holder/Anna", "holder/Bert", " phone", "2021-02-03 04:05", " KB" })
-        QVERIFY2(result.err.contains(part), result.err.constData());
-    QVERIFY(!hasControlBytes(result.err));
-    QCOMPARE(result.json().value(u"backups"_s).toArray().size(), 2);
+        QVERIFY2(result.out.contains(part), result.out.constData());
+    QVERIFY2(result.err.contains("There are 2 backups"), result.err.constData());
+    QVERIFY(!hasControlBytes(result.out) && !hasControlBytes(result.err));
+    const Result json = run({ u"--json"_s, m_dir->filePath(u"holder"_s), output() });
+    QCOMPARE(json.exitCode, 2);
+    QCOMPARE(json.json().value(u"backups"_s).toArray().size(), 2);
     QVERIFY(!QFileInfo::exists(output()));
 }
 

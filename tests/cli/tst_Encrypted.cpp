@@ -126,6 +126,8 @@ private Q_SLOTS:
     void refusesWithoutTheRightPassword_data();
     void refusesWithoutTheRightPassword();
     void asksAtATerminal();
+    void looksAtOutputAgain_data();
+    void looksAtOutputAgain();
     void asksThreeTimes();
     void stopsAsking_data();
     void stopsAsking();
@@ -190,6 +192,7 @@ void tst_Encrypted::takesThePassword_data()
     QTest::newRow("file") << u"password"_s << QByteArray();
     QTest::newRow("file of another system") << u"of Windows"_s << QByteArray();
     QTest::newRow("file without a line end") << u"bare"_s << QByteArray();
+    QTest::newRow("standard input") << u"-"_s << QByteArray();
     QTest::newRow("environment") << QString() << kPassword.toUtf8();
     QTest::newRow("file before environment") << u"password"_s << QByteArray("wrong");
 }
@@ -201,16 +204,26 @@ void tst_Encrypted::takesThePassword()
     if (!variable.isEmpty())
         qputenv("DATAEXPORT_PASSWORD", variable);
     QStringList arguments { inDir(u"backup"_s) };
+    const QString path = file == u"-"_s ? file : inDir(file);
     if (!file.isEmpty())
-        arguments = QStringList { u"--password-file"_s, inDir(file) } + arguments;
+        arguments = QStringList { u"--password-file"_s, path } + arguments;
+    const QByteArray input = QFile::encodeName(inDir(u"password"_s));
+    const ChildSetup setup = [&] { ::dup2(::open(input.constData(), O_RDONLY), STDIN_FILENO); };
 
-    const Result result = run(arguments + QStringList { output() });
+    const Result result = run(arguments + QStringList { output() }, setup);
     QCOMPARE(result.exitCode, 0);
+    QStringList paths = Files::tree(output());
+    paths += QString();
+    for (const QString &written : std::as_const(paths)) {
+        const auto others = QFile::ReadGroup | QFile::ReadOther;
+        QVERIFY2(!QFileInfo(output() + u'/' + written).permissions().testAnyFlags(others),
+                 qPrintable(written));
+    }
     QVERIFY(result.err.contains("Making the keys"));
     QCOMPARE(difference(filesBelow(output()), m_usual), QString());
     QCOMPARE(temporary(), QStringList());
 
-    const Result list = run(QStringList { u"--list"_s, u"--json"_s } + arguments);
+    const Result list = run(QStringList { u"--list"_s, u"--json"_s } + arguments, setup);
     QCOMPARE(list.exitCode, 0);
     QCOMPARE(list.json().value(u"backup"_s)[u"encrypted"_s].toBool(), true);
     QCOMPARE(list.json().value(u"items"_s).toInt(), int(m_usual.size()));
@@ -268,6 +281,34 @@ void tst_Encrypted::asksAtATerminal()
     QVERIFY(!terminal.shown().contains("hörse"));
     QVERIFY(terminal.shown().contains("not that of the backup"));
     QCOMPARE(difference(filesBelow(output()), m_usual), QString());
+}
+
+void tst_Encrypted::looksAtOutputAgain_data()
+{
+    QTest::addColumn<QString>("target"); // of the link that takes OUTPUT's place
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("a file was put into it") << QString() << 2;
+    QTest::newRow("a link to an empty folder") << u"new"_s << 12;
+    QTest::newRow("a link to the backup") << u"backup"_s << 2;
+}
+
+void tst_Encrypted::looksAtOutputAgain()
+{
+    QFETCH(QString, target);
+    QFETCH(int, exitCode);
+    QVERIFY(QDir().mkpath(inDir(u"new"_s)));
+    const QStringList before = Files::tree(m_dir.path());
+    Terminal terminal({ inDir(u"backup"_s), output() });
+    QVERIFY(terminal.waitFor("Password of the backup"));
+    if (target.isEmpty())
+        QVERIFY(Files::write(output() + u"/mine"_s, "mine"));
+    else
+        QVERIFY(QFile::link(inDir(target), output()));
+    terminal.type(kPassword.toUtf8() + '\n');
+    QCOMPARE(terminal.end(), exitCode);
+    QCOMPARE(Files::tree(m_dir.path()), before);
+    if (target.isEmpty())
+        QCOMPARE(Files::tree(output()), QStringList { u"mine"_s });
 }
 
 void tst_Encrypted::asksThreeTimes()

@@ -80,6 +80,7 @@ void tst_IndexPage::leadsToEverything()
     const QString html = page();
     QVERIFY(html.contains("<title>Sample Phone's Backup</title>"_L1));
     QVERIFY(html.contains("(iPhone 11, version 14.3), made 2024-06-01 "_L1));
+    QVERIFY(html.contains(" Times are in the time zone UTC (UTC+00:00)."_L1));
     QVERIFY(html.contains(QRegularExpression(u">Photos</a></td><td class=\"n\">3</td>"_s)));
     QVERIFY(html.contains("default-src 'none'"_L1));
     QVERIFY(!html.contains("<script"_L1) && !html.contains("http:"_L1)

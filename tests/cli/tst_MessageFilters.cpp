@@ -92,6 +92,10 @@ void tst_MessageFilters::choosesConversations_data()
     const QString crew = u"Marigold Crew ⛵"_s;
     const QString yard = u"Marigold Boatyard"_s;
     QTest::newRow("a name") << QStringList { u"--chat=Noor"_s } << QStringList { noor };
+    QTest::newRow("the name of somebody, and the groups that they are in")
+        << QStringList { u"--chat=lindqvist"_s } << QStringList { mara, crew };
+    QTest::newRow("two names") << QStringList { u"--chat=Noor"_s, u"--chat"_s, u"boatyard"_s }
+                               << QStringList { yard, noor };
     QTest::newRow("part of names, in any case")
         << QStringList { u"--chat=marigold"_s } << QStringList { yard, crew };
     QTest::newRow("an address") << QStringList { u"--chat=noor@example.org"_s }
@@ -176,6 +180,12 @@ void tst_MessageFilters::listsWhatIsChosen()
         run({ u"--list"_s, u"--json"_s, u"--only=messages"_s, u"--chat=Marigold"_s, m_backup });
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(result.json().value(u"items"_s).toInt(), 2);
+    const int messages = result.json().value(u"types"_s)[0][u"messages"_s].toInt();
+    const Result text = run({ u"--list"_s, u"--only=messages"_s, u"--chat=Marigold"_s, m_backup });
+    QVERIFY(messages > 2);
+    QVERIFY2(QString::fromUtf8(text.out).simplified().contains(
+                 u"Type Items Messages Deleted Size Messages 2 %1 0 – "_s.arg(messages)),
+             text.out.constData());
 }
 
 void tst_MessageFilters::saysThatNothingFits()

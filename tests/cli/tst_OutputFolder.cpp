@@ -94,6 +94,7 @@ void tst_OutputFolder::takes_data()
     QTest::newRow("new, several levels") << u"a/b/c"_s;
     QTest::newRow("empty") << u"empty"_s;
     QTest::newRow("empty, with a slash") << u"empty/"_s;
+    QTest::newRow("nothing of a person in it") << u"disk"_s;
     QTest::newRow("link to an empty folder") << u"link"_s;
     QTest::newRow("beside the backup, its name longer") << u"backup2"_s;
     QTest::newRow("blanks and other letters") << u" the \u00fcber folder "_s;
@@ -106,6 +107,9 @@ void tst_OutputFolder::takes()
     const ExpectedFiles expected = writeUsualBackup(dir.filePath(u"backup"_s));
     QVERIFY(QDir().mkpath(dir.filePath(u"empty"_s)));
     QVERIFY(QFile::link(dir.filePath(u"empty"_s), dir.filePath(u"link"_s)));
+    QVERIFY(QDir().mkpath(dir.filePath(u"disk/lost+found"_s)));
+    QVERIFY(Files::write(dir.filePath(u"disk/.DS_Store"_s), "x"));
+    const bool isNew = !QFileInfo::exists(dir.filePath(output));
 
     // Relative, as people give it.
     QProcess process;
@@ -114,7 +118,11 @@ void tst_OutputFolder::takes()
     process.start();
     const Result result = finish(process);
     QVERIFY2(result.exitCode == 0, result.err.constData());
-    QCOMPARE(difference(filesBelow(dir.filePath(output)), expected), QString());
+    ExpectedFiles found = filesBelow(dir.filePath(output));
+    found.remove(u".DS_Store"_s);
+    QCOMPARE(difference(found, expected), QString());
+    const auto others = QFile::ReadGroup | QFile::ReadOther | QFile::ExeGroup | QFile::ExeOther;
+    QCOMPARE(QFileInfo(dir.filePath(output)).permissions().testAnyFlags(others), !isNew);
 }
 
 void tst_OutputFolder::refusesTheFolderOfBackups()

@@ -1,8 +1,10 @@
 #include "model/Backup.h"
 
 #include "model/DataTypes.h"
+#include "model/MessageData.h"
 #include "model/OutputNames.h"
 #include "model/Source.h"
+#include "model/WhatsappData.h"
 #include "platform/Translation_p.h"
 
 #include <QDir>
@@ -171,6 +173,16 @@ BkData *Backup::getBkData(int code) const
         }
     }
     return nullptr;
+}
+
+qint64 Backup::messageCount(int code) const
+{
+    const BkData *data = getBkData(code);
+    if (const auto *messages = dynamic_cast<const MessageData *>(data))
+        return messages->messageCount();
+    if (const auto *chats = dynamic_cast<const WhatsappData *>(data))
+        return chats->messageCount();
+    return -1;
 }
 
 QString Backup::dataTypeName(int code) const

@@ -69,6 +69,10 @@ public:
     */
     void setMessageFilter(const MessageFilter &filter);
 
+    //! How many messages are stored in the conversations of data type \a code that the filter
+    //! accepts, reactions and the like among them; -1 for a type that has none.
+    qint64 messageCount(int code) const;
+
     //! What could not be read so far. Grows with the data sets that are asked for.
     QList<Problem> problems() const;
 

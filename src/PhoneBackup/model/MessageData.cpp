@@ -6,6 +6,7 @@
 #include "model/Source.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace PhoneBackup {
 
@@ -37,7 +38,8 @@ void MessageData::readConversations()
     m_conversations = m_messages->takeConversations();
     const MessageFilter &filter = m_source.messageFilter();
     const auto isEmpty = [&](const Conversation &conversation) {
-        if (!filter.accepts(conversation.name, conversation.addresses))
+        if (!filter.chats.isEmpty()
+            && !filter.accepts(namesOf(conversation), conversation.addresses))
             return true;
         const bool byDate = filter.since.isValid() || filter.until.isValid();
         if (byDate && !hasWanted(conversation))
@@ -50,6 +52,15 @@ void MessageData::readConversations()
     m_conversations.erase(std::remove_if(m_conversations.begin(), m_conversations.end(), isEmpty),
                           m_conversations.end());
     m_content->clear();
+}
+
+// A group is also looked for by the people in it, whatever it is called.
+QStringList MessageData::namesOf(const Conversation &conversation) const
+{
+    QStringList names { conversation.name };
+    for (const QString &address : conversation.addresses)
+        names += m_source.addressBook().name(address);
+    return names;
 }
 
 ConversationContent *MessageData::content(int index) const
@@ -68,6 +79,20 @@ bool MessageData::hasWanted(const Conversation &conversation) const
     return std::any_of(conversation.messages.crbegin(),
                        conversation.messages.crend(),
                        [this](qint64 message) { return isWanted(message); });
+}
+
+qint64 MessageData::messageCount() const
+{
+    return std::accumulate(m_conversations.begin(),
+                           m_conversations.end(),
+                           qint64 { 0 },
+                           [this](qint64 sum, const Conversation &conversation) {
+                               return sum
+                                   + std::count_if(
+                                          conversation.messages.begin(),
+                                          conversation.messages.end(),
+                                          [this](qint64 message) { return isWanted(message); });
+                           });
 }
 
 bool MessageData::isWanted(qint64 message) const

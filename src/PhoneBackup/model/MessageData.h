@@ -39,6 +39,9 @@ public:
     //! could be read.
     ConversationContent *content(int index) const;
 
+    //! How many messages there are that the filter accepts.
+    qint64 messageCount() const;
+
     //! Whether the filter accepts the date of the message with this ROWID.
     bool isWanted(qint64 message) const;
 
@@ -47,6 +50,7 @@ public:
 
 private:
     void readConversations();
+    QStringList namesOf(const Conversation &conversation) const;
     bool hasWanted(const Conversation &conversation) const;
 
     Source &m_source;

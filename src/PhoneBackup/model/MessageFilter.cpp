@@ -6,15 +6,19 @@
 
 namespace PhoneBackup {
 
-bool MessageFilter::accepts(const QString &name, const QStringList &addresses) const
+bool MessageFilter::accepts(const QStringList &names, const QStringList &addresses) const
 {
-    const QString wanted = chat.trimmed();
-    if (wanted.isEmpty() || name.contains(wanted, Qt::CaseInsensitive))
-        return true;
-    const PhoneAddress address(wanted);
-    return std::any_of(addresses.cbegin(), addresses.cend(), [&](const QString &other) {
-        return PhoneAddress::match(address, PhoneAddress(other)) > 0;
-    });
+    const auto fits = [&](const QString &wanted) {
+        const PhoneAddress address(wanted);
+        return std::any_of(
+                   names.cbegin(),
+                   names.cend(),
+                   [&](const QString &name) { return name.contains(wanted, Qt::CaseInsensitive); })
+            || std::any_of(addresses.cbegin(), addresses.cend(), [&](const QString &other) {
+                   return PhoneAddress::match(address, PhoneAddress(other)) > 0;
+               });
+    };
+    return chats.isEmpty() || std::any_of(chats.cbegin(), chats.cend(), fits);
 }
 
 } // namespace PhoneBackup

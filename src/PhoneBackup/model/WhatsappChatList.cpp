@@ -30,6 +30,7 @@ struct WhatsappChatList::Session
     WhatsappChat chat;
     QString partnerName;
     QStringList numbers; // of everybody in it, for the filter
+    QStringList people; // names of everybody in a group, likewise
     bool isStatus = false;
     bool isFound = true; // not only its messages
     qint64 newestMs = Conversation::kNoDate; // of its messages, whatever the filter
@@ -64,7 +65,7 @@ std::vector<WhatsappChat> WhatsappChatList::take()
             m_database.addLoss(tr("Its messages have no column %1.").arg(column));
     }
     readSessions();
-    if (!m_source.messageFilter().chat.isEmpty())
+    if (!m_source.messageFilter().chats.isEmpty())
         readMembers();
     for (Session &session : m_sessions)
         name(session);
@@ -161,9 +162,14 @@ void WhatsappChatList::readMembers()
         return;
     m_database.query(u"ZCHATSESSION, ZMEMBERJID"_s, table, [this](const Statement &row) {
         const int index = m_bySessionRow.value(row.integer(0), -1);
-        const QString number = m_names.number(Jid(row.text(1)));
-        if (index >= 0 && !number.isEmpty())
-            m_sessions[std::size_t(index)].numbers.append(number);
+        if (index < 0)
+            return;
+        const Jid member(row.text(1));
+        Session &session = m_sessions[std::size_t(index)];
+        session.people.append(m_names.name(member));
+        const QString number = m_names.number(member);
+        if (!number.isEmpty())
+            session.numbers.append(number);
     });
 }
 
@@ -191,8 +197,8 @@ bool WhatsappChatList::isWanted(const Session &session) const
 {
     const MessageFilter &filter = m_source.messageFilter();
     return !session.isStatus
-        && (filter.accepts(session.chat.name, session.numbers)
-            || filter.accepts(session.chat.contact, session.numbers));
+        && filter.accepts(session.people + QStringList { session.chat.name, session.chat.contact },
+                          session.numbers);
 }
 
 void WhatsappChatList::readMessages()

@@ -4,6 +4,7 @@
 #include "model/WhatsappStore.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace PhoneBackup {
 
@@ -59,6 +60,14 @@ WhatsappContent *WhatsappData::content(int index) const
 void readWhatsapp(Source &source, DataSets &sets)
 {
     sets[WhatsappDatabase::kChats] = std::make_unique<WhatsappData>(source);
+}
+
+qint64 WhatsappData::messageCount() const
+{
+    return std::accumulate(
+        m_chats.begin(), m_chats.end(), qint64 { 0 }, [](qint64 sum, const WhatsappChat &chat) {
+            return sum + qint64(chat.messages.size());
+        });
 }
 
 } // namespace PhoneBackup

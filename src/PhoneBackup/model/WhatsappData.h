@@ -29,6 +29,9 @@ public:
 
     const WhatsappChat &chat(int index) const { return m_chats[std::size_t(index)]; }
 
+    //! How many messages there are that the filter accepts.
+    qint64 messageCount() const;
+
     //! The messages of a chat, valid until those of the next are asked for; null when none could be
     //! read.
     WhatsappContent *content(int index) const;

@@ -689,7 +689,8 @@ void tst_Messages::filters()
     QVERIFY(backup);
     const QDateTime first(QDate(2001, 1, 1), QTime(0, 1), Qt::UTC);
     PhoneBackup::MessageFilter filter;
-    filter.chat = chat;
+    if (!chat.isEmpty())
+        filter.chats = { chat };
     if (since >= 0)
         filter.since = first.addSecs(60 * since);
     if (until >= 0)

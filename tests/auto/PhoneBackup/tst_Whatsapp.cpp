@@ -689,23 +689,24 @@ void tst_Whatsapp::filters_data()
         return QDateTime::fromSecsSinceEpoch(978307200 + 700000000 + seconds, Qt::UTC);
     };
     const QStringList both { u"Crew"_s, u"Ann"_s };
-    QTest::newRow("none") << PhoneBackup::MessageFilter {} << both
-                          << QStringList { u"0 +15550100124: x"_s }
+    QTest::newRow("none") << PhoneBackup::MessageFilter {} << both << QStringList { u"0 Zed: x"_s }
                           << QStringList { u"Ann/1.jpg"_s, u"Ann/2.jpg"_s };
     QTest::newRow("since") << PhoneBackup::MessageFilter { at(20), {}, {} } << both
-                           << QStringList { u"0 +15550100124: x"_s }
-                           << QStringList { u"Ann/2.jpg"_s };
+                           << QStringList { u"0 Zed: x"_s } << QStringList { u"Ann/2.jpg"_s };
     QTest::newRow("until") << PhoneBackup::MessageFilter { {}, at(20), {} }
                            << QStringList { u"Ann"_s } << QStringList { u"1 {1}"_s }
                            << QStringList { u"Ann/1.jpg"_s };
-    QTest::newRow("name") << PhoneBackup::MessageFilter { {}, {}, u"aNN"_s }
+    QTest::newRow("name") << PhoneBackup::MessageFilter { {}, {}, { u"aNN"_s } }
                           << QStringList { u"Ann"_s } << QStringList { u"1 {1}"_s, u"1 {2}"_s }
                           << QStringList { u"Ann/1.jpg"_s, u"Ann/2.jpg"_s };
     QTest::newRow("number of a member")
-        << PhoneBackup::MessageFilter { {}, {}, u"555 010 0124"_s } << QStringList { u"Crew"_s }
-        << QStringList { u"0 +15550100124: x"_s } << QStringList {};
-    QTest::newRow("nobody") << PhoneBackup::MessageFilter { {}, {}, u"Nobody"_s } << QStringList {}
-                            << QStringList { u"not read"_s } << QStringList {};
+        << PhoneBackup::MessageFilter { {}, {}, { u"555 010 0124"_s } } << QStringList { u"Crew"_s }
+        << QStringList { u"0 Zed: x"_s } << QStringList {};
+    QTest::newRow("name of a member")
+        << PhoneBackup::MessageFilter { {}, {}, { u"Nobody"_s, u"zed"_s } }
+        << QStringList { u"Crew"_s } << QStringList { u"0 Zed: x"_s } << QStringList {};
+    QTest::newRow("nobody") << PhoneBackup::MessageFilter { {}, {}, { u"Nobody"_s, u"No One"_s } }
+                            << QStringList {} << QStringList { u"not read"_s } << QStringList {};
 }
 
 void tst_Whatsapp::filters()
@@ -720,6 +721,8 @@ void tst_Whatsapp::filters()
     fixture.addChats(kAnn + chat(2, "2@g.us", "ZPARTNERNAME = 'Crew'")
                      + "INSERT INTO ZWAGROUPMEMBER(Z_PK, ZCHATSESSION, ZMEMBERJID) VALUES"
                        " (2, 2, '15550100124@s.whatsapp.net');"
+                       "INSERT INTO ZWAPROFILEPUSHNAME(ZJID, ZPUSHNAME) VALUES"
+                       " ('15550100124@s.whatsapp.net', 'Zed');"
                      + message(10, "1") + media(10, "ZMEDIALOCALPATH = 'Media/1.jpg'")
                      + message(20, "1") + media(20, "ZMEDIALOCALPATH = 'Media/2.jpg'")
                      + message(30, "0", "ZTEXT = 'x', ZCHATSESSION = 2, ZGROUPMEMBER = 2"));
