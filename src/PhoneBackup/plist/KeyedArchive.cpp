@@ -4,6 +4,7 @@
 #include "plist/PropertyList.h"
 
 #include <QUrl>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <optional>
@@ -14,8 +15,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMaxDepth = 64;
-constexpr int kMaxValues = 100'000;
+constexpr qsizetype kMaxDepth = 64;
+constexpr qsizetype kMaxValues = 100'000;
+constexpr qsizetype kValuesPerByte = 4;
+constexpr qsizetype kTextPerValue = 64; // so many characters take as long to decode as a value
+constexpr quint64 kNoReference = 0; // number 0 stands for nil
 
 // XML writes a reference as a dictionary of its own.
 std::optional<quint64> reference(const QVariant &value)
@@ -33,7 +37,15 @@ std::optional<quint64> reference(const QVariant &value)
 
 } // namespace
 
+// Where decode() is, and how many values it may still make.
+struct KeyedArchive::Walk
+{
+    qsizetype budget;
+    QVarLengthArray<quint64, kMaxDepth> path; // numbers of the objects around the value
+};
+
 KeyedArchive::KeyedArchive(const QByteArray &data)
+    : m_maxValues(std::min(kMaxValues, data.size() * kValuesPerByte))
 {
     const PropertyList list = PropertyList::parse(data);
     const QVariant objects = list.value("$objects");
@@ -55,8 +67,7 @@ QVariant KeyedArchive::resolve(const QVariant &value) const
     const std::optional<quint64> index = reference(value);
     if (!index)
         return value;
-    // Number 0 stands for nil.
-    if (*index == 0 || *index >= quint64(m_objects.size()))
+    if (*index == kNoReference || *index >= quint64(m_objects.size()))
         return {};
     const QVariant &object = m_objects.at(qsizetype(*index));
     return reference(object) ? QVariant() : object;
@@ -64,64 +75,71 @@ QVariant KeyedArchive::resolve(const QVariant &value) const
 
 QVariant KeyedArchive::decode(const QVariant &value) const
 {
-    int budget = kMaxValues;
-    return decode(value, 0, budget);
+    Walk walk { m_maxValues, {} };
+    return decode(value, walk);
 }
 
-QVariant KeyedArchive::decode(const QVariant &value, int depth, int &budget) const
+QVariant KeyedArchive::decode(const QVariant &value, Walk &walk) const
 {
-    if (depth > kMaxDepth || --budget < 0)
+    const quint64 number = reference(value).value_or(kNoReference);
+    if (walk.path.size() > kMaxDepth || --walk.budget < 0
+        || (number != kNoReference && walk.path.contains(number)))
         return {};
+    walk.path.append(number);
     QVariant object = resolve(value);
     if (object.typeId() == QMetaType::QVariantList)
-        return decodeList(object, depth, budget);
-    if (object.typeId() == QMetaType::QVariantMap)
-        return decodeObject(object.toMap(), depth, budget);
+        object = decodeList(object, walk);
+    else if (object.typeId() == QMetaType::QVariantMap)
+        object = decodeObject(object.toMap(), walk);
+    walk.path.removeLast();
     return object;
 }
 
-QVariant KeyedArchive::decodeList(const QVariant &value, int depth, int &budget) const
+QVariant KeyedArchive::decodeList(const QVariant &value, Walk &walk) const
 {
     QVariantList list;
     const QVariantList stored = resolve(value).toList();
     for (const QVariant &element : stored) {
-        if (budget < 0)
+        if (walk.budget < 0)
             break;
-        list.append(decode(element, depth + 1, budget));
+        list.append(decode(element, walk));
     }
     return list;
 }
 
-QVariant KeyedArchive::decodeObject(const QVariantMap &object, int depth, int &budget) const
+QVariant KeyedArchive::decodeObject(const QVariantMap &object, Walk &walk) const
 {
     if (object.contains(u"NS.keys"_s)) {
-        const QVariantList keys = decodeList(object.value(u"NS.keys"_s), depth, budget).toList();
-        const QVariantList values =
-            decodeList(object.value(u"NS.objects"_s), depth, budget).toList();
+        const QVariantList keys = decodeList(object.value(u"NS.keys"_s), walk).toList();
+        const QVariantList values = decodeList(object.value(u"NS.objects"_s), walk).toList();
         QVariantMap map;
         for (qsizetype i = 0; i < std::min(keys.size(), values.size()); ++i)
             map.insert(keys.at(i).toString(), values.at(i));
         return map;
     }
     if (object.contains(u"NS.objects"_s))
-        return decodeList(object.value(u"NS.objects"_s), depth, budget);
+        return decodeList(object.value(u"NS.objects"_s), walk);
     if (object.contains(u"NS.string"_s))
         return resolve(object.value(u"NS.string"_s)).toString();
-    if (object.contains(u"NS.bytes"_s))
-        return QString::fromUtf8(resolve(object.value(u"NS.bytes"_s)).toByteArray());
+    if (object.contains(u"NS.bytes"_s)) {
+        const QByteArray bytes = resolve(object.value(u"NS.bytes"_s)).toByteArray();
+        walk.budget -= bytes.size() / kTextPerValue;
+        return QString::fromUtf8(bytes);
+    }
     if (object.contains(u"NS.data"_s))
         return resolve(object.value(u"NS.data"_s)).toByteArray();
     if (object.contains(u"NS.time"_s))
         return CCommonUtils::buildDateTimeBase2001(object.value(u"NS.time"_s).toDouble());
     if (object.contains(u"NS.relative"_s)) {
-        const QUrl relative(decode(object.value(u"NS.relative"_s), depth + 1, budget).toString());
-        const QUrl base(decode(object.value(u"NS.base"_s), depth + 1, budget).toString());
-        return base.isEmpty() ? relative : base.resolved(relative);
+        const QString relative = decode(object.value(u"NS.relative"_s), walk).toString();
+        walk.budget -= relative.size() / kTextPerValue;
+        const QUrl base(decode(object.value(u"NS.base"_s), walk).toString());
+        return base.isEmpty() ? QUrl(relative) : base.resolved(QUrl(relative));
     }
     QVariantMap map;
-    for (auto it = object.cbegin(); it != object.cend() && budget >= 0; ++it) {
+    for (auto it = object.cbegin(); it != object.cend() && walk.budget >= 0; ++it) {
         if (it.key() != "$class"_L1)
-            map.insert(it.key(), decode(it.value(), depth + 1, budget));
+            map.insert(it.key(), decode(it.value(), walk));
     }
     return map;
 }

@@ -28,18 +28,21 @@ public:
 
     /*!
         \a value with every reference followed: dictionaries, arrays, sets, strings, data, dates and
-        URLs as values of their own, other objects as a QVariantMap of their keys. Stops at a
-        nesting of 64 and at 100,000 values.
+        URLs as values of their own, other objects as a QVariantMap of their keys. An object inside
+        itself is left out. Stops at a nesting of 64, and at 100,000 values or four for each byte of
+        the archive, whichever comes first.
     */
     QVariant decode(const QVariant &value) const;
 
 private:
-    QVariant decode(const QVariant &value, int depth, int &budget) const;
-    QVariant decodeList(const QVariant &value, int depth, int &budget) const;
-    QVariant decodeObject(const QVariantMap &object, int depth, int &budget) const;
+    struct Walk;
+    QVariant decode(const QVariant &value, Walk &walk) const;
+    QVariant decodeList(const QVariant &value, Walk &walk) const;
+    QVariant decodeObject(const QVariantMap &object, Walk &walk) const;
 
     QVariantList m_objects;
     QVariant m_root;
+    qsizetype m_maxValues = 0;
     bool m_valid = false;
 };
 

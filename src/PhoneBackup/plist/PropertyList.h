@@ -7,8 +7,6 @@
 #include <QMetaType>
 #include <QVariant>
 
-#include <memory>
-
 namespace PhoneBackup {
 
 //! A reference into the object table of a keyed archive.
@@ -20,41 +18,41 @@ struct PlistUid
 /*!
     \brief A parsed property list, binary or XML.
 
-    Dictionaries become QVariantMap, arrays QVariantList, the rest QString, qint64, double, bool,
-    QByteArray, QDateTime (UTC) and PlistUid. Any shape is accepted; asking for what is not there
-    gives an invalid QVariant.
+    Dictionaries become QVariantMap, arrays and sets QVariantList, the rest QString, qint64 (quint64
+    where that is too small), double, bool, QByteArray, QDateTime (UTC) and PlistUid. Any shape is
+    accepted; asking for what is not there gives an invalid QVariant, and so does a null or a number
+    that cannot be read. Texts may hold U+0000 and unpaired surrogates.
     \par Bytes
-    At most 256 MB; a nesting deeper than 128, and a list that unfolds beyond all measure, is none.
+    Untrusted. What is larger, deeper or of more values than the limits below is no property list,
+    nor is one whose shared values, each counted as often as it is met, come to far more than its
+    own size.
+    \par Cost
+    Copies share the values. Time and memory are linear in the size of the list.
 */
 class PropertyList
 {
 public:
+    static constexpr qsizetype kMaxBytes = qsizetype(64) << 20;
+    static constexpr int kMaxDepth = 128;
+    static constexpr int kMaxNodes = 2'000'000;
+
     //! Parses \a data. What is no property list gives an object that isNull().
     static PropertyList parse(const QByteArray &data);
 
     //! Reads and parses the file \a path.
     static Result<PropertyList> read(const QString &path);
 
-    PropertyList();
-    ~PropertyList();
-    PropertyList(PropertyList &&other) noexcept;
-    PropertyList &operator=(PropertyList &&other) noexcept;
+    bool isNull() const { return !m_root.isValid(); }
+    bool isDict() const { return m_root.typeId() == QMetaType::QVariantMap; }
 
-    bool isNull() const;
-    bool isDict() const;
-
-    //! The value of \a key when the root is a dictionary. Costs only what the value holds.
+    //! The value of \a key when the root is a dictionary.
     QVariant value(const char *key) const;
 
     //! The whole tree.
-    QVariant toVariant() const;
+    QVariant toVariant() const { return m_root; }
 
 private:
-    struct Release
-    {
-        void operator()(void *node) const;
-    };
-    std::unique_ptr<void, Release> m_root;
+    QVariant m_root;
 };
 
 } // namespace PhoneBackup
