@@ -3,6 +3,7 @@
 #include "folder/BackupFiles.h"
 #include "model/AudioDuration.h"
 #include "model/MessageAttachments.h"
+#include "model/MessageWords.h"
 #include "model/VCardText.h"
 #include "platform/Translation_p.h"
 
@@ -51,20 +52,25 @@ QString attachmentLabel(const MessageAttachment &attachment,
     const auto label = [&](const QString &withName, const QString &without, const QString &name) {
         return name.isEmpty() ? without : QString(withName).arg(name);
     };
-    switch (attachment.kind) {
+    using Kind = MessageAttachment::Kind;
+    const bool isNamelessVoice =
+        isVoice && attachment.kind == Kind::Other && attachment.name.isEmpty();
+    switch (isNamelessVoice ? Kind::Audio : attachment.kind) {
     case MessageAttachment::Kind::Audio: {
         const bool isSpoken = isVoice || attachment.name.endsWith(".caf"_L1, Qt::CaseInsensitive)
             || attachment.name.endsWith(".amr"_L1, Qt::CaseInsensitive);
         if (!isSpoken)
             return label(tr("[Audio: %1]"), tr("[Audio]"), attachment.name);
         const int seconds = audioDurationSeconds(files.map(attachment.file)->bytes());
-        const QString line = seconds < 0 ? tr("[Voice message]")
-                                         : tr("[Voice message %1]").arg(durationText(seconds));
+        if (seconds < 0)
+            return MessageWords::voiceMessage(false, transcription);
+        const QString line = tr("[Voice message %1]").arg(durationText(seconds));
         return transcription.isEmpty() ? line : line + u' ' + transcription;
     }
     case MessageAttachment::Kind::Contact: {
-        const QString name = vCardText(files.map(attachment.file)->bytes(), "FN");
-        return label(tr("[Contact: %1]"), tr("[Contact]"), name.isEmpty() ? attachment.name : name);
+        const QString names = vCardTexts(files.map(attachment.file)->bytes(), "FN").join(u", "_s);
+        return label(
+            tr("[Contact: %1]"), tr("[Contact]"), names.isEmpty() ? attachment.name : names);
     }
     case MessageAttachment::Kind::Location:
         return label(tr("[Location: %1]"),

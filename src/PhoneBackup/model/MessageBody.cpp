@@ -30,10 +30,10 @@ MessageBody MessageBody::read(const Statement &row, int attributed, int plain)
     return body;
 }
 
-void MessageBody::tellUnreadable(Source &source)
+void MessageBody::tellUnreadable(Source &source, const QString &column)
 {
     source.addProblem({ SmsDatabase::kMessages,
-                        u"HomeDomain/Library/SMS/sms.db: attributedBody"_s,
+                        u"HomeDomain/Library/SMS/sms.db: "_s + column,
                         tr("The text of some messages is damaged and could not be read."),
                         true });
 }

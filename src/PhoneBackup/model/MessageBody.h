@@ -20,8 +20,8 @@ struct MessageBody
     //! or is empty.
     static MessageBody read(const Statement &row, int attributed, int plain);
 
-    //! Tells \a source that texts could not be read.
-    static void tellUnreadable(Source &source);
+    //! Tells \a source that texts could not be read in \a column.
+    static void tellUnreadable(Source &source, const QString &column);
 };
 
 } // namespace PhoneBackup

@@ -2,11 +2,13 @@
 
 #include "model/AttachmentLabel.h"
 #include "model/ConversationContent.h"
+#include "model/MessageWords.h"
 #include "model/Source.h"
 #include "model/StoredText.h"
 #include "platform/Translation_p.h"
 
-#include <algorithm>
+#include <QHash>
+#include <QSet>
 
 namespace PhoneBackup {
 
@@ -16,18 +18,50 @@ namespace {
 
 constexpr QChar kFilePlace(0xFFFC);
 
-// The one of \a attachments that stands at \a place: the next one when nobody says which.
-QList<MessageAttachment>::iterator attachmentAt(QList<MessageAttachment> &attachments,
-                                                const QList<AttributedText::File> &places,
-                                                qsizetype place)
+constexpr qsizetype kNone = -1;
+constexpr qint64 kShown = 0; // the row of an attachment that has found its place
+
+// Which of \a attachments stands at each place of a file in \a text, kNone for none: the one that
+// \a named says, else the next that is named nowhere.
+QList<qsizetype> attachmentsInText(const QString &text,
+                                   const QList<MessageAttachment> &attachments,
+                                   const QList<AttributedText::File> &named)
 {
-    const auto stands = [place](const auto &file) { return file.position == place; };
-    const auto named = std::find_if(places.cbegin(), places.cend(), stands);
-    if (named == places.cend())
-        return attachments.begin();
-    const auto isNamed = [&](const auto &other) { return other.guid == named->guid; };
-    const auto found = std::find_if(attachments.begin(), attachments.end(), isNamed);
-    return found == attachments.end() ? attachments.begin() : found;
+    QHash<QString, qsizetype> byGuid;
+    for (qsizetype i = 0; i < attachments.size(); ++i)
+        byGuid.insert(attachments.at(i).guid, i);
+    QHash<qsizetype, qsizetype> namedAt;
+    QSet<qsizetype> taken;
+    for (const AttributedText::File &file : named) {
+        const qsizetype attachment = byGuid.value(file.guid, kNone);
+        if (attachment == kNone || taken.contains(attachment))
+            continue;
+        namedAt.insert(file.position, attachment);
+        taken.insert(attachment);
+    }
+    QList<qsizetype> result;
+    qsizetype next = 0;
+    for (qsizetype place = text.indexOf(kFilePlace); place >= 0;
+         place = text.indexOf(kFilePlace, place + 1)) {
+        qsizetype attachment = namedAt.value(place, kNone);
+        while (attachment == kNone && next < attachments.size()) {
+            if (!taken.contains(next))
+                attachment = next;
+            ++next;
+        }
+        result.append(attachment);
+    }
+    return result;
+}
+
+// Adds \a word to \a text, with blanks between it and what is written before and \a after.
+void addWord(QString &text, const QString &word, QChar after)
+{
+    if (!text.isEmpty() && !text.back().isSpace())
+        text += u' ';
+    text += word;
+    if (!after.isNull() && !after.isSpace() && after != kFilePlace)
+        text += u' ';
 }
 
 } // namespace
@@ -37,22 +71,32 @@ void MessageParts::set(Message &message,
                        QList<MessageAttachment> attachments,
                        const Hints &hints)
 {
-    if (attachments.isEmpty()) {
+    if (attachments.isEmpty() && !(hints.tellsMissing && text.contains(kFilePlace))) {
         message.text = StoredText::cleaned(text);
         return;
     }
+    QString part;
     qsizetype start = 0;
-    for (qsizetype place = text.indexOf(kFilePlace); place >= 0 && !attachments.isEmpty();
-         place = text.indexOf(kFilePlace, start)) {
-        addText(message, text.sliced(start, place - start));
+    for (const qsizetype attachment : attachmentsInText(text, attachments, hints.places)) {
+        const qsizetype place = text.indexOf(kFilePlace, start);
+        part += QStringView(text).sliced(start, place - start);
         start = place + 1;
-        const auto attachment = attachmentAt(attachments, hints.places, place);
-        addFile(message, *attachment, hints);
-        attachments.erase(attachment);
+        if (attachment != kNone) {
+            addText(message, part);
+            part.clear();
+            addFile(message, attachments.at(attachment), hints);
+            attachments[attachment].row = kShown;
+        } else if (hints.tellsMissing) {
+            addWord(
+                part, MessageWords::attachment(), start < text.size() ? text.at(start) : QChar());
+        }
     }
-    addText(message, text.sliced(start));
-    for (const MessageAttachment &attachment : std::as_const(attachments))
-        addFile(message, attachment, hints);
+    part += QStringView(text).sliced(start);
+    addText(message, part);
+    for (const MessageAttachment &attachment : std::as_const(attachments)) {
+        if (attachment.row != kShown)
+            addFile(message, attachment, hints);
+    }
 }
 
 void MessageParts::addText(Message &message, const QString &text)

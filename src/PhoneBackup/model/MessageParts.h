@@ -20,6 +20,7 @@ public:
         QList<AttributedText::File> places; //!< Which file stands where.
         QString transcription; //!< What was said in a voice message.
         bool isVoice = false; //!< The message was spoken.
+        bool tellsMissing = true; //!< Each place in the text stands for a file.
     };
 
     MessageParts(Source &source, ConversationContent &content)
@@ -30,7 +31,8 @@ public:
 
     /*!
         Gives the empty \a message its \a text and its \a attachments, in the order in which they
-        stand in the text; files that have no place there come last.
+        stand in the text; files that have no place there come last. A place without a file becomes
+        a word, unless hints say that it stands for something else.
     */
     void set(Message &message,
              const QString &text,

@@ -1,6 +1,7 @@
 #include "model/MessageReader.h"
 
 #include "model/Balloon.h"
+#include "model/EditHistory.h"
 #include "model/Handles.h"
 #include "model/MessageBody.h"
 #include "model/MessageParts.h"
@@ -10,7 +11,6 @@
 #include "model/Source.h"
 #include "model/StoredText.h"
 #include "platform/Translation_p.h"
-#include "plist/PropertyList.h"
 
 #include <algorithm>
 
@@ -25,12 +25,6 @@ bool isIMessage(QByteArrayView service)
 {
     return service.compare("iMessage", Qt::CaseInsensitive) == 0
         || service.compare("iMessageLite", Qt::CaseInsensitive) == 0;
-}
-
-bool isReaction(qint64 type)
-{
-    return (type >= 2000 && type <= 2007) || (type >= 3000 && type <= 3007) || type == 4000
-        || type == 1000;
 }
 
 constexpr qint64 kScheduled = 2;
@@ -67,11 +61,18 @@ enum DetailColumn {
     kIsAudio,
     kEffect,
     kScheduleType,
+    kExpireState,
 };
+
+// Nothing but a subject.
+bool isBlank(const Message &message)
+{
+    return message.text.isEmpty() && message.pieces().isEmpty();
+}
 
 bool isEmpty(const Message &message)
 {
-    return message.text.isEmpty() && message.subject().isEmpty() && message.pieces().isEmpty();
+    return isBlank(message) && message.subject().isEmpty();
 }
 
 } // namespace
@@ -95,6 +96,11 @@ struct MessageReader::Details
     bool isAudio = false;
     QString effect;
     bool isScheduled = false;
+    bool isExpired = false;
+
+    bool isReaction() const { return MessageRelations::isReaction(associatedType); }
+    bool isEvent() const { return itemType != 0; }
+    bool isBalloon() const { return !bundle.isEmpty() || !payload.isEmpty(); }
 };
 
 MessageReader::MessageReader(Source &source,
@@ -123,11 +129,12 @@ void MessageReader::prepare()
             list.append(column(name));
         return list;
     };
-    const QString sentDone = u"%1 IS NOT TRUE AND (%2 IS TRUE OR %3 IS TRUE OR %4 IS TRUE)"_s.arg(
-        column(u"error"_s),
-        column(u"is_sent"_s),
-        column(u"is_delivered"_s),
-        column(u"date_delivered"_s));
+    // That nothing was delivered says nothing where no column tells what was sent.
+    QString sentDone = column(u"error"_s) + u" IS NOT TRUE"_s;
+    if (m_database.hasColumn(table, u"is_sent"_s)) {
+        sentDone += u" AND (is_sent IS TRUE OR %1 IS TRUE OR %2 IS TRUE)"_s.arg(
+            column(u"is_delivered"_s), column(u"date_delivered"_s));
+    }
     QStringList hasDetails { u"0"_s };
     for (const QString &name : { u"item_type"_s,
                                  u"associated_message_type"_s,
@@ -173,7 +180,8 @@ void MessageReader::prepare()
                                                                    u"thread_originator_part"_s,
                                                                    u"is_audio_message"_s,
                                                                    u"expressive_send_style_id"_s,
-                                                                   u"schedule_type"_s })
+                                                                   u"schedule_type"_s,
+                                                                   u"expire_state"_s })
                                                              .join(u", "_s)));
     readDeletedParts();
 }
@@ -191,7 +199,7 @@ void MessageReader::readDeletedParts()
         QString text = StoredText::cleaned(
             part ? part->text : AttributedText::salvage(row.bytes(2)).value_or(QString()));
         if (text.isEmpty() && part && !part->files.isEmpty())
-            text = tr("[Attachment]");
+            text = MessageWords::attachment();
         QStringList &texts = m_deletedParts[row.integer(0)][row.integer(1)];
         if (!text.isEmpty() && !texts.contains(text)) // each chat of the message has a row for it
             texts.append(text);
@@ -279,27 +287,31 @@ void MessageReader::readRow(Message &message)
     const Details details =
         m_rows->integer(kHasDetails) != 0 ? readDetails(message.row) : Details();
     MessageBody body;
-    History history;
-    if (!isReaction(details.associatedType) && details.itemType == 0) {
+    EditHistory history;
+    if (!details.isReaction() && !details.isEvent()) {
+        body = MessageBody::read(*m_rows, kBody, kText);
         const QByteArrayView summary = m_rows->bytes(kSummary);
         if (!summary.isEmpty())
-            history = historyOf(summary);
-        body = MessageBody::read(*m_rows, kBody, kText);
-        if (body.text.isEmpty() && !history.lastText.isEmpty()) {
+            history = EditHistory::read(summary, !body.text.isEmpty());
+        if (!body.text.isEmpty()) {
+            history.isDamaged = false; // nothing of it is shown
+        } else if (!history.lastText.isEmpty()) {
             body.text = history.lastText;
             body.isUnreadable = false;
         }
     }
+    const bool isSpoken = details.isAudio || !body.transcription.isEmpty();
     MessageParts(m_source, *m_content)
         .set(message,
              body.text,
              m_attachments.of(message.row),
-             { std::move(body.places), std::move(body.transcription), details.isAudio });
-    setSpecialText(message, details);
+             { body.places, body.transcription, isSpoken, !isSpoken && !details.isBalloon() });
+    setSpecialText(message, details, body.transcription);
     if (body.isUnreadable) {
         append(message, MessageWords::unreadable(), u'\n');
-        MessageBody::tellUnreadable(m_source);
+        MessageBody::tellUnreadable(m_source, u"attributedBody"_s);
     }
+    tellLostText(message, details, history);
     mark(message, details, history);
 }
 
@@ -327,31 +339,60 @@ MessageReader::Details MessageReader::readDetails(qint64 row)
     details.isAudio = m_details->integer(kIsAudio) != 0;
     details.effect = m_details->text(kEffect);
     details.isScheduled = m_details->integer(kScheduleType) == kScheduled;
+    details.isExpired = m_details->integer(kExpireState) != 0;
     return details;
 }
 
-void MessageReader::setSpecialText(Message &message, const Details &details)
+void MessageReader::setSpecialText(Message &message,
+                                   const Details &details,
+                                   const QString &transcription)
 {
-    if (isReaction(details.associatedType)) {
-        m_relations.addReaction({ &message,
-                                  details.associatedType,
-                                  details.associatedGuid,
-                                  details.associatedEmoji,
-                                  nameOf(message),
-                                  message.address ? m_people.number(*message.address) : -1 });
+    if (details.isReaction()) {
+        addReaction(message, details);
         return;
     }
-    if (details.itemType != 0) {
+    if (details.isEvent()) {
         message.text = eventLine(message, details);
         message.sentDone = true;
         return;
     }
-    if (isEmpty(message) && !(details.bundle.isEmpty() && details.payload.isEmpty()))
-        message.text = balloonText(details.bundle, details.payload);
-    else if (isEmpty(message) && details.isAudio) // it has expired
-        message.text = tr("[Voice message]");
+    if (details.isBalloon())
+        showBalloon(message, details);
+    else if (isBlank(message) && (details.isAudio || !transcription.isEmpty()))
+        message.text =
+            StoredText::cleaned(MessageWords::voiceMessage(details.isExpired, transcription));
     if (!details.originator.isEmpty())
         m_relations.addReply(message, details.originator, details.originatorPart);
+}
+
+void MessageReader::addReaction(Message &message, const Details &details)
+{
+    MessageRelations::Reaction reaction { &message,
+                                          details.associatedType,
+                                          details.associatedGuid,
+                                          details.associatedEmoji,
+                                          nameOf(message),
+                                          message.address ? m_people.number(*message.address) : -1,
+                                          {} };
+    if (details.associatedType == MessageRelations::kVote)
+        reaction.vote = Poll::readVote(Balloon::read(details.bundle, details.payload).address);
+    m_relations.addReaction(reaction);
+}
+
+void MessageReader::showBalloon(Message &message, const Details &details)
+{
+    const Balloon balloon = Balloon::read(details.bundle, details.payload);
+    if (!balloon.poll.options.isEmpty()) {
+        append(message, MessageWords::poll(balloon.poll), u'\n');
+        if (message.pieces().isEmpty())
+            m_content->extrasOf(message).parts = { MessageWords::pollTitle(balloon.poll) };
+        m_relations.addPoll(message, balloon.poll, details.associatedGuid);
+    } else if (isBlank(message)) {
+        message.text = MessageWords::balloon(balloon);
+    } else if (balloon.kind == Balloon::Kind::Link && !balloon.title.isEmpty()
+               && message.text != balloon.title) {
+        append(message, MessageWords::linkTitle(balloon.title), u' ');
+    }
 }
 
 QString MessageReader::eventLine(const Message &message, const Details &details) const
@@ -368,42 +409,25 @@ QString MessageReader::eventLine(const Message &message, const Details &details)
     return MessageWords::event(event);
 }
 
-MessageReader::History MessageReader::historyOf(QByteArrayView summary)
+// A message that was changed has a text: where there is none, it is lost.
+void MessageReader::tellLostText(Message &message,
+                                 const Details &details,
+                                 const EditHistory &history)
 {
-    History history;
-    // Most summaries tell of nothing but links: one that has these keys is worth parsing.
-    if (!summary.contains(QByteArrayView("\x52"
-                                         "ec"))
-        && !summary.contains(QByteArrayView("\x52"
-                                            "rp")))
-        return history;
-    const PropertyList list = PropertyList::parse(summary.toByteArray());
-    history.unsent = !list.value("rp").toList().isEmpty();
-    QSet<int> unsent;
-    for (const QVariant &part : list.value("rp").toList())
-        unsent.insert(part.toInt());
-    const QVariantMap parts = list.value("ec").toMap();
-    for (auto part = parts.cbegin(); part != parts.cend(); ++part) {
-        const QVariantList versions = part->toList();
-        if (versions.isEmpty() || unsent.contains(part.key().toInt()))
-            continue;
-        history.edited = true;
-        const QByteArray body = versions.last().toMap().value(u"t"_s).toByteArray();
-        const auto decoded = AttributedText::decode(body);
-        const QString text =
-            decoded ? decoded->text : AttributedText::salvage(body).value_or(QString());
-        if (!history.lastText.isEmpty() && !text.isEmpty())
-            history.lastText += u'\n';
-        history.lastText += text;
-    }
-    return history;
+    const bool isUnsent = history.unsent || details.retracted;
+    const bool isChanged = history.isDamaged || history.edited || details.edited;
+    const bool isLost = isBlank(message) && isChanged && !isUnsent;
+    if (isLost)
+        append(message, MessageWords::unreadable(), u'\n');
+    if (isLost || (history.isDamaged && !history.lastText.isEmpty()))
+        MessageBody::tellUnreadable(m_source, u"message_summary_info"_s);
 }
 
-void MessageReader::mark(Message &message, const Details &details, const History &history)
+void MessageReader::mark(Message &message, const Details &details, const EditHistory &history)
 {
     const bool isDeleted = std::binary_search(
         m_conversation->deleted.cbegin(), m_conversation->deleted.cend(), message.row);
-    const bool isReactionRow = isReaction(details.associatedType);
+    const bool isReactionRow = details.isReaction();
     if (history.unsent || details.retracted) {
         if (isEmpty(message))
             message.text = MessageWords::unsent();

@@ -13,6 +13,7 @@
 
 namespace PhoneBackup {
 
+struct EditHistory;
 class Handles;
 class MessageAttachments;
 class People;
@@ -49,22 +50,17 @@ public:
 private:
     //! What few rows have, from a query of its own.
     struct Details;
-    //! What the row says of its parts' history.
-    struct History
-    {
-        bool edited = false;
-        bool unsent = false;
-        QString lastText;
-    };
 
     void prepare();
     void readDeletedParts();
     void readRow(Message &message);
     Details readDetails(qint64 row);
-    void setSpecialText(Message &message, const Details &details);
+    void setSpecialText(Message &message, const Details &details, const QString &transcription);
+    void addReaction(Message &message, const Details &details);
+    void showBalloon(Message &message, const Details &details);
     QString eventLine(const Message &message, const Details &details) const;
-    static History historyOf(QByteArrayView summary);
-    void mark(Message &message, const Details &details, const History &history);
+    void tellLostText(Message &message, const Details &details, const EditHistory &history);
+    void mark(Message &message, const Details &details, const EditHistory &history);
     void keepForQuotes(Message &message);
     void append(Message &message, const QString &text, QChar separator);
     QString nameOf(const Message &message) const;

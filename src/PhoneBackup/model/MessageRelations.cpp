@@ -14,9 +14,31 @@ namespace {
 
 constexpr int kWholeMessage = -1;
 constexpr qint64 kSticker = 1000;
+constexpr qint64 kFirstReaction = 2000;
 constexpr qint64 kFirstRemoval = 3000;
 constexpr qint64 kLastRemoval = 3007;
 constexpr qint64 kStickerReaction = 2007;
+
+//! What a row names as the message that it is about.
+struct Target
+{
+    quint64 guid;
+    int part = kWholeMessage;
+};
+
+// "p:1/<guid>" is about one part, "bp:<guid>" about a balloon; the guid may stand alone.
+Target targetOf(QStringView name)
+{
+    int part = kWholeMessage;
+    if (name.startsWith("p:"_L1) && name.contains(u'/')) {
+        const qsizetype slash = name.indexOf(u'/');
+        part = name.sliced(2, slash - 2).toInt();
+        name = name.sliced(slash + 1);
+    } else if (name.startsWith("bp:"_L1)) {
+        name = name.sliced(3);
+    }
+    return { MessageRelations::hashOf(name.toUtf8()), part };
+}
 
 bool isRemoval(qint64 type)
 {
@@ -34,6 +56,12 @@ int kindOf(qint64 type)
 
 } // namespace
 
+bool MessageRelations::isReaction(qint64 type)
+{
+    return (type >= kFirstReaction && type <= kStickerReaction) || isRemoval(type) || type == kVote
+        || type == kSticker;
+}
+
 quint64 MessageRelations::hashOf(QByteArrayView guid)
 {
     return quint64(qHash(guid));
@@ -43,28 +71,28 @@ void MessageRelations::clear()
 {
     m_reactions.clear();
     m_replies.clear();
+    m_polls.clear();
+    m_pollOf.clear();
     m_targets.clear();
 }
 
 void MessageRelations::addReaction(const Reaction &reaction)
 {
-    // "p:1/<guid>" is about one part, "bp:<guid>" about a balloon; the guid may stand alone.
-    QStringView guid = reaction.target;
-    int part = kWholeMessage;
-    if (guid.startsWith("p:"_L1) && guid.contains(u'/')) {
-        const qsizetype slash = guid.indexOf(u'/');
-        part = guid.sliced(2, slash - 2).toInt();
-        guid = guid.sliced(slash + 1);
-    } else if (guid.startsWith("bp:"_L1)) {
-        guid = guid.sliced(3);
-    }
+    const Target target = targetOf(reaction.target);
     m_reactions.push_back({ reaction.message,
-                            hashOf(guid.toUtf8()),
-                            part,
+                            target.guid,
+                            target.part,
                             reaction.type,
                             reaction.emoji,
                             reaction.who,
-                            reaction.person });
+                            reaction.person,
+                            reaction.vote });
+}
+
+void MessageRelations::addPoll(Message &message, const Poll &poll, const QString &target)
+{
+    const quint64 other = target.isEmpty() ? message.guidHash : targetOf(target).guid;
+    m_polls.push_back({ &message, other, poll });
 }
 
 void MessageRelations::addReply(Message &message, QByteArrayView target, const QString &part)
@@ -74,6 +102,7 @@ void MessageRelations::addReply(Message &message, QByteArrayView target, const Q
 
 void MessageRelations::apply(ConversationContent &content)
 {
+    joinPolls();
     if (m_reactions.empty() && m_replies.empty())
         return;
     findTargets(content);
@@ -88,8 +117,7 @@ void MessageRelations::apply(ConversationContent &content)
 
     auto quoted = quotes.cbegin();
     for (const Known &reaction : m_reactions) {
-        const QString line =
-            MessageWords::reaction(reaction.who, reaction.type, reaction.emoji, *quoted++);
+        const QString line = lineOf(reaction, *quoted++);
         QString &text = reaction.message->text;
         text = text.isEmpty() ? line : line + u' ' + text; // marks stay behind it
     }
@@ -98,6 +126,44 @@ void MessageRelations::apply(ConversationContent &content)
         const QString line = MessageWords::replyTo(*quoted++);
         text = text.isEmpty() ? line : line + u'\n' + text;
     }
+}
+
+// Who adds an option sends the poll again, with all of its options.
+void MessageRelations::joinPolls()
+{
+    std::sort(m_polls.begin(), m_polls.end(), [](const KnownPoll &a, const KnownPoll &b) {
+        return std::tuple(a.message->dateMs, a.message->row)
+            < std::tuple(b.message->dateMs, b.message->row);
+    });
+    for (std::size_t i = 0; i < m_polls.size(); ++i) {
+        const KnownPoll &again = m_polls[i];
+        const std::size_t known = m_pollOf.value(again.target, i);
+        m_pollOf.insert(again.message->guidHash, known);
+        if (known == i)
+            continue;
+        KnownPoll &first = m_polls[known];
+        QString &text = first.message->text;
+        const QString before = MessageWords::poll(first.poll);
+        const qsizetype place = text.indexOf(before); // marks stay around it
+        first.poll.options = again.poll.options;
+        if (place >= 0)
+            text.replace(place, before.size(), MessageWords::poll(first.poll));
+        again.message->hidden = true;
+    }
+}
+
+QString MessageRelations::lineOf(const Known &reaction, const QString &quoted) const
+{
+    if (reaction.type != kVote)
+        return MessageWords::reaction(reaction.who, reaction.type, reaction.emoji, quoted);
+    QStringList options;
+    const auto found = m_pollOf.constFind(reaction.target);
+    if (found != m_pollOf.cend() && reaction.vote) {
+        const Poll &poll = m_polls[*found].poll;
+        for (const qsizetype option : poll.chosen(*reaction.vote))
+            options.append(MessageWords::pollOption(poll, option));
+    }
+    return MessageWords::vote(reaction.who, options, quoted);
 }
 
 void MessageRelations::findTargets(ConversationContent &content)
@@ -136,7 +202,8 @@ void MessageRelations::hideSuperseded()
             continue;
         const bool isLast =
             i + 1 == m_reactions.size() || subject(m_reactions[i + 1]) != subject(reaction);
-        if (!isLast || isRemoval(reaction.type))
+        const bool isWithdrawn = reaction.vote && reaction.vote->isEmpty();
+        if (!isLast || isWithdrawn || isRemoval(reaction.type))
             reaction.message->hidden = true;
     }
 }

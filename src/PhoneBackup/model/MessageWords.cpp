@@ -1,5 +1,6 @@
 #include "model/MessageWords.h"
 
+#include "model/Balloon.h"
 #include "platform/Translation_p.h"
 
 #include <array>
@@ -18,6 +19,12 @@ QString shared(const QString &who, qint64 status)
 {
     return (status == 0 ? tr("%1 started sharing a location") : tr("%1 stopped sharing a location"))
         .arg(who);
+}
+
+bool isWebLink(const QString &address)
+{
+    return address.startsWith("https://"_L1, Qt::CaseInsensitive)
+        || address.startsWith("http://"_L1, Qt::CaseInsensitive);
 }
 
 QString groupChange(const QString &who, qint64 action)
@@ -72,11 +79,20 @@ QString reaction(const QString &who, qint64 type, const QString &emoji, const QS
         return tr("%1 questioned %2").arg(who, what);
     case 2006:
         return tr("%1 reacted with %2 to %3").arg(who, emoji, what);
-    case 4000:
-        return tr("%1 voted on %2").arg(who, what);
     default:
         return tr("%1 put a sticker on %2").arg(who, what);
     }
+}
+
+QString vote(const QString &who, const QStringList &chosen, const QString &quotedPoll)
+{
+    const QString poll = quotedPoll.isEmpty() ? tr("a poll") : quotedPoll;
+    if (chosen.isEmpty())
+        return tr("%1 voted on %2").arg(who, poll);
+    QStringList options;
+    for (const QString &option : chosen)
+        options.append(quote(option));
+    return tr("%1 voted for %2 in %3").arg(who, options.join(u", "_s), poll);
 }
 
 QString replyTo(const QString &quotedText)
@@ -108,6 +124,71 @@ QString event(const Event &event)
     default:
         return tr("[Event %1 by %2]").arg(QString::number(event.type), event.who);
     }
+}
+
+QString balloon(const Balloon &balloon)
+{
+    QString app = balloon.app;
+    switch (balloon.kind) {
+    case Balloon::Kind::Handwriting:
+        return tr("[Handwritten message]");
+    case Balloon::Kind::DigitalTouch:
+        return tr("[Digital Touch message]");
+    case Balloon::Kind::Link:
+        if (balloon.address.isEmpty())
+            return balloon.title.isEmpty() ? tr("[Link]") : linkTitle(balloon.title);
+        return balloon.title.isEmpty() ? balloon.address
+                                       : balloon.address + u' ' + linkTitle(balloon.title);
+    case Balloon::Kind::Payment:
+        app = tr("Payment");
+        break;
+    case Balloon::Kind::Poll:
+        app = tr("Poll");
+        break;
+    case Balloon::Kind::App:
+        if (app.isEmpty())
+            app = tr("App message");
+        break;
+    }
+    const QString caption = balloon.captions.join(u", "_s);
+    const QString label =
+        caption.isEmpty() || caption == app ? u"[%1]"_s.arg(app) : u"[%1: %2]"_s.arg(app, caption);
+    return isWebLink(balloon.address) ? label + u' ' + balloon.address : label;
+}
+
+QString linkTitle(const QString &title)
+{
+    return tr("[Link: %1]").arg(title);
+}
+
+QString pollTitle(const Poll &poll)
+{
+    return poll.title.isEmpty() ? tr("[Poll]") : tr("[Poll: %1]").arg(poll.title);
+}
+
+QString poll(const Poll &poll)
+{
+    QString lines = pollTitle(poll);
+    for (qsizetype i = 0; i < poll.options.size(); ++i)
+        lines += u"\n• "_s + pollOption(poll, i);
+    return lines;
+}
+
+QString pollOption(const Poll &poll, qsizetype option)
+{
+    const QString &text = poll.options.at(option).text;
+    return text.isEmpty() ? tr("[Option %1]").arg(option + 1) : text;
+}
+
+QString attachment()
+{
+    return tr("[Attachment]");
+}
+
+QString voiceMessage(bool isExpired, const QString &transcription)
+{
+    const QString line = isExpired ? tr("[Expired voice message]") : tr("[Voice message]");
+    return transcription.isEmpty() ? line : line + u' ' + transcription;
 }
 
 QString deleted()

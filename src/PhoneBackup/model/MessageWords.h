@@ -2,8 +2,12 @@
 #define PHONEBACKUP_MODEL_MESSAGEWORDS_H
 
 #include <QString>
+#include <QStringList>
 
 namespace PhoneBackup {
+
+struct Balloon;
+struct Poll;
 
 /*!
     The words for what messages hold besides their text: one line each, in the user's language.
@@ -13,8 +17,11 @@ namespace MessageWords {
 //! \a text in one line, cut when it is long, in quotation marks; empty for an empty text.
 QString quote(const QString &text);
 
-//! "Ann loved “See you there”". \a type: 2000 to 2007, 1000 or 4000.
+//! "Ann loved “See you there”". \a type: 2000 to 2007, 1000.
 QString reaction(const QString &who, qint64 type, const QString &emoji, const QString &quotedText);
+
+//! "Ann voted for “Fish” in “[Poll: Supper?]”"; \a chosen is empty where nobody knows for what.
+QString vote(const QString &who, const QStringList &chosen, const QString &quotedPoll);
 
 //! The line above an answer.
 QString replyTo(const QString &quotedText);
@@ -31,6 +38,28 @@ struct Event
     bool toOneself = false;
 };
 QString event(const Event &event);
+
+/*!
+    What a link preview or the message of an app says, for a message that has no text: the link, or
+    what the app calls it in brackets. Never empty.
+*/
+QString balloon(const Balloon &balloon);
+
+//! The title of the page behind a link, to stand beside its address.
+QString linkTitle(const QString &title);
+
+//! A poll's question in brackets; and with a line for each option below.
+QString pollTitle(const Poll &poll);
+QString poll(const Poll &poll);
+
+//! The text of an option, which may have none.
+QString pollOption(const Poll &poll, qsizetype option);
+
+//! A file that the message had and of which nothing else is known.
+QString attachment();
+
+//! A voice message without its sound; \a transcription is what the phone understood.
+QString voiceMessage(bool isExpired, const QString &transcription);
 
 QString deleted();
 QString edited();

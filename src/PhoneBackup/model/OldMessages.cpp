@@ -346,13 +346,14 @@ void OldMessages::readMessage(Message &message, ConversationContent &content)
         message.fromMe = kind != kReceived;
         message.sentDone = kind == kReceived || kind == kSent || kind == kDeleted;
         text = row.text(kText);
+        hints.tellsMissing = partsOf(message.row).isEmpty(); // else its files are parts
         address = row.text(kAddress).trimmed();
     }
     MessageParts parts(m_source, content);
     parts.set(message, text, attachments, hints);
     if (isUnreadable) {
         parts.addText(message, MessageWords::unreadable());
-        MessageBody::tellUnreadable(m_source);
+        MessageBody::tellUnreadable(m_source, u"madrid_attributedBody"_s);
     }
     if (!message.fromMe && !address.isEmpty())
         message.address = m_handles.intern(address);

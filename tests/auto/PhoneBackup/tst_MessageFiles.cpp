@@ -50,7 +50,7 @@ void tst_MessageFiles::showsFilesInTheirPlaces_data()
         << message(1, "'x'") + attachment(1, 1, folder + "a.jpg'") << u"x{image/jpg a.jpg}"_s;
     QTest::newRow("more places than files")
         << message(1, "CAST(x'efbfbcefbfbc' AS TEXT)") + attachment(1, 1, folder + "a.jpg'")
-        << u"{image/jpg a.jpg}"_s;
+        << u"{image/jpg a.jpg}+[Attachment]"_s;
     QTest::newRow("type by the name, though the column says else") << message(1, "NULL")
             + attachment(1, 1, folder + "x'", "transfer_name = 'a.HEIC', mime_type = 'text/plain'")
                                                                    << u"{image/heic a.HEIC}"_s;
@@ -76,8 +76,8 @@ void tst_MessageFiles::showsFilesInTheirPlaces_data()
     QTest::newRow("a text file is no text of the message")
         << message(1, "NULL") + attachment(1, 1, folder + "a.txt'", "mime_type = 'text/plain'")
         << u"[File: a.txt]{application/octet-stream a.txt}"_s;
-    QTest::newRow("contact") << message(1, "NULL") + attachment(1, 1, folder + "c.vcf'")
-                             << u"[Contact: Carl; Jr.]{application/octet-stream c.vcf}"_s;
+    QTest::newRow("contacts") << message(1, "NULL") + attachment(1, 1, folder + "c.vcf'")
+                              << u"[Contact: Carl; Jr., Zoe]{application/octet-stream c.vcf}"_s;
     QTest::newRow("missing contact") << message(1, "NULL") + attachment(1, 1, folder + "gone.vcf'")
                                      << u"[Contact: gone.vcf]{application/octet-stream gone.vcf}"_s;
     QTest::newRow("location")
@@ -119,7 +119,9 @@ void tst_MessageFiles::showsFilesInTheirPlaces()
     add(u"moving"_s, QByteArray("\0\0\0\x18", 4) + "ftyphevc");
     add(u"avif"_s, QByteArray("\0\0\0\x18", 4) + "ftypavif");
     add(u"riff"_s, "RIFF");
-    add(u"c.vcf"_s, "BEGIN:VCARD\r\nitem1.TEL:1\r\nFN;CHARSET=utf-8:Carl\\; Jr.\r\nEND:VCARD\r\n");
+    add(u"c.vcf"_s,
+        "BEGIN:VCARD\r\nitem1.TEL:1\r\nFN;CHARSET=utf-8:Carl\\; Jr.\r\nEND:VCARD\r\n"
+        "BEGIN:VCARD\r\nFN:Zoe\r\nEND:VCARD\r\n");
     add(u"x.loc.vcf"_s, "BEGIN:VCARD\nitem1.URL;type=pref:https://maps.example/?ll=1\\,2\n");
     // Frames of 20 ms in the mode that takes 13 bytes.
     add(u"v.amr"_s, "#!AMR\n" + QByteArray("\x04............", 13).repeated(75 * 50));

@@ -3,6 +3,9 @@
 #include "sample/KeyedArchive.h"
 #include "sample/TypedStream.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -13,6 +16,41 @@ namespace {
 QByteArray app(const QVariantMap &root)
 {
     return hex(Sample::keyedArchive(root));
+}
+
+// The address in which a poll's app keeps what it knows.
+QByteArray pollData(const QJsonObject &item)
+{
+    const QByteArray json =
+        QJsonDocument(QJsonObject { { u"item"_s, item } }).toJson(QJsonDocument::Compact);
+    const QByteArray data =
+        json.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
+    return app({ { u"URL"_s,
+                   QVariantMap { { Sample::kArchivedClass, u"NSURL"_s },
+                                 { u"NS.relative"_s,
+                                   u"data:,%1?src=p&c=4"_s.arg(QLatin1StringView(data)) } } },
+                 { u"ldtext"_s, u"Sent a poll"_s } });
+}
+
+// A poll whose options are called like their identifiers, with a capital letter.
+QByteArray poll(const QString &title, const QByteArrayList &options)
+{
+    QJsonArray list;
+    for (const QByteArray &option : options) {
+        QString text = QString::fromLatin1(option);
+        text.replace(0, 1, text.left(1).toUpper());
+        list.append(QJsonObject { { u"optionIdentifier"_s, QString::fromLatin1(option) },
+                                  { u"text"_s, text } });
+    }
+    return pollData({ { u"title"_s, title }, { u"orderedPollOptions"_s, list } });
+}
+
+QByteArray vote(const QByteArrayList &options)
+{
+    QJsonArray list;
+    for (const QByteArray &option : options)
+        list.append(QJsonObject { { u"voteOptionIdentifier"_s, QString::fromLatin1(option) } });
+    return pollData({ { u"votes"_s, list } });
 }
 
 const QString kAnnSays = u"+15550100123: "_s;
@@ -33,6 +71,7 @@ private Q_SLOTS:
     void mergesConversations_data();
     void mergesConversations();
     void ordersConversationsAndMessages();
+    void tellsWhatWasSentAndHow_data();
     void tellsWhatWasSentAndHow();
     void tellsPartsOfAGroupApart();
     void keepsOneConversationInMemory();
@@ -65,8 +104,21 @@ void tst_Messages::showsEveryKindOfMessage_data()
     QTest::newRow("nothing left of it") << message(1, "NULL", "attributedBody", "x'040b'")
                                         << QStringList { ann("[This message could not be read]") };
     QTest::newRow("control characters")
-        << message(1, "CAST(x'610062010d0a63e280a864efbfbc' AS TEXT)")
+        << message(1, "CAST(x'610062010d0a63e280a864efbfbd' AS TEXT)")
         << QStringList { ann("ab|c|d") };
+    QTest::newRow("files that the database has lost")
+        << message(1, "'\uFFFC\uFFFCtwo'")
+            + message(2, "NULL", "attributedBody", hex(Sample::attributedBody(u"one\uFFFC"_s)))
+            + message(3,
+                      "NULL",
+                      "attributedBody",
+                      hex(Sample::attributedBody(
+                          u"\uFFFC\uFFFC"_s,
+                          { { 1, 0, u"gone"_s, {}, {} }, { 1, 1, u"file-1"_s, {}, {} } })))
+            + attachment(1, 3, "'~/Library/SMS/Attachments/b.png'")
+        << QStringList { ann("[Attachment] [Attachment] two"),
+                         ann("one [Attachment]"),
+                         ann("[Attachment]{image/png b.png}") };
     QTest::newRow("bytes that are no text")
         << message(1, "CAST(x'61ff62' AS TEXT)") << QStringList { ann("ab") };
     QTest::newRow("subject") << message(1, "'Hello'", "subject", "'Re'")
@@ -95,6 +147,49 @@ void tst_Messages::showsEveryKindOfMessage_data()
                                      { u"rp"_s, QVariantList { 0 } } }))
                        + ", x'040b'")
         << QStringList { ann("Last|[Unsent] [Edited]") };
+    const QByteArray lastVersion = Sample::attributedBody(u"Last"_s);
+    const auto history = [](const QVariantMap &parts) {
+        return Sample::binaryPropertyList(QVariantMap { { u"ec"_s, parts } });
+    };
+    const QByteArray plain = history({ { u"0"_s, QVariantList { versions } } });
+    QTest::newRow("edited, as XML")
+        << message(1,
+                   "NULL",
+                   "message_summary_info",
+                   hex("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>ec</key><dict>"
+                       "<key>0</key><array><dict><key>t</key><data>"
+                       + lastVersion.toBase64() + "</data></dict></array></dict></dict></plist>"))
+            + message(2,
+                      "NULL",
+                      "message_summary_info",
+                      hex("<plist><dict><key>rp</key><array><integer>0</integer></array></dict>"
+                          "</plist>"))
+        << QStringList { ann("Last [Edited]"), ann("[Unsent]") };
+    QTest::newRow("edited, parts in the order of their numbers")
+        << message(1,
+                   "NULL",
+                   "message_summary_info",
+                   hex(history({ { u"10"_s, QVariantList { versions } },
+                                 { u"9"_s,
+                                   QVariantList { QVariantMap {
+                                       { u"t"_s, Sample::attributedBody(u"Nine"_s) } } } } })))
+        << QStringList { ann("Nine|Last [Edited]") };
+    const QVariantMap noVersion { { u"t"_s, QByteArray("\x04\x0b") } };
+    QTest::newRow("edited, and damaged: what is left of it")
+        << message(1,
+                   "NULL",
+                   "date_edited, message_summary_info",
+                   "5, " + hex(plain.chopped(30))) // its end tells where everything is
+            + message(2, "NULL", "message_summary_info", hex(plain.first(40)))
+            + message(3, "NULL", "date_edited", "5")
+            + message(4,
+                      "NULL",
+                      "message_summary_info",
+                      hex(history({ { u"0"_s, QVariantList { versions, noVersion } } })))
+        << QStringList { ann("Last [Edited]"),
+                         ann("[This message could not be read]"),
+                         ann("[This message could not be read] [Edited]"),
+                         ann("[This message could not be read] [Edited]") };
     QTest::newRow("marks are not quoted")
         << message(1, "'New'", "date_edited", "700000001000000001")
             + message(
@@ -182,16 +277,48 @@ void tst_Messages::showsEveryKindOfMessage_data()
         << target + message(2, "'x'", reaction, "2007, 'p:0/guid-1'")
             + message(3, "'x'", reaction, "3007, 'p:0/guid-1'")
         << QStringList { ann("See you|there") };
-    QTest::newRow("a poll and its votes")
-        << message(1,
-                   "NULL",
-                   "balloon_bundle_id, payload_data",
-                   "'com.apple.messages.Polls', " + app({ { u"ldtext"_s, u"Fish or soup?"_s } }))
+    const QByteArray balloon = "balloon_bundle_id, payload_data";
+    const QByteArray polls = "'com.apple.messages.Polls', ";
+    QTest::newRow("a poll that has only words")
+        << message(1, "NULL", balloon, polls + app({ { u"ldtext"_s, u"Fish or soup?"_s } }))
             + message(2, "'x'", reaction, "4000, 'guid-1'")
-            + message(3, "'x'", reaction, "4000, 'guid-1'", "0")
         << QStringList { ann("[Poll: Fish or soup?]"),
-                         ann("Ann voted on “[Poll: Fish or soup?]”"),
-                         u"> You voted on “[Poll: Fish or soup?]”"_s };
+                         ann("Ann voted on “[Poll: Fish or soup?]”") };
+    const QByteArray supper = polls + poll(u"Supper?"_s, { "fish", "soup" });
+    const QByteArray voted = reaction + ", " + balloon;
+    const auto voteFor = [&polls](const QByteArrayList &options) {
+        return "4000, 'guid-1', " + polls + vote(options);
+    };
+    QTest::newRow("a poll and the last vote of everybody")
+        << message(1, "CAST(x'efbfbd' AS TEXT)", balloon, supper)
+            + message(2, "'x'", voted, voteFor({ "soup" }))
+            + message(3, "'x'", voted, voteFor({ "fish", "soup", "cake" }))
+            + message(4, "'x'", voted, voteFor({ "fish" }), "0")
+            + message(5, "'x'", voted, voteFor({}), "0")
+        << QStringList { ann("[Poll: Supper?]|• Fish|• Soup"),
+                         ann("Ann voted for “Fish”, “Soup” in “[Poll: Supper?]”") };
+    QTest::newRow("a poll that got an option more")
+        << message(1, "NULL", balloon, supper)
+            + message(2,
+                      "NULL",
+                      "associated_message_guid, " + balloon,
+                      "'guid-1', " + polls + poll(u"Supper?"_s, { "fish", "soup", "rice" }))
+            + message(3, "'x'", voted, voteFor({ "rice" }), "0")
+            + message(4, "'x'", voted, voteFor({ "cake" }))
+        << QStringList { ann("[Poll: Supper?]|• Fish|• Soup|• Rice"),
+                         u"> You voted for “Rice” in “[Poll: Supper?]”"_s,
+                         ann("Ann voted on “[Poll: Supper?]”") };
+    QTest::newRow("what is left of polls") << message(1,
+                                                      "NULL",
+                                                      "associated_message_guid, " + balloon,
+                                                      "'gone', " + polls + poll({}, { "fish", {} }))
+            + message(2, "'x'", voted, "4000, 'elsewhere', " + polls + vote({ "fish" }))
+            + message(3, "NULL", balloon, polls + app({ { u"URL"_s, u"data:,e30?src=p"_s } }))
+            + message(4, "NULL", balloon, polls + "x'00'")
+                                           << QStringList { ann("[Poll]|• Fish|• [Option 2]"),
+                                                            ann("Ann voted on a poll"),
+                                                            ann("[Poll]"),
+                                                            ann("[Poll]") };
 
     QTest::newRow("send effects") << message(1,
                                              "'Boo'",
@@ -242,24 +369,34 @@ void tst_Messages::showsEveryKindOfMessage_data()
                                              ann("[Event 77 by Ann]"),
                                              ann("Ann changed the phone number") };
 
-    const QByteArray balloon = "balloon_bundle_id, payload_data";
     const QByteArray plugin = "'com.apple.messages.MSMessageExtensionBalloonPlugin:0:";
     const QVariantMap url { { Sample::kArchivedClass, u"NSURL"_s },
                             { u"NS.relative"_s, u"https://example.org/x"_s } };
-    const QByteArray link = app(
-        { { u"richLinkMetadata"_s,
-            QVariantMap { { Sample::kArchivedClass, u"LPLinkMetadata"_s }, { u"URL"_s, url } } } });
+    const QVariantMap page { { Sample::kArchivedClass, u"LPLinkMetadata"_s }, { u"URL"_s, url } };
+    QVariantMap titled = page;
+    titled.insert(u"title"_s, u" Tide &\nTimber "_s);
+    const QByteArray link = app({ { u"richLinkMetadata"_s, page } });
+    const QByteArray titledLink = app({ { u"richLinkMetadata"_s, titled } });
+    const QByteArray shared = app({ { Sample::kArchivedClass, u"LPSharingMetadataWrapper"_s },
+                                    { u"metadata"_s, titled },
+                                    { u"hasCompletedFetch"_s, true } });
     QTest::newRow("links") << message(1,
                                       "NULL",
-                                      balloon,
-                                      "'com.apple.messages.URLBalloonProvider', " + link)
+                                      balloon + ", subject",
+                                      "'com.apple.messages.URLBalloonProvider', " + link + ", 'Re'")
             + message(2, "NULL", balloon, "NULL, " + link)
             + message(3, "'https://a.example'", balloon, "NULL, " + link)
             + message(4, "NULL", balloon, "'com.apple.messages.URLBalloonProvider', x'00'")
-                           << QStringList { ann("https://example.org/x"),
+            + message(5, "NULL", balloon, "'com.apple.messages.URLBalloonProvider', " + shared)
+            + message(6, "'https://a.example'", balloon, "NULL, " + titledLink)
+            + message(7, "'Tide & Timber'", balloon, "NULL, " + shared)
+                           << QStringList { ann("Re / https://example.org/x"),
                                             ann("https://example.org/x"),
                                             ann("https://a.example"),
-                                            ann("[Link]") };
+                                            ann("[Link]"),
+                                            ann("https://example.org/x [Link: Tide & Timber]"),
+                                            ann("https://a.example [Link: Tide & Timber]"),
+                                            ann("Tide & Timber") };
     QTest::newRow("apps")
         << message(
                1,
@@ -281,8 +418,21 @@ void tst_Messages::showsEveryKindOfMessage_data()
                          ann("[App message]"),
                          ann("[Digital Touch message]"),
                          ann("[Handwritten message]") };
-    QTest::newRow("a voice message that has expired")
-        << message(1, "NULL", "is_audio_message", "1") << QStringList { ann("[Voice message]") };
+    const QByteArray spoken = hex(
+        Sample::attributedBody(u"\uFFFC"_s, { { 1, 0, u"gone"_s, {}, {}, u"See you\uFFFC"_s } }));
+    QTest::newRow("voice messages that have expired")
+        << message(1, "NULL", "is_audio_message", "1")
+            + message(2, "NULL", "is_audio_message, attributedBody", "1, " + spoken)
+            + message(3,
+                      "NULL",
+                      "is_audio_message, is_expirable, expire_state, attributedBody",
+                      "1, 1, 3, " + spoken)
+            + message(4, "NULL", "is_audio_message, attributedBody", "1, " + spoken)
+            + attachment(1, 4, "NULL")
+        << QStringList { ann("[Voice message]"),
+                         ann("[Voice message] See you"),
+                         ann("[Expired voice message] See you"),
+                         ann("[Voice message] See you{application/octet-stream }") };
 }
 
 void tst_Messages::showsEveryKindOfMessage()
@@ -547,8 +697,29 @@ void tst_Messages::ordersConversationsAndMessages()
     QVERIFY(fixture.problems().isEmpty());
 }
 
+void tst_Messages::tellsWhatWasSentAndHow_data()
+{
+    QTest::addColumn<QByteArrayList>("missing"); // columns
+    QTest::addColumn<QString>("sent");
+
+    const QByteArrayList none;
+    QTest::newRow("all columns") << none << u"++++--+"_s;
+    QTest::newRow("nothing tells of errors") << QByteArrayList { "error" } << u"+++++-+"_s;
+    QTest::newRow("nothing tells of deliveries")
+        << QByteArrayList { "is_delivered", "date_delivered" } << u"++----+"_s;
+    QTest::newRow("nothing tells what was sent") << QByteArrayList { "is_sent" } << u"++++-++"_s;
+    QTest::newRow("errors alone") << QByteArrayList { "is_sent", "is_delivered", "date_delivered" }
+                                  << u"++++-++"_s;
+    QTest::newRow("nothing at all")
+        << QByteArrayList { "is_sent", "is_delivered", "date_delivered", "error" } << u"+++++++"_s;
+}
+
 void tst_Messages::tellsWhatWasSentAndHow()
 {
+    QFETCH(QByteArrayList, missing);
+    QByteArray dropped;
+    for (const QByteArray &column : missing)
+        dropped += "ALTER TABLE message DROP COLUMN " + column + ';';
     MessageFixture fixture;
     fixture.addMessages(
         kAnn
@@ -561,7 +732,8 @@ void tst_Messages::tellsWhatWasSentAndHow()
           " (5, 'e', 'failed', 5, 1, 'iMessageLite', 22, 1, 0, 0),"
           " (6, 'f', 'on its way', 6, 1, 'RCS', 0, 0, 0, 0),"
           " (7, 'g', 'of the chat', 7, 0, NULL, 0, 0, 0, 0);"
-          "INSERT INTO chat_message_join(chat_id, message_id) SELECT 1, ROWID FROM message;");
+          "INSERT INTO chat_message_join(chat_id, message_id) SELECT 1, ROWID FROM message;"
+        + dropped);
     QString sent;
     QString kinds;
     BkSMSChatGroup *group = fixture.content();
@@ -570,7 +742,7 @@ void tst_Messages::tellsWhatWasSentAndHow()
         sent += chat->isSentDone() ? u'+' : u'-';
         kinds += chat->isNormalSMS() ? u'S' : u'i';
     }
-    QCOMPARE(sent, u"++++--+"_s);
+    QTEST(sent, "sent");
     QCOMPARE(kinds, u"SSiiiSi"_s);
 }
 

@@ -1,0 +1,75 @@
+#include "model/Poll.h"
+
+#include "model/StoredText.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSet>
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// "data:,<JSON in base64url>?src=p&c=4"
+QJsonObject itemOf(const QString &address)
+{
+    QStringView data(address);
+    const qsizetype comma = data.indexOf(u',');
+    if (comma < 0 || !data.startsWith("data:"_L1))
+        return {};
+    data = data.sliced(comma + 1);
+    const qsizetype query = data.indexOf(u'?');
+    if (query >= 0)
+        data.truncate(query);
+    const QByteArray json = QByteArray::fromBase64(data.toLatin1(), QByteArray::Base64UrlEncoding);
+    return QJsonDocument::fromJson(json).object().value("item"_L1).toObject();
+}
+
+QString line(const QJsonValue &text)
+{
+    return StoredText::cleaned(text.toString()).simplified();
+}
+
+} // namespace
+
+Poll Poll::read(const QString &address)
+{
+    const QJsonObject item = itemOf(address);
+    Poll poll;
+    poll.title = line(item.value("title"_L1));
+    const QJsonArray options = item.value("orderedPollOptions"_L1).toArray();
+    for (const QJsonValue &value : options) {
+        const QJsonObject option = value.toObject();
+        poll.options.append(
+            { option.value("optionIdentifier"_L1).toString(), line(option.value("text"_L1)) });
+    }
+    return poll;
+}
+
+std::optional<QStringList> Poll::readVote(const QString &address)
+{
+    const QJsonValue votes = itemOf(address).value("votes"_L1);
+    if (!votes.isArray())
+        return std::nullopt;
+    QStringList ids;
+    const QJsonArray list = votes.toArray();
+    for (const QJsonValue &vote : list)
+        ids.append(vote.toObject().value("voteOptionIdentifier"_L1).toString());
+    return ids;
+}
+
+QList<qsizetype> Poll::chosen(const QStringList &ids) const
+{
+    const QSet<QString> wanted(ids.cbegin(), ids.cend());
+    QList<qsizetype> result;
+    for (qsizetype i = 0; i < options.size(); ++i) {
+        if (wanted.contains(options.at(i).id))
+            result.append(i);
+    }
+    return result;
+}
+
+} // namespace PhoneBackup
