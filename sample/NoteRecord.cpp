@@ -95,26 +95,27 @@ QByteArray uuidOf(int number)
 class TableWriter
 {
 public:
-    explicit TableWriter(const QList<QStringList> &rows)
+    TableWriter(const QList<QStringList> &rows, const TableShape &shape)
     {
         const int columnCount = rows.isEmpty() ? 0 : int(rows.first().size());
         m_objects.append(QByteArray()); // the table itself, once all else has its number
-        const Axis rowAxis = axis(int(rows.size()));
-        const Axis columnAxis = axis(columnCount);
+        const Axis rowAxis = axis(int(rows.size()), shape.deletedRow, shape.lostRow);
+        const Axis columnAxis = axis(columnCount, TableShape::kNone, TableShape::kNone);
         QByteArray byColumn;
         // Stored from the last to the first: their order is that of the axes alone.
         for (int column = columnCount - 1; column >= 0; --column) {
             QByteArray cells;
             for (int row = int(rows.size()) - 1; row >= 0; --row)
                 cells += element(rowAxis.keys[row],
-                                 add(FieldWriter().bytes(10, body({ { rows[row][column] } }))));
+                                 add(FieldWriter().bytes(10, body({ run(rows[row][column]) }))));
             byColumn += element(columnAxis.keys[column], add(FieldWriter().bytes(6, cells)));
         }
         const int cellColumns = add(FieldWriter().bytes(6, byColumn));
-        const std::array<std::pair<quint64, int>, 3> parts { {
+        const std::array<std::pair<quint64, int>, 4> parts { {
             { kRowsKey, rowAxis.object },
             { kColumnsKey, columnAxis.object },
             { kCellsKey, cellColumns },
+            { kDirectionKey, direction(shape.isRightToLeft) },
         } };
         FieldWriter table;
         table.number(1, kTableType);
@@ -128,7 +129,13 @@ public:
         FieldWriter writer;
         for (const QByteArray &object : m_objects)
             writer.bytes(3, object);
-        for (const char *key : { "identity", "UUIDIndex", "crRows", "crColumns", "cellColumns" })
+        for (const char *key : { "identity",
+                                 "UUIDIndex",
+                                 "crRows",
+                                 "crColumns",
+                                 "cellColumns",
+                                 "crTableColumnDirection",
+                                 "self" })
             writer.bytes(4, key);
         for (const char *type : { "com.apple.CRDT.NSNumber",
                                   "com.apple.CRDT.NSString",
@@ -146,6 +153,9 @@ private:
     static constexpr quint64 kRowsKey = 2;
     static constexpr quint64 kColumnsKey = 3;
     static constexpr quint64 kCellsKey = 4;
+    static constexpr quint64 kDirectionKey = 5;
+    static constexpr quint64 kSelfKey = 6;
+    static constexpr quint64 kTextType = 1;
     static constexpr quint64 kUuidType = 2;
     static constexpr quint64 kTableType = 4;
 
@@ -154,6 +164,16 @@ private:
         int object;
         QList<int> keys; // what cells name the rows or columns by
     };
+
+    static NoteRun run(const QString &cell)
+    {
+        if (!cell.startsWith(QChar::ObjectReplacementCharacter))
+            return { cell };
+        NoteRun run { cell.first(1) };
+        run.attachment = cell.sliced(1);
+        run.attachmentType = u"public.jpeg"_s;
+        return run;
+    }
 
     int add(const FieldWriter &writer)
     {
@@ -173,18 +193,31 @@ private:
             .message();
     }
 
-    int addUuid()
+    int addCustom(quint64 type, quint64 key, const QByteArray &value)
     {
-        const QByteArray number = FieldWriter().number(2, quint64(m_uuids++)).message();
         return add(FieldWriter().bytes(
             13,
             FieldWriter()
-                .number(1, kUuidType)
-                .bytes(3, FieldWriter().number(1, kUuidKey).bytes(2, number).message())
+                .number(1, type)
+                .bytes(3, FieldWriter().number(1, key).bytes(2, value).message())
                 .message()));
     }
 
-    Axis axis(int count)
+    int addUuid()
+    {
+        return addCustom(
+            kUuidType, kUuidKey, FieldWriter().number(2, quint64(m_uuids++)).message());
+    }
+
+    int direction(bool isRightToLeft)
+    {
+        const QString value =
+            u"CRTableColumnDirection"_s + (isRightToLeft ? u"RightToLeft"_s : u"LeftToRight"_s);
+        const int text = addCustom(kTextType, kSelfKey, FieldWriter().text(4, value).message());
+        return add(FieldWriter().bytes(1, FieldWriter().bytes(2, reference(text)).message()));
+    }
+
+    Axis axis(int count, int deleted, int lost)
     {
         Axis axis;
         QByteArray contents;
@@ -194,8 +227,11 @@ private:
             const int ordered = m_uuids;
             const int place = addUuid();
             axis.keys.append(addUuid());
-            array.bytes(2, FieldWriter().number(1, quint64(i)).bytes(2, uuidOf(ordered)).message());
-            contents += element(place, axis.keys.last());
+            if (i != deleted && i != lost)
+                array.bytes(
+                    2, FieldWriter().number(1, quint64(i)).bytes(2, uuidOf(ordered)).message());
+            if (i != lost)
+                contents += element(place, axis.keys.last());
         }
         axis.object = add(FieldWriter().bytes(
             16,
@@ -216,9 +252,9 @@ QByteArray noteDocument(const QList<NoteRun> &runs)
     return document(body(runs));
 }
 
-QByteArray tableDocument(const QList<QStringList> &rows)
+QByteArray tableDocument(const QList<QStringList> &rows, const TableShape &shape)
 {
-    return document(TableWriter(rows).data());
+    return document(TableWriter(rows, shape).data());
 }
 
 QByteArray gzipped(const QByteArray &bytes)

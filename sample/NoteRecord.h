@@ -51,8 +51,21 @@ struct NoteRun
 //! The record of a note's text, not packed.
 QByteArray noteDocument(const QList<NoteRun> &runs);
 
-//! The record of a table of \a rows that are all as long as the first, not packed.
-QByteArray tableDocument(const QList<QStringList> &rows);
+//! What a table is like, besides its cells.
+struct TableShape
+{
+    static constexpr int kNone = -1;
+
+    bool isRightToLeft = false;
+    int deletedRow = kNone; //!< Its cells are still there; the phone does not show them.
+    int lostRow = kNone; //!< Likewise, but nothing else tells of the row.
+};
+
+/*!
+    The record of a table of \a rows that are all as long as the first, not packed. A cell that
+    begins with U+FFFC holds a picture, whose identifier follows.
+*/
+QByteArray tableDocument(const QList<QStringList> &rows, const TableShape &shape = {});
 
 //! \a bytes as gzip packs them.
 QByteArray gzipped(const QByteArray &bytes);

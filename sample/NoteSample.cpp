@@ -2,6 +2,7 @@
 
 #include "sample/BackupWriter.h"
 #include "sample/Database.h"
+#include "sample/DocumentMaker.h"
 #include "sample/InventedText.h"
 #include "sample/MediaPool.h"
 #include "sample/NoteRecord.h"
@@ -21,10 +22,24 @@ const QString kMedium = u"5D2C7E10-0003-4A4B-8C8D-9E9F00000003"_s;
 const QString kTable = u"5D2C7E10-0004-4A4B-8C8D-9E9F00000004"_s;
 const QString kTag = u"5D2C7E10-0005-4A4B-8C8D-9E9F00000005"_s;
 const QString kDrawing = u"5D2C7E10-0006-4A4B-8C8D-9E9F00000006"_s;
+const QString kScan = u"5D2C7E10-0007-4A4B-8C8D-9E9F00000007"_s;
 const QString kHere = QString(QChar(0xFFFC)); // where an attachment stands
 
 // Keys of folders and attachments; notes come behind them.
-enum Key { Account = 1, Notes, Boats, Repairs, Trash, Picture, Medium, Table, Tag, Drawing, Note };
+enum Key {
+    Account = 1,
+    Notes,
+    Boats,
+    Repairs,
+    Trash,
+    Picture,
+    Medium,
+    Table,
+    Tag,
+    Drawing,
+    Scan,
+    Note
+};
 
 struct NoteText
 {
@@ -32,6 +47,7 @@ struct NoteText
     int folder;
     QList<NoteRun> runs;
     QString hint = {}; // of a locked note
+    QString beginning = {}; // of its text, in the phone's list
 };
 
 NoteRun attached(const QString &identifier, const QString &type)
@@ -91,6 +107,8 @@ QList<NoteText> showcase()
             { u"\n"_s },
             attached(kTag, u"com.apple.notes.inlinetextattachment.hashtag"_s),
             { u"\n"_s },
+            attached(kScan, u"com.apple.paper.doc.scan"_s),
+            { u"\n"_s },
             { u"  if (tide < 1.5)\n    wait();"_s, NoteRun::Monospaced } } },
         { u"Words & signs <b>"_s,
           Notes,
@@ -98,7 +116,7 @@ QList<NoteText> showcase()
             { u"Grüße 🌊 後で 👨‍👩‍👧‍👦, “quoted”, 1 < 2 & 3 > 2\n"_s },
             { u"صباح النور ☀️\n"_s },
             linked(u"crew@marigold.example"_s, u"mailto:crew@marigold.example"_s) } },
-        { u"Alarm code"_s, Notes, {}, u"the first boat"_s },
+        { u"Alarm code"_s, Notes, {}, u"the first boat"_s, u"Four digits, then the bell key"_s },
         { u"Old packing list"_s,
           Trash,
           { { u"Old packing list\n"_s, NoteRun::Title },
@@ -138,6 +156,8 @@ Columns columnsOf(int release)
     return { release == 9 ? "ZCREATIONDATE" : "ZCREATIONDATE1", "ZACCOUNT2", release >= 11 };
 }
 
+constexpr int kHintsOfAccounts = 17; // the first release with one password for all notes
+
 // The number of a note's kind, which changes with the model.
 int noteKind(int release)
 {
@@ -173,7 +193,7 @@ public:
     {
         const char *attachment =
             "INSERT INTO ZICCLOUDSYNCINGOBJECT(Z_PK,Z_ENT,Z_OPT,ZIDENTIFIER,ZTYPEUTI,ZNOTE,ZMEDIA,"
-            "ZALTTEXT,ZMERGEABLEDATA1) VALUES (?,22,1,?,?,?,?,?,?)";
+            "ZMERGEABLEDATA1) VALUES (?,22,1,?,?,?,?,?)";
         const QList<QStringList> rows {
             { u"Day"_s, u"Morning"_s, u"Evening"_s },
             { u"Saturday"_s, u"06:12"_s, u"18:40"_s },
@@ -185,18 +205,16 @@ public:
                   u"com.apple.notes.table"_s,
                   tables,
                   {},
-                  {},
                   gzipped(tableDocument(rows)) });
-        execute(attachment, { Picture, kPicture, u"public.jpeg"_s, pictures, Medium, {}, {} });
-        execute(attachment, { Drawing, kDrawing, u"com.apple.paper"_s, pictures, {}, {}, {} });
-        execute(attachment,
-                { Tag,
-                  kTag,
-                  u"com.apple.notes.inlinetextattachment.hashtag"_s,
-                  pictures,
-                  {},
-                  u"#marigold"_s,
-                  {} });
+        execute(attachment, { Picture, kPicture, u"public.jpeg"_s, pictures, Medium, {} });
+        execute(attachment, { Drawing, kDrawing, u"com.apple.paper"_s, pictures, {}, {} });
+        execute("INSERT INTO ZICCLOUDSYNCINGOBJECT(Z_PK,Z_ENT,Z_OPT,ZIDENTIFIER,ZTYPEUTI,ZNOTE,"
+                "ZTITLE) VALUES (?,22,1,?,'com.apple.paper.doc.scan',?,'Harbour fees')",
+                { Scan, kScan, pictures });
+        execute("INSERT INTO ZICCLOUDSYNCINGOBJECT(Z_PK,Z_ENT,Z_OPT,ZIDENTIFIER,ZTYPEUTI1,ZNOTE1,"
+                "ZALTTEXT) VALUES (?,24,1,?,'com.apple.notes.inlinetextattachment.hashtag',?,"
+                "'#marigold')",
+                { Tag, kTag, pictures });
         execute("INSERT INTO ZICCLOUDSYNCINGOBJECT(Z_PK,Z_ENT,Z_OPT,ZIDENTIFIER,ZFILENAME,"
                 "ZATTACHMENT1) VALUES (?,23,1,?,'mooring.jpg',?)",
                 { Medium, kMedium, Picture });
@@ -206,22 +224,31 @@ public:
     {
         const int key = Note + number;
         const bool isLocked = !text.hint.isEmpty();
+        const bool isOfAccount = m_release >= kHintsOfAccounts;
+        const bool keepsHint = isLocked && !isOfAccount;
+        const bool hasListText = isOfAccount && !text.beginning.isEmpty();
+        if (isLocked && isOfAccount) {
+            execute("UPDATE ZICCLOUDSYNCINGOBJECT SET ZPASSWORDHINT = ? WHERE Z_PK = ?",
+                    { text.hint, Account });
+        }
         execute(
             "INSERT INTO ZICNOTEDATA(Z_PK,Z_ENT,Z_OPT,ZNOTE,ZDATA) VALUES (?,18,1,?,?)",
             { key + 1000, key, isLocked ? m_random.bytes(160) : gzipped(noteDocument(text.runs)) });
         const QByteArray sql = QByteArray("INSERT INTO ZICCLOUDSYNCINGOBJECT(Z_PK,Z_ENT,Z_OPT,"
                                           "ZIDENTIFIER,ZTITLE1,ZNOTEDATA,ZISPASSWORDPROTECTED,"
-                                          "ZPASSWORDHINT,ZMODIFICATIONDATE1,")
+                                          "ZPASSWORDHINT,ZWIDGETSNIPPET,ZMODIFICATIONDATE1,")
             + m_columns.created + ',' + m_columns.account
-            + (m_columns.hasFolder ? ",ZFOLDER) VALUES (?,?,1,?,?,?,?,?,?,?,1,?)"
-                                   : ") VALUES (?,?,1,?,?,?,?,?,?,?,1)");
+            + (m_columns.hasFolder ? ",ZFOLDER) VALUES (?,?,1,?,?,?,?,?,?,?,?,1,?)"
+                                   : ") VALUES (?,?,1,?,?,?,?,?,?,?,?,1)");
         QList<QVariant> values { key,
                                  noteKind(m_release),
                                  m_random.uuid(),
                                  text.title,
                                  key + 1000,
                                  isLocked,
-                                 isLocked ? QVariant(text.hint) : QVariant(),
+                                 keepsHint ? QVariant(text.hint) : QVariant(),
+                                 hasListText ? QVariant(text.title + u'\n' + text.beginning)
+                                             : QVariant(),
                                  cocoaSeconds(created.addSecs(3600)) + 0.25,
                                  cocoaSeconds(created) + 0.5 };
         if (m_columns.hasFolder)
@@ -245,7 +272,8 @@ private:
             "INTEGER, ZOWNER INTEGER, ZFOLDERTYPE INTEGER, ZACCOUNTTYPE INTEGER, "
             "ZMODIFICATIONDATE TIMESTAMP, ZMODIFICATIONDATE1 TIMESTAMP, ZIDENTIFIER VARCHAR, "
             "ZPASSWORDHINT VARCHAR, ZTITLE VARCHAR, ZTITLE1 VARCHAR, ZTITLE2 VARCHAR, ZSNIPPET "
-            "VARCHAR, ZNAME VARCHAR, ZTYPEUTI VARCHAR, ZFILENAME VARCHAR, ZALTTEXT VARCHAR, "
+            "VARCHAR, ZNAME VARCHAR, ZTYPEUTI VARCHAR, ZTYPEUTI1 VARCHAR, ZNOTE1 INTEGER, "
+            "ZFILENAME VARCHAR, ZALTTEXT VARCHAR, ZWIDGETSNIPPET VARCHAR, "
             "ZMERGEABLEDATA1 BLOB, ";
         if (release >= 17)
             sql += "ZGENERATION1 VARCHAR, ";
@@ -268,7 +296,7 @@ private:
               "INSERT INTO Z_PRIMARYKEY VALUES "
               "(1,'ICCloudState',0,0),(2,'ICCloudSyncingObject',0,9),"
               "(18,'ICNoteData',0,1),(20,'ICAccount',2,0),(21,'ICFolder',2,0),"
-              "(22,'ICAttachment',2,0),(23,'ICMedia',2,0),("
+              "(22,'ICAttachment',2,0),(23,'ICMedia',2,0),(24,'ICInlineAttachment',2,0),("
             + kind + ",'ICNote',2,0);";
     }
 
@@ -368,6 +396,11 @@ void addNotes(BackupWriter &writer, const Options &options)
                    folder + u"Media/%1/%2mooring.jpg"_s.arg(kMedium, generation),
                    pool.jpeg(sampleStart()));
     writer.addFile(kDomain, folder + u"FallbackImages/%1.jpg"_s.arg(kDrawing), pool.thumbnail());
+    writer.addFile(
+        kDomain,
+        folder + u"FallbackPDFs/%1"_s.arg(kScan)
+            + (generation.isEmpty() ? u".pdf"_s : u'/' + generation + u"FallbackPDF.pdf"_s),
+        pdfDocument(u"Harbour fees"_s, inventedText(random, 1)));
     writer.addFile(
         kDomain, folder + u"Previews/%1-1-192x144-0.png"_s.arg(kPicture), pool.thumbnail());
 }

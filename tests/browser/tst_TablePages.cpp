@@ -156,6 +156,7 @@ void tst_TablePages::keepsLinesAndIndents()
     QCOMPARE(files,
              QStringList({ u"Mooring sketch/"_s,
                            u"Mooring sketch/Drawing.jpg"_s,
+                           u"Mooring sketch/Harbour fees.pdf"_s,
                            u"Mooring sketch/mooring.jpg"_s }));
 }
 

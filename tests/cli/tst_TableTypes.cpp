@@ -82,7 +82,7 @@ void tst_TableTypes::listsAndExportsThem()
     makeBackup();
     const Result list = run({ u"--list"_s, u"--json"_s, backup() });
     QCOMPARE(list.exitCode, 0);
-    QCOMPARE(counts(list.json()), u"Notes 9, Reminders 8, Calendar 9, Note Attachments 2"_s);
+    QCOMPARE(counts(list.json()), u"Notes 9, Reminders 8, Calendar 9, Note Attachments 3"_s);
     const Result result = run({ backup(), output() });
     QVERIFY2(result.exitCode == 0, result.err.constData());
     QVERIFY(page(u"Notes"_s).contains("Words &amp; signs &lt;b&gt;"));

@@ -33,15 +33,18 @@ NoteMedia::NoteMedia(const FileIndex &index)
     const FileIndex::Range range = index.walk(kDomain);
     for (FileIndex::Row row = range.first; row < range.last; ++row) {
         const QByteArrayView path = index.path(row);
-        if (index.kind(row) != FileIndex::Kind::File || PathParts::isHidden(path))
+        if (index.kind(row) != FileIndex::Kind::File || PathParts::isHidden(path)
+            || PathParts::extension(path) == "encrypted") // of a locked note
             continue;
-        if (const QByteArrayView medium = below(path, "Media"); !medium.isNull()) {
+        if (const QByteArrayView medium = below(path, "Media"); !medium.isNull())
             m_media[firstPart(medium)].append(row);
-            m_all.append(row);
-        } else if (const QByteArrayView drawing = below(path, "FallbackImages");
-                   !drawing.isNull()) {
-            m_drawings.insert(PathParts::stem(firstPart(drawing)).toByteArray(), row);
-        }
+        else if (const QByteArrayView picture = below(path, "FallbackImages"); !picture.isNull())
+            m_pictures[PathParts::stem(firstPart(picture)).toByteArray()].append(row);
+        else if (const QByteArrayView pdf = below(path, "FallbackPDFs"); !pdf.isNull())
+            m_pdfs[PathParts::stem(firstPart(pdf)).toByteArray()].append(row);
+        else
+            continue;
+        m_all.append(row);
     }
 }
 
@@ -59,15 +62,29 @@ FileIndex::Row NoteMedia::take(const QString &identifier, const QString &name)
     return best;
 }
 
-FileIndex::Row NoteMedia::takeDrawing(const QString &identifier)
+FileIndex::Row
+NoteMedia::takeRendering(Rendering rendering, const QString &identifier, const QString &generation)
 {
-    return m_drawings.value(identifier.toUtf8(), FileIndex::kNone);
+    leaveOut(identifier);
+    const Files &files = rendering == Rendering::Pdf ? m_pdfs : m_pictures;
+    const QByteArray wanted = generation.toUtf8();
+    FileIndex::Row best = FileIndex::kNone;
+    for (const FileIndex::Row row : files.value(identifier.toUtf8())) {
+        const QByteArrayView path = m_index.path(row);
+        if (!wanted.isEmpty() && PathParts::name(PathParts::folder(path)) == wanted)
+            return row;
+        if (best == FileIndex::kNone || PathParts::compareNatural(m_index.path(best), path) < 0)
+            best = row;
+    }
+    return best;
 }
 
 void NoteMedia::leaveOut(const QString &identifier)
 {
-    for (const FileIndex::Row row : m_media.value(identifier.toUtf8()))
-        m_used.insert(row);
+    for (const Files *files : { &m_media, &m_pictures, &m_pdfs }) {
+        for (const FileIndex::Row row : files->value(identifier.toUtf8()))
+            m_used.insert(row);
+    }
 }
 
 QList<FileIndex::Row> NoteMedia::unused() const

@@ -11,7 +11,10 @@ namespace PhoneBackup {
 
 /*!
     \brief The files of notes, found by the identifier that is a part of their path:
-    "…/Media/<identifier>/…/<name>", and "…/FallbackImages/<identifier>…" for what is drawn.
+    "…/Media/<identifier>/…/<name>"; "…/FallbackImages/<identifier>…" and
+    "…/FallbackPDFs/<identifier>…" for what is drawn and scanned.
+
+    Changing an attachment makes a new folder for its file, a generation; older ones may stay.
 */
 class NoteMedia
 {
@@ -26,19 +29,28 @@ public:
     */
     FileIndex::Row take(const QString &identifier, const QString &name);
 
-    //! The picture that stands for the drawing \a identifier, likewise.
-    FileIndex::Row takeDrawing(const QString &identifier);
+    enum class Rendering { Picture, Pdf };
 
-    //! Does not offer the files of the medium \a identifier: they are of no use.
+    /*!
+        The file that shows the attachment \a identifier as \a rendering: that of \a generation,
+       else the newest; kNone when the backup has none. All that show it count as used.
+    */
+    FileIndex::Row
+    takeRendering(Rendering rendering, const QString &identifier, const QString &generation);
+
+    //! Does not offer the files of the medium or attachment \a identifier: they are of no use.
     void leaveOut(const QString &identifier);
 
-    //! The media that nobody asked for, in the order of the index.
+    //! The files that nobody asked for, in the order of the index.
     QList<FileIndex::Row> unused() const;
 
 private:
+    using Files = QHash<QByteArray, QList<FileIndex::Row>>; // by identifier
+
     const FileIndex &m_index;
-    QHash<QByteArray, QList<FileIndex::Row>> m_media;
-    QHash<QByteArray, FileIndex::Row> m_drawings;
+    Files m_media;
+    Files m_pictures;
+    Files m_pdfs;
     QList<FileIndex::Row> m_all;
     QSet<FileIndex::Row> m_used;
 };

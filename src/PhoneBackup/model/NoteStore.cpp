@@ -1,6 +1,7 @@
 #include "model/NoteStore.h"
 
-#include "model/MediaKind.h"
+#include "model/NoteAttachments.h"
+#include "model/NoteFolders.h"
 #include "model/NoteMedia.h"
 #include "model/NoteTable.h"
 #include "model/NoteText.h"
@@ -17,7 +18,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <array>
 
 namespace PhoneBackup {
 
@@ -29,14 +29,12 @@ namespace {
 constexpr int kNotes = 9;
 constexpr int kNoteFiles = 18;
 constexpr qint64 kTrash = 1; // kind of a folder
-constexpr int kMostLevels = 32; // of folders in folders, and attachments in attachments
 constexpr qsizetype kMaxCharacters = qsizetype(32) << 20;
 constexpr qsizetype kMaxRecordBytes = qsizetype(32) << 20; // of one note's text, or one table
 constexpr qsizetype kMaxUnpackedBytes = qsizetype(2) << 30; // of all of them
 
 const QString kObjects = u"ZICCLOUDSYNCINGOBJECT"_s;
 const QString kData = u"ZICNOTEDATA"_s;
-constexpr QLatin1StringView kTableType("com.apple.notes.table");
 
 // What a row of the wide table is read as, in the order of the query.
 enum Column {
@@ -47,7 +45,10 @@ enum Column {
     Title1,
     Title2,
     Snippet,
+    ListText,
     InFolder,
+    InAccount,
+    Owner,
     NoteData,
     Parent,
     FolderType,
@@ -62,47 +63,23 @@ enum Column {
     InAttachment,
     Type,
     FileName,
+    UserTitle,
     AltText,
     Url,
-    Table,
-};
-
-struct Folder
-{
-    QString title;
-    qint64 parent = 0;
-    bool isTrash = false;
+    ImageGeneration,
+    PdfGeneration,
 };
 
 struct Draft
 {
     Note note;
     qint64 folder = 0;
-    QString snippet;
+    qint64 account = 0;
+    QString beginning; // of its text, as the phone's list of notes shows it
+    QString hint; // at the password
     bool isLocked = false;
+    bool isDamaged = false;
     bool hasText = false;
-};
-
-struct Attachment
-{
-    qint64 key = 0;
-    qint64 note = 0;
-    qint64 medium = 0;
-    qint64 parent = 0; // another attachment
-    QString identifier;
-    QString type;
-    QString title;
-    QString alternative;
-    QString url;
-    QString table; // its lines
-    QDateTime created;
-    bool isDeleted = false;
-};
-
-struct Medium
-{
-    QString identifier;
-    QString name;
 };
 
 QString firstLine(const QString &text)
@@ -112,6 +89,16 @@ QString firstLine(const QString &text)
     if (line.size() <= kLongest)
         return line;
     return line.first(kLongest - (line[kLongest - 1].isHighSurrogate() ? 1 : 0)) + u'…';
+}
+
+// The text in the phone's list of notes is the title, a line end and the beginning of the text.
+QString withoutTitle(const QString &listText, const QString &title)
+{
+    const qsizetype lineEnd = listText.indexOf(u'\n');
+    const QString first = lineEnd < 0 ? listText : listText.first(lineEnd);
+    if (first.trimmed() != title)
+        return listText.trimmed();
+    return lineEnd < 0 ? QString() : listText.sliced(lineEnd).trimmed();
 }
 
 class NoteStore
@@ -170,7 +157,6 @@ private:
     {
         if (!m_store.hasTable(kObjects))
             return false;
-        const QString type = attribute(u"ZTYPEUTI"_s);
         const QStringList columns {
             u"Z_PK"_s,
             column(u"Z_ENT"_s),
@@ -179,7 +165,10 @@ private:
             column(u"ZTITLE1"_s),
             column(u"ZTITLE2"_s),
             column(u"ZSNIPPET"_s),
+            column(u"ZWIDGETSNIPPET"_s),
             column(u"ZFOLDER"_s),
+            attribute(u"ZACCOUNT"_s),
+            column(u"ZOWNER"_s),
             column(u"ZNOTEDATA"_s),
             column(u"ZPARENT"_s),
             column(u"ZFOLDERTYPE"_s),
@@ -188,17 +177,17 @@ private:
             column(u"ZPASSWORDHINT"_s),
             attribute(u"ZCREATIONDATE"_s),
             attribute(u"ZMODIFICATIONDATE"_s),
-            column(u"ZNOTE"_s),
+            attribute(u"ZNOTE"_s),
             column(u"ZMEDIA"_s),
             attribute(u"ZATTACHMENT"_s),
             column(u"ZPARENTATTACHMENT"_s),
-            type,
+            attribute(u"ZTYPEUTI"_s),
             column(u"ZFILENAME"_s),
+            column(u"ZUSERTITLE"_s),
             column(u"ZALTTEXT"_s),
             column(u"ZURLSTRING"_s),
-            // Records of other attachments are long and of no use here.
-            u"CASE WHEN %1 = '%2' THEN %3 END"_s.arg(
-                type, kTableType, attribute(u"ZMERGEABLEDATA"_s)),
+            column(u"ZFALLBACKIMAGEGENERATION"_s),
+            column(u"ZFALLBACKPDFGENERATION"_s),
         };
         return m_store.query(
             columns.join(u", "_s), kObjects, [this](const Statement &row) { readObject(row); });
@@ -210,19 +199,24 @@ private:
         const bool isGuess = m_kinds.isEmpty();
         if (kind == "ICNote"_L1 || (isGuess && m_notesWithText.contains(row.integer(Key)))) {
             readNote(row);
-        } else if (kind == "ICFolder"_L1
-                   || (isGuess && !row.bytes(Title2).isEmpty() && row.bytes(Type).isEmpty())) {
-            Folder folder;
+            return;
+        }
+        if (const QString hint = row.text(Hint).trimmed(); !hint.isEmpty())
+            m_hintOfAccount.insert(row.integer(Key), hint);
+        if (kind == "ICFolder"_L1
+            || (isGuess && !row.bytes(Title2).isEmpty() && row.bytes(Type).isEmpty())) {
+            NoteFolders::Folder folder;
             folder.title = row.text(Title2).trimmed();
             folder.parent = row.integer(Parent);
+            folder.account = row.integer(row.integer(Owner) != 0 ? Owner : InAccount);
             folder.isTrash = row.integer(FolderType) == kTrash
                 || row.bytes(Identifier).startsWith("TrashFolder");
-            m_folders.insert(row.integer(Key), folder);
+            m_folders.add(row.integer(Key), folder);
         } else if (kind == "ICMedia"_L1
                    || (isGuess && !row.bytes(FileName).isEmpty() && row.bytes(Type).isEmpty())) {
-            m_mediaObjects.insert(row.integer(Key), { row.text(Identifier), row.text(FileName) });
-            if (row.integer(OfAttachment) != 0)
-                m_mediumOfAttachment.insert(row.integer(OfAttachment), row.integer(Key));
+            m_attachments.addMedium(row.integer(Key),
+                                    { row.text(Identifier), row.text(FileName) },
+                                    row.integer(OfAttachment));
         } else if (!row.bytes(Type).isEmpty()) {
             readAttachment(row);
         }
@@ -240,45 +234,37 @@ private:
         draft.note.modified = PhoneTime::since2001(row.number(Modified));
         draft.note.deleted = row.integer(Deleted) != 0;
         draft.folder = row.integer(InFolder);
-        draft.snippet = row.text(Snippet).trimmed();
+        draft.account = row.integer(InAccount);
+        draft.beginning = row.text(Snippet).trimmed();
+        if (draft.beginning.isEmpty())
+            draft.beginning = withoutTitle(row.text(ListText), draft.note.title);
         draft.isLocked = row.integer(Locked) != 0;
-        if (draft.isLocked)
-            lock(draft, row.text(Hint).trimmed());
+        draft.hint = row.text(Hint).trimmed();
         if (row.integer(NoteData) != 0)
             m_noteOfData.insert(row.integer(NoteData), key);
         m_drafts.insert(key, draft);
         m_order.append(key);
     }
 
-    static void lock(Draft &draft, const QString &hint)
-    {
-        draft.note.text = tr("[Locked note]");
-        if (!hint.isEmpty())
-            draft.note.text += u'\n' + tr("Hint: %1").arg(hint);
-        draft.hasText = true;
-    }
-
     void readAttachment(const Statement &row)
     {
-        Attachment attachment;
+        NoteAttachment attachment;
         attachment.key = row.integer(Key);
-        if (m_attachments.contains(attachment.key))
-            return;
         attachment.note = row.integer(OfNote);
         attachment.medium = row.integer(MediumKey);
         attachment.parent = row.integer(InAttachment);
         attachment.identifier = row.text(Identifier);
         attachment.type = row.text(Type);
-        attachment.title = row.text(Title).simplified();
+        attachment.title = row.text(UserTitle).simplified();
+        if (attachment.title.isEmpty())
+            attachment.title = row.text(Title).simplified();
         attachment.alternative = row.text(AltText).simplified();
         attachment.url = row.text(Url).trimmed();
+        attachment.imageGeneration = row.text(ImageGeneration);
+        attachment.pdfGeneration = row.text(PdfGeneration);
         attachment.created = PhoneTime::since2001(row.number(Created));
         attachment.isDeleted = row.integer(Deleted) != 0;
-        if (attachment.type == kTableType)
-            readTable(attachment, row.bytes(Table));
-        m_attachmentByIdentifier.insert(attachment.identifier, attachment.key);
-        m_attachmentOrder.append(attachment.key);
-        m_attachments.insert(attachment.key, attachment);
+        m_attachments.add(attachment);
     }
 
     // A record may unpack to a thousand times its size: together they have a limit, too.
@@ -289,22 +275,56 @@ private:
         return result;
     }
 
-    void readTable(Attachment &attachment, QByteArrayView record)
+    // The lines of the table \a attachment, which stands in \a note; read when they are asked for,
+    // once all that may stand in its cells is known.
+    QString tableText(const NoteAttachment &attachment, qint64 note)
     {
-        if (record.isEmpty())
-            return;
-        const Unzipped unzipped = unpacked(record);
-        const std::optional<NoteTable> table = NoteTable::read(unzipped.data);
-        if (table)
-            attachment.table = table->text();
-        m_charactersLeft -= attachment.table.size();
-        if (!table || !table->isComplete || unzipped.state != Unzipped::State::Whole
-            || m_charactersLeft < 0) {
-            report(u"%1: table %2"_s.arg(kObjects).arg(attachment.key),
-                   tr("The table is damaged, locked or too long; cells of it may be missing."));
+        const auto known = m_tables.constFind(attachment.key);
+        if (known != m_tables.constEnd())
+            return *known;
+        QString text;
+        const QByteArray record = tableRecord(attachment.key);
+        if (!record.isEmpty()) {
+            const Unzipped unzipped = unpacked(record);
+            const std::optional<NoteTable> table = NoteTable::read(
+                unzipped.data, [this, note](const QString &identifier, const QString &type) {
+                    m_attachments.place(identifier, note);
+                    const NoteAttachment found = m_attachments.find(identifier, type);
+                    return NoteText::Inset { m_attachments.label(found), false };
+                });
+            if (table)
+                text = table->text();
+            m_charactersLeft -= text.size();
+            if (!table || !table->isComplete || unzipped.state != Unzipped::State::Whole
+                || m_charactersLeft < 0) {
+                report(u"%1: table %2"_s.arg(kObjects).arg(attachment.key),
+                       tr("The table is damaged, locked or too long; cells of it may be missing."));
+            }
+            if (m_charactersLeft < 0)
+                text.clear();
         }
-        if (m_charactersLeft < 0)
-            attachment.table.clear();
+        m_tables.insert(attachment.key, text);
+        return text;
+    }
+
+    QByteArray tableRecord(qint64 key)
+    {
+        if (!m_tableRecord) {
+            m_tableRecord = m_store.prepare(u"SELECT %1 FROM %2 WHERE ROWID = ?1"_s.arg(
+                attribute(u"ZMERGEABLEDATA"_s), kObjects));
+        }
+        if (!m_tableRecord)
+            return {};
+        m_tableRecord->reset();
+        m_tableRecord->bind(1, key);
+        const Statement::Step step = m_tableRecord->step();
+        QByteArray record;
+        if (step == Statement::Step::Row)
+            record = m_tableRecord->bytes(0).toByteArray();
+        else if (step == Statement::Step::Failed)
+            m_store.addLoss(tr("It is damaged: %1.").arg(m_tableRecord->error()));
+        m_tableRecord->reset();
+        return record;
     }
 
     // Until iOS 10 a note could be in several folders: "Z_12NOTES(Z_12FOLDERS, Z_9NOTES)".
@@ -327,7 +347,9 @@ private:
             m_store.query(columns[notes] + u", "_s + folders, table, [this](const Statement &row) {
                 const auto draft = m_drafts.find(row.integer(0));
                 const bool isBetter = draft != m_drafts.end()
-                    && (draft->folder == 0 || (isTrash(draft->folder) && !isTrash(row.integer(1))));
+                    && (draft->folder == 0
+                        || (m_folders.isTrash(draft->folder)
+                            && !m_folders.isTrash(row.integer(1))));
                 if (isBetter)
                     draft->folder = row.integer(1);
             });
@@ -341,7 +363,10 @@ private:
                 m_store.addLoss(tr("It has no table of texts that can be read."));
             return;
         }
-        m_store.query(u"Z_PK, "_s + m_store.column(kData, u"ZDATA"_s),
+        const QString cipher =
+            u"coalesce(%1, %2)"_s.arg(m_store.column(kData, u"ZCRYPTOTAG"_s),
+                                      m_store.column(kData, u"ZCRYPTOINITIALIZATIONVECTOR"_s));
+        m_store.query(u"Z_PK, %1, %2 IS NOT NULL"_s.arg(m_store.column(kData, u"ZDATA"_s), cipher),
                       kData,
                       [this, withoutNote](const Statement &row) {
                           const QByteArrayView record = row.bytes(1);
@@ -353,34 +378,41 @@ private:
                               draft = m_drafts.insert(lost, {});
                               m_order.append(lost);
                           }
-                          if (draft != m_drafts.end() && !draft->hasText && !record.isEmpty())
-                              setText(*draft, record);
+                          if (draft != m_drafts.end() && !draft->isLocked && !draft->hasText
+                              && !record.isEmpty())
+                              setText(*draft, record, row.integer(2) != 0);
                       });
     }
 
-    void setText(Draft &draft, QByteArrayView record)
+    void setText(Draft &draft, QByteArrayView record, bool isEnciphered)
     {
         const Unzipped unzipped = unpacked(record);
+        draft.hasText = true;
         if (unzipped.state == Unzipped::State::NotGzip) {
-            lock(draft, {});
-            reportText(draft, tr("The text of the note is locked or damaged."));
+            // Newer phones keep a property list of what is enciphered.
+            draft.isLocked = isEnciphered || record.startsWith("bplist00");
+            draft.isDamaged = !draft.isLocked;
+            if (draft.isDamaged)
+                reportText(draft, tr("The text of the note is damaged and cannot be read."));
             return;
         }
-        draft.hasText = true;
-        NoteText text =
-            NoteText::read(unzipped.data, [this](const QString &identifier, const QString &type) {
-                Attachment attachment =
-                    m_attachments.value(m_attachmentByIdentifier.value(identifier));
-                if (attachment.type.isEmpty())
-                    attachment.type = type;
-                return attachment.table.isEmpty() ? NoteText::Inset { label(attachment), false }
-                                                  : NoteText::Inset { attachment.table, true };
+        const qint64 note = draft.note.id;
+        NoteText text = NoteText::read(
+            unzipped.data, [this, note](const QString &identifier, const QString &type) {
+                m_attachments.place(identifier, note);
+                const NoteAttachment attachment = m_attachments.find(identifier, type);
+                const QString table = attachment.kind() == NoteAttachment::Kind::Table
+                    ? tableText(attachment, note)
+                    : QString();
+                return table.isEmpty() ? NoteText::Inset { m_attachments.label(attachment), false }
+                                       : NoteText::Inset { table, true };
             });
         const bool isTooMuch = text.text.size() > m_charactersLeft;
         if (isTooMuch)
             text.text.truncate(std::max<qsizetype>(m_charactersLeft, 0));
         m_charactersLeft -= text.text.size();
         if (isTooMuch || !text.isComplete || unzipped.state != Unzipped::State::Whole) {
+            draft.isDamaged = text.text.isEmpty();
             reportText(draft,
                        tr("The record of the note is damaged or too long; the end of its text may "
                           "be missing."));
@@ -388,149 +420,97 @@ private:
         draft.note.text = text.text;
     }
 
-    QString label(const Attachment &attachment) const
-    {
-        if (!attachment.alternative.isEmpty() && attachment.type.contains("inlinetext"_L1))
-            return attachment.alternative; // a hashtag, a person
-        const Medium medium = mediumOf(attachment);
-        const QString name = medium.name.isEmpty() ? attachment.title : medium.name;
-        const auto named = [&name](const QString &with, const QString &without) {
-            return name.isEmpty() ? without : QString(with).arg(name);
-        };
-        if (attachment.type == "public.url"_L1) {
-            const QString link = attachment.title.isEmpty() || attachment.url.isEmpty()
-                ? attachment.title + attachment.url
-                : attachment.title + u": "_s + attachment.url;
-            return link.isEmpty() ? tr("[Link]") : tr("[Link: %1]").arg(link);
-        }
-        if (attachment.type == kTableType)
-            return named(tr("[Table: %1]"), tr("[Table]"));
-        if (attachment.type.contains("drawing"_L1) || attachment.type.contains("paper"_L1))
-            return named(tr("[Drawing: %1]"), tr("[Drawing]"));
-        if (attachment.type.contains("gallery"_L1))
-            return named(tr("[Scan: %1]"), tr("[Scan]"));
-        switch (mediaKind(name.toUtf8())) {
-        case MediaKind::Picture:
-            return tr("[Picture: %1]").arg(name);
-        case MediaKind::Video:
-            return tr("[Video: %1]").arg(name);
-        case MediaKind::Audio:
-            return tr("[Audio: %1]").arg(name);
-        default:
-            break;
-        }
-        static constexpr std::array<QLatin1StringView, 7> kPictures {
-            "image"_L1, "jpeg"_L1, "png"_L1, "heic"_L1, "heif"_L1, "tiff"_L1, "gif"_L1
-        };
-        const auto isOf = [&attachment](QLatin1StringView word) {
-            return attachment.type.contains(word);
-        };
-        if (std::any_of(kPictures.begin(), kPictures.end(), isOf))
-            return named(tr("[Picture: %1]"), tr("[Picture]"));
-        if (isOf("movie"_L1) || isOf("video"_L1) || isOf("mpeg-4"_L1))
-            return named(tr("[Video: %1]"), tr("[Video]"));
-        if (isOf("audio"_L1))
-            return named(tr("[Audio: %1]"), tr("[Audio]"));
-        return named(tr("[File: %1]"), tr("[File]"));
-    }
-
-    Medium mediumOf(const Attachment &attachment) const
-    {
-        const qint64 key =
-            attachment.medium != 0 ? attachment.medium : m_mediumOfAttachment.value(attachment.key);
-        return m_mediaObjects.value(key);
-    }
-
-    // Pages of a scan belong to the note of the scan.
-    qint64 noteOf(Attachment attachment) const
-    {
-        for (int level = 0; level < kMostLevels && attachment.note == 0; ++level)
-            attachment = m_attachments.value(attachment.parent);
-        return attachment.note;
-    }
-
     void addFiles()
     {
-        for (const qint64 key : std::as_const(m_attachmentOrder)) {
-            const Attachment attachment = m_attachments.value(key);
-            const Medium medium = mediumOf(attachment);
-            const auto draft = m_drafts.find(noteOf(attachment));
+        for (const NoteAttachment &attachment : m_attachments.all()) {
+            const NoteAttachments::Medium medium = m_attachments.mediumOf(attachment);
+            const auto draft = m_drafts.find(m_attachments.noteOf(attachment));
             if (draft == m_drafts.end())
                 continue; // its file, if any, is one without a note
             if (draft->isLocked) {
                 m_media.leaveOut(medium.identifier);
-                reportFile(*draft,
-                           attachment,
-                           tr("Files of locked notes cannot be read and are left out."),
-                           false);
-                continue;
-            }
-            NoteFile file;
-            file.id = attachment.key;
-            file.created = attachment.created;
-            if (!medium.identifier.isEmpty()) {
-                file.file = m_media.take(medium.identifier, medium.name);
-                file.name = medium.name;
-                if (file.file == FileIndex::kNone && !attachment.isDeleted) {
+                m_media.leaveOut(attachment.identifier);
+                if (!medium.identifier.isEmpty() || attachment.isKeptAsRendering()) {
                     reportFile(*draft,
                                attachment,
-                               tr("The file is not in the backup; it may be in the cloud only."),
-                               true);
+                               tr("Files of locked notes cannot be read and are left out."),
+                               false);
                 }
-            } else {
-                file.file = m_media.takeDrawing(attachment.identifier);
-                if (file.file != FileIndex::kNone)
-                    file.name = drawingName(attachment, file.file);
+                continue;
             }
-            if (file.file != FileIndex::kNone)
-                draft->note.files.append(file);
+            const bool hasMedium = !medium.identifier.isEmpty()
+                && addFile(
+                    *draft, attachment, m_media.take(medium.identifier, medium.name), medium.name);
+            // What was drawn over a file shows in its rendering alone.
+            const bool hasRendering =
+                (medium.identifier.isEmpty() || attachment.isKeptAsRendering())
+                && addRendering(*draft, attachment);
+            const bool hasFile = !medium.identifier.isEmpty() || attachment.isKeptAsRendering();
+            if (hasFile && !hasMedium && !hasRendering && !attachment.isDeleted) {
+                reportFile(*draft,
+                           attachment,
+                           tr("The file is not in the backup; it may be in the cloud only."),
+                           true);
+            }
         }
     }
 
-    QString drawingName(const Attachment &attachment, FileIndex::Row row) const
+    bool addRendering(Draft &draft, const NoteAttachment &attachment)
     {
+        const FileIndex::Row picture = m_media.takeRendering(
+            NoteMedia::Rendering::Picture, attachment.identifier, attachment.imageGeneration);
+        const FileIndex::Row pdf = m_media.takeRendering(
+            NoteMedia::Rendering::Pdf, attachment.identifier, attachment.pdfGeneration);
+        const bool isDrawing = attachment.kind() == NoteAttachment::Kind::Drawing;
+        const bool isPdf = pdf != FileIndex::kNone && (!isDrawing || picture == FileIndex::kNone);
+        const FileIndex::Row row = isPdf ? pdf : picture;
+        if (row == FileIndex::kNone)
+            return false;
         const QString extension = PathParts::text(PathParts::extension(m_source.index().path(row)));
-        const QString stem = attachment.title.isEmpty() ? tr("Drawing") : attachment.title;
-        return extension.isEmpty() ? stem : stem + u'.' + extension;
+        return addFile(draft, attachment, row, m_attachments.renderingName(attachment, extension));
+    }
+
+    static bool
+    addFile(Draft &draft, const NoteAttachment &attachment, FileIndex::Row row, const QString &name)
+    {
+        if (row == FileIndex::kNone)
+            return false;
+        draft.note.files.append({ row, name, attachment.key, attachment.created });
+        return true;
     }
 
     void complete(Draft &draft) const
     {
         Note &note = draft.note;
-        if (!draft.hasText)
-            note.text = draft.snippet; // the beginning of a text that is in the cloud only
-        if (note.title.isEmpty() && !draft.isLocked)
+        const bool isUnreadable = draft.isLocked || draft.isDamaged;
+        if (draft.isLocked)
+            note.text = lockedText(draft);
+        else if (draft.isDamaged)
+            note.text = tr("[Damaged note]") + beginning(draft);
+        else if (!draft.hasText)
+            note.text = draft.beginning; // the rest of it is in the cloud only
+        if (note.title.isEmpty() && !isUnreadable)
             note.title = firstLine(note.text);
-        note.folder = folderPath(draft.folder);
-        note.deleted = note.deleted || isTrash(draft.folder);
+        note.folder = m_folders.path(draft.folder);
+        note.deleted = note.deleted || m_folders.isTrash(draft.folder);
     }
 
-    QString folderPath(qint64 key) const
+    // The lock hides the text, but neither the hint nor what the phone's list shows.
+    QString lockedText(const Draft &draft) const
     {
-        QStringList names;
-        QSet<qint64> seen;
-        for (int level = 0; level < kMostLevels && !seen.contains(key); ++level) {
-            const auto folder = m_folders.constFind(key);
-            if (folder == m_folders.constEnd())
-                break;
-            seen.insert(key);
-            names.prepend(folder->title);
-            key = folder->parent;
-        }
-        return names.join(u'/');
+        QString hint = draft.hint;
+        if (hint.isEmpty())
+            hint = m_hintOfAccount.value(draft.account);
+        if (hint.isEmpty())
+            hint = m_hintOfAccount.value(m_folders.account(draft.folder));
+        return tr("[Locked note]") + (hint.isEmpty() ? QString() : u'\n' + tr("Hint: %1").arg(hint))
+            + beginning(draft);
     }
 
-    bool isTrash(qint64 key) const
+    static QString beginning(const Draft &draft)
     {
-        for (int level = 0; level < kMostLevels; ++level) {
-            const auto folder = m_folders.constFind(key);
-            if (folder == m_folders.constEnd())
-                return false;
-            if (folder->isTrash)
-                return true;
-            key = folder->parent;
-        }
-        return false;
+        return draft.beginning.isEmpty() ? QString()
+                                         : u'\n' + tr("Beginning: %1").arg(draft.beginning);
     }
 
     void report(const QString &part, const QString &what)
@@ -542,13 +522,13 @@ private:
         report(tr("note “%1” (%2)").arg(draft.note.title, QString::number(draft.note.id)), what);
     }
     void reportFile(const Draft &draft,
-                    const Attachment &attachment,
+                    const NoteAttachment &attachment,
                     const QString &what,
                     bool isLoss) const
     {
         m_source.addProblem({ kNoteFiles,
                               u"%1/%2 (%3)"_s.arg(draft.note.title,
-                                                  label(attachment),
+                                                  m_attachments.label(attachment),
                                                   QString::number(attachment.key)),
                               what,
                               isLoss });
@@ -560,14 +540,13 @@ private:
     QHash<qint64, QString> m_kinds;
     QSet<qint64> m_notesWithText;
     QHash<qint64, qint64> m_noteOfData;
-    QHash<qint64, Folder> m_folders;
+    NoteFolders m_folders;
     QHash<qint64, Draft> m_drafts;
     QList<qint64> m_order; // of the drafts in the store
-    QHash<qint64, Attachment> m_attachments;
-    QList<qint64> m_attachmentOrder;
-    QHash<QString, qint64> m_attachmentByIdentifier;
-    QHash<qint64, Medium> m_mediaObjects;
-    QHash<qint64, qint64> m_mediumOfAttachment;
+    QHash<qint64, QString> m_hintOfAccount;
+    NoteAttachments m_attachments;
+    QHash<qint64, QString> m_tables; // their lines
+    std::unique_ptr<Statement> m_tableRecord;
     qsizetype m_charactersLeft = kMaxCharacters;
     qsizetype m_bytesLeft = kMaxUnpackedBytes;
 };

@@ -1,6 +1,5 @@
 #include "model/NoteTable.h"
 
-#include "model/NoteText.h"
 #include "record/FieldReader.h"
 
 #include <QHash>
@@ -24,6 +23,7 @@ constexpr quint32 kKeyName = 4;
 constexpr quint32 kTypeName = 5;
 constexpr quint32 kIdentifier = 6;
 // The kinds of an object.
+constexpr quint32 kRegister = 1; // another object, and when it was set
 constexpr quint32 kDictionary = 6;
 constexpr quint32 kText = 10;
 constexpr quint32 kCustom = 13;
@@ -41,9 +41,13 @@ constexpr quint32 kArrayMember = 2;
 constexpr quint32 kMemberIdentifier = 2;
 // The kinds of a reference.
 constexpr quint32 kNumber = 2;
+constexpr quint32 kString = 4;
 constexpr quint32 kObjectIndex = 6;
 } // namespace Field
 
+constexpr QChar kFirstStrongIsolate(0x2068);
+constexpr QChar kRightToLeftIsolate(0x2067);
+constexpr QChar kEndOfIsolate(0x2069);
 constexpr quint64 kNone = std::numeric_limits<quint64>::max();
 
 // An object of the record, looked at once: what refers to it may come any number of times.
@@ -53,12 +57,15 @@ struct Object
     QByteArrayView dictionary;
     QByteArrayView orderedSet;
     QByteArrayView text;
+    QByteArrayView reference; // of a register
     quint64 identifier = kNone; // number of the identifier that it stands for
+    bool isThere = false; // false: what refers to it leads nowhere
 };
 
 Object objectOf(QByteArrayView message)
 {
     Object object;
+    object.isThere = true;
     FieldReader reader(message);
     while (reader.next()) {
         switch (reader.number()) {
@@ -70,6 +77,9 @@ Object objectOf(QByteArrayView message)
             break;
         case Field::kOrderedSet:
             object.orderedSet = reader.bytes();
+            break;
+        case Field::kRegister:
+            object.reference = FieldReader::find(reader.bytes(), { Field::kContents });
             break;
         case Field::kText:
             object.text = reader.bytes();
@@ -88,8 +98,14 @@ Object objectOf(QByteArrayView message)
 // Rows or columns: the place of each identifier, and how many there are.
 struct Axis
 {
+    static constexpr qsizetype kUnknown = -1;
+    static constexpr qsizetype kDeleted = -2; // the phone still knows it, but does not show it
+
+    qsizetype place(quint64 identifier) const { return places.value(identifier, kUnknown); }
+
     QHash<quint64, qsizetype> places;
     qsizetype count = 0;
+    bool isComplete = true;
 };
 
 class Objects
@@ -144,6 +160,16 @@ public:
         return index < m_objects.size() ? m_objects[index] : Object();
     }
 
+    // The text in the entry \a key of \a custom, which may be kept in a register.
+    QByteArrayView string(QByteArrayView custom, QByteArrayView key) const
+    {
+        Object holder = entry(custom, key);
+        if (!holder.reference.isNull())
+            holder = object(holder.reference);
+        return FieldReader::find(holder.custom,
+                                 { Field::kCustomEntry, Field::kValue, Field::kString });
+    }
+
     // The number of the identifier that the object in field \a part of \a element stands for.
     quint64 identifier(QByteArrayView element, quint32 part) const
     {
@@ -160,18 +186,19 @@ public:
                 continue;
             const auto known = m_identifiers.constFind(
                 FieldReader::find(members.bytes(), { Field::kMemberIdentifier }));
-            if (known != m_identifiers.constEnd() && !axis.places.contains(quint64(*known)))
+            if (known == m_identifiers.constEnd())
+                axis.isComplete = false;
+            else if (!axis.places.contains(quint64(*known)))
                 axis.places.insert(quint64(*known), axis.count++);
         }
         // Cells name a row or column by another identifier, which stands for the one above.
         QHash<quint64, qsizetype> others;
         FieldReader elements(FieldReader::find(ordering, { Field::kContents }));
         while (elements.next()) {
-            if (elements.number() != Field::kElement)
-                continue;
-            const auto place = axis.places.constFind(identifier(elements.bytes(), Field::kKey));
-            if (place != axis.places.constEnd())
-                others.insert(identifier(elements.bytes(), Field::kValue), *place);
+            const quint64 ordered = identifier(elements.bytes(), Field::kKey);
+            const quint64 other = identifier(elements.bytes(), Field::kValue);
+            if (elements.number() == Field::kElement && ordered != kNone && other != kNone)
+                others.insert(other, axis.places.value(ordered, Axis::kDeleted));
         }
         for (auto it = others.cbegin(); it != others.cend(); ++it) {
             if (!axis.places.contains(it.key()))
@@ -190,7 +217,7 @@ private:
 
 } // namespace
 
-std::optional<NoteTable> NoteTable::read(QByteArrayView document)
+std::optional<NoteTable> NoteTable::read(QByteArrayView document, const NoteText::Insets &insets)
 {
     const Objects objects(FieldReader::find(document, { Field::kDocument, Field::kData }));
     const QByteArrayView table = objects.table();
@@ -199,48 +226,78 @@ std::optional<NoteTable> NoteTable::read(QByteArrayView document)
     const Axis rows = objects.axis(objects.entry(table, "crRows"));
     const Axis columns = objects.axis(objects.entry(table, "crColumns"));
     NoteTable result;
-    result.isComplete = !objects.isDamaged();
-    if (rows.count == 0 || columns.count == 0)
-        return result;
-    const qsizetype rowCount = std::min(rows.count, kMaxCells / columns.count);
-    if (rowCount < rows.count)
-        result.isComplete = false;
+    result.isRightToLeft = objects.string(table, "crTableColumnDirection").endsWith("RightToLeft");
+    const qsizetype rowCount =
+        columns.count == 0 ? 0 : std::min(rows.count, kMaxCells / columns.count);
+    result.isComplete = !objects.isDamaged() && rows.isComplete && columns.isComplete
+        && (columns.count == 0 || rowCount == rows.count);
     result.rows = QList<QStringList>(rowCount, QStringList(columns.count));
 
-    // Columns may share their cells in a hostile record: what is looked at has a limit.
+    // Columns may share their cells in a hostile record: what is looked at has a limit, and so has
+    // what is shown, for a name of an attachment may stand in every cell.
     qsizetype bytesLeft = 2 * document.size();
+    qsizetype charactersLeft = NoteText::kMaxCharacters;
     FieldReader byColumn(objects.entry(table, "cellColumns").dictionary);
     while (byColumn.next()) {
-        const qsizetype column =
-            columns.places.value(objects.identifier(byColumn.bytes(), Field::kKey), -1);
-        if (byColumn.number() != Field::kElement || column < 0)
+        const qsizetype column = columns.place(objects.identifier(byColumn.bytes(), Field::kKey));
+        if (byColumn.number() != Field::kElement || column == Axis::kDeleted)
             continue;
-        FieldReader byRow(
-            objects.object(FieldReader::find(byColumn.bytes(), { Field::kValue })).dictionary);
+        const Object cells = objects.object(FieldReader::find(byColumn.bytes(), { Field::kValue }));
+        result.isComplete = result.isComplete && cells.isThere;
+        FieldReader byRow(cells.dictionary);
         while (byRow.next()) {
             const QByteArrayView element = byRow.bytes();
             const QByteArrayView text =
                 objects.object(FieldReader::find(element, { Field::kValue })).text;
             bytesLeft -= element.size() + text.size() + 1;
-            if (bytesLeft < 0) {
+            if (bytesLeft < 0 || charactersLeft < 0) {
                 result.isComplete = false;
                 return result;
             }
-            const qsizetype row = rows.places.value(objects.identifier(element, Field::kKey), -1);
-            if (byRow.number() == Field::kElement && row >= 0 && row < rowCount)
-                result.rows[row][column] = NoteText::readBody(text, {}).text;
+            const qsizetype row = rows.place(objects.identifier(element, Field::kKey));
+            if (byRow.number() != Field::kElement || row == Axis::kDeleted)
+                continue;
+            const NoteText cell = NoteText::readBody(text, insets);
+            charactersLeft -= cell.text.size();
+            const bool hasPlace = column >= 0 && row >= 0 && row < rowCount;
+            if (hasPlace)
+                result.rows[row][column] = cell.text;
+            if (text.isNull() || !cell.isComplete || (!hasPlace && !cell.text.isEmpty()))
+                result.isComplete = false;
         }
+        result.isComplete = result.isComplete && !byRow.isDamaged();
     }
+    result.isComplete = result.isComplete && !byColumn.isDamaged();
     return result;
 }
+
+namespace {
+
+bool hasRightToLeft(const QString &text)
+{
+    const QList<uint> characters = text.toUcs4();
+    return std::any_of(characters.cbegin(), characters.cend(), [](uint character) {
+        const QChar::Direction direction = QChar::direction(character);
+        return direction == QChar::DirR || direction == QChar::DirAL;
+    });
+}
+
+} // namespace
 
 QString NoteTable::text() const
 {
     QStringList lines;
     lines.reserve(rows.size());
     for (const QStringList &row : rows) {
-        QString line = row.join(u" | "_s);
-        lines.append(line.replace(u'\n', u' '));
+        QStringList cells;
+        cells.reserve(row.size());
+        for (const QString &cell : row) {
+            // Else the words of two cells, and the bar between them, run in one direction.
+            const bool isIsolated = isRightToLeft ? !cell.isEmpty() : hasRightToLeft(cell);
+            cells.append(isIsolated ? kFirstStrongIsolate + cell + kEndOfIsolate : cell);
+        }
+        const QString line = cells.join(u" | "_s).replace(u'\n', u' ');
+        lines.append(isRightToLeft ? kRightToLeftIsolate + line + kEndOfIsolate : line);
     }
     return lines.join(u'\n');
 }

@@ -1,6 +1,8 @@
 #ifndef PHONEBACKUP_MODEL_NOTETABLE_H
 #define PHONEBACKUP_MODEL_NOTETABLE_H
 
+#include "model/NoteText.h"
+
 #include <QByteArrayView>
 #include <QList>
 #include <QStringList>
@@ -15,20 +17,25 @@ namespace PhoneBackup {
     The phone keeps tables so that several devices may change them at once: rows, columns and cells
     are objects that refer to each other by number and by identifier.
     \par Bytes
-    Untrusted: references may lead nowhere or in circles, which are cells that stay empty. At most
-    kMaxCells are read; time and memory are linear.
+    Untrusted: references may lead nowhere or in circles. At most kMaxCells are read; time and
+    memory are linear.
 */
 struct NoteTable
 {
     static constexpr qsizetype kMaxCells = 100'000;
 
     QList<QStringList> rows; //!< All of the same length, in the order of reading.
-    bool isComplete = true; //!< false: it has more cells than are read, or is damaged.
+    bool isRightToLeft = false; //!< The first column is the right-most.
+    bool isComplete = true; //!< false: cells are missing, because it is damaged or too long.
 
-    //! The table in \a document, the unpacked record; none when there is no table in it.
-    static std::optional<NoteTable> read(QByteArrayView document);
+    //! The table in \a document, the unpacked record; none when there is no table in it. \a insets
+    //! tells what to show for the attachments in its cells.
+    static std::optional<NoteTable> read(QByteArrayView document, const NoteText::Insets &insets);
 
-    //! A line a row, its cells parted by bars; line ends in cells become blanks.
+    /*!
+        A line a row, its cells parted by bars; line ends in cells become blanks. Where text runs
+        from right to left, characters that show nothing keep the columns in their order.
+    */
     QString text() const;
 };
 

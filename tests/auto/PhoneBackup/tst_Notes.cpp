@@ -14,18 +14,21 @@ constexpr int kNotes = 9;
 constexpr int kNoteFiles = 18;
 const QString kDomain = u"AppDomainGroup-group.com.apple.notes"_s;
 const QString kStore = u"NoteStore.sqlite"_s;
+const QString kHere = QString(QChar::ObjectReplacementCharacter); // where an attachment stands
 const QString kOldStore = u"Library/Notes/notes.sqlite"_s;
 
 // The columns that the rows of the tests below need.
 const QByteArray kTables =
     "CREATE TABLE ZICCLOUDSYNCINGOBJECT (Z_PK INTEGER PRIMARY KEY, Z_ENT INTEGER,"
-    " ZISPASSWORDPROTECTED, ZMARKEDFORDELETION, ZNOTE, ZMEDIA, ZFOLDER, ZNOTEDATA, ZPARENT,"
-    " ZFOLDERTYPE, ZPARENTATTACHMENT, ZCREATIONDATE3, ZMODIFICATIONDATE1, ZIDENTIFIER,"
-    " ZPASSWORDHINT, ZTITLE, ZTITLE1, ZTITLE2, ZSNIPPET, ZTYPEUTI, ZFILENAME, ZURLSTRING,"
-    " ZMERGEABLEDATA1);"
-    "CREATE TABLE ZICNOTEDATA (Z_PK INTEGER PRIMARY KEY, ZNOTE, ZDATA);"
+    " ZISPASSWORDPROTECTED, ZMARKEDFORDELETION, ZNOTE, ZNOTE1, ZMEDIA, ZFOLDER, ZNOTEDATA,"
+    " ZPARENT, ZOWNER, ZACCOUNT7, ZFOLDERTYPE, ZPARENTATTACHMENT, ZCREATIONDATE3,"
+    " ZMODIFICATIONDATE1, ZIDENTIFIER, ZPASSWORDHINT, ZTITLE, ZTITLE1, ZTITLE2, ZUSERTITLE,"
+    " ZSNIPPET, ZWIDGETSNIPPET, ZTYPEUTI, ZFILENAME, ZURLSTRING, ZFALLBACKIMAGEGENERATION,"
+    " ZFALLBACKPDFGENERATION, ZMERGEABLEDATA1);"
+    "CREATE TABLE ZICNOTEDATA (Z_PK INTEGER PRIMARY KEY, ZNOTE, ZCRYPTOTAG, ZDATA);"
     "CREATE TABLE Z_PRIMARYKEY (Z_ENT INTEGER PRIMARY KEY, Z_NAME);"
-    "INSERT INTO Z_PRIMARYKEY VALUES (4,'ICAttachment'),(5,'ICMedia'),(7,'ICNote'),(8,'ICFolder');"
+    "INSERT INTO Z_PRIMARYKEY VALUES (4,'ICAttachment'),(5,'ICMedia'),(6,'ICAccount'),(7,'ICNote'),"
+    "(8,'ICFolder');"
     "INSERT INTO ZICCLOUDSYNCINGOBJECT(Z_PK, Z_ENT, ZTITLE2, ZFOLDERTYPE, ZPARENT, ZIDENTIFIER)"
     " VALUES (1,8,'Notes',0,NULL,'a'), (2,8,'Boats',0,NULL,'b'), (3,8,'Repairs',0,2,'c'),"
     " (4,8,'Recently Deleted',1,NULL,'d'), (5,8,'Trash of an account',0,NULL,'TrashFolder-X'),"
@@ -51,7 +54,8 @@ QByteArray note(int key, const QByteArray &assignments, const QByteArray &data)
         + (assignments.isEmpty() ? QByteArray()
                                  : "UPDATE ZICCLOUDSYNCINGOBJECT SET " + assignments
                    + " WHERE Z_PK = " + number + ';')
-        + "INSERT INTO ZICNOTEDATA VALUES (" + number + ',' + number + ',' + data + ");";
+        + "INSERT INTO ZICNOTEDATA(Z_PK, ZNOTE, ZDATA) VALUES (" + number + ',' + number + ','
+        + data + ");";
 }
 
 // A row without its times.
@@ -141,10 +145,14 @@ void tst_Notes::readsEveryStore()
         QVERIFY(rows[1].contains(
             u":/Day | Morning | Evening/Saturday | 06:12 | 18:40/Sunday | 06:58 | /The ferry"_s));
         QVERIFY(rows[2].contains(u"/[Picture: mooring.jpg]/The ring"_s));
-        QVERIFY(rows[2].contains(u"/[Drawing]/#marigold"_s));
-        QVERIFY(rows[4].endsWith("|[Locked note]/Hint: the first boat"_L1));
+        QVERIFY(rows[2].contains(u"/[Drawing]/#marigold/[Scan: Harbour fees]/"_s));
+        QVERIFY(rows[4].endsWith(
+            u"|[Locked note]/Hint: the first boat"_s
+            + (release < 17 ? QString() : u"/Beginning: Four digits, then the bell key"_s)));
         QCOMPARE(fixture.list(kNoteFiles),
-                 QStringList({ u"Mooring sketch/mooring.jpg"_s, u"Mooring sketch/Drawing.jpg"_s }));
+                 QStringList({ u"Mooring sketch/mooring.jpg"_s,
+                               u"Mooring sketch/Drawing.jpg"_s,
+                               u"Mooring sketch/Harbour fees.pdf"_s }));
     } else {
         QCOMPARE(fixture.list(kNoteFiles), QStringList());
     }
@@ -195,24 +203,56 @@ void tst_Notes::readsRows_data()
     row("locked, newer form",
         note(20, "ZISPASSWORDPROTECTED = 1", hex("bplist00")),
         { u"Title|Notes|||[Locked note]"_s });
+    const QByteArray account = "INSERT INTO ZICCLOUDSYNCINGOBJECT(Z_PK, Z_ENT, ZPASSWORDHINT)"
+                               " VALUES (9,6,'cat');";
+    row("locked, hint of the account",
+        account + note(20, "ZISPASSWORDPROTECTED = 1, ZACCOUNT7 = 9", "x'0011'"),
+        { u"Title|Notes|||[Locked note]/Hint: cat"_s });
+    row("locked, hint of the folder's account",
+        account + "UPDATE ZICCLOUDSYNCINGOBJECT SET ZOWNER = 9 WHERE Z_PK = 1;"
+            + note(20, "ZISPASSWORDPROTECTED = 1", "x'0011'"),
+        { u"Title|Notes|||[Locked note]/Hint: cat"_s });
+    row("locked, hints of both",
+        account
+            + note(20, "ZISPASSWORDPROTECTED = 1, ZACCOUNT7 = 9, ZPASSWORDHINT = 'dog'", "x'0011'"),
+        { u"Title|Notes|||[Locked note]/Hint: dog"_s });
+    row("locked, its beginning in the list",
+        note(20, "ZISPASSWORDPROTECTED = 1, ZWIDGETSNIPPET = 'Title\nThe pin\nis'", "x'0011'"),
+        { u"Title|Notes|||[Locked note]/Beginning: The pin/is"_s });
+    row("locked, nothing but the title in the list",
+        note(20, "ZISPASSWORDPROTECTED = 1, ZWIDGETSNIPPET = 'Title'", "x'0011'"),
+        { u"Title|Notes|||[Locked note]"_s });
     row("locked without the mark",
-        note(20, {}, "x'0011'"),
-        { u"Title|Notes|||[Locked note]"_s },
+        note(20, {}, "x'0011'") + "UPDATE ZICNOTEDATA SET ZCRYPTOTAG = x'00';",
+        { u"Title|Notes|||[Locked note]"_s });
+    row("locked without the mark, newer form",
+        note(20, {}, hex("bplist00")),
+        { u"Title|Notes|||[Locked note]"_s });
+    row("damaged",
+        note(20, "ZSNIPPET = 'the start'", "x'0011'"),
+        { u"Title|Notes|||[Damaged note]/Beginning: the start"_s },
         true);
+    row("damaged, without a title",
+        note(20, "ZTITLE1 = NULL", "x'0011'"),
+        { u"|Notes|||[Damaged note]"_s },
+        true);
+    row("text in the cloud only, its beginning in the list",
+        note(20, "ZWIDGETSNIPPET = 'Title\nthe start'", "NULL"),
+        { u"Title|Notes|||the start"_s });
     row("text in the cloud only",
         note(20, "ZSNIPPET = 'the start'", "NULL"),
         { u"Title|Notes|||the start"_s });
     row("cut record",
         note(20, {}, hex(packed(u"Title\nbody"_s).first(15))),
-        { u"Title|Notes|||"_s },
+        { u"Title|Notes|||[Damaged note]"_s },
         true);
     row("record of something else",
         note(20, {}, hex(Sample::gzipped("\xff\xff\xff"))),
-        { u"Title|Notes|||"_s },
+        { u"Title|Notes|||[Damaged note]"_s },
         true);
     row("a gzip bomb",
         note(20, {}, hex(Sample::gzipped(QByteArray(100 << 20, '\0')))),
-        { u"Title|Notes|||"_s },
+        { u"Title|Notes|||[Damaged note]"_s },
         true);
     row("dates that are none",
         note(20, "ZCREATIONDATE3 = 'soon', ZMODIFICATIONDATE1 = 9e18", text),
@@ -263,18 +303,35 @@ void tst_Notes::readsFiles()
 {
     BackupFixture fixture;
     const QByteArray text = hex(packed(u"body"_s));
-    const QByteArray sql = kTables + note(20, "ZTITLE1 = 'Two/three'", text) + note(21, {}, text)
-        + note(22, "ZFOLDER = 4, ZTITLE1 = 'Gone'", text)
+    const QByteArray withTable = hex(
+        Sample::gzipped(Sample::noteDocument({ { kHere, -1, 0, false, false, {}, u"table"_s } })));
+    const QByteArray sql = kTables + note(20, "ZTITLE1 = 'Two/three'", text)
+        + note(21, {}, withTable) + note(22, "ZFOLDER = 4, ZTITLE1 = 'Gone'", text)
         + note(23, "ZISPASSWORDPROTECTED = 1", "x'00'")
         + "INSERT INTO ZICCLOUDSYNCINGOBJECT(Z_PK, Z_ENT, ZNOTE, ZMEDIA, ZIDENTIFIER, ZTYPEUTI,"
           " ZPARENTATTACHMENT) VALUES (30,4,20,40,'A','public.png',NULL), "
           "(31,4,21,41,'B','x',NULL),"
           " (32,4,20,42,'C','x',NULL), (33,4,22,43,'D','x',NULL), (34,4,23,44,'E','x',NULL),"
           " (35,4,NULL,45,'F','x',36), (36,4,21,NULL,'G','x',35), (37,4,NULL,NULL,'H','x',37),"
-          " (38,4,21,NULL,'I','com.apple.drawing',NULL);"
+          " (38,4,21,NULL,'I','com.apple.drawing',NULL), (39,4,23,NULL,'J','com.apple.paper',NULL),"
+          " (50,4,23,NULL,'K','public.url',NULL), (51,4,21,NULL,'L','com.apple.paper',NULL),"
+          " (52,4,NULL,46,'N','x',NULL), (53,4,NULL,47,'P','public.jpeg',NULL),"
+          " (54,4,21,NULL,'table','com.apple.notes.table',NULL);"
+          "UPDATE ZICCLOUDSYNCINGOBJECT SET ZNOTE1 = 20 WHERE Z_PK = 52;"
+          "UPDATE ZICCLOUDSYNCINGOBJECT SET ZMERGEABLEDATA1 = "
+        + hex(Sample::gzipped(Sample::tableDocument({ { kHere + u'P' } })))
+        + " WHERE Z_PK = 54;"
+          "INSERT INTO ZICCLOUDSYNCINGOBJECT(Z_PK, Z_ENT, ZNOTE, ZIDENTIFIER, ZTYPEUTI,"
+          " ZFALLBACKPDFGENERATION, ZTITLE, ZUSERTITLE) VALUES"
+          " (60,4,20,'S0','com.apple.paper.doc.scan','1_GEN','Scanned','Bill'),"
+          " (61,4,20,'S1','com.apple.paper.doc.scan',NULL,NULL,NULL),"
+          " (62,4,20,'S2','com.apple.paper.doc.pdf',NULL,'Form.PDF',NULL),"
+          " (63,4,20,'S3','com.apple.paper.doc.pdf',NULL,NULL,NULL),"
+          " (64,4,20,'S4','com.apple.paper.doc.scan',NULL,NULL,NULL);"
           "INSERT INTO ZICCLOUDSYNCINGOBJECT(Z_PK, Z_ENT, ZIDENTIFIER, ZFILENAME) VALUES"
           " (40,5,'M0','a.png'), (41,5,'M1','b.png'), (42,5,'M2','a.png'), (43,5,'M3','../g.pdf'),"
-          " (44,5,'M4','secret.png'), (45,5,'M5','page.jpg');";
+          " (44,5,'M4','secret.png'), (45,5,'M5','page.jpg'),"
+          " (46,5,'M6','inline.png'), (47,5,'M7','cell.jpg');";
     fixture.writer.addFile(kDomain, kStore, BackupFixture::database(sql.constData()));
     for (const char *path : { "Accounts/X/Media/M0/1_GEN/a.png", // since iOS 17
                               "Accounts/X/Media/M0/1_GEN/other.png",
@@ -284,19 +341,49 @@ void tst_Notes::readsFiles()
                               "Accounts/X/Media/M5/page.jpg",
                               "Accounts/X/Media/M9/stray.png",
                               "Accounts/X/Previews/M0.png",
-                              "Accounts/X/FallbackImages/I.jpg" })
-        fixture.writer.addFile(kDomain, QString::fromLatin1(path), "x");
+                              "Accounts/X/Media/M6/inline.png",
+                              "Accounts/X/Media/M7/cell.jpg",
+                              "Accounts/X/FallbackImages/I.jpg",
+                              "Accounts/X/FallbackImages/J.png.encrypted", // of a locked note
+                              "Accounts/X/FallbackImages/S0.jpg", // the PDF shows all of it
+                              "Accounts/X/FallbackPDFs/S0/1_GEN/FallbackPDF.pdf",
+                              "Accounts/X/FallbackPDFs/S0/2_GEN/FallbackPDF.pdf",
+                              "Accounts/X/FallbackPDFs/S1.pdf",
+                              "Accounts/X/FallbackPDFs/S2/FallbackPDF.pdf",
+                              "Accounts/X/FallbackPDFs/S3/9_GEN/FallbackPDF.pdf",
+                              "Accounts/X/FallbackPDFs/S3/10_GEN/FallbackPDF.pdf",
+                              "Accounts/X/FallbackPDFs/S9/FallbackPDF.pdf" })
+        fixture.writer.addFile(kDomain, QString::fromLatin1(path), path);
     QCOMPARE(fixture.list(kNoteFiles),
              QStringList({ u"Gone/_g.pdf [deleted]"_s,
                            u"Title/page.jpg"_s, // of a scan, which belongs to the note
                            u"Title/Drawing.jpg"_s,
+                           u"Title/cell.jpg"_s, // of a table, likewise
                            u"Two_three/a.png"_s,
                            u"Two_three/a (2).png"_s,
+                           u"Two_three/inline.png"_s,
+                           u"Two_three/Bill.pdf"_s,
+                           u"Two_three/Scan.pdf"_s,
+                           u"Two_three/Form.PDF"_s,
+                           u"Two_three/Document.pdf"_s,
+                           u"Other/FallbackPDF.pdf"_s,
                            u"Other/other.png"_s,
                            u"Other/stray.png"_s }));
     QCOMPARE(fixture.problems(),
              QStringList({ u"18 Title/[Picture: b.png] (31) (loss)"_s,
-                           u"18 Title/[Picture: secret.png] (34)"_s }));
+                           u"18 Title/[Picture: secret.png] (34)"_s,
+                           u"18 Title/[Drawing] (39)"_s,
+                           u"18 Title/[Drawing] (51) (loss)"_s,
+                           u"18 Two/three/[Scan] (64) (loss)"_s }));
+    QStringList generations;
+    for (const BkAbstractItem *item : fixture.open()->getBkData(kNoteFiles)->recoverFileList()) {
+        const auto *file = dynamic_cast<const BkFileItem *>(item);
+        QVERIFY(file);
+        const QString path = QString::fromUtf8(Files::read(file->filePath()));
+        if (path.contains("_GEN/Fallback"_L1))
+            generations.append(item->value(0) + u' ' + path.section(u'/', -2, -2));
+    }
+    QCOMPARE(generations, QStringList({ u"Bill.pdf 1_GEN"_s, u"Document.pdf 10_GEN"_s }));
 }
 
 void tst_Notes::readsBothStores()
@@ -453,7 +540,8 @@ void tst_Notes::readsARealStore()
         path,
         "SELECT n.ZTITLE1, ifnull(f.ZTITLE2, ''), ifnull(f.ZFOLDERTYPE, 0) = 1 OR "
         "ifnull(n.ZMARKEDFORDELETION, 0) = 1, ifnull(n.ZISPASSWORDPROTECTED, 0), "
-        "substr(d.ZDATA, 1, 2) = x'1f8b' FROM ZICCLOUDSYNCINGOBJECT n JOIN Z_PRIMARYKEY e ON "
+        "substr(d.ZDATA, 1, 2) = x'1f8b', length(d.ZDATA) > 0 FROM ZICCLOUDSYNCINGOBJECT n JOIN "
+        "Z_PRIMARYKEY e ON "
         "e.Z_ENT "
         "= n.Z_ENT AND e.Z_NAME = 'ICNote' LEFT JOIN ZICNOTEDATA d ON d.Z_PK = n.ZNOTEDATA LEFT "
         "JOIN ZICCLOUDSYNCINGOBJECT f ON f.Z_PK = n.ZFOLDER");
@@ -465,9 +553,9 @@ void tst_Notes::readsARealStore()
         const QStringList found = rows.filter(head);
         QVERIFY2(found.size() == 1 && found.first().startsWith(head), qPrintable(head));
         QCOMPARE(found.first().endsWith(" [deleted]"_L1), note[2] == "1");
-        const bool isLocked = found.first().contains("[Locked note]"_L1);
-        QVERIFY(!isLocked || note[3] == "1" || note.value(4) != "1");
-        QVERIFY(isLocked || note[3] != "1");
+        QCOMPARE(found.first().contains("[Locked note]"_L1), note[3] == "1");
+        const bool isDamaged = note[3] != "1" && note[5] == "1" && note[4] != "1";
+        QCOMPARE(found.first().contains("[Damaged note]"_L1), isDamaged);
     }
 }
 
