@@ -7,6 +7,7 @@
 #include "Inventory.h"
 #include "Options.h"
 #include "Preflight.h"
+#include "Problems.h"
 #include "Refusal.h"
 
 #include <QFileInfo>
@@ -51,6 +52,8 @@ ExitCode runExport(Console &console, const Options &options)
     const auto inventory = readInventory(console, backup, options.types);
     if (!inventory)
         return refuse(console, options, stoppedEarly());
+    if (const auto failure = temporaryFolderFailure(backup))
+        return refuse(console, options, *failure);
     sayWhenNothingFits(console, options, *inventory);
     if (options.checkSpace) {
         const TypeTotals total = inventory->total();

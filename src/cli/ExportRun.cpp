@@ -213,6 +213,9 @@ Outcome ExportRun::outcome() const
     if (m_report.outputFault()) {
         result.exitCode = ExitCode::Output;
         result.message = outputFailure(*m_report.outputFault(), m_options.output).what;
+    } else if (const auto failure = temporaryFolderFailure(m_backup)) {
+        result.exitCode = ExitCode::Output;
+        result.message = failure->what;
     } else if (!allTried && Interrupt::requested()) {
         result.exitCode = ExitCode::Cancelled;
         result.message = u"Stopped."_s;
@@ -224,8 +227,10 @@ Outcome ExportRun::outcome() const
 
 ExitCode ExportRun::tell(const Outcome &result)
 {
-    if (result.exitCode == ExitCode::Output)
+    if (m_report.outputFault())
         say(m_console, outputFailure(*m_report.outputFault(), m_options.output));
+    else if (result.exitCode == ExitCode::Output)
+        say(m_console, temporaryFolderFailure(m_backup).value());
     else if (result.exitCode == ExitCode::Cancelled)
         m_console.note(result.message);
     if (!result.message.isEmpty())

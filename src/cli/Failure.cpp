@@ -19,6 +19,8 @@ Failure failureOf(const PhoneBackup::Error &error)
                  u"It is the one that was set when the encryption of backups was switched on; "
                  "letters in capitals and small ones differ."_s };
     }
+    if (error.fault == PhoneBackup::Fault::TemporaryFolder)
+        return { ExitCode::Output, error.what, {}, {} };
     Failure failure { ExitCode::NoBackup, error.what, {}, {} };
     if (!error.path.isEmpty() && !error.what.contains(error.path))
         failure.details += u"  in “%1”"_s.arg(error.path);

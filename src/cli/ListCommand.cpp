@@ -78,6 +78,8 @@ ExitCode runList(Console &console, const Options &options)
     const auto inventory = readInventory(console, backup, options.types);
     if (!inventory)
         return refuse(console, options, stoppedEarly());
+    if (const auto failure = temporaryFolderFailure(backup))
+        return refuse(console, options, *failure);
     sayWhenNothingFits(console, options, *inventory);
 
     const QList<PhoneBackup::Problem> problems = backup.problems();

@@ -35,6 +35,17 @@ QStringList absences(const PhoneBackup::Backup &backup)
     return lines;
 }
 
+std::optional<Failure> temporaryFolderFailure(const PhoneBackup::Backup &backup)
+{
+    const QList<PhoneBackup::Problem> problems = backup.problems();
+    const auto found = std::find_if(problems.begin(), problems.end(), [](const auto &problem) {
+        return problem.fault == PhoneBackup::Fault::TemporaryFolder;
+    });
+    if (found == problems.end())
+        return std::nullopt;
+    return failureOf({ found->fault, found->source, found->what, found->systemError });
+}
+
 QString problemType(const PhoneBackup::Backup &backup, const PhoneBackup::Problem &problem)
 {
     return problem.dataType >= 0 ? backup.dataTypeName(problem.dataType) : u"Backup"_s;

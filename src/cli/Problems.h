@@ -1,10 +1,13 @@
 #ifndef CLI_PROBLEMS_H
 #define CLI_PROBLEMS_H
 
+#include "Failure.h"
 #include "model/Backup.h"
 
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 namespace Cli {
 
@@ -20,6 +23,9 @@ ProblemKind kindOf(const PhoneBackup::Problem &problem);
 
 //! What backups like \a backup never hold, of what was asked for so far: "Call History: …" each.
 QStringList absences(const PhoneBackup::Backup &backup);
+
+//! The failure when something of \a backup could not be read because of the temporary folder.
+std::optional<Failure> temporaryFolderFailure(const PhoneBackup::Backup &backup);
 
 //! Display name of what \a problem belongs to: a data type, or "Backup".
 QString problemType(const PhoneBackup::Backup &backup, const PhoneBackup::Problem &problem);

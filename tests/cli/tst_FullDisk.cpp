@@ -1,14 +1,17 @@
 #include "cli/Program.h"
 #include "cli/UsualBackup.h"
+#include "sample/Database.h"
 #include "support/Files.h"
 
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 
 using namespace CliTest;
 using namespace Qt::StringLiterals;
@@ -25,6 +28,8 @@ private Q_SLOTS:
     void refusesToStartWithoutRoom();
     void countsTheRoomForJpegs();
     void saysWhenTheDiskTurnsReadOnly();
+    void namesTheTemporaryFolder_data();
+    void namesTheTemporaryFolder();
     void cleanup();
 
 private:
@@ -61,6 +66,7 @@ bool tst_FullDisk::mountDisk(const QString &options)
 void tst_FullDisk::cleanup()
 {
     ::umount(QFile::encodeName(disk()).constData());
+    qunsetenv("TMPDIR");
 }
 
 void tst_FullDisk::leavesWholeFilesOnly_data()
@@ -134,6 +140,69 @@ void tst_FullDisk::saysWhenTheDiskTurnsReadOnly()
     const Result result = run({ backup(), output() });
     QCOMPARE(result.exitCode, 12);
     QVERIFY2(result.err.contains("cannot be written"), result.err.constData());
+}
+
+void tst_FullDisk::namesTheTemporaryFolder_data()
+{
+    QTest::addColumn<bool>("encrypted");
+    QTest::addColumn<QString>("disk"); // empty: a folder that is not there
+    QTest::addColumn<int>("longestFile");
+    QTest::addColumn<int>("exitCode");
+    for (const bool encrypted : { false, true }) {
+        const char *kind = encrypted ? "encrypted" : "plain";
+        const auto row = [&](const char *name, const QString &options, int longestFile, int code) {
+            QTest::addRow("%s, %s", kind, name) << encrypted << options << longestFile << code;
+        };
+        row("no folder", {}, 0, 12);
+        row("no room", u"size=100k"_s, 0, 12);
+        row("no files", u"size=10m,nr_inodes=2"_s, 0, 12);
+        row("the copy fails", u"size=10m"_s, 8000, 12);
+        row("the index of the log fails", u"size=10m"_s, 25000, 12); // it takes 32 KB
+        row("room enough", u"size=10m"_s, 0, 0);
+    }
+}
+
+void tst_FullDisk::namesTheTemporaryFolder()
+{
+    QFETCH(bool, encrypted);
+    QFETCH(QString, disk);
+    QFETCH(int, longestFile);
+    QFETCH(int, exitCode);
+    const QTemporaryDir dir;
+    Sample::Database memos({},
+                           "CREATE TABLE ZCLOUDRECORDING (Z_PK INTEGER PRIMARY KEY, ZPATH VARCHAR, "
+                           "ZENCRYPTEDTITLE VARCHAR);"
+                           "INSERT INTO ZCLOUDRECORDING VALUES (1, 'a.m4a', 'old')");
+    const QByteArray before = memos.image();
+    memos.execute("UPDATE ZCLOUDRECORDING SET ZENCRYPTEDTITLE = 'new'");
+    Sample::BackupWriter writer(dir.filePath(u"backup"_s));
+    if (encrypted)
+        writer.setEncryption({ u"secret"_s });
+    const QString domain = u"MediaDomain"_s;
+    const QString path = u"Media/Recordings/CloudRecordings.db"_s;
+    writer.addFile(domain, u"Media/Recordings/a.m4a"_s, "sound");
+    writer.addFile(domain, path, before);
+    writer.addFile(domain, path + u"-wal"_s, Sample::writeAheadLog(before, memos.image()));
+    QVERIFY(writer.finish());
+    const QString place = disk.isEmpty() ? dir.filePath(u"nowhere"_s) : this->disk();
+    QVERIFY2(disk.isEmpty() || mountDisk(disk), std::strerror(errno));
+    qputenv("TMPDIR", QFile::encodeName(place));
+    qputenv("DATAEXPORT_PASSWORD", "secret");
+    const auto limit = [longestFile] {
+        const rlimit size { rlim_t(longestFile), rlim_t(longestFile) };
+        std::signal(SIGXFSZ, SIG_IGN);
+        if (longestFile > 0)
+            ::setrlimit(RLIMIT_FSIZE, &size);
+    };
+
+    const QString output = dir.filePath(u"out"_s);
+    const Result result =
+        run({ u"--only"_s, u"voice-memos"_s, dir.filePath(u"backup"_s), output }, limit);
+    QCOMPARE(result.exitCode, exitCode);
+    QCOMPARE(QFileInfo::exists(output + u"/Voice Memos/new.m4a"_s), exitCode == 0);
+    QVERIFY2(exitCode == 0 || result.err.contains("TMPDIR"), result.err.constData());
+    QVERIFY2(exitCode == 0 || result.err.contains(place.toUtf8()), result.err.constData());
+    QVERIFY2(!result.err.contains("damaged"), result.err.constData());
 }
 
 QTEST_GUILESS_MAIN(tst_FullDisk)

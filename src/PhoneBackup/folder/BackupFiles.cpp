@@ -9,10 +9,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryFile>
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 #include <utility>
 
 namespace PhoneBackup {
@@ -197,7 +199,10 @@ Result<bool> BackupFiles::decryptManifest(DatabaseFiles &files)
     const Result<Secret> key = m_keys->unwrap(m_folder.indexKey());
     if (!key)
         return notReadable(key.error().what);
-    const Result<QString> place = m_private.newSubFolder();
+    qint64 bytes = 0;
+    for (const QString &path : { files.path, files.walPath, files.journalPath })
+        bytes += path.isEmpty() ? 0 : QFileInfo(path).size();
+    const Result<QString> place = m_private.newSubFolder(bytes);
     if (!place)
         return place.error();
     const QString target = place.value() + "/copy.db"_L1;
@@ -479,28 +484,36 @@ Result<DatabaseFiles> BackupFiles::decrypted(Row row, Row wal, Row journal)
     const auto known = m_databases.constFind(row);
     if (known != m_databases.constEnd())
         return *known;
-    const Result<QString> folder = m_private.newSubFolder();
+    qint64 bytes = 0;
+    for (const Row part : { row, wal, journal })
+        bytes += part == FileIndex::kNone ? 0 : contentSize(part);
+    const Result<QString> folder = m_private.newSubFolder(bytes);
     if (!folder)
         return folder.error();
     const QString name = place(row);
     DatabaseFiles files { name, folder.value() + "/copy.db"_L1, {}, {}, true };
     const Result<> main = decryptTo(row, files.path);
+    if (!main && main.error().fault == Fault::TemporaryFolder)
+        return main.error();
     if (!main) {
         return Error { main.error().fault,
                        name,
                        tr("The database “%1” cannot be read. %2").arg(name, main.error().what) };
     }
-    const auto decryptBeside = [&](Row part, QLatin1StringView suffix) {
-        const QString target = files.path + suffix;
+    for (const auto &[part, path, suffix] :
+         { std::tuple(wal, &files.walPath, "-wal"_L1),
+           std::tuple(journal, &files.journalPath, "-journal"_L1) }) {
         if (part == FileIndex::kNone)
-            return QString();
+            continue;
+        const QString target = files.path + suffix;
         const Result<> beside = decryptTo(part, target);
-        if (!beside)
-            addRemark(part, beside.error().what, true);
-        return beside ? target : QString();
-    };
-    files.walPath = decryptBeside(wal, "-wal"_L1);
-    files.journalPath = decryptBeside(journal, "-journal"_L1);
+        if (!beside && beside.error().fault == Fault::TemporaryFolder)
+            return beside.error();
+        if (beside)
+            *path = target;
+        else
+            addRemark(part, beside.error());
+    }
     m_databases.insert(row, files);
     return files;
 }

@@ -10,8 +10,13 @@
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 
+#include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
+#include <limits>
+#include <optional>
 #include <sys/file.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace PhoneBackup {
@@ -25,6 +30,13 @@ constexpr qint64 kChunk = 262144;
 constexpr QLatin1StringView kPrefix = "dataexport-private-"_L1;
 constexpr int kRandomLetters = 6;
 
+// QDir knows none that is not there: a message is to name it.
+QString temporaryPlace()
+{
+    const QString place = QDir::tempPath();
+    return place.isEmpty() ? qEnvironmentVariable("TMPDIR") : place;
+}
+
 bool liesIn(const QString &path, const QString &folder)
 {
     const QString inner = QDir(path).canonicalPath() + u'/';
@@ -32,23 +44,61 @@ bool liesIn(const QString &path, const QString &folder)
     return !folder.isEmpty() && inner.startsWith(outer);
 }
 
-Error notMade(const QString &path, const QString &why)
+Error notMade(const QString &path, const QString &why, int systemError = 0)
 {
-    return Error { Fault::Io,
+    return Error { Fault::TemporaryFolder,
                    path,
                    tr("No temporary folder could be made in “%1”: %2. Set the environment variable "
                       "TMPDIR to a folder with free space.")
-                       .arg(path, why) };
+                       .arg(path, why),
+                   systemError };
 }
 
-Error notWritten(const QString &why)
+// What is written of a copy besides its bytes: the index that SQLite makes of a log, and blocks
+// that are not filled.
+qint64 withMargin(qint64 bytes)
 {
-    const QString place = QDir::tempPath();
-    return Error { Fault::Io,
+    constexpr qint64 kSmall = 128 * 1024;
+    return bytes + bytes / 256 + kSmall;
+}
+
+// No error when the room cannot be told.
+std::optional<Error> roomError(qint64 bytes)
+{
+    const QString place = temporaryPlace();
+    struct statvfs disk
+    {
+    };
+    if (bytes == 0 || ::statvfs(QFile::encodeName(place).constData(), &disk) != 0
+        || disk.f_blocks == 0)
+        return std::nullopt;
+    const qint64 needed = withMargin(bytes);
+    const auto free = qint64(std::min<quint64>(quint64(disk.f_bavail) * disk.f_frsize,
+                                               std::numeric_limits<qint64>::max()));
+    if (free >= needed)
+        return std::nullopt;
+    return Error { Fault::TemporaryFolder,
                    place,
-                   tr("The temporary folder “%1” could not be written: %2. Set the environment "
-                      "variable TMPDIR to a folder with free space.")
-                       .arg(place, why) };
+                   tr("The temporary folder “%1” has too little room: %2 are needed, %3 are free. "
+                      "Set the environment variable TMPDIR to a folder with more.")
+                       .arg(place,
+                            CCommonUtils::fileSizeToString(needed, 'f', 1),
+                            CCommonUtils::fileSizeToString(free, 'f', 1)),
+                   ENOSPC };
+}
+
+bool writeAll(int descriptor, const char *data, qint64 size)
+{
+    while (size > 0) {
+        const ssize_t count = ::write(descriptor, data, std::size_t(size));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        data += count;
+        size -= count;
+    }
+    return true;
 }
 
 // The lock of a folder, which ends with the program that holds it, however it ends.
@@ -91,12 +141,13 @@ class PrivateFolder::Folder
 public:
     explicit Folder(const QString &place)
         : m_dir(place + u'/' + kPrefix + QString(kRandomLetters, u'X'))
+        , m_systemError(m_dir.isValid() ? 0 : errno)
         , m_lock(m_dir.path())
     {
     }
 
     bool isValid() const { return m_dir.isValid(); }
-    QString error() const { return m_dir.errorString(); }
+    int systemError() const { return m_systemError; }
     QString path() const { return m_dir.path(); }
 
     // Another run may have taken it for a leftover before it was locked.
@@ -104,6 +155,7 @@ public:
 
 private:
     QTemporaryDir m_dir;
+    int m_systemError;
     FolderLock m_lock;
 };
 
@@ -116,7 +168,7 @@ PrivateFolder::~PrivateFolder() = default;
 
 void PrivateFolder::removeLeftovers()
 {
-    const QString place = QDir::tempPath();
+    const QString place = temporaryPlace();
     FolderReader folder(place);
     struct stat status
     {
@@ -132,14 +184,27 @@ void PrivateFolder::removeLeftovers()
     }
 }
 
-Result<QString> PrivateFolder::newSubFolder()
+Error PrivateFolder::writeError(int systemError)
 {
+    const QString place = temporaryPlace();
+    return Error { Fault::TemporaryFolder,
+                   place,
+                   tr("The temporary folder “%1” could not be written: %2. Set the environment "
+                      "variable TMPDIR to a folder with free space.")
+                       .arg(place, qt_error_string(systemError)),
+                   systemError };
+}
+
+Result<QString> PrivateFolder::newSubFolder(qint64 bytes)
+{
+    if (const auto error = roomError(bytes))
+        return *error;
     const Result<> made = make();
     if (!made)
         return made.error();
     const QString path = m_folder->path() + u'/' + QString::number(++m_count);
-    if (!QDir().mkdir(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
-        return notMade(m_folder->path(), tr("it cannot be written to"));
+    if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0)
+        return notMade(m_folder->path(), qt_error_string(errno), errno);
     return path;
 }
 
@@ -150,20 +215,23 @@ Result<std::unique_ptr<QTemporaryFile>> PrivateFolder::newUnnamedFile()
         return made.error();
     auto file = std::make_unique<QTemporaryFile>(m_folder->path() + "/XXXXXX"_L1);
     if (!file->open())
-        return notWritten(file->errorString());
+        return writeError(errno);
     return file;
 }
 
 Result<> PrivateFolder::make()
 {
     constexpr int kAttempts = 10;
-    const QString place = QDir::tempPath();
+    const QString place = temporaryPlace();
     if (!m_folder && liesIn(place, m_forbidden))
         return notMade(place, tr("it lies in the backup"));
+    // QTemporaryDir would make it, and leave it behind.
+    if (!QFileInfo(place).isDir())
+        return notMade(place, qt_error_string(ENOENT), ENOENT);
     for (int attempt = 0; !m_folder; ++attempt) {
         auto folder = std::make_unique<Folder>(place);
         if (!folder->isValid())
-            return notMade(place, folder->error());
+            return notMade(place, qt_error_string(folder->systemError()), folder->systemError());
         if (folder->isOurs())
             m_folder = std::move(folder);
         else if (attempt == kAttempts)
@@ -189,7 +257,7 @@ Result<> PrivateFolder::copy(QIODevice &source,
     QFile to(target);
     if (!to.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered,
                  QFile::ReadOwner | QFile::WriteOwner))
-        return notWritten(to.errorString());
+        return writeError(errno);
     Result<> copied = copy(source, name, to, keepGoing);
     if (!copied)
         to.remove();
@@ -198,7 +266,7 @@ Result<> PrivateFolder::copy(QIODevice &source,
 
 Result<> PrivateFolder::copy(QIODevice &source,
                              const QString &name,
-                             QIODevice &target,
+                             const QFile &target,
                              const KeepGoing &keepGoing)
 {
     QByteArray chunk(kChunk, Qt::Uninitialized);
@@ -211,8 +279,8 @@ Result<> PrivateFolder::copy(QIODevice &source,
         }
         if (count == 0)
             return Done {};
-        if (target.write(chunk.constData(), count) != count)
-            return notWritten(target.errorString());
+        if (!writeAll(target.handle(), chunk.constData(), count))
+            return writeError(errno);
         if (keepGoing && !keepGoing())
             return Error { Fault::Cancelled, name, tr("Stopped on request.") };
     }

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 
+class QFile;
 class QIODevice;
 class QTemporaryFile;
 
@@ -33,15 +34,22 @@ public:
     //! Removes the private folders of the same user that no running program holds.
     static void removeLeftovers();
 
-    //! Path of a new, empty folder in it.
-    Result<QString> newSubFolder();
+    /*!
+        Path of a new, empty folder in it. Fault::TemporaryFolder when it cannot be made, and when
+        there is no room in it for \a bytes.
+    */
+    Result<QString> newSubFolder(qint64 bytes = 0);
+
+    //! What it is when the system refused to write there with \a systemError.
+    static Error writeError(int systemError);
 
     //! A new, open file in it that has no name: it is gone with its last user, even a killed one.
     Result<std::unique_ptr<QTemporaryFile>> newUnnamedFile();
 
     /*!
         Copies the file \a source to the new file \a target, which must lie in this folder. Only
-        bytes are copied; a failed copy is removed.
+        bytes are copied; a failed copy is removed. Fault::Io when \a source cannot be read,
+        Fault::TemporaryFolder when \a target cannot be written.
     */
     static Result<> copy(const QString &source, const QString &target);
 
@@ -51,7 +59,7 @@ public:
 
     //! The same to the open file \a target.
     static Result<>
-    copy(QIODevice &source, const QString &name, QIODevice &target, const KeepGoing &keepGoing);
+    copy(QIODevice &source, const QString &name, const QFile &target, const KeepGoing &keepGoing);
 
 private:
     class Folder;

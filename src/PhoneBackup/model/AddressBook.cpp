@@ -99,12 +99,11 @@ AddressBook::AddressBook(Source &source)
     if (!database) {
         if (database.error().fault != Fault::NotFound) {
             m_openError = database.error().what;
-            source.addProblem({ kWholeBackup, place(), m_openError + u' ' + consequence, false });
+            source.addProblem(kWholeBackup, place(), database.error(), consequence, true);
         }
         return;
     }
-    m_database =
-        std::make_unique<RowDatabase>(source, kWholeBackup, database.take(), consequence, false);
+    m_database = std::make_unique<RowDatabase>(source, kWholeBackup, database.take(), consequence);
     readPeople();
     readValues();
     m_personOfCard.clear();

@@ -6,6 +6,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 #include <minizip/zip.h>
 
@@ -105,15 +106,11 @@ Result<QStringList> writeBookArchive(BackupFiles &files,
         return nameOf(row) == kMimeType;
     });
 
-    const Error notWritten {
-        Fault::Io,
-        target,
-        tr("The book could not be packed into “%1”. Is the disk full?").arg(target)
-    };
+    const auto notWritten = [] { return PrivateFolder::writeError(errno); };
     std::unique_ptr<void, CloseZip> zip(
         zipOpen64(QFile::encodeName(target).constData(), APPEND_STATUS_CREATE));
     if (!zip)
-        return notWritten;
+        return notWritten();
     QStringList missing;
     for (const FileIndex::Row row : ordered) {
         const QByteArray name = nameOf(row).toByteArray();
@@ -125,15 +122,15 @@ Result<QStringList> writeBookArchive(BackupFiles &files,
             continue;
         }
         if (!openEntry(zip.get(), name, files.record(row).modified, nameOf(row) == kMimeType))
-            return notWritten;
+            return notWritten();
         const Copied copied = writeContent(zip.get(), *content);
         if (copied == Copied::Unreadable)
             missing.append(files.place(row));
         if (copied == Copied::Unwritable || zipCloseFileInZip(zip.get()) != ZIP_OK)
-            return notWritten;
+            return notWritten();
     }
     if (zipClose(zip.release(), nullptr) != ZIP_OK)
-        return notWritten;
+        return notWritten();
     if (missing.size() == qsizetype(rows.size())) {
         return Error { Fault::NotFound,
                        missing.value(0),

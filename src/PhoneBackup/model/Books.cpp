@@ -98,9 +98,12 @@ private:
     // A book that cannot be packed has a path at which there is nothing: the export says so.
     QString make(const Book &book) const
     {
-        const Result<QString> folder = files().privateFolder().newSubFolder();
+        qint64 bytes = 0;
+        for (const FileIndex::Row part : book.parts)
+            bytes += files().contentSize(part);
+        const Result<QString> folder = files().privateFolder().newSubFolder(bytes);
         if (!folder) {
-            addProblem(book, folder.error().what);
+            addProblem(book, folder.error());
             return {};
         }
         QString target = QDir(folder.value()).filePath(u"book"_s);
@@ -108,21 +111,23 @@ private:
             writeBookArchive(files(), book.parts, book.path, target);
         if (!missing) {
             QFile::remove(target);
-            addProblem(book, missing.error().what);
+            addProblem(book, missing.error());
         } else if (!missing.value().isEmpty()) {
             addProblem(book,
-                       tr("%1 of the book's files could not be read and are missing from it, "
-                          "“%2” among them.")
-                           .arg(missing.value().size())
-                           .arg(missing.value().constFirst()));
+                       { Fault::Io,
+                         target,
+                         tr("%1 of the book's files could not be read and are missing from it, "
+                            "“%2” among them.")
+                             .arg(missing.value().size())
+                             .arg(missing.value().constFirst()) });
         }
         return target;
     }
 
-    void addProblem(const Book &book, const QString &what) const
+    void addProblem(const Book &book, const Error &error) const
     {
         m_source.addProblem(
-            { kBooks, PathParts::text(kDomain) + u'/' + PathParts::text(book.path), what, true });
+            kBooks, PathParts::text(kDomain) + u'/' + PathParts::text(book.path), error, {}, true);
     }
 
     Source &m_source; // outlives the set

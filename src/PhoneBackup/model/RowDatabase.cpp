@@ -22,21 +22,20 @@ std::optional<RowDatabase> RowDatabase::open(Source &source,
     if (database)
         return RowDatabase(source, dataType, database.take(), consequence);
     if (database.error().fault != Fault::NotFound) {
-        source.addProblem({ dataType,
-                            PathParts::text(domain) + u'/' + path,
-                            database.error().what + u' ' + consequence,
-                            true });
+        source.addProblem(
+            dataType, PathParts::text(domain) + u'/' + path, database.error(), consequence, true);
     }
     return std::nullopt;
 }
 
-RowDatabase::RowDatabase(
-    Source &source, int dataType, Database database, const QString &consequence, bool isLoss)
+RowDatabase::RowDatabase(Source &source,
+                         int dataType,
+                         Database database,
+                         const QString &consequence)
     : m_source(&source)
     , m_dataType(dataType)
     , m_database(std::move(database))
     , m_consequence(consequence)
-    , m_isLoss(isLoss)
 {
     if (m_database.isDamaged())
         addLoss(m_database.damage());
@@ -168,9 +167,11 @@ std::unique_ptr<Statement> RowDatabase::prepare(const QString &sql)
 
 void RowDatabase::addLoss(const QString &why)
 {
+    const Error error = m_database.temporaryFolderError().value_or(
+        Error { Fault::Corrupt, m_database.path(), why });
     if (m_firstLoss.isEmpty())
-        m_firstLoss = why;
-    m_source->addProblem({ m_dataType, m_database.name(), why + u' ' + m_consequence, m_isLoss });
+        m_firstLoss = error.what;
+    m_source->addProblem(m_dataType, m_database.name(), error, m_consequence, true);
 }
 
 } // namespace PhoneBackup

@@ -33,12 +33,7 @@ public:
                                            const QString &path,
                                            const QString &consequence);
 
-    //! \a isLoss as Problem::loss.
-    RowDatabase(Source &source,
-                int dataType,
-                Database database,
-                const QString &consequence,
-                bool isLoss = true);
+    RowDatabase(Source &source, int dataType, Database database, const QString &consequence);
 
     bool hasTable(const QString &table) const { return !columns(table).isEmpty(); }
     bool hasColumn(const QString &table, const QString &column) const;
@@ -82,7 +77,6 @@ private:
     int m_dataType;
     Database m_database;
     QString m_consequence;
-    bool m_isLoss;
     QString m_firstLoss;
     mutable QHash<QString, QStringList> m_columns;
 };

@@ -3,6 +3,8 @@
 #include "model/PathParts.h"
 #include "platform/Translation_p.h"
 
+#include <QDir>
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
@@ -30,11 +32,24 @@ const AddressBook &Source::addressBook()
 
 void Source::addProblem(const Problem &problem)
 {
-    const QString key = QString::number(problem.dataType) + u' ' + problem.source;
+    // A damaged source does not hide that the temporary folder failed, too.
+    const QString place =
+        problem.fault == Fault::TemporaryFolder ? QDir::tempPath() : problem.source;
+    const QString key = QString::number(problem.dataType) + u' ' + place;
     if (m_known.contains(key))
         return;
     m_known.insert(key);
     m_problems.append(problem);
+}
+
+void Source::addProblem(
+    int dataType, const QString &source, const Error &error, const QString &consequence, bool loss)
+{
+    // Its sentence ends with what to do, and there is nothing to put up with before that is done.
+    const bool isOurs = error.fault == Fault::TemporaryFolder;
+    const QString what =
+        isOurs || consequence.isEmpty() ? error.what : error.what + u' ' + consequence;
+    addProblem({ dataType, source, what, loss || isOurs, false, error.fault, error.systemError });
 }
 
 void Source::addAbsence(int dataType, int release, const QString &what)
@@ -64,11 +79,11 @@ Source::openDatabase(int dataType, QByteArrayView domain, const QString &path)
     Result<Database> database = m_files->openDatabase(domain, path);
     if (!database) {
         if (database.error().fault != Fault::NotFound) {
-            addProblem({ dataType,
-                         PathParts::text(domain) + u'/' + path,
-                         database.error().what + u' '
-                             + tr("The files that it tells of are exported all the same."),
-                         false });
+            addProblem(dataType,
+                       PathParts::text(domain) + u'/' + path,
+                       database.error(),
+                       tr("The files that it tells of are exported all the same."),
+                       false);
         }
         return std::nullopt;
     }
@@ -111,12 +126,13 @@ bool Source::query(int dataType,
 
 void Source::addDatabaseProblem(int dataType, const Database &database, const QString &why)
 {
-    addProblem({ dataType,
-                 database.name(),
-                 why + u' '
-                     + tr("Names, dates and deleted marks that it holds may be missing; the files "
-                          "themselves are exported."),
-                 false });
+    addProblem(
+        dataType,
+        database.name(),
+        database.temporaryFolderError().value_or(Error { Fault::Corrupt, database.path(), why }),
+        tr("Names, dates and deleted marks that it holds may be missing; the files "
+           "themselves are exported."),
+        false);
 }
 
 PropertyList Source::propertyList(int dataType, QByteArrayView domain, const QString &path)

@@ -38,6 +38,17 @@ public:
     void addProblem(const Problem &problem);
 
     /*!
+        Remembers that \a error keeps \a source of \a dataType from being read. \a consequence is a
+        sentence for a person, \a loss as in Problem: what the temporary folder is to blame for
+        always is one.
+    */
+    void addProblem(int dataType,
+                    const QString &source,
+                    const Error &error,
+                    const QString &consequence,
+                    bool loss);
+
+    /*!
         Remembers that a backup of this kind never holds what was looked for, in vain, for
         \a dataType: it is not encrypted, and was made by \a release of the phone's system or later.
        \a what is a sentence for a person. Without effect when that is not so.

@@ -83,17 +83,19 @@ Result<Database> Database::open(const DatabaseFiles &files, PrivateFolder &folde
     const bool hasCompanion =
         !database.m_files.journalPath.isEmpty() || !database.m_files.walPath.isEmpty();
 
+    Error error {};
     if (hasCompanion) {
-        Error error {};
         if (database.copyAndConnect(folder, false, error))
             return database;
-        if (!error.what.isEmpty())
+        if (error.fault == Fault::TemporaryFolder)
             return error;
     }
     if (database.connect(files.path, Access::Immutable, false)) {
         if (hasCompanion) {
-            database.m_damage =
-                tr("The newest changes of “%1” are damaged and could not be read.").arg(files.name);
+            database.m_damage = error.what.isEmpty()
+                ? tr("The newest changes of “%1” are damaged and could not be read.")
+                      .arg(files.name)
+                : error.what;
         }
         return database;
     }
@@ -113,9 +115,18 @@ Result<Database> Database::open(const DatabaseFiles &files, PrivateFolder &folde
 
 bool Database::copyAndConnect(PrivateFolder &folder, bool salvage, Error &error)
 {
+    const auto connectCopy = [&](const QString &copy) {
+        const bool connected = connect(copy, Access::Copy, salvage);
+        if (!connected)
+            error = temporaryFolderError().value_or(Error {});
+        return connected;
+    };
     if (m_files.isPrivate)
-        return connect(m_files.path, Access::Copy, salvage);
-    const Result<QString> place = folder.newSubFolder();
+        return connectCopy(m_files.path);
+    qint64 bytes = 0;
+    for (const QString &path : { m_files.path, m_files.walPath, m_files.journalPath })
+        bytes += path.isEmpty() ? 0 : QFileInfo(path).size();
+    const Result<QString> place = folder.newSubFolder(bytes);
     if (!place) {
         error = place.error();
         return false;
@@ -135,7 +146,31 @@ bool Database::copyAndConnect(PrivateFolder &folder, bool salvage, Error &error)
             return false;
         }
     }
-    return connect(copy, Access::Copy, salvage);
+    return connectCopy(copy);
+}
+
+std::optional<Error> Database::temporaryFolderError() const
+{
+    if (!m_database)
+        return std::nullopt;
+    const int systemError = sqlite3_system_errno(m_database.get());
+    switch (sqlite3_extended_errcode(m_database.get())) {
+    case SQLITE_FULL: // nothing of the backup is ever written
+    case SQLITE_IOERR_WRITE:
+    case SQLITE_IOERR_TRUNCATE:
+    case SQLITE_IOERR_FSYNC:
+    case SQLITE_IOERR_GETTEMPPATH:
+    case SQLITE_IOERR_SHMOPEN:
+    case SQLITE_IOERR_SHMSIZE:
+    case SQLITE_IOERR_SHMMAP:
+        return PrivateFolder::writeError(systemError == 0 ? ENOSPC : systemError);
+    case SQLITE_CANTOPEN: // also of a log of another version
+        if (systemError == ENOSPC || systemError == EDQUOT || systemError == EROFS)
+            return PrivateFolder::writeError(systemError);
+        return std::nullopt;
+    default:
+        return std::nullopt;
+    }
 }
 
 bool Database::connect(const QString &path, Access access, bool salvage)

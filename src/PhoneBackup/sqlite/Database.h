@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 struct sqlite3;
 
@@ -51,6 +52,12 @@ public:
 
     //! Prepares \a sql, one statement.
     Result<Statement> prepare(const QString &sql) const;
+
+    /*!
+        The temporary folder, when the last thing that SQLite was asked failed because of it: what
+        does not fit into memory is sorted there. Nothing is wrong with the database then.
+    */
+    std::optional<Error> temporaryFolderError() const;
 
     //! Whether there is an ordinary table \a name (case does not matter); views do not count.
     bool hasTable(const QString &name) const;
