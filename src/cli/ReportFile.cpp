@@ -14,13 +14,7 @@ namespace {
 
 QString cell(const QString &text)
 {
-    QString safe = printable(text);
-    // Spreadsheets run what begins with one of these.
-    if (!safe.isEmpty() && u"=+-@"_s.contains(safe.front()))
-        safe.prepend(u'\'');
-    const QString encoded = CUtils::csvEncode(safe);
-    const bool doubledButBare = encoded.contains(u'"') && !safe.contains(u',');
-    return doubledButBare ? u'"' + encoded + u'"' : encoded;
+    return CUtils::csvCell(printable(text));
 }
 
 } // namespace

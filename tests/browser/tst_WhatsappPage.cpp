@@ -62,7 +62,7 @@ QJsonArray csvRows(const QString &path)
     python.start(u"python3"_s,
                  { u"-c"_s,
                    u"import csv, json, sys\n"
-                   "with open(sys.argv[1], encoding='utf-16', newline='') as f:\n"
+                   "with open(sys.argv[1], encoding='utf-8-sig', newline='') as f:\n"
                    "    print(json.dumps(list(csv.reader(f, strict=True))))"_s,
                    path });
     if (!python.waitForFinished(60000) || python.exitCode() != 0)
@@ -171,11 +171,22 @@ void tst_WhatsappPage::showsEverything()
 
     QString csv = page;
     const QJsonArray rows = csvRows(csv.replace(u".html"_s, u".csv"_s));
-    QCOMPARE(rows.size(), 1 + count(" AND ZMESSAGETYPE NOT IN " + kMediaTypes));
-    for (const QJsonValue &row : rows)
-        QCOMPARE(row.toArray().size(), 6);
+    QCOMPARE(rows.size(), 1 + count({}));
+    int media = 0;
+    for (const QJsonValue &row : rows) {
+        QCOMPARE(row.toArray().size(), 8);
+        media += QStringList { u"Picture"_s, u"Video"_s, u"Audio"_s }.contains(row[7].toString());
+    }
+    QCOMPARE(media, count(" AND ZMESSAGETYPE IN " + kMediaTypes));
     QCOMPARE(rows[0].toArray(),
-             (QJsonArray { u"Chat"_s, u"Name"_s, u"Phone"_s, u"Date"_s, u"Type"_s, u"Content"_s }));
+             (QJsonArray { u"Chat"_s,
+                           u"Name"_s,
+                           u"Phone"_s,
+                           u"Date"_s,
+                           u"Type"_s,
+                           u"Sender"_s,
+                           u"Content"_s,
+                           u"Attachments"_s }));
 }
 
 void tst_WhatsappPage::saysEverythingOfEveryKind()

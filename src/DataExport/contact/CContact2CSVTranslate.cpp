@@ -4,7 +4,7 @@
 #include "contact/BkContactItem.h"
 #include "contact/ContactTypes_p.h"
 #include "export/CIDataExporter.h"
-#include "export/CUtils.h"
+#include "export/CsvFormat_p.h"
 #include "platform/CCommonUtils.h"
 
 #include <QHash>
@@ -16,8 +16,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1String kLineEnd(",\n");
 constexpr QLatin1String kAccountSeparator(" ::: ");
+
+// Each line of a table that is not standard has an empty cell more.
+QString lineEnd(const CsvFormat &format)
+{
+    return format.isStandard() ? format.lineEnd() : u',' + format.lineEnd();
+}
 
 // Column names with a number in the place of %1, per kind of property in the header's order.
 struct NumberedColumns
@@ -204,7 +209,8 @@ bool CContact2CSVTranslate::translateHeader(CIDataExporter *exporter, const QStr
                 m_columns.append(name.arg(number));
         }
     }
-    return exporter->exportData(m_columns.join(u',') + kLineEnd);
+    const CsvFormat format(*exporter);
+    return exporter->exportData(format.header(m_columns) + lineEnd(format));
 }
 
 bool CContact2CSVTranslate::translateDataBefore(CIDataExporter * /*exporter*/)
@@ -219,10 +225,11 @@ bool CContact2CSVTranslate::translateDataAfter(CIDataExporter * /*exporter*/)
 
 bool CContact2CSVTranslate::translateDataItem(CIDataExporter *exporter, BkContactItem *item)
 {
+    const CsvFormat format(*exporter);
     const RowBuilder row(m_helper, *item->detailContent());
     QStringList cells;
     cells.reserve(m_columns.size());
     for (const QString &column : m_columns)
-        cells.append(CUtils::csvEncode(row.cell(column)));
-    return exporter->exportData(cells.join(u',') + kLineEnd);
+        cells.append(format.cell(row.cell(column)));
+    return exporter->exportData(cells.join(u',') + lineEnd(format));
 }

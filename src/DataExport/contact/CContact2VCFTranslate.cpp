@@ -3,6 +3,7 @@
 #include "contact/BkContactItem.h"
 #include "contact/CContactHelper.h"
 #include "contact/ContactTypes_p.h"
+#include "contact/StandardCard_p.h"
 #include "export/CIDataExporter.h"
 #include "platform/CCommonUtils.h"
 
@@ -29,14 +30,13 @@ QLatin1String itemType(const QString &label)
     return type;
 }
 
-// Composes the card of one contact, line by line.
+// Composes the card of one contact, line by line, from values as they are stored.
 class CardWriter
 {
 public:
-    CardWriter(const BkContactItem &item, const BkContactPrivate &contact, bool keepsLines)
+    CardWriter(const BkContactItem &item, const BkContactPrivate &contact)
         : m_item(item)
         , m_contact(contact)
-        , m_keepsLines(keepsLines)
     {
     }
 
@@ -90,7 +90,7 @@ private:
     void writeAddress(const BkContactProperty &address)
     {
         // The post-office box and the extended address are never there.
-        QString value = ";;"_L1 + oneLine(m_helper.getPropValue(&address, u";"_s));
+        QString value = ";;"_L1 + m_helper.getPropValue(&address, u";"_s);
         value.replace(u'\n', u' ');
         writeLine("ADR;TYPE="_L1 + itemType(address.propLabel()), value);
     }
@@ -120,7 +120,7 @@ private:
         const QString user = entry.value(CContactHelper::VALUE_KEY_USER);
         const QString service = entry.value(CContactHelper::VALUE_KEY_SERVICE);
         if (!service.isEmpty() && !user.isEmpty())
-            m_card += oneLine("X-"_L1 + service.toUpper() + u';' + user) + kLineEnd;
+            m_card += "X-"_L1 + service.toUpper() + u';' + user + kLineEnd;
     }
 
     void writeField(QLatin1String name, const QString &value)
@@ -131,15 +131,7 @@ private:
 
     void writeLine(const QString &name, const QString &value)
     {
-        m_card += name + kInUtf8 + oneLine(value) + kLineEnd;
-    }
-
-    // What follows a line break would be a line of its own, a forged one or none at all.
-    QString oneLine(QString value) const
-    {
-        if (!m_keepsLines)
-            value.replace("\r\n"_L1, " "_L1).replace(u'\n', u' ').replace(u'\r', u' ');
-        return value;
+        m_card += name + kInUtf8 + value + kLineEnd;
     }
 
     static QString joined(QStringList parts)
@@ -150,7 +142,6 @@ private:
 
     const BkContactItem &m_item;
     const BkContactPrivate &m_contact;
-    const bool m_keepsLines;
     CContactHelper m_helper;
     QString m_card;
 };
@@ -182,6 +173,7 @@ bool CContact2VCFTranslate::translateDataAfter(CIDataExporter * /*exporter*/)
 
 bool CContact2VCFTranslate::translateDataItem(CIDataExporter *exporter, BkContactItem *item)
 {
-    return exporter->exportData(
-        CardWriter(*item, *item->detailContent(), !exporter->isHardened()).write());
+    const BkContactPrivate &contact = *item->detailContent();
+    return exporter->exportData(exporter->isHardened() ? StandardCard::write(*item, contact)
+                                                       : CardWriter(*item, contact).write());
 }

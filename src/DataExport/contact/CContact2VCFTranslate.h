@@ -8,10 +8,15 @@
 
     \par Bytes
     Lines end in CR LF. Values stand as they are stored, without escapes, encoding or folding; line
-    breaks of addresses become blanks, and into a hardened sink those of every other value but the
-    notes, too. N and ORG hold the parts that there are, without empty ones between them. The photo
-    goes in as it is stored. Dates other than the birthday, related names, social profiles and
-    phonetic names have no line.
+    breaks of addresses become blanks. N and ORG hold the parts that there are, without empty ones
+    between them. The photo goes in as it is stored. Dates other than the birthday, related names,
+    social profiles and phonetic names have no line.
+    \par Bytes in a hardened sink
+    N, ORG and ADR have all their parts in the order of the standard, with semicolons in a part
+    escaped. A value with a comma, semicolon or backslash, or with anything but printable ASCII, is
+    quoted-printable in UTF-8 and one line, so that no value can make a line or a card of its own.
+    Photos are folded and bear their type. A birthday without a year is "--MM-dd". An account is
+    "X-<SERVICE>:<user>", or X-IM when the service gives no name.
     \par Memory
     That of one card.
 */

@@ -8,7 +8,7 @@
 #include "contact/CContact2HtmlTranslate.h"
 #include "contact/CContact2VCFTranslate.h"
 #include "export/CHtmlExporter.h"
-#include "export/CPlainFileExporter.h"
+#include "export/CsvFormat_p.h"
 #include "export/PageText_p.h"
 #include "platform/Translation_p.h"
 
@@ -85,7 +85,7 @@ bool CBackupExporter::exportContact(BkData *data,
     {
         CPlainFileExporter csv(QStringLiteral(".csv"), false);
         CContact2CSVTranslate translator(contacts);
-        csv.setCodec(QStringLiteral("UTF16"), true);
+        CsvFormat::setCodec(csv, passes.isHardened());
         passes.run(csv, translator, QStringLiteral("CSV"));
     }
     CPlainFileExporter cards(QStringLiteral(".vcf"), true);

@@ -32,6 +32,14 @@ public:
         line feed is enclosed in double quotes. A field with quotes alone is not enclosed.
     */
     static QString csvEncode(const QString &s);
+
+    /*!
+        One CSV field as RFC 4180 has it: one with a quote, a comma or a line break is enclosed in
+        double quotes, and quotes in it are doubled. A text that a spreadsheet would take for a
+        formula gets an apostrophe in front: one that begins with =, @, a tab or a carriage return,
+        or with + or - unless it is a number as people write phone numbers. U+0000 is left out.
+    */
+    static QString csvCell(const QString &s);
 };
 
 #endif

@@ -1,6 +1,5 @@
 #include "message/CSMS2CSVTranslate.h"
 
-#include "export/CUtils.h"
 #include "message/BkSMSChat.h"
 #include "message/BkSMSChatGroup.h"
 #include "message/BkSMSItem.h"
@@ -34,12 +33,49 @@ QString joinedText(const BkSMSChat &chat)
     return text;
 }
 
+// Names of the files that came along; kinds of those without a name.
+QString attachmentNames(const BkSMSChat &chat)
+{
+    QString names;
+    for (const BkSMSPiece *piece : chat.pieces()) {
+        const PieceKind kind = piece ? pieceKind(*piece) : PieceKind::Text;
+        if (kind == PieceKind::Text)
+            continue;
+        QString name = piece->pieceLocation();
+        if (name.isEmpty()) {
+            name = kind == PieceKind::Picture ? tr("Picture")
+                : kind == PieceKind::Video    ? tr("Video")
+                                              : tr("File");
+        }
+        if (!names.isEmpty())
+            names += QLatin1String("; ");
+        names += name;
+    }
+    return names;
+}
+
+// The sender of a message in a group, by name where there is one.
+QString senderOf(const BkSMSChat &chat, const BkSMSChatGroup &group)
+{
+    if (chat.isFromMe() || group.addrIds().size() < 2)
+        return {};
+    const QString name = group.addrIds().value(chat.addr());
+    return name.isEmpty() ? chat.addr() : name;
+}
+
 // The type words as cells, looked up once a conversation instead of once a message.
 struct TypeWords
 {
-    QString sent = CUtils::csvEncode(tr("Sent"));
-    QString received = CUtils::csvEncode(tr("Received"));
-    QString unknown = CUtils::csvEncode(tr("Unknown"));
+    explicit TypeWords(const ChatCsv &csv)
+        : sent(csv.cell(tr("Sent")))
+        , received(csv.cell(tr("Received")))
+        , unknown(csv.cell(tr("Unknown")))
+    {
+    }
+
+    QString sent;
+    QString received;
+    QString unknown;
 
     const QString &of(const BkSMSChat &chat) const
     {
@@ -80,13 +116,17 @@ bool CSMS2CSVTranslate::translateDataItem(CIDataExporter *exporter, BkSMSItem *i
     if (!group)
         return true;
     ChatCsv csv(exporter, *item);
-    const TypeWords words;
+    const TypeWords words(csv);
     for (const BkSMSChat *chat : group->chats()) {
         if (!chat)
             continue;
-        const QString text = joinedText(*chat);
-        if (!text.isEmpty())
-            csv.write(chat->msgDate(), words.of(*chat), text);
+        ChatCsv::Line line { chat->msgDate(), words.of(*chat), joinedText(*chat), {}, {} };
+        if (csv.hasAllColumns()) {
+            line.sender = senderOf(*chat, *group);
+            line.attachments = attachmentNames(*chat);
+        }
+        if (!line.content.isEmpty() || !line.attachments.isEmpty())
+            csv.write(line);
     }
     return true;
 }

@@ -10,6 +10,10 @@
     Name, phone, e-mail, date in local time to the minute, type ("Sent", "Received", or "Unknown"
     for what was not delivered) and content, each through CUtils::csvEncode(); lines end in a line
     feed. The content is subject, text and text parts, joined by blanks.
+    \par Bytes in a hardened sink
+    Cells go through CUtils::csvCell(), lines end in CR LF. Before the content stands the sender of
+    what was received in a group, behind it the names of the files that came along, with semicolons
+    between them; a message of files alone has a line, too.
     \par Memory
     That of one line.
 */

@@ -1,6 +1,5 @@
 #include "message/CWhatsapp2CSVTranslate.h"
 
-#include "export/CUtils.h"
 #include "message/BkWhatsappChat.h"
 #include "message/BkWhatsappItem.h"
 #include "message/BkWhatsappMsg.h"
@@ -17,10 +16,18 @@ namespace {
 // The type words as cells, looked up once a chat instead of once a message.
 struct TypeWords
 {
-    QString groupEvent = CUtils::csvEncode(tr("Group Event"));
-    QString fail = CUtils::csvEncode(tr("Fail"));
-    QString received = CUtils::csvEncode(tr("Received"));
-    QString sent = CUtils::csvEncode(tr("Sent"));
+    explicit TypeWords(const ChatCsv &csv)
+        : groupEvent(csv.cell(tr("Group Event")))
+        , fail(csv.cell(tr("Fail")))
+        , received(csv.cell(tr("Received")))
+        , sent(csv.cell(tr("Sent")))
+    {
+    }
+
+    QString groupEvent;
+    QString fail;
+    QString received;
+    QString sent;
 
     const QString &of(const BkWhatsappMsg &message) const
     {
@@ -32,10 +39,19 @@ struct TypeWords
     }
 };
 
-bool isMedia(int type)
+// What kind of file the message is, empty when it is none.
+QString mediaKind(int type)
 {
-    return type == WhatsappType::Picture || type == WhatsappType::Video
-        || type == WhatsappType::Audio;
+    switch (type) {
+    case WhatsappType::Picture:
+        return tr("Picture");
+    case WhatsappType::Video:
+        return tr("Video");
+    case WhatsappType::Audio:
+        return tr("Audio");
+    default:
+        return {};
+    }
 }
 
 } // namespace
@@ -69,10 +85,16 @@ bool CWhatsapp2CSVTranslate::translateDataItem(CIDataExporter *exporter, BkWhats
     if (!chat)
         return true;
     ChatCsv csv(exporter, *item);
-    const TypeWords words;
+    const TypeWords words(csv);
     for (const BkWhatsappMsg *message : chat->messages()) {
-        if (message && !isMedia(message->type()) && !message->content().isEmpty())
-            csv.write(message->msgDate(), words.of(*message), message->content());
+        if (!message)
+            continue;
+        const QString media = mediaKind(message->type());
+        const bool hasLine = media.isEmpty() ? !message->content().isEmpty() : csv.hasAllColumns();
+        if (!hasLine)
+            continue;
+        const QString sender = message->isFromMe() ? QString() : message->member();
+        csv.write({ message->msgDate(), words.of(*message), message->content(), sender, media });
     }
     return true;
 }

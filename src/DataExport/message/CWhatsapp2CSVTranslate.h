@@ -10,6 +10,10 @@
     Chat, name, phone, date in local time to the minute, type ("Group Event", "Fail" for what was
     not delivered, "Received" or "Sent") and content, each through CUtils::csvEncode(); lines end in
     a line feed. Pictures, videos and audio have no line, whatever their caption.
+    \par Bytes in a hardened sink
+    Cells go through CUtils::csvCell(), lines end in CR LF. Before the content stands the group's
+    member who wrote it, behind it "Picture", "Video" or "Audio" for such a message, which has a
+    line with its caption.
     \par Memory
     That of one line.
 */

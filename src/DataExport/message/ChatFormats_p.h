@@ -3,7 +3,7 @@
 
 #include "backup/FormatPasses_p.h"
 #include "export/CHtmlExporter.h"
-#include "export/CPlainFileExporter.h"
+#include "export/CsvFormat_p.h"
 #include "message/MessagePage_p.h"
 
 constexpr int kChatFormats = 2;
@@ -25,7 +25,7 @@ bool exportChats(Data *data, FormatPasses passes)
     }
     CPlainFileExporter csv(QStringLiteral(".csv"), false);
     CsvTranslate translator(data);
-    csv.setCodec(QStringLiteral("UTF16"), true);
+    CsvFormat::setCodec(csv, passes.isHardened());
     passes.run(csv, translator);
     return passes.succeeded();
 }

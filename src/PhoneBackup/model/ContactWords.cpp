@@ -2,7 +2,7 @@
 
 #include "model/ContactKind.h"
 
-#include <QDate>
+#include <QDateTime>
 
 #include <algorithm>
 #include <array>
@@ -67,7 +67,11 @@ QString day(const QString &stored)
         ++day; // midnight further east
     if (day < kFirstDay || day > kLastDay)
         return {};
-    return QString::number(day * kDaySeconds + kNoonSeconds, 'f', 0);
+    // Halfway between noon there and noon here: the same day in both places, whatever the zone.
+    const double noon = day * kDaySeconds + kNoonSeconds;
+    const QDateTime here =
+        QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC).addSecs(qint64(noon)).toLocalTime();
+    return QString::number(noon - here.offsetFromUtc() / 2, 'f', 0);
 }
 
 QString partOfPlainValue(int kind)

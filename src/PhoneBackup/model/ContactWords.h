@@ -15,8 +15,8 @@ QString label(const QString &stored);
 
 /*!
     The calendar day that \a stored (decimal seconds since 2001, or "2001-12-31") stands for, as the
-   same for its noon in Greenwich, which is the same day in every place. Empty for what is no day of
-   the years 1 to 9999. Old releases stored midnight of where the phone was.
+   same for a moment that lies on that day both in Greenwich and in local time. Empty for what is no
+   day of the years 1 to 9999. Old releases stored midnight of where the phone was.
 */
 QString day(const QString &stored);
 

@@ -6,6 +6,8 @@
 
 #include <QtTest>
 
+#include <ctime>
+
 using namespace Qt::StringLiterals;
 namespace ContactWords = PhoneBackup::ContactWords;
 
@@ -310,13 +312,32 @@ void tst_Contacts::findsDays()
 {
     QFETCH(QString, stored);
     QFETCH(QString, day);
-    const QString found = ContactWords::day(stored);
-    QCOMPARE(found.isEmpty(), day.isEmpty());
-    if (day.isEmpty())
-        return;
-    const QDateTime noon =
-        QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC).addSecs(found.toLongLong());
-    QCOMPARE(noon.toString(Qt::ISODate), day + u"T12:00:00Z"_s);
+    const QByteArray zoneBefore = qgetenv("TZ");
+    const auto restore = qScopeGuard([&] {
+        qputenv("TZ", zoneBefore);
+        ::tzset();
+    });
+    for (const char *zone : { "UTC",
+                              "Europe/Berlin",
+                              "Pacific/Auckland",
+                              "Pacific/Fiji",
+                              "Asia/Kamchatka",
+                              "Pacific/Tongatapu",
+                              "Pacific/Majuro",
+                              "Pacific/Kiritimati",
+                              "Pacific/Pago_Pago",
+                              "America/Adak" }) {
+        qputenv("TZ", zone);
+        ::tzset();
+        const QString found = ContactWords::day(stored);
+        QCOMPARE(found.isEmpty(), day.isEmpty());
+        if (day.isEmpty())
+            continue;
+        const QDateTime moment =
+            QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC).addSecs(found.toLongLong());
+        QVERIFY2(moment.date().toString(Qt::ISODate) == day, zone);
+        QVERIFY2(moment.toLocalTime().date().toString(Qt::ISODate) == day, zone);
+    }
 }
 
 void tst_Contacts::keepsLabelsThatHaveWords_data()

@@ -33,10 +33,14 @@ void tst_CContact2CSVTranslate::writesLines()
 
     FakeContactData data;
     QVERIFY(ContactFromJson::load(folder + u"/input.json"_s, data));
-    RecordingSink sink;
-    QVERIFY(CContact2CSVTranslate(&data).translate(&sink, u"not shown"_s, nullptr));
-    QCOMPARE(sink.images.size() + sink.copied.size(), 0);
-    COMPARE_GOLDEN(sink.text().toUtf8(), folder + u"/contacts.csv"_s);
+    for (const bool hard : { true, false }) {
+        RecordingSink sink;
+        sink.setHardened(hard);
+        QVERIFY(CContact2CSVTranslate(&data).translate(&sink, u"not shown"_s, nullptr));
+        QCOMPARE(sink.images.size() + sink.copied.size(), 0);
+        COMPARE_GOLDEN(sink.text().toUtf8(),
+                       folder + (hard ? u"/hardened.csv"_s : u"/contacts.csv"_s));
+    }
 }
 
 void tst_CContact2CSVTranslate::hasAColumnForEachOfManyProperties()

@@ -77,22 +77,37 @@ void tst_CUtils::encodesCsvFields_data()
 {
     QTest::addColumn<QString>("field");
     QTest::addColumn<QString>("expected");
+    QTest::addColumn<QString>("cell"); // of a standard table
 
-    QTest::newRow("plain") << u"hello"_s << u"hello"_s;
-    QTest::newRow("comma") << u"a,b"_s << u"\"a,b\""_s;
-    QTest::newRow("quotes alone are doubled, not enclosed")
-        << u"say \"hi\""_s << u"say \"\"hi\"\""_s;
-    QTest::newRow("quotes and a comma") << u"\"a\",b"_s << u"\"\"\"a\"\",b\""_s;
-    QTest::newRow("line feed stays inside") << u"a\nb"_s << u"\"a\nb\""_s;
-    QTest::newRow("carriage return") << u"a\rb"_s << u"\"a\rb\""_s;
-    QTest::newRow("semicolons and blanks are nothing special") << u" a; b "_s << u" a; b "_s;
-    QTest::newRow("empty") << u""_s << u""_s;
+    const auto row =
+        [](const char *tag, const QString &field, const QString &expected, const QString &cell) {
+            QTest::newRow(tag) << field << expected << (cell.isNull() ? expected : cell);
+        };
+    row("plain", u"hello"_s, u"hello"_s, {});
+    row("comma", u"a,b"_s, u"\"a,b\""_s, {});
+    row("quotes alone", u"say \"hi\""_s, u"say \"\"hi\"\""_s, u"\"say \"\"hi\"\"\""_s);
+    row("quotes and a comma", u"\"a\",b"_s, u"\"\"\"a\"\",b\""_s, {});
+    row("line feed stays inside", u"a\nb"_s, u"\"a\nb\""_s, {});
+    row("carriage return", u"a\rb"_s, u"\"a\rb\""_s, {});
+    row("semicolons and blanks are nothing special", u" a; b "_s, u" a; b "_s, {});
+    row("empty", u""_s, u""_s, {});
+    row("formula", u"=1+1"_s, u"=1+1"_s, u"'=1+1"_s);
+    row("formula and a quote", u"=A(\"x\")"_s, u"=A(\"\"x\"\")"_s, u"\"'=A(\"\"x\"\")\""_s);
+    row("function", u"@SUM"_s, u"@SUM"_s, u"'@SUM"_s);
+    row("plus", u"+A1"_s, u"+A1"_s, u"'+A1"_s);
+    row("minus", u"-1+cmd|x"_s, u"-1+cmd|x"_s, u"'-1+cmd|x"_s);
+    row("tab", u"\t=1"_s, u"\t=1"_s, u"'\t=1"_s);
+    row("carriage return first", u"\r1"_s, u"\"\r1\""_s, u"\"'\r1\""_s);
+    row("phone number", u"+1 (202) 555-0100"_s, u"+1 (202) 555-0100"_s, {});
+    row("negative number", u"-7.5"_s, u"-7.5"_s, {});
+    row("no text but a NUL", QString(QChar()), QString(QChar()), u"\"\""_s);
 }
 
 void tst_CUtils::encodesCsvFields()
 {
     QFETCH(QString, field);
     QTEST(CUtils::csvEncode(field), "expected");
+    QTEST(CUtils::csvCell(field), "cell");
 }
 
 QTEST_GUILESS_MAIN(tst_CUtils)

@@ -32,10 +32,14 @@ void tst_CSMS2CSVTranslate::writesLines()
 
     FakeSMSData data;
     QVERIFY(SMSFromJson::load(folder + u"/input.json"_s, data));
-    RecordingSink sink;
-    QVERIFY(CSMS2CSVTranslate(&data).translate(&sink, u"not shown"_s, nullptr));
-    QCOMPARE(sink.images.size() + sink.copied.size(), 0);
-    COMPARE_GOLDEN(sink.text().toUtf8(), folder + u"/messages.csv"_s);
+    for (const bool hard : { true, false }) {
+        RecordingSink sink;
+        sink.setHardened(hard);
+        QVERIFY(CSMS2CSVTranslate(&data).translate(&sink, u"not shown"_s, nullptr));
+        QCOMPARE(sink.images.size() + sink.copied.size(), 0);
+        COMPARE_GOLDEN(sink.text().toUtf8(),
+                       folder + (hard ? u"/hardened.csv"_s : u"/messages.csv"_s));
+    }
 }
 
 // Only the header line's fate counts; a line that is not taken is the sink's to tell.

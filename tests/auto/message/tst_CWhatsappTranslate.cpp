@@ -173,10 +173,14 @@ void tst_CWhatsappTranslate::writesLines()
     FakeData data(11);
     for (const auto &item : items)
         data.items.append(item.get());
-    RecordingSink sink;
-    QVERIFY(CWhatsapp2CSVTranslate(&data).translate(&sink, u"not shown"_s, nullptr));
-    QCOMPARE(sink.images.size() + sink.copied.size(), 0);
-    COMPARE_GOLDEN(sink.text().toUtf8(), folder + u"/chats.csv"_s);
+    for (const bool hard : { true, false }) {
+        RecordingSink sink;
+        sink.setHardened(hard);
+        QVERIFY(CWhatsapp2CSVTranslate(&data).translate(&sink, u"not shown"_s, nullptr));
+        QCOMPARE(sink.images.size() + sink.copied.size(), 0);
+        COMPARE_GOLDEN(sink.text().toUtf8(),
+                       folder + (hard ? u"/hardened.csv"_s : u"/chats.csv"_s));
+    }
 }
 
 void tst_CWhatsappTranslate::onlyTheHeaderLineMayFail()
