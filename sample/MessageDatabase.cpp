@@ -13,6 +13,7 @@ constexpr int kFirstWithNanoseconds = 11;
 constexpr int kStyleOne = 45;
 constexpr int kStyleGroup = 43;
 constexpr int kComplete = 5;
+constexpr int kGone = 3; // of a sound
 constexpr qint64 kUnixMsOf2001 = 978307200000;
 
 //! A column with the release that brought it.
@@ -43,6 +44,8 @@ constexpr Column kColumns[] = {
     { "cache_has_attachments", 6 },
     { "cache_roomnames", 6 },
     { "is_audio_message", 8 },
+    { "is_expirable", 8 },
+    { "expire_state", 8 },
     { "item_type", 8 },
     { "group_action_type", 8 },
     { "other_handle", 8 },
@@ -184,6 +187,8 @@ qint64 MessageDatabase::addMessage(const MessageRow &message)
     add(message.hasAttachments);
     add(orNull(message.roomName));
     add(message.isAudio);
+    add(message.isExpired);
+    add(message.isExpired ? kGone : 0);
     add(message.itemType);
     add(message.groupAction);
     add(message.otherHandle);

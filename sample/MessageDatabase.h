@@ -51,6 +51,7 @@ struct MessageRow
 
     QString roomName;
     bool isAudio = false;
+    bool isExpired = false; //!< The sound was removed after it was played.
     bool hasAttachments = false;
 };
 

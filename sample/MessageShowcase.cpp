@@ -4,10 +4,12 @@
 #include "sample/HeicEncoder.h"
 #include "sample/InventedText.h"
 #include "sample/KeyedArchive.h"
+#include "sample/MessageSchema.h"
 #include "sample/MessageScript.h"
 #include "sample/MovieWriter.h"
 #include "sample/People.h"
 #include "sample/PictureMaker.h"
+#include "sample/PollPayload.h"
 #include "sample/Random.h"
 #include "sample/VoiceMessage.h"
 
@@ -21,6 +23,8 @@ const QString kSms = u"SMS"_s;
 const QString kIMessage = u"iMessage"_s;
 const QString kRcs = u"RCS"_s;
 constexpr qint64 kMe = 0;
+constexpr int kFirstWithPolls = kNewestMessageRelease; // they came when these were its tables
+constexpr int kVote = 4000;
 
 enum Reaction { Love, Like, Dislike, Laugh, Emphasis, Question, Emoji };
 enum EventItem { Participant = 1, Renamed = 2, GroupAction = 3 };
@@ -137,6 +141,17 @@ private:
                  heicSequence(frames, kSize, kFrames, m_script.now()),
                  SentFile::Where::InBackup,
                  false };
+    }
+
+    // One that goes by the app of polls; a vote when it answers \a poll.
+    QString putPoll(qint64 handle, const QByteArray &payload, const QString &poll = {})
+    {
+        MessageRow row = m_script.line(handle, QString());
+        row.balloon = u"com.apple.messages.Polls"_s;
+        row.payload = payload;
+        row.associatedGuid = poll;
+        row.associatedType = poll.isEmpty() ? 0 : kVote;
+        return m_script.put(row);
     }
 
     void shortCodes();
@@ -357,6 +372,14 @@ void Showcase::crew()
     m_script.put(share);
     m_script.say(jonas, u"Paid. Twice, by mistake. Buy a spare can!"_s);
     m_script.event(stranger, GroupAction, Left, 0);
+    if (m_database.iosRelease() >= kFirstWithPolls) {
+        const QString pasta = u"Pasta"_s;
+        const QString soup = u"Fish soup"_s;
+        const QString poll = putPoll(mara, pollPayload(u"What do we cook?"_s, { pasta, soup }));
+        putPoll(jonas, votePayload({ pasta }), poll);
+        putPoll(priya, votePayload({ pasta, soup }), poll);
+        putPoll(jonas, votePayload({ soup }), poll);
+    }
 }
 
 void Showcase::mara()
@@ -388,6 +411,10 @@ void Showcase::mara()
                      voiceMessage(m_random, 12),
                      SentFile::Where::InBackup,
                      false } });
+    MessageRow heard = m_script.line(mara, u"￼"_s);
+    heard.isAudio = heard.isExpired = true;
+    heard.runs = { { 1, 0, m_random.uuid(), {}, {}, u"Listen, they sing!"_s } };
+    m_script.put(heard);
     m_script.say(kMe, u"Ha! Are those seals?"_s);
     const QString seals = m_script.say(mara, u"Seals. Eleven of them. They have opinions"_s);
     m_script.react(kMe, Laugh, seals);

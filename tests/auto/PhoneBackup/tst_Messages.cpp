@@ -1,11 +1,9 @@
 #include "MessageFixture.h"
 #include "model/MessageFilter.h"
 #include "sample/KeyedArchive.h"
+#include "sample/PollPayload.h"
 #include "sample/TypedStream.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -16,41 +14,6 @@ namespace {
 QByteArray app(const QVariantMap &root)
 {
     return hex(Sample::keyedArchive(root));
-}
-
-// The address in which a poll's app keeps what it knows.
-QByteArray pollData(const QJsonObject &item)
-{
-    const QByteArray json =
-        QJsonDocument(QJsonObject { { u"item"_s, item } }).toJson(QJsonDocument::Compact);
-    const QByteArray data =
-        json.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
-    return app({ { u"URL"_s,
-                   QVariantMap { { Sample::kArchivedClass, u"NSURL"_s },
-                                 { u"NS.relative"_s,
-                                   u"data:,%1?src=p&c=4"_s.arg(QLatin1StringView(data)) } } },
-                 { u"ldtext"_s, u"Sent a poll"_s } });
-}
-
-// A poll whose options are called like their identifiers, with a capital letter.
-QByteArray poll(const QString &title, const QByteArrayList &options)
-{
-    QJsonArray list;
-    for (const QByteArray &option : options) {
-        QString text = QString::fromLatin1(option);
-        text.replace(0, 1, text.left(1).toUpper());
-        list.append(QJsonObject { { u"optionIdentifier"_s, QString::fromLatin1(option) },
-                                  { u"text"_s, text } });
-    }
-    return pollData({ { u"title"_s, title }, { u"orderedPollOptions"_s, list } });
-}
-
-QByteArray vote(const QByteArrayList &options)
-{
-    QJsonArray list;
-    for (const QByteArray &option : options)
-        list.append(QJsonObject { { u"voteOptionIdentifier"_s, QString::fromLatin1(option) } });
-    return pollData({ { u"votes"_s, list } });
 }
 
 const QString kAnnSays = u"+15550100123: "_s;
@@ -284,41 +247,48 @@ void tst_Messages::showsEveryKindOfMessage_data()
             + message(2, "'x'", reaction, "4000, 'guid-1'")
         << QStringList { ann("[Poll: Fish or soup?]"),
                          ann("Ann voted on “[Poll: Fish or soup?]”") };
-    const QByteArray supper = polls + poll(u"Supper?"_s, { "fish", "soup" });
+    const QByteArray supper =
+        polls + hex(Sample::pollPayload(u"Supper?"_s, { u"Fish"_s, u"Soup"_s }));
     const QByteArray voted = reaction + ", " + balloon;
-    const auto voteFor = [&polls](const QByteArrayList &options) {
-        return "4000, 'guid-1', " + polls + vote(options);
+    const auto voteFor = [&polls](const QStringList &options) {
+        return "4000, 'guid-1', " + polls + hex(Sample::votePayload(options));
     };
     QTest::newRow("a poll and the last vote of everybody")
         << message(1, "CAST(x'efbfbd' AS TEXT)", balloon, supper)
-            + message(2, "'x'", voted, voteFor({ "soup" }))
-            + message(3, "'x'", voted, voteFor({ "fish", "soup", "cake" }))
-            + message(4, "'x'", voted, voteFor({ "fish" }), "0")
+            + message(2, "'x'", voted, voteFor({ u"Soup"_s }))
+            + message(3, "'x'", voted, voteFor({ u"Fish"_s, u"Soup"_s, u"Cake"_s }))
+            + message(4, "'x'", voted, voteFor({ u"Fish"_s }), "0")
             + message(5, "'x'", voted, voteFor({}), "0")
         << QStringList { ann("[Poll: Supper?]|• Fish|• Soup"),
                          ann("Ann voted for “Fish”, “Soup” in “[Poll: Supper?]”") };
     QTest::newRow("a poll that got an option more")
         << message(1, "NULL", balloon, supper)
-            + message(2,
-                      "NULL",
-                      "associated_message_guid, " + balloon,
-                      "'guid-1', " + polls + poll(u"Supper?"_s, { "fish", "soup", "rice" }))
-            + message(3, "'x'", voted, voteFor({ "rice" }), "0")
-            + message(4, "'x'", voted, voteFor({ "cake" }))
+            + message(
+                2,
+                "NULL",
+                "associated_message_guid, " + balloon,
+                "'guid-1', " + polls
+                    + hex(Sample::pollPayload(u"Supper?"_s, { u"Fish"_s, u"Soup"_s, u"Rice"_s })))
+            + message(3, "'x'", voted, voteFor({ u"Rice"_s }), "0")
+            + message(4, "'x'", voted, voteFor({ u"Cake"_s }))
         << QStringList { ann("[Poll: Supper?]|• Fish|• Soup|• Rice"),
                          u"> You voted for “Rice” in “[Poll: Supper?]”"_s,
                          ann("Ann voted on “[Poll: Supper?]”") };
-    QTest::newRow("what is left of polls") << message(1,
-                                                      "NULL",
-                                                      "associated_message_guid, " + balloon,
-                                                      "'gone', " + polls + poll({}, { "fish", {} }))
-            + message(2, "'x'", voted, "4000, 'elsewhere', " + polls + vote({ "fish" }))
+    QTest::newRow("what is left of polls")
+        << message(1,
+                   "NULL",
+                   "associated_message_guid, " + balloon,
+                   "'gone', " + polls + hex(Sample::pollPayload({}, { u"Fish"_s, {} })))
+            + message(2,
+                      "'x'",
+                      voted,
+                      "4000, 'elsewhere', " + polls + hex(Sample::votePayload({ u"Fish"_s })))
             + message(3, "NULL", balloon, polls + app({ { u"URL"_s, u"data:,e30?src=p"_s } }))
             + message(4, "NULL", balloon, polls + "x'00'")
-                                           << QStringList { ann("[Poll]|• Fish|• [Option 2]"),
-                                                            ann("Ann voted on a poll"),
-                                                            ann("[Poll]"),
-                                                            ann("[Poll]") };
+        << QStringList { ann("[Poll]|• Fish|• [Option 2]"),
+                         ann("Ann voted on a poll"),
+                         ann("[Poll]"),
+                         ann("[Poll]") };
 
     QTest::newRow("send effects") << message(1,
                                              "'Boo'",
