@@ -1,5 +1,6 @@
 #include "sample/WhatsappDatabase.h"
 
+#include "sample/NoteRecord.h"
 #include "sample/People.h"
 #include "sample/SampleDates.h"
 
@@ -77,6 +78,11 @@ QVariant orNull(qint64 row)
     return row == 0 ? QVariant() : QVariant(row);
 }
 
+QString networkId(qint64 message)
+{
+    return u"3A%1"_s.arg(message, 18, 16, QLatin1Char('0')).toUpper();
+}
+
 bool isGroup(const QString &jid)
 {
     return jid.endsWith("@g.us"_L1);
@@ -98,7 +104,8 @@ WhatsappDatabase::WhatsappDatabase(const QString &path)
           "VALUES (?,9,1,16777216,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"))
     , m_insertMedia(m_database.prepare(
           "INSERT INTO ZWAMEDIAITEM(Z_PK,Z_ENT,Z_OPT,ZMESSAGE,ZMEDIALOCALPATH,ZTITLE,ZLATITUDE,"
-          "ZLONGITUDE,ZVCARDNAME,ZVCARDSTRING) VALUES (?,8,1,NULL,?,?,?,?,?,?)"))
+          "ZLONGITUDE,ZVCARDNAME,ZVCARDSTRING,ZXMPPTHUMBPATH,ZMETADATA) "
+          "VALUES (?,8,1,NULL,?,?,?,?,?,?,?,?)"))
 {
 }
 
@@ -119,9 +126,12 @@ qint64 WhatsappDatabase::addChat(const WhatsappChatRow &chat)
                  orNull(chat.name) });
     if (isGroup(chat.jid)) {
         m_database
-            .prepare("INSERT INTO ZWAGROUPINFO(Z_PK,Z_ENT,Z_OPT,ZCHATSESSION) "
-                     "VALUES (?,5,1,?)")
-            .run({ row, row });
+            .prepare("INSERT INTO ZWAGROUPINFO(Z_PK,Z_ENT,Z_OPT,ZCHATSESSION,ZCREATORJID,"
+                     "ZCREATIONDATE) VALUES (?,5,1,?,?,?)")
+            .run({ row,
+                   row,
+                   orNull(chat.creator),
+                   chat.created.isValid() ? QVariant(cocoaSeconds(chat.created)) : QVariant() });
     }
     return row;
 }
@@ -149,7 +159,9 @@ qint64 WhatsappDatabase::addMedia(const WhatsappMediaRow &media)
                         media.latitude,
                         media.longitude,
                         orNull(media.cardName),
-                        orNull(media.cardText) });
+                        orNull(media.cardText),
+                        orNull(media.preview),
+                        media.metadata.isEmpty() ? QVariant() : QVariant(media.metadata) });
     return m_media;
 }
 
@@ -175,7 +187,7 @@ qint64 WhatsappDatabase::addMessage(const WhatsappRow &message)
                  orNull(message.member),
                  orNull(message.media),
                  orNull(message.parent),
-                 u"3A%1"_s.arg(m_messages, 18, 16, QLatin1Char('0')).toUpper(),
+                 networkId(m_messages),
                  message.fromMe ? QVariant() : QVariant(chat.jid),
                  message.fromMe ? QVariant(chat.jid)
                      : isEvent && isGroup(chat.jid)
@@ -187,6 +199,34 @@ qint64 WhatsappDatabase::addMessage(const WhatsappRow &message)
             .run({ m_messages, message.media });
     }
     return m_messages;
+}
+
+void WhatsappDatabase::addReaction(qint64 message,
+                                   const QString &jid,
+                                   const QString &emoji,
+                                   const QDateTime &date)
+{
+    const bool isOwners = jid.isEmpty();
+    FieldWriter reaction;
+    reaction.text(1, networkId(message).replace(u'A', u'B'));
+    if (!isOwners)
+        reaction.text(2, jid);
+    reaction.text(isOwners ? 2 : 3, emoji);
+    reaction.number(isOwners ? 3 : 4, quint64(date.toMSecsSinceEpoch()));
+    const QByteArray all = FieldWriter().bytes(isOwners ? 2 : 1, reaction.message()).message();
+    m_database.prepare("INSERT INTO ZWAMESSAGEINFO VALUES (?,11,1,?,?)")
+        .run({ ++m_infos, message, FieldWriter().number(4, 2).bytes(7, all).message() });
+    m_database.prepare("UPDATE ZWAMESSAGE SET ZMESSAGEINFO = ? WHERE Z_PK = ?")
+        .run({ m_infos, message });
+}
+
+QByteArray WhatsappDatabase::quoteOf(qint64 message, const QString &jid, const QString &text)
+{
+    return FieldWriter()
+        .text(5, networkId(message))
+        .text(6, jid)
+        .bytes(19, FieldWriter().text(1, text).message())
+        .message();
 }
 
 bool WhatsappDatabase::finish()

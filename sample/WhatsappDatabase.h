@@ -18,6 +18,8 @@ struct WhatsappChatRow
     QString name;
     bool isRemoved = false;
     bool isArchived = false;
+    QString creator = {}; //!< Identifier of who made the group.
+    QDateTime created = {};
 };
 
 //! The file, place or card of a message.
@@ -29,6 +31,8 @@ struct WhatsappMediaRow
     double longitude = 0;
     QString cardName;
     QString cardText; //!< Of a file its MIME type.
+    QString preview = {}; //!< Path of its small picture.
+    QByteArray metadata = {}; //!< What it answers, packed: quoteOf().
 };
 
 //! A message; what is left as it is was not used by it.
@@ -64,6 +68,13 @@ public:
     qint64 addMedia(const WhatsappMediaRow &media);
     qint64 addMessage(const WhatsappRow &message);
 
+    //! Adds somebody's reaction to \a message; an empty \a jid is the owner's. Once a message.
+    void
+    addReaction(qint64 message, const QString &jid, const QString &emoji, const QDateTime &date);
+
+    //! What a media row holds of \a message, from \a jid, which it answers.
+    static QByteArray quoteOf(qint64 message, const QString &jid, const QString &text);
+
     //! Completes the list of chats and closes. \return false when anything failed.
     bool finish();
     QString error() const { return m_database.error(); }
@@ -84,6 +95,7 @@ private:
     qint64 m_names = 0;
     qint64 m_media = 0;
     qint64 m_messages = 0;
+    qint64 m_infos = 0;
     QList<QVariant> m_values;
 };
 

@@ -161,7 +161,9 @@ void Showcase::mara()
     const Person mara = people()[0];
     enter({ jid(mara.number), u"Mara Lindqvist"_s }, may(27, 9, 12));
     event(Notice, Encrypted);
-    say(0, u"Good morning from the lighthouse! ☀️"_s);
+    const QString greeting = u"Good morning from the lighthouse! ☀️"_s;
+    const qint64 first = say(0, greeting);
+    m_database.addReaction(first, {}, u"❤️"_s, m_now);
     send(row(0, Picture), photo({ 900, 2000 }, u"The path is open again"_s));
     say(kMe, u"What a view. I'm putting my boots on"_s);
     send(row(kMe, Picture), photo({ 1600, 900 }, u"This is where we had lunch, if anybody asks"_s));
@@ -195,14 +197,31 @@ void Showcase::mara()
     m_database.addMessage(failed);
     event(Notice, MissedCall);
     send(row(0, Picture),
-         { {}, u"One more, before the fog came"_s, 1280, 960, {}, u"image/jpeg"_s });
+         { {},
+           u"One more, before the fog came"_s,
+           1280,
+           960,
+           {},
+           u"image/jpeg"_s,
+           store(u"thumb"_s, encodeJpeg(drawLandscape(m_random, { 100, 75 }), 60)) });
     send(row(0, ViewOnce), {});
-    say(kMe, u"See you at seven & bring the <big> torch"_s);
+    const QString last = u"See you at seven & bring the <big> torch"_s;
+    const qint64 farewell = say(kMe, last);
+    m_database.addReaction(farewell, m_jid, u"👍"_s, m_now);
+    WhatsappMediaRow answer;
+    answer.metadata = WhatsappDatabase::quoteOf(first, m_jid, greeting);
+    send(row(kMe, Text, u"And good night to it, by the way 🌙"_s), answer);
 }
 
 void Showcase::walkers()
 {
-    enter({ u"120363041234567890@g.us"_s, u"Lighthouse Walkers 🏮"_s }, may(26, 18, 0));
+    enter({ u"120363041234567890@g.us"_s,
+            u"Lighthouse Walkers 🏮"_s,
+            false,
+            false,
+            jid(people()[1].number),
+            may(26, 18, 0) },
+          may(26, 18, 0));
     const qint64 jonas = m_database.addMember(m_chat, jid(people()[1].number));
     const qint64 priya = m_database.addMember(m_chat, jid(people()[2].number));
     const qint64 ruth = m_database.addMember(m_chat, u"12025550186@s.whatsapp.net"_s);
@@ -225,7 +244,8 @@ void Showcase::walkers()
            u"video/mp4"_s });
     send(row(kMe, Gif), { {}, {}, 320, 240, {}, u"video/mp4"_s });
     m_database.addMessage(row(priya, Poll, u"Soup or sandwiches?"_s));
-    say(kMe, u"Soup! ¡Sopa! スープ! 🍲"_s);
+    const qint64 soup = say(kMe, u"Soup! ¡Sopa! スープ! 🍲"_s);
+    m_database.addReaction(soup, u"12025550186@s.whatsapp.net"_s, u"😋"_s, m_now);
     event(Event, Left, stranger);
 }
 

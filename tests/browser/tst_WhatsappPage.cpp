@@ -152,16 +152,27 @@ void tst_WhatsappPage::showsEverything()
     const auto count = [&](const QByteArray &condition) {
         return countOf(database, "SELECT count(*)" + kShown + condition);
     };
+    // Each reaction is a line of its own; the number of its field says whose it is.
+    const auto reactions = [&](const QByteArray &field) {
+        return countOf(database,
+                       "SELECT count(*) FROM ZWAMESSAGEINFO WHERE substr(ZRECEIPTINFO, 5, 1) = x'"
+                           + field + '\'');
+    };
+    const int fromOthers = reactions("0A");
+    const int fromOwner = reactions("12");
+    QCOMPARE(fromOthers > 0 && fromOwner > 0, isShowcase);
     const QJsonValue shown = m_browser.evaluate(kShownOnPage);
-    QCOMPARE(shown["left"_L1].toInt(), count(" AND ZISFROMME = 0 AND ZMESSAGETYPE NOT IN (6, 10)"));
-    QCOMPARE(shown["right"_L1].toInt(), count(" AND ZISFROMME = 1"));
-    QCOMPARE(shown["dates"_L1].toInt(), count({}));
+    QCOMPARE(shown["left"_L1].toInt(),
+             fromOthers + count(" AND ZISFROMME = 0 AND ZMESSAGETYPE NOT IN (6, 10)"));
+    QCOMPARE(shown["right"_L1].toInt(), fromOwner + count(" AND ZISFROMME = 1"));
+    QCOMPARE(shown["dates"_L1].toInt(), fromOthers + fromOwner + count({}));
     QCOMPARE(shown["scripts"_L1].toInt(), 0);
     QCOMPARE(shown["outside"_L1].toInt(), 0);
     QCOMPARE(shown["thin"_L1].toInt(), 0);
     QCOMPARE(shown["failed"_L1].toInt(), count(" AND ZMESSAGEERRORSTATUS <> 0"));
     if (isShowcase) {
-        QCOMPARE(shown["pictures"_L1].toInt(), 4); // three photos and a sticker
+        QCOMPARE(shown["pictures"_L1].toInt(),
+                 5); // three photos, the preview of another, a sticker
         QCOMPARE(shown["icons"_L1].toString(),
                  u"audio.png location.png picture.png vcard.png video.png"_s);
         QCOMPARE(shown["broadcasts"_L1].toInt(), 2);
@@ -171,7 +182,7 @@ void tst_WhatsappPage::showsEverything()
 
     QString csv = page;
     const QJsonArray rows = csvRows(csv.replace(u".html"_s, u".csv"_s));
-    QCOMPARE(rows.size(), 1 + count({}));
+    QCOMPARE(rows.size(), 1 + fromOthers + fromOwner + count({}));
     int media = 0;
     for (const QJsonValue &row : rows) {
         QCOMPARE(row.toArray().size(), 8);
@@ -214,6 +225,8 @@ void tst_WhatsappPage::saysEverythingOfEveryKind()
         u"https://tide-and-timber.example/walks/lighthouse"_s,
         u"[Deleted message]"_s,
         u"Sticker"_s,
+        u"You reacted with ❤️ to “Good morning from the lighthouse! ☀️”"_s,
+        u"[Reply to “Good morning from the lighthouse! ☀️”]\nAnd good night to it"_s,
         u"View once"_s,
         u"Soup or sandwiches?"_s,
         u"Soup! ¡Sopa! スープ! 🍲"_s,

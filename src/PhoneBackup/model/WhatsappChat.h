@@ -4,6 +4,8 @@
 #include "model/Conversation.h"
 #include "model/Jid.h"
 
+#include <QDateTime>
+
 namespace PhoneBackup {
 
 class WhatsappStore;
@@ -20,6 +22,8 @@ struct WhatsappChat
     QString name;
     QString contact; //!< Name of the person it is with.
     QString number; //!< Phone number of the person it is with.
+    Jid creator; //!< Who made the group; of kind None when not known.
+    QDateTime creationDate; //!< When; may be invalid.
     qint64 lastDateMs = Conversation::kNoDate; //!< Since 1970, UTC.
     std::vector<qint64> messages; //!< Rows, in the order of display.
     std::vector<qint64> withMedia; //!< Those of them that have a media row.

@@ -65,6 +65,7 @@ std::vector<WhatsappChat> WhatsappChatList::take()
             m_database.addLoss(tr("Its messages have no column %1.").arg(column));
     }
     readSessions();
+    readCreators();
     if (!m_source.messageFilter().chats.isEmpty())
         readMembers();
     for (Session &session : m_sessions)
@@ -103,7 +104,8 @@ void WhatsappChatList::readSessions()
                                    u"ZREMOVED"_s,
                                    u"ZPARTNERNAME"_s,
                                    u"ZLASTMESSAGEDATE"_s,
-                                   u"ZCONTACTIDENTIFIER"_s })
+                                   u"ZCONTACTIDENTIFIER"_s,
+                                   u"ZGROUPINFO"_s })
         wanted.append(m_database.column(table, column));
     m_sessionsAreComplete =
         m_database.query(wanted.join(u", "_s), table, [this](const Statement &row) {
@@ -119,6 +121,7 @@ void WhatsappChatList::readSessions()
             session.partnerName = WhatsappNames::cleaned(row.text(4));
             m_names.learn(chat.jid, Jid(row.text(6)));
             m_bySessionRow.insert(chat.row, int(m_sessions.size()));
+            m_byGroupRow.insert(row.integer(7), int(m_sessions.size()));
             m_sessions.push_back(std::move(session));
         });
 }
@@ -152,6 +155,39 @@ WhatsappChatList::Session *WhatsappChatList::sessionOf(qint64 row, QByteArrayVie
     if (!session.isFound && !jid.isEmpty() && session.chat.jid.kind() == Jid::Kind::None)
         session.chat.jid = Jid(QString::fromUtf8(jid));
     return &session;
+}
+
+void WhatsappChatList::readCreators()
+{
+    const QString table = u"ZWAGROUPINFO"_s;
+    const auto column = [&](const QString &name) { return m_database.column(table, name); };
+    if (m_database.hasColumn(table, u"Z_PK"_s)) {
+        const QStringList wanted { u"Z_PK"_s,
+                                   column(u"ZCHATSESSION"_s),
+                                   column(u"ZCREATORJID"_s),
+                                   column(u"ZCREATIONDATE"_s) };
+        m_database.query(wanted.join(u", "_s), table, [this](const Statement &row) {
+            int index = m_bySessionRow.value(row.integer(1), -1);
+            if (index < 0)
+                index = m_byGroupRow.value(row.integer(0), -1);
+            if (index < 0)
+                return;
+            WhatsappChat &chat = m_sessions[std::size_t(index)].chat;
+            chat.creator = Jid(row.text(2));
+            chat.creationDate = PhoneTime::since2001(row.number(3));
+        });
+    }
+    // Older groups have both in their identifier: "<number>-<seconds since 1970>".
+    for (Session &session : m_sessions) {
+        WhatsappChat &chat = session.chat;
+        const QString &id = chat.jid.user();
+        if (chat.jid.kind() != Jid::Kind::Group || !id.contains(u'-'))
+            continue;
+        if (!chat.creator.isPerson())
+            chat.creator = Jid(id.section(u'-', 0, 0) + "@s.whatsapp.net"_L1);
+        if (!chat.creationDate.isValid())
+            chat.creationDate = PhoneTime::sinceUnix(id.section(u'-', 1, 1).toDouble());
+    }
 }
 
 void WhatsappChatList::readMembers()

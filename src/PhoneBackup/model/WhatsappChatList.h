@@ -52,6 +52,7 @@ private:
     struct Session;
 
     void readSessions();
+    void readCreators();
     void readMembers();
     void readMessages();
     static void setKind(Session &session, qint64 storedType);
@@ -66,6 +67,7 @@ private:
     const RowsOfMessages &m_media;
     std::vector<Session> m_sessions;
     QHash<qint64, int> m_bySessionRow;
+    QHash<qint64, int> m_byGroupRow;
     bool m_sessionsAreComplete = false;
     Facts m_facts;
 };

@@ -25,7 +25,9 @@ WhatsappMedia::WhatsappMedia(Source &source, const WhatsappPlace &place, Whatsap
                                     u"ZVCARDNAME"_s,
                                     u"ZVCARDSTRING"_s,
                                     u"ZLATITUDE"_s,
-                                    u"ZLONGITUDE"_s },
+                                    u"ZLONGITUDE"_s,
+                                    u"ZXMPPTHUMBPATH"_s,
+                                    u"ZMETADATA"_s },
                                   u"ZWAMEDIAITEM"_s))
 {
 }
@@ -58,6 +60,8 @@ WhatsappMediaItem WhatsappMedia::read(qint64 row)
     item.cardText = m_query->text(3);
     item.latitude = m_query->number(4).value_or(0);
     item.longitude = m_query->number(5).value_or(0);
+    item.previewPath = m_query->text(6);
+    item.quote = WhatsappRecords::quote(m_query->bytes(7));
     return item;
 }
 
@@ -85,6 +89,16 @@ FileIndex::Row WhatsappMedia::find(const QString &path) const
             row = file(kOldDomain, folder);
     }
     return row;
+}
+
+FileIndex::Row WhatsappMedia::findPreview(const WhatsappMediaItem &item) const
+{
+    const FileIndex::Row row = find(item.previewPath);
+    if (row != FileIndex::kNone || item.path.isEmpty())
+        return row;
+    const qsizetype dot = item.path.lastIndexOf(u'.');
+    const bool hasSuffix = dot > item.path.lastIndexOf(u'/');
+    return find((hasSuffix ? item.path.first(dot) : item.path) + ".thumb"_L1);
 }
 
 } // namespace PhoneBackup

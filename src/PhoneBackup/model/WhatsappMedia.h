@@ -3,6 +3,7 @@
 
 #include "folder/FileIndex.h"
 #include "model/WhatsappDatabase.h"
+#include "model/WhatsappRecords.h"
 
 namespace PhoneBackup {
 
@@ -16,6 +17,8 @@ struct WhatsappMediaItem
     QString cardText; //!< Of contacts the vCards; else the type of the file.
     double latitude = 0; //!< Of places; of pictures their width.
     double longitude = 0;
+    QString previewPath; //!< Of a small picture of it.
+    WhatsappQuote quote; //!< What the message answers.
 };
 
 /*!
@@ -37,6 +40,10 @@ public:
 
     //! The file at \a path, FileIndex::kNone when the backup has none.
     FileIndex::Row find(const QString &path) const;
+
+    //! The small picture that the app keeps beside the file of \a item, FileIndex::kNone when the
+    //! backup has none.
+    FileIndex::Row findPreview(const WhatsappMediaItem &item) const;
 
 private:
     WhatsappMediaItem read(qint64 row);

@@ -7,6 +7,11 @@
 
 namespace PhoneBackup {
 
+//! What a message is to those who show it.
+namespace WhatsappCode {
+enum Code { Text, Picture, Video, Audio, ContactCard, Location, GroupEvent };
+}
+
 //! One message of the chat that is open.
 class WhatsappMessage final : public BkWhatsappMsg
 {
@@ -17,10 +22,13 @@ public:
     QString author;
     BackupFiles *files = nullptr; //!< Those that its media file is one of.
     FileIndex::Row mediaFile = FileIndex::kNone;
-    int code = 0;
+    bool isPreview = false; // a small picture in the place of the file
+    int code = WhatsappCode::Text;
     bool fromMe = false;
     bool sentDone = true;
     bool broadcast = false;
+    bool isDeleted = false; // for everyone: its text is not what was said
+    quint64 idHash = 0; // of the identifier by which answers name it
 
     int type() const override { return code; }
     const QString &content() const override { return text; }
@@ -37,9 +45,8 @@ public:
     {
         // Only now: an encrypted file is decrypted for whoever wants its path. Pages look for a
         // picture in everything; whole films are not decrypted to find that they hold none.
-        constexpr int kVideo = 2;
-        constexpr int kAudio = 3;
-        const bool isWorthIt = !files->isEncrypted() || (code != kVideo && code != kAudio);
+        const bool isWorthIt = !files->isEncrypted() || isPreview
+            || (code != WhatsappCode::Video && code != WhatsappCode::Audio);
         if (mediaFile != FileIndex::kNone && isWorthIt)
             m_mediaPath = files->plainPath(mediaFile);
         return m_mediaPath;

@@ -4,8 +4,8 @@
 #include "model/Source.h"
 #include "model/StoredText.h"
 #include "model/WhatsappDatabase.h"
-#include "model/WireFields.h"
 #include "platform/Translation_p.h"
+#include "record/FieldReader.h"
 
 #include <algorithm>
 #include <array>
@@ -200,7 +200,7 @@ QString WhatsappNames::chosen(const QString &pushName)
 {
     const auto bytes =
         QByteArray::fromBase64Encoding(pushName.toUtf8(), QByteArray::AbortOnBase64DecodingErrors);
-    const bool isEncoded = bytes && WireFields::areComplete(*bytes);
+    const bool isEncoded = bytes && FieldReader::isComplete(*bytes);
     return isEncoded ? QString() : cleaned(pushName);
 }
 

@@ -5,8 +5,8 @@
 #include "model/StoredText.h"
 #include "model/WhatsappContent.h"
 #include "model/WhatsappNames.h"
+#include "model/WhatsappRecords.h"
 #include "model/WhatsappWords.h"
-#include "model/WireFields.h"
 #include "platform/Translation_p.h"
 
 #include <QRegularExpression>
@@ -14,6 +14,7 @@
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
+using namespace WhatsappCode;
 using DataExport::tr;
 
 namespace {
@@ -32,10 +33,8 @@ enum Column { // of the query for every message
     kPushName,
     kFromJid,
     kInfo,
+    kIdentifier,
 };
-
-// What a message is to those who show it.
-enum Code { Text, Picture, Video, Audio, ContactCard, Location, GroupEvent };
 
 enum StoredType : qint64 {
     kTextType = 0,
@@ -43,14 +42,22 @@ enum StoredType : qint64 {
     kLocationType = 5,
     kEventType = 6,
     kNoticeType = 10,
+    kDeletedType = 14,
     kAlbumType = 66,
 };
+
+constexpr qint64 kGroupCreated = 12; // among the codes of events
 
 QString oneOf(const QString &first, const QString &second, const QString &third = {})
 {
     if (!first.isEmpty())
         return first;
     return second.isEmpty() ? third : second;
+}
+
+void addLine(QString &text, const QString &line)
+{
+    text += text.isEmpty() ? line : u'\n' + line;
 }
 
 int codeByMime(const QString &mime)
@@ -103,7 +110,8 @@ void WhatsappReader::prepare()
                                      u"ZPARENTMESSAGE"_s,
                                      u"ZPUSHNAME"_s,
                                      u"ZFROMJID"_s,
-                                     u"ZMESSAGEINFO"_s },
+                                     u"ZMESSAGEINFO"_s,
+                                     u"ZSTANZAID"_s },
                                    messages);
     m_files =
         m_database.prepareRow({ u"ZMESSAGETYPE"_s, u"ZMESSAGEDATE"_s, u"ZMEDIAITEM"_s }, messages);
@@ -119,7 +127,7 @@ void WhatsappReader::prepare()
             m_database.column(messages, u"ZMESSAGEDATE"_s),
             m_database.column(messages, u"ZPARENTMESSAGE"_s)));
     m_links = m_database.prepareRow({ u"ZMATCHEDTEXT"_s, u"ZCONTENT1"_s }, u"ZWAMESSAGEDATAITEM"_s);
-    m_infos = m_database.prepareRow({ u"ZRECEIPTINFO"_s }, u"ZWAMESSAGEINFO"_s);
+    m_infos.emplace(m_database);
 }
 
 bool WhatsappReader::read(const WhatsappChat &chat, WhatsappContent &content)
@@ -128,6 +136,11 @@ bool WhatsappReader::read(const WhatsappChat &chat, WhatsappContent &content)
         prepare();
     if (!m_rows)
         return false;
+    m_relations.clear();
+    m_tellsCreation = false;
+    const bool mayTellCreation = chat.creator.isPerson();
+    if (mayTellCreation)
+        setCreation(chat, content.addMessage());
     bool failed = false;
     for (const qint64 row : chat.messages) {
         m_row = row;
@@ -142,6 +155,11 @@ bool WhatsappReader::read(const WhatsappChat &chat, WhatsappContent &content)
             content.removeLast();
     }
     m_rows->reset();
+    const bool isCreationAlone = content.messages().size() == 1;
+    if (mayTellCreation
+        && (m_tellsCreation || isCreationAlone || content.messages().first()->content().isEmpty()))
+        content.removeFirst();
+    m_relations.apply(content, !chat.isPrivate);
     return !failed || !content.messages().isEmpty();
 }
 
@@ -194,7 +212,56 @@ bool WhatsappReader::readRow(const WhatsappChat &chat, WhatsappMessage &message)
             && above.isShownPicture)
             return false;
     }
-    return setContent(chat, message);
+    if (!setContent(chat, message))
+        return false;
+    message.idHash = WhatsappRelations::hashOf(m_rows->bytes(kIdentifier));
+    if (!m_item.quote.id.isEmpty() && message.code != GroupEvent && !message.isDeleted)
+        m_relations.addAnswer(message, m_item.quote);
+    readReactions(chat, message);
+    return true;
+}
+
+// Who made the group, at the head of the chat; no text when that is not to be shown.
+void WhatsappReader::setCreation(const WhatsappChat &chat, WhatsappMessage &message) const
+{
+    message.files = &m_source.files();
+    message.code = GroupEvent;
+    if (!m_source.messageFilter().accepts(chat.creationDate))
+        return;
+    WhatsappWords::Event event;
+    event.code = kGroupCreated;
+    event.byOwner = isOwner(chat.creator);
+    event.who = nameOf(chat.creator);
+    if (event.byOwner || !event.who.isEmpty())
+        message.text = WhatsappWords::groupEvent(event);
+    if (chat.creationDate.isValid())
+        message.dateMs = chat.creationDate.toMSecsSinceEpoch();
+}
+
+void WhatsappReader::readReactions(const WhatsappChat &chat, WhatsappMessage &message)
+{
+    const QByteArrayView info = m_infos->of(m_row, m_rows->integer(kInfo));
+    if (info.isEmpty())
+        return;
+    std::vector<WhatsappRelations::Reaction> reactions;
+    for (const WhatsappReaction &found : WhatsappRecords::reactions(info)) {
+        const Jid &who = chat.isPrivate && !found.who.isPerson() ? chat.jid : found.who;
+        const bool byOwner = found.byOwner || isOwner(who);
+        QString name = byOwner ? tr("You") : chat.isPrivate ? chat.contact : nameOf(who);
+        if (name.isEmpty())
+            name = tr("Somebody");
+        if (!found.date.isValid() || m_source.messageFilter().accepts(found.date))
+            reactions.push_back({ &message,
+                                  byOwner,
+                                  byOwner ? QString() : person(who),
+                                  name,
+                                  found.emoji,
+                                  found.date });
+    }
+    m_relations.addReactions(std::move(reactions));
+    const QStringList counts = WhatsappRecords::reactionCounts(info);
+    if (!counts.isEmpty())
+        addLine(message.text, tr("[Reactions: %1]").arg(counts.join(u", "_s)));
 }
 
 bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &message)
@@ -247,7 +314,8 @@ bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &messa
     case 12:
         message.text = tr("Waiting for this message");
         break;
-    case 14:
+    case kDeletedType:
+        message.isDeleted = true;
         message.text = tr("[Deleted message]");
         break;
     case 15:
@@ -275,7 +343,10 @@ bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &messa
         message.text = oneOf(caption(text), tr("View once"));
         break;
     case 46:
-        message.text = text.isEmpty() ? oneOf(pollQuestion(), tr("Poll")) : text;
+        message.text = text.isEmpty()
+            ? oneOf(WhatsappRecords::pollQuestion(m_infos->of(m_row, m_rows->integer(kInfo))),
+                    tr("Poll"))
+            : text;
         break;
     case 54:
         message.code = Video;
@@ -320,6 +391,15 @@ bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &messa
         either(tr("Unsupported message"));
         break;
     }
+    // What stands for a picture or film that the phone never had, or has no longer.
+    if (message.mediaFile == FileIndex::kNone && (message.code == Picture || message.code == Video)
+        && m_item.row != 0) {
+        message.mediaFile = m_media.findPreview(m_item);
+        message.isPreview = message.mediaFile != FileIndex::kNone;
+        // It looks like a picture.
+        if (message.isPreview && message.code == Video)
+            addLine(message.text, tr("[Video]"));
+    }
     if (!chat.isPrivate && !message.fromMe)
         message.author = author().name;
     return true;
@@ -339,8 +419,15 @@ void WhatsappReader::setEvent(const WhatsappChat &chat, WhatsappMessage &message
         return;
     }
     const Author by = m_rows->integer(kMember) != 0 ? author() : Author();
-    event.byOwner = message.fromMe || (!m_facts.ownKey.isEmpty() && by.jid.key() == m_facts.ownKey);
+    event.byOwner = message.fromMe || isOwner(by.jid);
     event.who = by.name;
+    if (event.code == kGroupCreated) {
+        m_tellsCreation = true;
+        if (by.jid.kind() == Jid::Kind::None && !message.fromMe) {
+            event.byOwner = isOwner(chat.creator);
+            event.who = nameOf(chat.creator);
+        }
+    }
     if (event.who.isEmpty() && chat.isPrivate)
         event.who = chat.contact;
     message.text = WhatsappWords::groupEvent(event);
@@ -388,29 +475,6 @@ QString WhatsappReader::linkText()
     return text;
 }
 
-QString WhatsappReader::pollQuestion()
-{
-    constexpr quint64 pollField = 8;
-    constexpr quint64 questionField = 2;
-    if (!m_infos)
-        return {};
-    qint64 row = m_rows->integer(kInfo);
-    if (row == 0) {
-        if (!m_infoRows)
-            m_infoRows.emplace(m_database, u"ZWAMESSAGEINFO"_s, u"ZMESSAGE"_s);
-        row = m_infoRows->first(m_row);
-    }
-    m_infos->reset();
-    m_infos->bind(1, row);
-    QString question;
-    if (step(*m_infos)) {
-        const QByteArrayView poll = WireFields::bytes(m_infos->bytes(0), pollField);
-        question = StoredText::cleaned(QString::fromUtf8(WireFields::bytes(poll, questionField)));
-    }
-    m_infos->reset();
-    return question.trimmed();
-}
-
 // Who wrote the message of a group.
 WhatsappReader::Author WhatsappReader::author()
 {
@@ -451,6 +515,26 @@ const WhatsappReader::Author &WhatsappReader::member(qint64 row)
     return *m_authors.insert(row, author);
 }
 
+// Equal for the same person, whichever identifier names them.
+QString WhatsappReader::person(const Jid &jid) const
+{
+    const QString number = m_names.number(jid);
+    return number.isEmpty() ? jid.key() : number;
+}
+
+bool WhatsappReader::isOwner(const Jid &jid) const
+{
+    return jid.isPerson() && !m_facts.ownKey.isEmpty()
+        && person(jid) == person(Jid(m_facts.ownKey));
+}
+
+// Empty when neither a name nor a number is known.
+QString WhatsappReader::nameOf(const Jid &jid) const
+{
+    const QString name = m_names.name(jid);
+    return name.isEmpty() ? m_names.number(jid) : name;
+}
+
 // Identifiers in what the app says of people are replaced by their names.
 QString WhatsappReader::withNames(const QString &text) const
 {
@@ -469,8 +553,7 @@ QString WhatsappReader::withNames(const QString &text) const
         const QString between = text.sliced(from, match.capturedStart() - from);
         onlyPeople = onlyPeople && separator.match(between).hasMatch();
         const Jid jid(match.captured());
-        const bool isOwner = jid.key() == m_facts.ownKey;
-        const QString name = isOwner ? tr("you") : m_names.nameOrNumber(jid);
+        const QString name = isOwner(jid) ? tr("you") : m_names.nameOrNumber(jid);
         result += onlyPeople && !result.isEmpty() ? u", "_s + name : between + name;
         from = match.capturedEnd();
     }

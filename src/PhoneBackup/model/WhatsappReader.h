@@ -2,7 +2,9 @@
 #define PHONEBACKUP_MODEL_WHATSAPPREADER_H
 
 #include "model/WhatsappChatList.h"
+#include "model/WhatsappInfos.h"
 #include "model/WhatsappMedia.h"
+#include "model/WhatsappRelations.h"
 
 #include <QDateTime>
 
@@ -26,7 +28,8 @@ struct WhatsappSentFile
 
     \par Cost
     One look-up a message by its number; others for those that have a file, an author that was not
-    met before, or a type that is more than a text. A row on a damaged page costs itself alone.
+    met before, reactions, or a type that is more than a text. A row on a damaged page costs itself
+   alone.
 */
 class WhatsappReader
 {
@@ -56,15 +59,19 @@ private:
     void prepare();
     bool step(Statement &statement);
     bool readRow(const WhatsappChat &chat, WhatsappMessage &message);
+    void setCreation(const WhatsappChat &chat, WhatsappMessage &message) const;
+    void readReactions(const WhatsappChat &chat, WhatsappMessage &message);
     bool setContent(const WhatsappChat &chat, WhatsappMessage &message);
     void setEvent(const WhatsappChat &chat, WhatsappMessage &message, bool isNotice);
     bool isSentDone() const;
     QString documentName(const QString &text) const;
     QString caption(const QString &text) const;
     QString linkText();
-    QString pollQuestion();
     Author author();
     const Author &member(qint64 row);
+    QString person(const Jid &jid) const;
+    bool isOwner(const Jid &jid) const;
+    QString nameOf(const Jid &jid) const;
     QString withNames(const QString &text) const;
     Parent parent(qint64 row);
 
@@ -79,10 +86,11 @@ private:
     std::unique_ptr<Statement> m_members;
     std::unique_ptr<Statement> m_parents;
     std::unique_ptr<Statement> m_links;
-    std::unique_ptr<Statement> m_infos;
     std::optional<RowsOfMessages> m_linkRows;
-    std::optional<RowsOfMessages> m_infoRows;
+    std::optional<WhatsappInfos> m_infos;
     QHash<qint64, Author> m_authors; // by the row of the member
+    WhatsappRelations m_relations; // of the chat that is being read
+    bool m_tellsCreation = false; // a message of it says who made the group
     // Of the message that is being read.
     qint64 m_row = 0;
     WhatsappMediaItem m_item;

@@ -3,6 +3,7 @@
 #include "model/StoredText.h"
 #include "model/VCardText.h"
 #include "model/WhatsappMedia.h"
+#include "model/WhatsappMessage.h"
 #include "model/WhatsappNames.h"
 #include "platform/Translation_p.h"
 
@@ -170,6 +171,20 @@ QString notice(const Event &event)
         return tr("Group call started");
     default:
         return event.text.isEmpty() ? tr("Notice") : event.text;
+    }
+}
+
+QString mediaKind(int code)
+{
+    switch (code) {
+    case WhatsappCode::Picture:
+        return tr("Photo");
+    case WhatsappCode::Video:
+        return tr("Video");
+    case WhatsappCode::Audio:
+        return tr("Audio");
+    default:
+        return {};
     }
 }
 

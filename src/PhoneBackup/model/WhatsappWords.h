@@ -31,6 +31,9 @@ QString notice(const Event &event);
 //! \a text when a person can read it; empty for what is data to the app.
 QString readable(const QString &text);
 
+//! A word for a picture, video or audio message that has no text; empty for other type codes.
+QString mediaKind(int code);
+
 //! The people of one or several contact cards with their numbers, a line each.
 QString contactCards(const WhatsappMediaItem &item);
 

@@ -83,6 +83,13 @@ bool FieldReader::fail()
     return false;
 }
 
+bool FieldReader::isComplete(QByteArrayView message)
+{
+    FieldReader reader(message);
+    while (reader.next()) { }
+    return !message.isEmpty() && !reader.isDamaged();
+}
+
 QByteArrayView FieldReader::find(QByteArrayView message, std::initializer_list<quint32> path)
 {
     for (const quint32 number : path) {

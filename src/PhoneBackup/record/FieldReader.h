@@ -43,6 +43,9 @@ public:
     //! The value of the field, 0 when it holds bytes.
     quint64 value() const { return m_value; }
 
+    //! Whether \a message, which is not empty, consists of whole fields from beginning to end.
+    static bool isComplete(QByteArrayView message);
+
     //! The message or text at the end of \a path, a field number a level; null when there is none.
     static QByteArrayView find(QByteArrayView message, std::initializer_list<quint32> path);
 

@@ -1,6 +1,7 @@
 #include "WhatsappFixture.h"
 #include "model/MessageFilter.h"
-#include "model/WireFields.h"
+#include "record/FieldReader.h"
+#include "sample/NoteRecord.h"
 
 #include <QtTest>
 
@@ -15,6 +16,8 @@ class tst_Whatsapp : public QObject
 private Q_SLOTS:
     void saysWhatMessagesAre_data();
     void saysWhatMessagesAre();
+    void relatesMessages_data();
+    void relatesMessages();
     void saysWhatHappened_data();
     void saysWhatHappened();
     void listsChats_data();
@@ -66,6 +69,9 @@ void tst_Whatsapp::saysWhatMessagesAre_data()
         message(1, "1") + media(1, "ZLATITUDE = 52.5, ZLONGITUDE = 13.4, ZVCARDNAME = 'aGFzaA=='"),
         u"1 "_s);
     add("video", titled("2"), u"2 title"_s);
+    add("video of which only its preview is left",
+        message(1, "2") + media(1, "ZTITLE = 'title', ZMEDIALOCALPATH = 'Media/film.mp4'"),
+        u"2 title|[Video]{still}"_s);
     add("voice message", titled("3", text), u"3 "_s);
     add("GIF", titled("11"), u"2 title"_s);
     add("link, its text", titled("7", text), u"0 text"_s);
@@ -214,8 +220,178 @@ void tst_Whatsapp::saysWhatMessagesAre()
     QFETCH(QByteArray, rows);
     QFETCH(QString, expected);
     WhatsappFixture fixture;
+    fixture.addMedia(u"Media/film.thumb"_s, "still");
     fixture.addChats(kAnn + rows);
     QCOMPARE(fixture.messages(), QStringList { expected });
+}
+
+void tst_Whatsapp::relatesMessages_data()
+{
+    QTest::addColumn<QByteArray>("rows");
+    QTest::addColumn<QStringList>("expected");
+
+    using Sample::FieldWriter;
+    const QByteArray hello = message(1, "0", "ZTEXT = 'hello', ZSTANZAID = '3A01'");
+    const QByteArray ann = "15550100123@s.whatsapp.net";
+    const QByteArray bob = "15550100124@s.whatsapp.net";
+    constexpr quint64 kSecond = 978307200 + 700000000; // since 1970, of message 0
+    const auto reaction = [](const QByteArray &jid, const char *emoji, quint64 second) {
+        FieldWriter one;
+        if (!jid.isEmpty())
+            one.bytes(2, jid);
+        one.bytes(3, emoji).number(4, second * 1000);
+        return FieldWriter().bytes(1, one.message()).message();
+    };
+    const auto own = [](const char *emoji, quint64 second) {
+        return FieldWriter()
+            .bytes(2, FieldWriter().bytes(2, emoji).number(3, second).number(4, 1).message())
+            .message();
+    };
+    const auto info = [](int row, const QByteArray &reactions, const char *link = "ZMESSAGE") {
+        const QByteArray blob =
+            FieldWriter().number(4, 2).bytes(2, "x").bytes(7, reactions).message().toHex();
+        return "INSERT INTO ZWAMESSAGEINFO(Z_PK, " + QByteArray(link) + ", ZRECEIPTINFO) VALUES ("
+            + QByteArray::number(row) + ", " + QByteArray::number(row) + ", x'" + blob + "');";
+    };
+    const auto add = [](const char *name, const QByteArray &rows, const QStringList &expected) {
+        QTest::newRow(name) << rows << expected;
+    };
+    const QString line = u"0 hello"_s;
+    add("reaction of the other one",
+        kAnn + hello + info(1, reaction({}, "\u2764", kSecond)),
+        { line, u"0 Ann reacted with \u2764 to “hello”"_s });
+    add("reaction of the owner, in seconds, by the message's own column",
+        kAnn + hello + "UPDATE ZWAMESSAGE SET ZMESSAGEINFO = 9;"
+            + info(9, own("\U0001F44D", kSecond), "Z_OPT"),
+        { line, u"0 > You reacted with \U0001F44D to “hello”"_s });
+    add("reactions stand at their time",
+        kAnn + hello + message(2, "0", "ZTEXT = 'b'") + message(3, "0", "ZTEXT = 'c'")
+            + info(1, own("late", kSecond + 9) + reaction({}, "soon", kSecond + 2))
+            + info(2, reaction({}, "undated", 0)),
+        { line,
+          u"0 Ann reacted with soon to “hello”"_s,
+          u"0 b"_s,
+          u"0 Ann reacted with undated to “b”"_s,
+          u"0 c"_s,
+          u"0 > You reacted with late to “hello”"_s });
+    add("one of each person, without those withdrawn",
+        kGroup + message(1, "1", "ZGROUPMEMBER = 2") + message(2, "10", "ZTOJID = '" + ann + "'")
+            + info(1,
+                   reaction(bob, "new", kSecond + 9) + reaction(bob, "old", kSecond + 8)
+                       + reaction(ann, "mine", kSecond + 7) + reaction("205@lid", "x", kSecond)
+                       + reaction("205@lid", "", kSecond + 1) + reaction("206@lid", "?", kSecond)),
+        { u"1 +15550100124: "_s,
+          u"0 Somebody: Somebody reacted with ? to “Photo”"_s,
+          u"6 Messages are end-to-end encrypted"_s,
+          u"0 > You reacted with mine to “Photo”"_s,
+          u"0 +15550100124: +15550100124 reacted with new to “Photo”"_s });
+    add("how many of a channel's readers reacted",
+        chat(1, "1203@newsletter", "ZPARTNERNAME = 'News'") + message(1, "0", "ZTEXT = 'hello'")
+            + info(1,
+                   FieldWriter()
+                       .bytes(3,
+                              FieldWriter()
+                                  .bytes(1, FieldWriter().text(1, u"+1"_s).number(2, 7).message())
+                                  .message())
+                       .message()),
+        { u"0 hello|[Reactions: +1 7]"_s });
+    add("reactions that are cut off",
+        kAnn + hello
+            + "INSERT INTO ZWAMESSAGEINFO(Z_PK, ZMESSAGE, ZRECEIPTINFO) VALUES"
+              " (1, 1, x'3A0A0A041A02414212FF'), (2, 1, x'3AFFFFFFFFFFFFFFFFFF01');",
+        { line });
+
+    const auto quoting = [](const QByteArray &id, const QByteArray &quoted) {
+        FieldWriter metadata;
+        if (!id.isEmpty())
+            metadata.bytes(5, id);
+        metadata.bytes(6, "15550100123@s.whatsapp.net").bytes(19, quoted);
+        return message(2, "0", "ZTEXT = 'yes'")
+            + media(2, "ZMETADATA = x'" + metadata.message().toHex() + '\'');
+    };
+    const QByteArray text = FieldWriter().bytes(1, "as it was").message();
+    const QByteArray deleted = message(1, "14", "ZSTANZAID = '3A01', ZTEXT = 'x@lid'");
+    const QString yes = u"0 [Reply to “%1”]|yes"_s;
+    add("answer", kAnn + hello + quoting("3A01", text), { line, yes.arg(u"hello"_s) });
+    add("an answer is quoted without its own quote, and reacted to",
+        kAnn + hello + quoting("3A01", text)
+            + "UPDATE ZWAMESSAGE SET ZSTANZAID = '3A02' WHERE Z_PK = 2;" + message(3, "1")
+            + media(3, "ZMETADATA = x'" + FieldWriter().bytes(5, "3A02").message().toHex() + '\'')
+            + info(2, reaction({}, "x", kSecond + 4)),
+        { line, yes.arg(u"hello"_s), u"1 [Reply to “yes”]"_s, u"0 Ann reacted with x to “yes”"_s });
+    add("answer to a message that is gone",
+        kAnn + quoting("3A09", text),
+        { yes.arg(u"as it was"_s) });
+    add("answer to a message that was deleted for everyone",
+        kAnn + deleted + quoting("3A01", text),
+        { u"0 [Deleted message]"_s, yes.arg(u"as it was"_s) });
+    add("answer to what nobody knows",
+        kAnn + quoting("3A09", QByteArray("\x0a\xff", 2)),
+        { u"0 [Reply]|yes"_s });
+    add("the link's own preview is no quote", kAnn + quoting({}, text), { u"0 yes"_s });
+    add("the metadata of very old versions is no quote",
+        kAnn + message(1, "0", "ZTEXT = 'yes'")
+            + media(
+                1,
+                "ZMETADATA = x'"
+                    + ("bplist00" + QByteArray(104, 'x') + FieldWriter().bytes(5, "id").message())
+                          .toHex()
+                    + '\''),
+        { u"0 yes"_s });
+    const auto field = [](quint32 number, const QByteArray &value) {
+        return FieldWriter().bytes(number, value).message();
+    };
+    const QList<std::pair<QByteArray, QString>> contents {
+        { field(3, field(3, "caption")), u"caption"_s },
+        { field(3, field(16, "jpeg")), u"Photo"_s },
+        { field(4, field(16, "FN:Carl")), u"Carl"_s },
+        { field(5, field(4, "Road 1")), u"Road 1"_s },
+        { field(6, field(6, "title") + field(1, "a link")), u"a link"_s },
+        { field(7, field(8, "a.pdf")), u"a.pdf"_s },
+        { field(8, {}), u"Audio"_s },
+        { field(2, "key") + field(9, field(7, "film")), u"film"_s },
+    };
+    for (const auto &[content, quote] : contents)
+        add(qPrintable(u"answer to "_s + quote),
+            kAnn + quoting("3A09", content),
+            { yes.arg(quote) });
+
+    const QByteArray created = "INSERT INTO ZWAGROUPINFO(Z_PK, ZCHATSESSION, ZCREATORJID, "
+                               "ZCREATIONDATE) VALUES (7, 1, '"
+        + bob + "', 600000000);";
+    const QString byBob = u"6 +15550100124 created the group"_s;
+    add("who made the group",
+        kGroup + created + message(1, "0", "ZTEXT = 'x'"),
+        { byBob, u"0 x"_s });
+    add("who made the group, by the chat's column",
+        kGroup + created
+            + "UPDATE ZWAGROUPINFO SET ZCHATSESSION = NULL; UPDATE ZWACHATSESSION SET "
+              "ZGROUPINFO = 7;"
+            + message(1, "0", "ZTEXT = 'x'"),
+        { byBob, u"0 x"_s });
+    add("who made the group, where a message tells it without a name",
+        kGroup + created + message(1, "6", "ZGROUPEVENTTYPE = 12"),
+        { byBob });
+    add("who made the group, where a message tells it",
+        kGroup + created + message(1, "6", "ZGROUPEVENTTYPE = 12, ZGROUPMEMBER = 1"),
+        { u"6 +15550100123 created the group"_s });
+    add("who made an old group: the owner",
+        chat(1, "15550100123-1400000000@g.us") + message(1, "0", "ZTEXT = 'x'")
+            + message(2, "10", "ZTOJID = '" + ann + "'"),
+        { u"6 You created the group"_s, u"0 x"_s, u"6 Messages are end-to-end encrypted"_s });
+    add("nobody knows who made the group",
+        kGroup + created + "UPDATE ZWAGROUPINFO SET ZCREATORJID = '9@lid';"
+            + message(1, "0", "ZTEXT = 'x'"),
+        { u"0 x"_s });
+}
+
+void tst_Whatsapp::relatesMessages()
+{
+    QFETCH(QByteArray, rows);
+    WhatsappFixture fixture;
+    fixture.addChats(rows);
+    QTEST(fixture.messages(), "expected");
+    QCOMPARE(fixture.problems(), QStringList());
 }
 
 void tst_Whatsapp::saysWhatHappened_data()
@@ -546,6 +722,15 @@ void tst_Whatsapp::findsMedia_data()
     QTest::newRow("empty") << "''"_ba << QString();
     QTest::newRow("slashes") << "'///'"_ba << QString();
     QTest::newRow("missing") << "'Media/a/9.jpg'"_ba << QString();
+    QTest::newRow("missing, its preview beside it") << "'Media/d/4.jpg'"_ba << u"four"_s;
+    QTest::newRow("missing, its preview elsewhere")
+        << "'Media/a/9.jpg', ZXMPPTHUMBPATH = 'Media/d/4.thumb'"_ba << u"four"_s;
+    QTest::newRow("never downloaded, but seen")
+        << "NULL, ZXMPPTHUMBPATH = '/Media/d/4.thumb'"_ba << u"four"_s;
+    QTest::newRow("the file, not its preview")
+        << "'Media/a/1.jpg', ZXMPPTHUMBPATH = 'Media/d/4.thumb'"_ba << u"one"_s;
+    QTest::newRow("previews of this machine")
+        << "NULL, ZXMPPTHUMBPATH = '/etc/passwd'"_ba << QString();
     QTest::newRow("a folder") << "'Media/a'"_ba << QString();
     QTest::newRow("out of the folder") << "'Media/../../secret.jpg'"_ba << QString();
     QTest::newRow("in and out") << "'Media/a/../../../Library/secret.jpg'"_ba << QString();
@@ -561,6 +746,7 @@ void tst_Whatsapp::findsMedia()
     QFETCH(QString, found);
     WhatsappFixture fixture;
     fixture.addMedia(u"Media/a/1.jpg"_s, "one");
+    fixture.addMedia(u"Media/d/4.thumb"_s, "four");
     fixture.writer.addFile(WhatsappFixture::domain(), u"Media/b/2.jpg"_s, "two");
     fixture.writer.addFile(WhatsappFixture::oldDomain(), u"Library/Media/c/3.jpg"_s, "three");
     fixture.writer.addFile(u"HomeDomain"_s, u"Library/secret.jpg"_s, "secret");
@@ -568,8 +754,9 @@ void tst_Whatsapp::findsMedia()
                      + media(1, "ZMEDIALOCALPATH = " + path)
                      // Found from the other side, when the message's own column leads nowhere.
                      + message(2, "1", "ZMEDIAITEM = 99")
-                     + "INSERT INTO ZWAMEDIAITEM(Z_PK, ZMESSAGE, ZMEDIALOCALPATH) VALUES (50, 2, "
-                     + path + ");");
+                     + "INSERT INTO ZWAMEDIAITEM(Z_PK, ZMESSAGE) VALUES (50, 2);"
+                       "UPDATE ZWAMEDIAITEM SET ZMEDIALOCALPATH = "
+                     + path + " WHERE Z_PK = 50;");
     const QString expected = found.isEmpty() ? u"1 "_s : u"1 {%1}"_s.arg(found);
     QCOMPARE(fixture.messages(), (QStringList { expected, expected }));
 }
@@ -816,8 +1003,8 @@ void tst_Whatsapp::checksWireFields()
     QFETCH(QByteArray, record);
     QFETCH(bool, complete);
     QFETCH(QByteArray, second);
-    QCOMPARE(PhoneBackup::WireFields::areComplete(record), complete);
-    QCOMPARE(PhoneBackup::WireFields::bytes(record, 2).toByteArray(), second);
+    QCOMPARE(PhoneBackup::FieldReader::isComplete(record), complete);
+    QCOMPARE(PhoneBackup::FieldReader::find(record, { 2 }).toByteArray(), second);
 }
 
 QTEST_GUILESS_MAIN(tst_Whatsapp)
