@@ -9,6 +9,7 @@
 #include "message/MessagePage_p.h"
 #include "message/WhatsappType_p.h"
 #include "platform/CCommonUtils.h"
+#include "platform/NativeFile_p.h"
 #include "platform/Translation_p.h"
 
 #include <QFile>
@@ -97,24 +98,31 @@ private:
     {
         const QString &media = message.media();
         if (!media.isEmpty()) {
-            QFile source(media);
             QString why;
-            const QByteArray png = source.open(QIODevice::ReadOnly)
-                ? MessagePage::makePicture(source, &why)
-                : QByteArray();
+            const QByteArray png = pictureAt(media, &why);
             if (!png.isEmpty())
                 return Thumbnail::place(m_exporter, png, m_imageIndex++);
             // Of any other type it need not be a picture.
             if (message.type() == WhatsappType::Picture) {
                 // Its date leads to it; what a backup calls the file seldom says anything.
                 const QString date = CCommonUtils::datetimeToMinute(message.msgDate(), true);
-                MessagePage::reportPicture(m_exporter,
-                                           m_item,
-                                           date.isEmpty() ? QFileInfo(media).fileName() : date,
-                                           why.isEmpty() ? source.errorString() : why);
+                MessagePage::reportPicture(
+                    m_exporter, m_item, date.isEmpty() ? QFileInfo(media).fileName() : date, why);
             }
         }
         return iconOf(message.type());
+    }
+
+    // Empty, and why, when there is none that can be shown.
+    static QByteArray pictureAt(const QString &path, QString *why)
+    {
+        NativeFile native;
+        QFile source; // buffered: what a picture is, is read byte by byte
+        if (native.openForReading(path)
+            && source.open(native.release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+            return MessagePage::makePicture(source, why);
+        *why = native.errorString();
+        return {};
     }
 
     CIDataExporter *m_exporter;

@@ -213,7 +213,8 @@ Result<bool> BackupFiles::decryptManifest(DatabaseFiles &files)
     if (!copied)
         return copied.error();
     QFile result(target);
-    if (!result.open(QIODevice::ReadOnly) || result.read(kDatabaseMagic.size()) != kDatabaseMagic)
+    if (!CCommonUtils::openForReading(result)
+        || result.read(kDatabaseMagic.size()) != kDatabaseMagic)
         return notReadable(tr("It is damaged."));
     // A log beside it is of the computer's making, and not encrypted.
     for (const auto &[companion, suffix] :

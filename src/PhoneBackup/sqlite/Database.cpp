@@ -24,10 +24,12 @@ namespace {
 
 constexpr int kMaxValueBytes = 256 << 20;
 
-// What SQLite opens for reading keeps its access time, as all else that is read of a backup.
+// What SQLite opens for reading keeps its access time, and a pipe does not stop it, as with all
+// else that is read of a backup.
 int openQuietly(const char *path, int flags, int mode)
 {
     if ((flags & O_ACCMODE) == O_RDONLY) {
+        flags |= O_NONBLOCK;
         const int descriptor = ::open(path, flags | O_NOATIME, mode);
         if (descriptor >= 0 || errno != EPERM)
             return descriptor;

@@ -14,6 +14,8 @@
 #include <QtTest>
 
 #include <ctime>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -119,6 +121,9 @@ void tst_CWhatsapp2HtmlTranslate::showsPicturesUprightAndSmall()
     lying.fill(Qt::darkCyan);
     constexpr int kToTheRight = 6;
     QVERIFY(Files::write(heic, Sample::encodeHeic(lying, { kToTheRight })));
+    // Older than the last change: only then does a read change it at all.
+    const timespec times[2] = { { 1'600'000'000, 0 }, { 1'700'000'000, 0 } };
+    QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(heic).constData(), times, 0), 0);
 
     const QString png = Golden::folder(u"whatsapp-page/kinds/photo.png"_s);
     FakeWhatsappItem item({ u"Bob"_s });
@@ -134,12 +139,19 @@ void tst_CWhatsapp2HtmlTranslate::showsPicturesUprightAndSmall()
     QCOMPARE(sink.images.keys(), (QStringList { u"0.png"_s, u"1.png"_s, u"2.png"_s }));
     QCOMPARE(QImage::fromData(sink.images.value(u"1.png"_s)).size(), QSize(250, 83));
     QCOMPARE(QImage::fromData(sink.images.value(u"2.png"_s)).size(), QSize(83, 250));
+    QCOMPARE(QFileInfo(heic).lastRead().toSecsSinceEpoch(), times[0].tv_sec);
 }
 
 void tst_CWhatsapp2HtmlTranslate::reportsPicturesThatAreThereAlone()
 {
     const QString noPicture = Golden::folder(u"whatsapp-page/kinds/noise.bin"_s);
+    const QTemporaryDir folder;
+    const QString pipe = folder.filePath(u"pipe"_s); // nobody will ever write into it
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     FakeWhatsappItem item({ u"Bob"_s });
+    FakeWhatsappMsg &blocked = item.add({});
+    blocked.code = 1;
+    blocked.path = pipe;
     for (const int code : { 0, 1, 2, 3, 4, 5, 6, 77 }) {
         FakeWhatsappMsg &message = item.add(u"x"_s);
         message.code = code;
@@ -154,11 +166,13 @@ void tst_CWhatsapp2HtmlTranslate::reportsPicturesThatAreThereAlone()
     RecordingSink sink;
     sink.setReport(&report);
     QVERIFY(CWhatsapp2HtmlTranslate(&data).translate(&sink, {}, nullptr));
-    QCOMPARE(report.failures.size(), 2);
-    QCOMPARE(report.failures[0].item, u"Bob/noise.bin"_s);
-    QCOMPARE(report.failures[0].cause, CIExportReport::Cause::Content);
-    QCOMPARE(report.failures[1].item, u"Eve"_s);
-    QCOMPARE(report.failures[1].cause, CIExportReport::Cause::Source);
+    QCOMPARE(report.failures.size(), 3);
+    QCOMPARE(report.failures[0].item, u"Bob/pipe"_s);
+    QVERIFY(report.failures[0].reason.contains(u"regular file"_s));
+    QCOMPARE(report.failures[1].item, u"Bob/noise.bin"_s);
+    QCOMPARE(report.failures[1].cause, CIExportReport::Cause::Content);
+    QCOMPARE(report.failures[2].item, u"Eve"_s);
+    QCOMPARE(report.failures[2].cause, CIExportReport::Cause::Source);
     QCOMPARE(report.exported, QStringList { u": Bob"_s });
 }
 
