@@ -5,25 +5,41 @@
 #include "platform/Translation_p.h"
 #include "sqlite/Statement.h"
 
+#include <algorithm>
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
 using DataExport::tr;
 
-MessageBody MessageBody::read(const Statement &row, int attributed, int plain)
+QString MessageBody::textAt(Source &source, const Statement &row, int column)
+{
+    const QByteArrayView bytes = row.bytes(column);
+    if (bytes.size() <= kMaxTextBytes)
+        return row.text(column);
+    source.addProblem({ SmsDatabase::kMessages,
+                        u"HomeDomain/Library/SMS/sms.db: text"_s,
+                        tr("The text of some messages is too long; its end is left out."),
+                        true });
+    return QString::fromUtf8(bytes.first(kMaxTextBytes));
+}
+
+MessageBody MessageBody::read(Source &source, const Statement &row, int attributed, int plain)
 {
     MessageBody body;
     const QByteArrayView bytes = row.bytes(attributed);
-    auto decoded = bytes.isEmpty() ? std::nullopt : AttributedText::decode(bytes);
+    auto decoded = bytes.isEmpty() || bytes.size() > kMaxTextBytes ? std::nullopt
+                                                                   : AttributedText::decode(bytes);
     if (decoded && !decoded->text.isEmpty()) {
         body.text = std::move(decoded->text);
         body.places = std::move(decoded->files);
         body.transcription = std::move(decoded->transcription);
         return body;
     }
-    body.text = row.text(plain);
+    body.text = textAt(source, row, plain);
     if (body.text.isEmpty() && !bytes.isEmpty() && !decoded) {
-        const std::optional<QString> salvaged = AttributedText::salvage(bytes);
+        const std::optional<QString> salvaged =
+            AttributedText::salvage(bytes.first(std::min(bytes.size(), kMaxTextBytes)));
         body.isUnreadable = !salvaged;
         body.text = salvaged.value_or(QString());
     }

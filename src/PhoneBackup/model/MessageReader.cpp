@@ -195,9 +195,11 @@ void MessageReader::readDeletedParts()
     const QString what =
         u"message_id, %1, part_text"_s.arg(m_database.column(table, u"part_index"_s));
     m_database.query(what, table, [this](const Statement &row) {
-        const auto part = AttributedText::decode(row.bytes(2));
+        const QByteArrayView bytes = row.bytes(2);
+        const QByteArrayView body = bytes.first(std::min(bytes.size(), MessageBody::kMaxTextBytes));
+        const auto part = AttributedText::decode(body);
         QString text = StoredText::cleaned(
-            part ? part->text : AttributedText::salvage(row.bytes(2)).value_or(QString()));
+            part ? part->text : AttributedText::salvage(body).value_or(QString()));
         if (text.isEmpty() && part && !part->files.isEmpty())
             text = MessageWords::attachment();
         QStringList &texts = m_deletedParts[row.integer(0)][row.integer(1)];
@@ -280,7 +282,7 @@ void MessageReader::readRow(Message &message)
         if (m_conversation->isGroup && message.address)
             m_senders.insert(message.address);
     }
-    const QString subject = StoredText::cleaned(m_rows->text(kSubject));
+    const QString subject = StoredText::cleaned(MessageBody::textAt(m_source, *m_rows, kSubject));
     if (!subject.isEmpty())
         m_content->extrasOf(message).subject = subject;
 
@@ -289,7 +291,7 @@ void MessageReader::readRow(Message &message)
     MessageBody body;
     EditHistory history;
     if (!details.isReaction() && !details.isEvent()) {
-        body = MessageBody::read(*m_rows, kBody, kText);
+        body = MessageBody::read(m_source, *m_rows, kBody, kText);
         const QByteArrayView summary = m_rows->bytes(kSummary);
         if (!summary.isEmpty())
             history = EditHistory::read(summary, !body.text.isEmpty());
@@ -324,12 +326,14 @@ MessageReader::Details MessageReader::readDetails(qint64 row)
         return details;
     details.itemType = m_details->integer(kItemType);
     details.groupAction = m_details->integer(kGroupAction);
-    details.groupTitle = StoredText::cleaned(m_details->text(kGroupTitle));
+    details.groupTitle =
+        StoredText::cleaned(MessageBody::textAt(m_source, *m_details, kGroupTitle));
     details.otherHandle = m_details->integer(kOtherHandle);
     details.shareStatus = m_details->integer(kShareStatus);
     details.associatedType = m_details->integer(kAssociatedType);
     details.associatedGuid = m_details->text(kAssociatedGuid);
-    details.associatedEmoji = StoredText::cleaned(m_details->text(kAssociatedEmoji));
+    details.associatedEmoji =
+        StoredText::cleaned(MessageBody::textAt(m_source, *m_details, kAssociatedEmoji));
     details.bundle = m_details->text(kBundle);
     details.payload = m_details->bytes(kPayload).toByteArray();
     details.edited = m_details->integer(kDateEdited) != 0;

@@ -4,6 +4,7 @@
 #include "model/MessageWords.h"
 
 #include <algorithm>
+#include <set>
 #include <tuple>
 
 namespace PhoneBackup {
@@ -92,7 +93,7 @@ void MessageRelations::addReaction(const Reaction &reaction)
 void MessageRelations::addPoll(Message &message, const Poll &poll, const QString &target)
 {
     const quint64 other = target.isEmpty() ? message.guidHash : targetOf(target).guid;
-    m_polls.push_back({ &message, other, poll });
+    m_polls.push_back({ &message, other, poll, {} });
 }
 
 void MessageRelations::addReply(Message &message, QByteArrayView target, const QString &part)
@@ -150,6 +151,8 @@ void MessageRelations::joinPolls()
             text.replace(place, before.size(), MessageWords::poll(first.poll));
         again.message->hidden = true;
     }
+    for (KnownPoll &poll : m_polls)
+        poll.places = poll.poll.places();
 }
 
 QString MessageRelations::lineOf(const Known &reaction, const QString &quoted) const
@@ -159,9 +162,15 @@ QString MessageRelations::lineOf(const Known &reaction, const QString &quoted) c
     QStringList options;
     const auto found = m_pollOf.constFind(reaction.target);
     if (found != m_pollOf.cend() && reaction.vote) {
-        const Poll &poll = m_polls[*found].poll;
-        for (const qsizetype option : poll.chosen(*reaction.vote))
-            options.append(MessageWords::pollOption(poll, option));
+        const KnownPoll &known = m_polls[*found];
+        std::set<qsizetype> chosen; // in the order of the poll; what it does not have is dropped
+        for (const QString &id : *reaction.vote) {
+            const auto place = known.places.constFind(id);
+            if (place != known.places.cend())
+                chosen.insert(*place);
+        }
+        for (const qsizetype option : chosen)
+            options.append(MessageWords::pollOption(known.poll, option));
     }
     return MessageWords::vote(reaction.who, options, quoted);
 }

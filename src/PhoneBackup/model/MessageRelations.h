@@ -80,6 +80,7 @@ private:
         Message *message;
         quint64 target;
         Poll poll;
+        QHash<QString, qsizetype> places; //!< Of the options; there may be many, and many votes.
     };
     struct Reply
     {

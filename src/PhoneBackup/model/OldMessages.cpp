@@ -326,7 +326,7 @@ void OldMessages::readMessage(Message &message, ConversationContent &content)
     bool isUnreadable = false;
     QList<MessageAttachment> attachments;
     MessageParts::Hints hints;
-    const QString subject = StoredText::cleaned(row.text(kSubject));
+    const QString subject = StoredText::cleaned(MessageBody::textAt(m_source, row, kSubject));
     if (!subject.isEmpty())
         content.extrasOf(message).subject = subject;
     QString address;
@@ -336,7 +336,7 @@ void OldMessages::readMessage(Message &message, ConversationContent &content)
         message.sentDone = !message.fromMe
             || (row.integer(kMadridError) == 0 && (flags & (kDelivered | kWasSent)) != 0);
         address = row.text(kMadridHandle).trimmed();
-        MessageBody body = MessageBody::read(row, kMadridBody, kText);
+        MessageBody body = MessageBody::read(m_source, row, kMadridBody, kText);
         text = std::move(body.text);
         hints.places = std::move(body.places);
         isUnreadable = body.isUnreadable;
@@ -345,7 +345,7 @@ void OldMessages::readMessage(Message &message, ConversationContent &content)
         const qint64 kind = flags();
         message.fromMe = kind != kReceived;
         message.sentDone = kind == kReceived || kind == kSent || kind == kDeleted;
-        text = row.text(kText);
+        text = MessageBody::textAt(m_source, row, kText);
         hints.tellsMissing = partsOf(message.row).isEmpty(); // else its files are parts
         address = row.text(kAddress).trimmed();
     }
@@ -369,7 +369,7 @@ void OldMessages::readPart(const Part &part, Message &message, MessageParts &par
         m_partTexts->reset();
         m_partTexts->bind(1, part.row);
         if (m_partTexts->step() == Statement::Step::Row)
-            parts.addText(message, m_partTexts->text(0));
+            parts.addText(message, MessageBody::textAt(m_source, *m_partTexts, 0));
         return;
     }
     parts.addFile(message, attachmentOf(part), {});

@@ -5,7 +5,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSet>
 
 namespace PhoneBackup {
 
@@ -49,6 +48,14 @@ Poll Poll::read(const QString &address)
     return poll;
 }
 
+QHash<QString, qsizetype> Poll::places() const
+{
+    QHash<QString, qsizetype> result;
+    for (qsizetype i = options.size() - 1; i >= 0; --i)
+        result.insert(options.at(i).id, i);
+    return result;
+}
+
 std::optional<QStringList> Poll::readVote(const QString &address)
 {
     const QJsonValue votes = itemOf(address).value("votes"_L1);
@@ -59,17 +66,6 @@ std::optional<QStringList> Poll::readVote(const QString &address)
     for (const QJsonValue &vote : list)
         ids.append(vote.toObject().value("voteOptionIdentifier"_L1).toString());
     return ids;
-}
-
-QList<qsizetype> Poll::chosen(const QStringList &ids) const
-{
-    const QSet<QString> wanted(ids.cbegin(), ids.cend());
-    QList<qsizetype> result;
-    for (qsizetype i = 0; i < options.size(); ++i) {
-        if (wanted.contains(options.at(i).id))
-            result.append(i);
-    }
-    return result;
 }
 
 } // namespace PhoneBackup

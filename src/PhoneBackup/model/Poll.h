@@ -1,6 +1,7 @@
 #ifndef PHONEBACKUP_MODEL_POLL_H
 #define PHONEBACKUP_MODEL_POLL_H
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -24,14 +25,14 @@ struct Poll
     //! The poll that the app of polls keeps in \a address, without options when it holds none.
     static Poll read(const QString &address);
 
+    //! The place of each option by its identifier; of equal ones the first.
+    QHash<QString, qsizetype> places() const;
+
     /*!
         What a vote in \a address chose, as identifiers of options: all that its sender has chosen
         at that moment, none when everything was withdrawn. No value when it holds no vote.
     */
     static std::optional<QStringList> readVote(const QString &address);
-
-    //! The options among \a ids, in the order of the poll; the others are dropped.
-    QList<qsizetype> chosen(const QStringList &ids) const;
 };
 
 } // namespace PhoneBackup

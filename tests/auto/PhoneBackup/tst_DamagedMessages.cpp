@@ -224,8 +224,8 @@ void tst_DamagedMessages::readsAbsurdRows_data()
         << "UPDATE message SET thread_originator_guid = 'guid-' || (ROWID % 300 + 1),"
            " thread_originator_part = 'x:y';"_ba
         << kCount;
-    QTest::newRow("a text of 10 MB")
-        << "UPDATE message SET text = 'No. ' || CAST(zeroblob(10000000) AS TEXT) WHERE ROWID = 7;"
+    QTest::newRow("texts of 4 MB")
+        << "UPDATE message SET text = 'No. ' || CAST(zeroblob(4000000) AS TEXT) WHERE ROWID = 7;"
            "UPDATE message SET attributedBody = "_ba
             + "x'" + Sample::attributedBody(u"No. "_s + QString(2'000'000, u'\u00E4')).toHex()
             + "' WHERE ROWID = 8;"

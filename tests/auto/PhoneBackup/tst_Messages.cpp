@@ -34,6 +34,7 @@ private Q_SLOTS:
     void mergesConversations_data();
     void mergesConversations();
     void ordersConversationsAndMessages();
+    void cutsTextsWithoutAnEnd();
     void tellsWhatWasSentAndHow_data();
     void tellsWhatWasSentAndHow();
     void tellsPartsOfAGroupApart();
@@ -665,6 +666,17 @@ void tst_Messages::ordersConversationsAndMessages()
                            kAnnSays + u"equal 2"_s,
                            kAnnSays + u"last"_s }));
     QVERIFY(fixture.problems().isEmpty());
+}
+
+void tst_Messages::cutsTextsWithoutAnEnd()
+{
+    MessageFixture fixture;
+    const QByteArray endless = "replace(hex(zeroblob(2500000)), '00', '\u00E4')";
+    fixture.addMessages(kAnn + message(1, endless)
+                        + message(2, "'x'", "attributedBody", "CAST(" + endless + " AS BLOB)"));
+    QCOMPARE(fixture.messages(),
+             QStringList({ kAnnSays + QString(2 << 20, u'\u00E4'), kAnnSays + u'x' }));
+    QCOMPARE(fixture.problems(), QStringList { u"6 HomeDomain/Library/SMS/sms.db: text (loss)"_s });
 }
 
 void tst_Messages::tellsWhatWasSentAndHow_data()
