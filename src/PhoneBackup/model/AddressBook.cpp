@@ -21,19 +21,25 @@ constexpr QLatin1StringView kDomain("HomeDomain");
 constexpr QLatin1StringView kPath("Library/AddressBook/AddressBook.sqlitedb");
 constexpr int kOrganisation = 1;
 constexpr qsizetype kMaxNameCharacters = 500; // a list shows no more; the details hold all of it
+constexpr qsizetype kMaxNameBytes = 8 * kMaxNameCharacters;
 
 // In one line. Of a name that someone made a book of, as much as can be a name.
 QString nameIn(const Statement &row, int column)
 {
-    constexpr qsizetype kMaxBytes = 8 * kMaxNameCharacters;
     const QByteArrayView bytes = row.bytes(column);
     QString name =
-        StoredText::cleaned(QString::fromUtf8(bytes.first(std::min(bytes.size(), kMaxBytes))))
+        StoredText::cleaned(QString::fromUtf8(bytes.first(std::min(bytes.size(), kMaxNameBytes))))
             .simplified();
     if (name.size() <= kMaxNameCharacters)
         return name;
     name.truncate(kMaxNameCharacters - (name[kMaxNameCharacters - 1].isHighSurrogate() ? 1 : 0));
     return name + u'…';
+}
+
+QByteArray keyIn(const Statement &row, int column)
+{
+    const QByteArrayView bytes = row.bytes(column);
+    return bytes.first(std::min(bytes.size(), kMaxNameBytes)).toByteArray();
 }
 
 QString joined(QStringList parts)
@@ -64,7 +70,10 @@ AddressBook::Person personOf(const Statement &row, int column)
         Kind,
         FirstSpoken,
         LastSpoken,
-        OrganizationSpoken
+        OrganizationSpoken,
+        Alphabet,
+        Section,
+        Key
     };
     const auto text = [&](int place) { return nameIn(row, column + place); };
     const QString organization = text(Organization);
@@ -72,6 +81,11 @@ AddressBook::Person personOf(const Statement &row, int column)
         row.integer(column + Kind) == kOrganisation && !organization.isEmpty();
 
     AddressBook::Person person;
+    AddressBook::SortKeys &sort = person.sort;
+    if (!row.bytes(column + Alphabet).isEmpty())
+        sort.alphabet = row.integer(column + Alphabet);
+    sort.section = keyIn(row, column + Section);
+    sort.key = keyIn(row, column + Key);
     person.name = isOrganization
         ? organization
         : firstOf({ joined({ text(Prefix), text(First), text(Middle), text(Last), text(Suffix) }),
@@ -80,13 +94,13 @@ AddressBook::Person personOf(const Statement &row, int column)
                     text(Display),
                     text(Fallback) });
     if (isOrganization) {
-        person.sortName = firstOf({ text(OrganizationSpoken), organization });
+        sort.name = firstOf({ text(OrganizationSpoken), organization });
         return person;
     }
     const QString family = firstOf({ text(LastSpoken), text(Last) });
     const QString given = joined({ firstOf({ text(FirstSpoken), text(First) }), text(Middle) });
-    person.sortName = firstOf({ family, given, person.name });
-    person.sortRest = family.isEmpty() ? QString() : given;
+    sort.name = firstOf({ family, given, person.name });
+    sort.rest = family.isEmpty() ? QString() : given;
     return person;
 }
 
@@ -156,7 +170,10 @@ void AddressBook::readPeople()
                                  u"Kind"_s,
                                  u"FirstPhonetic"_s,
                                  u"LastPhonetic"_s,
-                                 u"OrganizationPhonetic"_s })
+                                 u"OrganizationPhonetic"_s,
+                                 u"LastSortLanguageIndex"_s,
+                                 u"LastSortSection"_s,
+                                 u"LastSort"_s })
         wanted.append(column(name));
     m_database->query(wanted.join(u','), u"ABPerson"_s, [&](const Statement &row) {
         const qint64 link = row.integer(1);
@@ -194,8 +211,7 @@ void AddressBook::addCard(Card &&card)
     person.cards.push_back(card.row);
     if (!card.person.name.isEmpty() && isBetter) {
         person.name = card.person.name;
-        person.sortName = card.person.sortName;
-        person.sortRest = card.person.sortRest;
+        person.sort = card.person.sort;
         std::swap(person.cards.front(), person.cards.back());
     }
     if (isNameCard)
@@ -258,7 +274,7 @@ void AddressBook::readValues()
     for (auto it = names.cbegin(); it != names.cend(); ++it) {
         Person &person = m_people[std::size_t(it.key())];
         person.name = it->text;
-        person.sortName = it->text;
+        person.sort.name = it->text;
     }
 }
 

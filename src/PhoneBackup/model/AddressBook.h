@@ -8,6 +8,7 @@
 #include <QSet>
 #include <QString>
 
+#include <limits>
 #include <vector>
 
 namespace PhoneBackup {
@@ -18,20 +19,35 @@ class Source;
     \brief The people in the phone's address book, and who a number or e-mail address belongs to.
 
     Read once; without an address book, or with a damaged one, it knows nobody or fewer people.
-   Cards that the phone shows as one are one person. \par Cost A look-up tests the few people whose
-   numbers end alike; an answer is kept. \par Memory Names and numbers, and the places of everything
-   else that is known of people.
+    Cards that the phone shows as one are one person.
+    \par Cost
+    A look-up tests the few people whose numbers end alike; an answer is kept.
+    \par Memory
+    Names and numbers, and the places of everything else that is known of people.
 */
 class AddressBook
 {
 public:
     static constexpr int kNobody = -1;
 
+    //! What tells where people stand in a list.
+    struct SortKeys
+    {
+        static constexpr qint64 kNoAlphabet = std::numeric_limits<qint32>::max();
+
+        QString name; //!< The family name, where there is one.
+        QString rest; //!< What orders those of equal names.
+        //! The keys by which the phone orders its own list, and of one address book only; compared
+        //! in this order, as bytes. The last one is empty when the phone has none.
+        qint64 alphabet = kNoAlphabet;
+        QByteArray section;
+        QByteArray key;
+    };
+
     struct Person
     {
         QString name; //!< In one line; empty when there is none.
-        QString sortName; //!< What lists are ordered by: the family name, where there is one.
-        QString sortRest; //!< What orders those of equal sort names.
+        SortKeys sort; //!< What lists are ordered by.
         std::vector<qint64> cards; //!< ROWIDs; that of the name comes first.
         qint64 imageCard = -1; //!< Whose picture is shown, -1 for any of them.
 

@@ -5,7 +5,7 @@
 #include <QCollator>
 
 #include <algorithm>
-#include <numeric>
+#include <tuple>
 
 namespace PhoneBackup {
 
@@ -15,13 +15,14 @@ namespace {
 
 constexpr qint64 kMaxSettingsBytes = 1 << 20;
 
-struct Key
+// Where a name stands among others.
+struct NameKey
 {
     int section;
     QCollatorSortKey name;
     QCollatorSortKey rest;
 
-    bool operator<(const Key &other) const
+    bool operator<(const NameKey &other) const
     {
         if (section != other.section)
             return section < other.section;
@@ -45,19 +46,42 @@ int sectionOf(const QString &name)
 
 std::vector<int> contactOrder(const std::vector<AddressBook::Person> &people, const QLocale &locale)
 {
-    const QCollator collator(locale);
-    std::vector<Key> keys;
-    keys.reserve(people.size());
-    for (const AddressBook::Person &person : people) {
-        keys.push_back({ sectionOf(person.sortName),
-                         collator.sortKey(person.sortName),
-                         collator.sortKey(person.sortRest) });
-    }
-    std::vector<int> order(people.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(), [&keys](int a, int b) {
-        return keys[std::size_t(a)] < keys[std::size_t(b)];
+    const auto sort = [&people](int person) -> const AddressBook::SortKeys & {
+        return people[std::size_t(person)].sort;
+    };
+    std::vector<int> byPhone;
+    std::vector<int> byName;
+    for (int person = 0; person < int(people.size()); ++person)
+        (sort(person).key.isEmpty() ? byName : byPhone).push_back(person);
+    std::stable_sort(byPhone.begin(), byPhone.end(), [&sort](int a, int b) {
+        return std::tie(sort(a).alphabet, sort(a).section, sort(a).key)
+            < std::tie(sort(b).alphabet, sort(b).section, sort(b).key);
     });
+    if (byName.empty())
+        return byPhone;
+
+    const QCollator collator(locale);
+    std::vector<NameKey> names;
+    names.reserve(people.size());
+    for (const AddressBook::Person &person : people) {
+        names.push_back({ sectionOf(person.sort.name),
+                          collator.sortKey(person.sort.name),
+                          collator.sortKey(person.sort.rest) });
+    }
+    const auto isBefore = [&names](int a, int b) {
+        return names[std::size_t(a)] < names[std::size_t(b)];
+    };
+    std::stable_sort(byName.begin(), byName.end(), isBefore);
+    // No std::merge(): the phone's order and that of words only resemble each other.
+    std::vector<int> order;
+    order.reserve(people.size());
+    auto next = byName.cbegin();
+    for (const int person : byPhone) {
+        for (; next != byName.cend() && isBefore(*next, person); ++next)
+            order.push_back(*next);
+        order.push_back(person);
+    }
+    order.insert(order.end(), next, byName.cend());
     return order;
 }
 

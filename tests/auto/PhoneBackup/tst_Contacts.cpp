@@ -46,6 +46,8 @@ private Q_SLOTS:
     void namesLists();
     void ordersByName_data();
     void ordersByName();
+    void ordersByThePhonesKeys_data();
+    void ordersByThePhonesKeys();
     void ordersInThePhonesLanguage_data();
     void ordersInThePhonesLanguage();
     void findsDays_data();
@@ -252,6 +254,43 @@ void tst_Contacts::ordersByName()
     QCOMPARE(fixture.names(), names);
     for (int i = 1; i < names.size(); ++i)
         QVERIFY(names[i] != names[i - 1] || fixture.item(i)->id() > fixture.item(i - 1)->id());
+}
+
+void tst_Contacts::ordersByThePhonesKeys_data()
+{
+    QTest::addColumn<QByteArray>("rows"); // Last, alphabet, section, key, link
+    QTest::addColumn<QString>("names");
+
+    QTest::newRow("bytes of the keys, not the names")
+        << "('A',0,'A','x',0),('B',0,'A','X',0)"_ba << u"B A"_s;
+    QTest::newRow("sections before keys") << "('A',0,'C','1',0),('B',0,'B','2',0)"_ba << u"B A"_s;
+    QTest::newRow("alphabets before sections, as numbers")
+        << "('A',10,'B','1',0),('B',9,'C','1',0),('C',2147483647,'A','1',0)"_ba << u"B A C"_s;
+    QTest::newRow("no letter: at the end")
+        << "('1',2147483647,'#','1',0),('Zoe',0,'Z','Z',0)"_ba << u"Zoe 1"_s;
+    QTest::newRow("no section") << "('A',0,'A','A',0),('B',0,NULL,'B',0)"_ba << u"B A"_s;
+    QTest::newRow("equal keys as they came")
+        << "('B',0,'A','A',0),('A',0,'A','A',0)"_ba << u"B A"_s;
+    QTest::newRow("no key: by the name among the others")
+        << "('Y',0,'A','A',0),('B',0,'B','B',0),('A',5,'','',0),('X',5,NULL,NULL,0),"
+           "('Z',NULL,NULL,NULL,0)"_ba
+        << u"A X Y B Z"_s;
+    QTest::newRow("cards of one person: the key of the name")
+        << "('A',0,'A','A',7),('C',0,'C','C',7),('B',0,'B','B',0);"
+           "INSERT INTO ABPersonLink(ROWID, PreferredNamePersonID) VALUES (7, 2)"_ba
+        << u"B C"_s;
+}
+
+void tst_Contacts::ordersByThePhonesKeys()
+{
+    QFETCH(QByteArray, rows);
+    QFETCH(QString, names);
+    ContactFixture fixture;
+    fixture.addBook(
+        ContactFixture::book("INSERT INTO ABPerson(Last, LastSortLanguageIndex, LastSortSection,"
+                             " LastSort, PersonLink) VALUES "
+                             + rows + ';'));
+    QCOMPARE(fixture.names().join(u' '), names);
 }
 
 void tst_Contacts::ordersInThePhonesLanguage_data()
