@@ -12,6 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr QByteArrayView kTypedStream("\x04\x0bstreamtyped");
+
 // The text of one version of a part.
 QString textOf(QByteArrayView body)
 {
@@ -33,14 +35,7 @@ EditHistory EditHistory::read(QByteArrayView summary, bool hasText)
         && !summary.contains(kUnsent))
         return history;
     const PropertyList list = PropertyList::parse(summary.toByteArray());
-    if (!list.isDict()) {
-        // What was written last stands last.
-        history.isDamaged = true;
-        const qsizetype version = summary.lastIndexOf(QByteArrayView("\x04\x0bstreamtyped"));
-        if (version >= 0)
-            history.lastText = textOf(summary.sliced(version));
-        return history;
-    }
+    history.isDamaged = !list.isDict();
     QSet<int> unsent;
     for (const QVariant &part : list.value("rp").toList())
         unsent.insert(part.toInt());
@@ -60,6 +55,12 @@ EditHistory EditHistory::read(QByteArrayView summary, bool hasText)
         if (!history.lastText.isEmpty() && !text.isEmpty())
             history.lastText += u'\n';
         history.lastText += text;
+    }
+    // Where nothing leads to a text, there may be one all the same: what was written last is last.
+    const qsizetype version = summary.lastIndexOf(kTypedStream);
+    if (!hasText && !history.unsent && history.lastText.isEmpty() && version >= 0) {
+        history.edited = history.isDamaged = true;
+        history.lastText = textOf(summary.sliced(version));
     }
     return history;
 }

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void mergesConversations_data();
     void mergesConversations();
     void ordersConversationsAndMessages();
+    void losesNoEditedMessage();
     void cutsTextsWithoutAnEnd();
     void tellsWhatWasSentAndHow_data();
     void tellsWhatWasSentAndHow();
@@ -142,14 +143,14 @@ void tst_Messages::showsEveryKindOfMessage_data()
     QTest::newRow("edited, and damaged: what is left of it")
         << message(1,
                    "NULL",
-                   "date_edited, message_summary_info",
-                   "5, " + hex(plain.chopped(30))) // its end tells where everything is
+                   "message_summary_info",
+                   hex(plain.chopped(30))) // its end tells where everything is
             + message(2, "NULL", "message_summary_info", hex(plain.first(40)))
             + message(3, "NULL", "date_edited", "5")
             + message(4,
                       "NULL",
                       "message_summary_info",
-                      hex(history({ { u"0"_s, QVariantList { versions, noVersion } } })))
+                      hex(history({ { u"0"_s, QVariantList { noVersion } } })))
         << QStringList { ann("Last [Edited]"),
                          ann("[This message could not be read]"),
                          ann("[This message could not be read] [Edited]"),
@@ -666,6 +667,24 @@ void tst_Messages::ordersConversationsAndMessages()
                            kAnnSays + u"equal 2"_s,
                            kAnnSays + u"last"_s }));
     QVERIFY(fixture.problems().isEmpty());
+}
+
+void tst_Messages::losesNoEditedMessage()
+{
+    const QVariantMap version { { u"t"_s, Sample::attributedBody(u"Last"_s) } };
+    const QByteArray history = Sample::binaryPropertyList(QVariantMap {
+        { u"ec"_s, QVariantMap { { u"0"_s, QVariantList { version } } } }, { u"ust"_s, true } });
+    QByteArray rows = kAnn;
+    int count = 0;
+    for (qsizetype place = 0; place < history.size(); ++place) {
+        const QByteArray flipped = QByteArray(history).replace(place, 1, QByteArray(1, '~'));
+        for (const QByteArray &damaged : { flipped, history.first(place) + '~' })
+            rows += message(++count, "NULL", "message_summary_info", hex(damaged));
+    }
+    MessageFixture fixture;
+    fixture.addMessages(rows);
+    QCOMPARE(fixture.messages().size(), count);
+    QVERIFY(fixture.messages().filter(u"Last"_s).size() > count / 2);
 }
 
 void tst_Messages::cutsTextsWithoutAnEnd()
