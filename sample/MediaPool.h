@@ -16,8 +16,9 @@ namespace Sample {
 
     \par Sizes
     With sizes asked for, contents are drawn so small that they fit, then filled up behind their
-   end, where viewers do not look. A content that cannot be made small enough stays longer. \par
-   Memory The drawn ones only, whatever the number of contents asked for.
+    end, where viewers do not look. A content that cannot be made small enough stays longer.
+    \par Memory
+    The drawn ones only, whatever the number of contents asked for.
 */
 class MediaPool
 {

@@ -12,7 +12,7 @@ namespace Sample {
     \brief Numbers that are the same for the same seed, with every compiler and on every machine.
 
     The distributions of the standard library are left to its makers; the engine's own output is
-   not.
+    not.
 */
 class Random
 {

@@ -53,7 +53,7 @@ public:
 
     /*!
         Where the main picture of a safe file is, if HEVC is all that is needed to decode it, with
-       no crop. Images that belong to it, such as its transparency, are not looked at.
+        no crop. Images that belong to it, such as its transparency, are not looked at.
     */
     std::optional<HevcPicture> hevcPicture();
 

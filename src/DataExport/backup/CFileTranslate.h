@@ -26,9 +26,9 @@ public:
     ~CFileTranslate();
 
     /*!
-        Runs the export. \a exporter must be an open CFileExporter; \a progress may be null; \a
-       protect lifts the media protection of each file at a path while it is read. \return false for
-       another kind of sink or none.
+        Runs the export. \a exporter must be an open CFileExporter; \a progress may be null;
+        \a protect lifts the media protection of each file at a path while it is read. \return false
+        for another kind of sink or none.
     */
     bool translate(CIDataExporter *exporter, CIProgressCallback *progress, bool protect);
 

@@ -8,7 +8,8 @@
 
     Item model, implemented by the application. It adds no operation: the class tells that the set
     holds contacts. The CSV pass asks for every contact twice: once to size the columns, by count()
-    and recover(), and once to write it, by recoverList(). \see BkData
+    and recover(), and once to write it, by recoverList().
+    \see BkData
 */
 class DATAEXPORT_EXPORT BkContactData : public BkData
 {

@@ -15,8 +15,10 @@
     \par Bytes
     Cells go through CUtils::csvEncode(), the header's do not; each line ends in a comma and a line
     feed. In a hardened sink all cells go through CUtils::csvCell(), and lines end in CR LF. Dates
-   are days in local time, "yyyy-MM-dd". Several instant-message accounts share a cell, the last one
-   first. \par Memory That of one line.
+    are days in local time, "yyyy-MM-dd". Several instant-message accounts share a cell, the last
+    one first.
+    \par Memory
+    That of one line.
 */
 class DATAEXPORT_EXPORT CContact2CSVTranslate final : public CContactTranslate
 {

@@ -54,7 +54,7 @@ public:
     /*!
         An item could not be exported as it should. \a typeName is the data type's display name,
         \a itemName the item with its group ("100APPLE/IMG_0001.HEIC"), empty when the fault
-       concerns the data type as a whole.
+        concerns the data type as a whole.
     */
     virtual void
     itemFailed(const QString &typeName, const QString &itemName, const Fault &fault) = 0;

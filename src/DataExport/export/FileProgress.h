@@ -8,7 +8,9 @@
 /*!
     \brief Turns copied bytes into the units of a parent callback.
 
-    Never reports past its total. \par Owner The parent is borrowed.
+    Never reports past its total.
+    \par Owner
+    The parent is borrowed.
 */
 class DATAEXPORT_EXPORT FileProgress final : public CIProgressCallback
 {

@@ -10,7 +10,7 @@ constexpr int kChatFormats = 2;
 
 /*!
     Exports the chats in \a data, whatever kind they are of, as a page and then as CSV. \a passes
-   are kChatFormats. \return whether every format that was started succeeded.
+    are kChatFormats. \return whether every format that was started succeeded.
 */
 template <class PageTranslate, class CsvTranslate, class Data>
 bool exportChats(Data *data, FormatPasses passes)

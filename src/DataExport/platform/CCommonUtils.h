@@ -68,7 +68,7 @@ public:
 
     /*!
         2001-01-01 00:00:00 UTC plus \a seconds, to the millisecond, as a UTC date-time; invalid
-       when the number is not finite or out of a date's range.
+        when the number is not finite or out of a date's range.
     */
     static QDateTime buildDateTimeBase2001(double seconds);
 

@@ -7,8 +7,8 @@
     \brief Maps a range of its own onto a span of a parent callback, pass after pass.
 
     Each pass forwards at most the span, and exactly the span when finish() ends it. A range or span
-   of 0 or less forwards nothing. Once the parent has asked to stop, this answers false for good and
-    forwards nothing any more.
+    of 0 or less forwards nothing. Once the parent has asked to stop, this answers false for good
+    and forwards nothing any more.
     \par Owner
     The parent is borrowed and must outlive the last call; the destructor does not touch it.
 */

@@ -11,8 +11,8 @@ struct MessageAttachment;
 /*!
     What a message shows for a file that is neither picture nor video: "[Voice message 0:12]",
     "[Contact: Ann]", "[File: plan.pdf]". Its content, which may be missing in \a files, tells
-   length and name. \a isVoice: the message was spoken, \a transcription is what the phone
-   understood.
+    length and name. \a isVoice: the message was spoken, \a transcription is what the phone
+    understood.
 */
 QString attachmentLabel(const MessageAttachment &attachment,
                         BackupFiles &files,

@@ -49,7 +49,7 @@ public:
 
     /*!
         Opens the backup folder \a path (BackupInfo::path of findBackups()). \a keepGoing is kept
-       and asked while data sets are read, too; a set that it stopped is incomplete, and problems()
+        and asked while data sets are read, too; a set that it stopped is incomplete, and problems()
         says so. An encrypted backup needs its \a password: Fault::Encrypted without one,
         Fault::WrongPassword, after as long as a right one takes, with another.
     */

@@ -9,14 +9,14 @@ namespace PhoneBackup::ContactWords {
 /*!
     The label \a stored. The phone's tokens that exports have words for stay as they are, as do the
     user's own labels; of any other token the words inside it: "_$!<YoungerSister>!$_" gives
-   "younger sister".
+    "younger sister".
 */
 QString label(const QString &stored);
 
 /*!
     The calendar day that \a stored (decimal seconds since 2001, or "2001-12-31") stands for, as the
-   same for a moment that lies on that day both in Greenwich and in local time. Empty for what is no
-   day of the years 1 to 9999. Old releases stored midnight of where the phone was.
+    same for a moment that lies on that day both in Greenwich and in local time. Empty for what is
+    no day of the years 1 to 9999. Old releases stored midnight of where the phone was.
 */
 QString day(const QString &stored);
 

@@ -24,7 +24,7 @@ public:
 
     /*!
         The file \a row of \a files, kNone for a missing one. \a lastRead is where the pieces of a
-       conversation note the file that was asked for last; the next one gives its memory back.
+        conversation note the file that was asked for last; the next one gives its memory back.
     */
     MessagePiece(const QString &type,
                  BackupFiles &files,

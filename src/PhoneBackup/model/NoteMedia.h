@@ -33,7 +33,7 @@ public:
 
     /*!
         The file that shows the attachment \a identifier as \a rendering: that of \a generation,
-       else the newest; kNone when the backup has none. All that show it count as used.
+        else the newest; kNone when the backup has none. All that show it count as used.
     */
     FileIndex::Row
     takeRendering(Rendering rendering, const QString &identifier, const QString &generation);

@@ -51,7 +51,7 @@ public:
     /*!
         Remembers that a backup of this kind never holds what was looked for, in vain, for
         \a dataType: it is not encrypted, and was made by \a release of the phone's system or later.
-       \a what is a sentence for a person. Without effect when that is not so.
+        \a what is a sentence for a person. Without effect when that is not so.
     */
     void addAbsence(int dataType, int release, const QString &what);
 

@@ -29,7 +29,7 @@ struct WhatsappSentFile
     \par Cost
     One look-up a message by its number; others for those that have a file, an author that was not
     met before, reactions, or a type that is more than a text. A row on a damaged page costs itself
-   alone.
+    alone.
 */
 class WhatsappReader
 {

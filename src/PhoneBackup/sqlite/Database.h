@@ -31,8 +31,8 @@ struct DatabaseFiles
 
     With a log or a journal beside it, a copy of all of them in the private folder is opened (they
     themselves, when they lie there), so that the newest rows are seen and a half transaction is
-   rolled back. Otherwise the file itself is opened as one that does not change, which leaves no
-   trace.
+    rolled back. Otherwise the file itself is opened as one that does not change, which leaves no
+    trace.
 
     A damaged database opens as far as it can be read; isDamaged() tells. The private folder must
     outlive this object.
