@@ -420,7 +420,7 @@ void MessageReader::tellLostText(Message &message,
 {
     const bool isUnsent = history.unsent || details.retracted;
     const bool isChanged = history.isDamaged || history.edited || details.edited;
-    const bool isLost = isBlank(message) && isChanged && !isUnsent;
+    const bool isLost = isBlank(message) && isChanged && !isUnsent && !details.isReaction();
     if (isLost)
         append(message, MessageWords::unreadable(), u'\n');
     if (isLost || (history.isDamaged && !history.lastText.isEmpty()))

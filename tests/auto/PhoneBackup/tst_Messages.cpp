@@ -199,7 +199,7 @@ void tst_Messages::showsEveryKindOfMessage_data()
                          ann("Ann reacted with \U0001F600 to “See you there”") };
     QTest::newRow("a later reaction takes the place")
         << target + message(2, "'x'", reaction, "2000, 'p:0/guid-1'")
-            + message(3, "'x'", reaction, "2003, 'p:0/guid-1'")
+            + message(3, "'x'", reaction + ", date_edited", "2003, 'p:0/guid-1', 5")
         << QStringList { ann("See you|there"), ann("Ann laughed at “See you there”") };
     QTest::newRow("taken back") << target + message(2, "'x'", reaction, "2001, 'guid-1'")
             + message(3, "'x'", reaction, "3001, 'guid-1'")
