@@ -5,7 +5,7 @@ set -eu
 actual=$(mktemp)
 trap 'rm -f "$actual"' EXIT
 "$1" -DC --defined-only "$2" | awk '$2 ~ /^[TBDRW]$/' | cut -d' ' -f3- \
-    | grep -E '^(C[A-Z]|Bk[A-Z]|Ux[A-Z]|FileProgress)' | LC_ALL=C sort -u >"$actual"
+    | grep -E '^(C[A-Z]|Bk[A-Z]|Ux[A-Z]|FileProgress|OutputNames)' | LC_ALL=C sort -u >"$actual"
 [ -s "$actual" ] || { echo "no symbol at all: is this the library?"; exit 1; }
 
 private=$("$1" -DC --defined-only "$2" | grep -E ' (DataExport|PhoneBackup)::| [A-Z][A-Za-z]*_p|TextFile' || true)

@@ -4,6 +4,7 @@
 #include "export/FileName_p.h"
 #include "export/TextFile_p.h"
 #include "platform/CCommonUtils.h"
+#include "platform/OutputNames.h"
 #include "platform/Translation_p.h"
 #include "platform/UxResourceMgr.h"
 
@@ -75,7 +76,9 @@ bool CHtmlExporter::openExporter(const QDir &outDir)
     m_imgDir = QDir(outDir.absoluteFilePath(HTML_IMG_FOLDER));
     const QString name = QStringLiteral("%1's %2").arg(m_name, m_folder);
     const QLatin1String suffix(".html");
-    const QString file = FileName::visible(name, FileName::kMaxBytes - suffix.size()) + suffix;
+    const QString file = isHardened()
+        ? OutputNames::clean(name, QStringLiteral("html"))
+        : FileName::visible(name, FileName::kMaxBytes - suffix.size()) + suffix;
     if (!m_file->open(outDir.absoluteFilePath(file), QStringConverter::Utf8, false))
         return false;
     m_file->write(QLatin1String(kHeadToPolicy) + QLatin1String(isHardened() ? kPolicy : "")

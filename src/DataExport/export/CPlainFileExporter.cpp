@@ -103,6 +103,13 @@ void CPlainFileExporter::closeFile(bool ok)
 
 QString CPlainFileExporter::uniqFileName(const QString &baseName)
 {
+    if (isHardened()) {
+        const QString name = OutputNames::clean(baseName, m_suffix.mid(1));
+        QString path = m_curDir.filePath(m_namesTaken.take(name));
+        while (QFileInfo::exists(path) || QFileInfo(path).isSymLink())
+            path = m_curDir.filePath(m_namesTaken.take(name));
+        return path;
+    }
     const qsizetype room = FileName::kMaxBytes - FileName::bytes(m_suffix);
     const auto numbered = [this](const QString &base) {
         return CCommonUtils::uniqFileName(m_curDir, base, m_suffix, m_usedNames[base]);

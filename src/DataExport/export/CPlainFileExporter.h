@@ -2,6 +2,7 @@
 #define DATAEXPORT_EXPORT_CPLAINFILEEXPORTER_H
 
 #include "export/CIDataExporter.h"
+#include "platform/OutputNames.h"
 
 #include <QMap>
 
@@ -20,7 +21,8 @@ class TextFile;
     \par Files
     One file is called "<owner>'s <data type>"; files of items after their item, numbered when
     taken. Names are made safe with CUtils::safeFileName(), lose leading dots, which would hide the
-    file, and are cut to the 255 bytes that file systems take; without any name it is "_".
+    file, and are cut to the 255 bytes that file systems take; without any name it is "_". Hardened,
+    names follow the rules of OutputNames, as those of copied files should.
     \par Errors
     A file that a full disk cut short is removed, and the report is told.
 */
@@ -69,6 +71,7 @@ private:
     QString m_codec;
     bool m_bom = false;
     std::unique_ptr<TextFile> m_file;
+    OutputNames m_namesTaken; // when hardened
     QMap<QString, int> m_usedNames; //!< Base name to the last number given to it.
 };
 

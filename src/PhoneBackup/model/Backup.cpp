@@ -2,9 +2,9 @@
 
 #include "model/DataTypes.h"
 #include "model/MessageData.h"
-#include "model/OutputNames.h"
 #include "model/Source.h"
 #include "model/WhatsappData.h"
+#include "platform/OutputNames.h"
 #include "platform/Translation_p.h"
 
 #include <QDir>

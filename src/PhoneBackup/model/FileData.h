@@ -5,7 +5,7 @@
 #include "model/FileItem.h"
 #include "model/GroupItem.h"
 #include "model/ItemData.h"
-#include "model/OutputNames.h"
+#include "platform/OutputNames.h"
 
 #include <QDateTime>
 #include <QStringList>

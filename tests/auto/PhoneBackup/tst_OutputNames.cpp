@@ -1,10 +1,9 @@
-#include "model/OutputNames.h"
 #include "model/PathParts.h"
+#include "platform/OutputNames.h"
 
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
-using PhoneBackup::OutputNames;
 
 class tst_OutputNames : public QObject
 {

@@ -117,37 +117,53 @@ void tst_CPlainFileExporter::namesItemsVisibly_data()
 {
     QTest::addColumn<QStringList>("names");
     QTest::addColumn<QStringList>("files");
+    QTest::addColumn<bool>("hardened");
 
+    const auto row = [](const char *tag, const QStringList &names, const QStringList &files) {
+        QTest::newRow(tag) << names << files << false;
+    };
     const QString longest(251, u'x'); // and ".vcf"
-    QTest::newRow("empty") << QStringList { {}, {} } << QStringList { u"_ (2).vcf"_s, u"_.vcf"_s };
-    QTest::newRow("only dots") << QStringList { u".."_s } << QStringList { u"_.vcf"_s };
-    QTest::newRow("leading dots") << QStringList { u"..Bo. "_s } << QStringList { u"Bo. .vcf"_s };
-    QTest::newRow("a NUL") << QStringList { u"a\0b"_s } << QStringList { u"a_b.vcf"_s };
-    QTest::newRow("right to left, emoji") << QStringList { u"\u202E\u05D0\u05D1 \U0001F600"_s }
-                                          << QStringList { u"\u202E\u05D0\u05D1 \U0001F600.vcf"_s };
-    QTest::newRow("as long as it may be")
-        << QStringList { longest } << QStringList { longest + u".vcf"_s };
-    QTest::newRow("room for the number") << QStringList { longest, longest, longest }
-                                         << QStringList { longest.first(238) + u" (2).vcf"_s,
-                                                          longest.first(238) + u".vcf"_s,
-                                                          longest + u".vcf"_s };
-    QTest::newRow("one byte too long, one character of two")
-        << QStringList { longest.first(250) + u"\u00E9"_s }
-        << QStringList { longest.first(250) + u".vcf"_s };
-    QTest::newRow("never inside a surrogate pair")
-        << QStringList { u"\U0001F600"_s.repeated(500000) }
-        << QStringList { u"\U0001F600"_s.repeated(62) + u".vcf"_s };
-    QTest::newRow("half a surrogate pair")
-        << QStringList { QString(400, QChar(0xD83D)) }
-        << QStringList { QString(83, QChar(0xFFFD)) + u".vcf"_s };
+    row("empty", QStringList { {}, {} }, QStringList { u"_ (2).vcf"_s, u"_.vcf"_s });
+    row("only dots", QStringList { u".."_s }, QStringList { u"_.vcf"_s });
+    row("leading dots", QStringList { u"..Bo. "_s }, QStringList { u"Bo. .vcf"_s });
+    row("a NUL", QStringList { u"a\0b"_s }, QStringList { u"a_b.vcf"_s });
+    row("right to left, emoji",
+        QStringList { u"\u202E\u05D0\u05D1 \U0001F600"_s },
+        QStringList { u"\u202E\u05D0\u05D1 \U0001F600.vcf"_s });
+    row("as long as it may be", QStringList { longest }, QStringList { longest + u".vcf"_s });
+    row("room for the number",
+        QStringList { longest, longest, longest },
+        QStringList { longest.first(238) + u" (2).vcf"_s,
+                      longest.first(238) + u".vcf"_s,
+                      longest + u".vcf"_s });
+    row("one byte too long, one character of two",
+        QStringList { longest.first(250) + u"\u00E9"_s },
+        QStringList { longest.first(250) + u".vcf"_s });
+    row("never inside a surrogate pair",
+        QStringList { u"\U0001F600"_s.repeated(500000) },
+        QStringList { u"\U0001F600"_s.repeated(62) + u".vcf"_s });
+    row("half a surrogate pair",
+        QStringList { QString(400, QChar(0xD83D)) },
+        QStringList { QString(83, QChar(0xFFFD)) + u".vcf"_s });
+    QTest::newRow("on every file system")
+        << QStringList { u"CON"_s, u"nul.x"_s, u"a\u202Efdp"_s, u"b\nc\x7F"_s, u" d. "_s, longest }
+        << QStringList { u"CON_.vcf"_s, u"afdp.vcf"_s,   u"b_c_.vcf"_s,
+                         u"d.vcf"_s,    u"nul_.x.vcf"_s, longest.first(195) + u".vcf"_s }
+        << true;
+    QTest::newRow("apart without regard to case")
+        << QStringList { u"Bo"_s, u"bo"_s, u"BO (2)"_s, u"bO"_s }
+        << QStringList { u"BO (2) (2).vcf"_s, u"Bo.vcf"_s, u"bO (3).vcf"_s, u"bo (2).vcf"_s }
+        << true;
 }
 
 void tst_CPlainFileExporter::namesItemsVisibly()
 {
     QFETCH(QStringList, names);
+    QFETCH(bool, hardened);
     const QTemporaryDir temp;
     RecordingReport report;
     CPlainFileExporter sink(u".vcf"_s, true);
+    sink.setHardened(hardened);
     sink.setReport(&report);
     QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"T"_s));
     for (const QString &name : names) {

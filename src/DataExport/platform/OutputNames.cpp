@@ -1,10 +1,8 @@
-#include "model/OutputNames.h"
+#include "platform/OutputNames.h"
 
 #include <algorithm>
 #include <array>
 #include <utility>
-
-namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
 
@@ -218,5 +216,3 @@ bool OutputNames::takeClean(QByteArrayView name)
     m_used.insert(key, 1);
     return true;
 }
-
-} // namespace PhoneBackup

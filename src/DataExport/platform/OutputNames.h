@@ -1,11 +1,11 @@
-#ifndef PHONEBACKUP_MODEL_OUTPUTNAMES_H
-#define PHONEBACKUP_MODEL_OUTPUTNAMES_H
+#ifndef DATAEXPORT_PLATFORM_OUTPUTNAMES_H
+#define DATAEXPORT_PLATFORM_OUTPUTNAMES_H
+
+#include "DataExport_global.h"
 
 #include <QByteArrayView>
 #include <QHash>
 #include <QString>
-
-namespace PhoneBackup {
 
 /*!
     \brief Names of one output folder, such as every common file system takes them.
@@ -15,10 +15,10 @@ namespace PhoneBackup {
     \par Cost
     A look-up a name, whatever the number of equal ones; 12 bytes a name.
 */
-class OutputNames
+class DATAEXPORT_EXPORT OutputNames
 {
 public:
-    static constexpr qsizetype kMaxBytes = 200;
+    static constexpr qsizetype kMaxBytes = 200; //!< Of a whole name, in UTF-8.
 
     /*!
         \a name without what some system forbids: / \ : " * ? < > | and control characters become
@@ -33,6 +33,7 @@ public:
     //! Whether the UTF-8 text \a name is one that clean() would not change; may say no to some.
     static bool isClean(QByteArrayView name);
 
+    //! What is to bear a name.
     enum class Kind { File, Folder };
 
     /*!
@@ -52,7 +53,5 @@ private:
     // 64 bits costs one of them a number it did not need.
     QHash<quint64, quint32> m_used;
 };
-
-} // namespace PhoneBackup
 
 #endif
