@@ -19,6 +19,8 @@ QString causeText(CIExportReport::Cause cause)
         return u"Backup"_s;
     case CIExportReport::Cause::Target:
         return u"Output"_s;
+    case CIExportReport::Cause::Resource:
+        return u"Program"_s;
     case CIExportReport::Cause::Content:
         return u"Content"_s;
     }

@@ -1,16 +1,19 @@
 #include "export/CFileExporter.h"
 
 #include "export/CUtils.h"
+#include "export/FileName_p.h"
 #include "platform/CCommonUtils.h"
 #include "platform/CIProgressCallback.h"
 #include "platform/NativeFile_p.h"
+#include "platform/OutputFile_p.h"
+#include "platform/OutputFolder_p.h"
 #include "platform/Translation_p.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QIODevice>
 
 #include <cerrno>
+#include <utility>
 
 using DataExport::tr;
 
@@ -18,25 +21,47 @@ namespace {
 
 constexpr int kChunk = 16384;
 
+constexpr qsizetype kLongestExtension = 32; // of a name that is too long
+
 // The two parts of the name that an item's file gets, without what makes it free.
 struct OutputName
 {
-    explicit OutputName(const QString &itemName)
+    explicit OutputName(const QString &itemName, qsizetype maxBytes = FileName::kMaxBytes)
     {
-        const QString safe = CUtils::safeFileName(itemName);
+        QString safe = CUtils::safeFileName(itemName);
+        safe.replace(QChar(u'\0'), QLatin1Char('_')); // where a path would end
         const auto dot = safe.lastIndexOf(QLatin1Char('.'));
-        base = dot < 0 ? safe : safe.left(dot);
         if (dot >= 0 && dot + 1 < safe.size())
             extension = safe.mid(dot);
+        base = dot < 0 ? safe : safe.left(dot);
+        if (FileName::bytes(safe) > maxBytes && FileName::bytes(extension) > kLongestExtension)
+            base = std::exchange(extension, QString()).prepend(base);
         while (base.startsWith(QLatin1Char('.')))
             base.remove(0, 1);
+        base = FileName::cut(base, maxBytes - FileName::bytes(extension));
         if (base.isEmpty() && extension.isEmpty())
             base = QStringLiteral("_");
+    }
+
+    QString path(const QString &folder) const
+    {
+        return folder + QLatin1Char('/') + base + extension;
     }
 
     QString base;
     QString extension; // with its dot
 };
+
+QString freePath(const QString &folder, const QString &itemName)
+{
+    const auto numbered = [&](const OutputName &name) {
+        return CCommonUtils::uniqFileName(QDir(folder), name.base, name.extension);
+    };
+    QString path = numbered(OutputName(itemName));
+    if (FileName::bytes(QFileInfo(path).fileName()) <= FileName::kMaxBytes)
+        return path;
+    return numbered(OutputName(itemName, FileName::kMaxBytes - FileName::kNumberBytes));
+}
 
 CIExportReport::Fault missing()
 {
@@ -60,55 +85,35 @@ CIExportReport::Fault readFault(const QIODevice &source)
     return unreadable(source.errorString());
 }
 
-// A file being written, which goes away again unless it is completed.
-class Target
+CIExportReport::Fault writeFault(const OutputFile &target)
 {
-public:
-    Target(const QString &folder, const QString &itemName)
-    {
-        // Most names are free: to ask before would cost every file a look at the disk.
-        const OutputName name(itemName);
-        m_path = folder + QLatin1Char('/') + name.base + name.extension;
-        m_created = m_file.create(m_path);
-        if (!m_created && m_file.error() == EEXIST) {
-            m_path = CCommonUtils::uniqFileName(QDir(folder), name.base, name.extension);
-            m_created = m_file.create(m_path);
-        }
-    }
-    ~Target()
-    {
-        m_file.close();
-        if (m_created && !m_completed)
-            QFile::remove(m_path);
-    }
-    Target(const Target &) = delete;
-    Target &operator=(const Target &) = delete;
+    return { CIExportReport::Cause::Target,
+             tr("It could not be written to “%1”: %2.").arg(target.path(), target.errorString()),
+             target.error() };
+}
 
-    bool isOpen() const { return m_created; }
-    const QString &path() const { return m_path; }
-    bool write(const char *data, qint64 size) { return m_file.write(data, size); }
+bool open(OutputFile &target, const QString &folder, const QString &itemName, bool isStaged)
+{
+    const auto way = isStaged ? OutputFile::Way::Staged : OutputFile::Way::Direct;
+    constexpr auto kKeep = OutputFile::Existing::Keep;
+    // Most names are free: to ask before would cost every file a look at the disk.
+    return target.open(OutputName(itemName).path(folder), way, kKeep)
+        || (target.error() == EEXIST && target.open(freePath(folder, itemName), way, kKeep));
+}
 
-    // The last errors of a network disk come when a file is closed.
-    bool complete(const QDateTime &date)
-    {
-        if (date.isValid())
-            m_file.setModified(date);
-        m_completed = m_file.close();
-        return m_completed;
-    }
-    CIExportReport::Fault fault() const
-    {
-        return { CIExportReport::Cause::Target,
-                 tr("It could not be written to “%1”: %2.").arg(m_path, m_file.errorString()),
-                 m_file.error() };
-    }
-
-private:
-    NativeFile m_file;
-    QString m_path;
-    bool m_created = false;
-    bool m_completed = false;
-};
+// The last errors of a network disk come when a file is closed.
+bool complete(OutputFile &target,
+              const QString &folder,
+              const QString &itemName,
+              const QDateTime &date)
+{
+    if (date.isValid())
+        target.setModified(date);
+    bool done = target.complete();
+    while (!done && target.isOpen() && target.error() == EEXIST)
+        done = target.moveTo(freePath(folder, itemName));
+    return done;
+}
 
 } // namespace
 
@@ -140,9 +145,9 @@ bool CFileExporter::exportStream(QIODevice *source, const QString &name)
 template <class Source>
 bool CFileExporter::writeFile(const QString &name, Source &source)
 {
-    Target target(m_curPath, name);
-    if (!target.isOpen())
-        return fail(name, target.fault());
+    OutputFile target;
+    if (m_curPath.isEmpty() || !open(target, m_curPath, name, isHardened()))
+        return fail(name, writeFault(target));
 
     char chunk[kChunk];
     for (;;) {
@@ -152,16 +157,15 @@ bool CFileExporter::writeFile(const QString &name, Source &source)
         if (count == 0)
             break;
         if (!target.write(chunk, count))
-            return fail(name, target.fault());
+            return fail(name, writeFault(target));
         if (!progressFileCopy(static_cast<int>(count))) {
             setStopped();
             return true;
         }
     }
-    if (!target.complete(m_fileDate))
-        return fail(name, target.fault());
-    reportFile(reportName(name), target.path());
-    reportExported(reportName(name));
+    if (!complete(target, m_curPath, name, m_fileDate))
+        return fail(name, writeFault(target));
+    tellWritten(name, target.path());
     return true;
 }
 
@@ -172,25 +176,28 @@ bool CFileExporter::exportDepends(const QString & /*srcPath*/, const QString & /
 
 bool CFileExporter::exportDepends(const QByteArray &data, const QString &name)
 {
-    Target target(m_curPath, name);
-    const bool written = target.isOpen() && target.write(data.constData(), data.size())
-        && target.complete(m_fileDate);
+    OutputFile target;
+    const bool written = !m_curPath.isEmpty() && open(target, m_curPath, name, isHardened())
+        && target.write(data.constData(), data.size())
+        && complete(target, m_curPath, name, m_fileDate);
     progressFileCopy(static_cast<int>(data.size()));
     if (!written)
-        return fail(name, target.fault());
-    reportFile(reportName(name), target.path());
-    reportExported(reportName(name));
+        return fail(name, writeFault(target));
+    tellWritten(name, target.path());
     return true;
 }
 
 bool CFileExporter::openExporter(const QDir &outDir)
 {
-    m_curPath = outDir.absolutePath();
+    m_rootPath = outDir.absolutePath();
+    m_curPath = m_rootPath;
     return true;
 }
 
-bool CFileExporter::closeExporter(bool /*ok*/)
+bool CFileExporter::closeExporter(bool ok)
 {
+    if (isHardened() && ok && m_hasWritten)
+        syncAll(m_rootPath);
     return true;
 }
 
@@ -206,19 +213,30 @@ void CFileExporter::setFileDate(const QDateTime &date)
 
 bool CFileExporter::intoSubDir(const QString &group)
 {
-    auto known = m_subDirs.constFind(group);
-    if (known == m_subDirs.constEnd()) {
-        const QString folder = CUtils::safeFileName(group);
-        if (folder.isEmpty() || folder == QLatin1String(".") || folder == QLatin1String(".."))
-            return false;
-        const QDir current(m_curPath);
-        if (!QFileInfo(current.filePath(folder)).isDir() && !current.mkdir(folder))
-            return false;
-        known = m_subDirs.insert(group, folder);
-    }
-    m_curPath += QLatin1Char('/') + *known;
+    if (m_curPath.isEmpty() || group.isEmpty() || group == QLatin1String(".")
+        || group == QLatin1String(".."))
+        return false;
+    const bool isKnown = m_subDirs.contains(group);
+    const QString folder =
+        isKnown ? m_subDirs.value(group) : FileName::visible(group, FileName::kMaxBytes);
+    const QString path = m_curPath + QLatin1Char('/') + folder;
+    if (!enterFolder(path, isKnown))
+        return false;
+    m_subDirs.insert(group, folder);
+    m_curPath = path;
     m_group = group;
     return true;
+}
+
+bool CFileExporter::enterFolder(const QString &path, bool isKnown)
+{
+    if (isKnown)
+        return QFileInfo(path).isDir();
+    const auto made = OutputFolder::make(
+        path, isHardened() ? OutputFolder::Links::Refused : OutputFolder::Links::Followed);
+    if (isHardened() && made.error == 0 && !made.isNew)
+        OutputFile::removeLeftovers(QDir(path));
+    return made.error == 0;
 }
 
 bool CFileExporter::backFromSubDir()
@@ -230,8 +248,7 @@ bool CFileExporter::backFromSubDir()
 
 QString CFileExporter::makeOutputFileName(const QString &name) const
 {
-    const OutputName output(name);
-    return CCommonUtils::uniqFileName(QDir(m_curPath), output.base, output.extension);
+    return freePath(m_curPath, name);
 }
 
 bool CFileExporter::progressFileCopy(int bytes)
@@ -248,4 +265,11 @@ bool CFileExporter::fail(const QString &name, const CIExportReport::Fault &fault
 QString CFileExporter::reportName(const QString &name) const
 {
     return m_group.isEmpty() ? name : m_group + QLatin1Char('/') + name;
+}
+
+void CFileExporter::tellWritten(const QString &name, const QString &path)
+{
+    m_hasWritten = true;
+    reportFile(reportName(name), path);
+    reportExported(reportName(name));
 }

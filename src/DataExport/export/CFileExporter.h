@@ -13,15 +13,12 @@ class QIODevice;
     \brief Sink: copies files into the data type's folder, one sub-folder a group.
 
     \par Names
-    Made safe with CUtils::safeFileName(), without leading dots, and numbered when taken: no file is
-    ever replaced.
-    \par Cancelling
-    The progress callback is asked after every 16384 bytes. A cancelled copy leaves no file and is
-    not a failure: it answers true.
-    \par Report
-    Every file that could not be copied, and every one that was.
-    \par Memory
-    Constant, whatever the size of a file.
+    Made safe with CUtils::safeFileName(), without leading dots, at most 255 bytes, and numbered
+   when taken: no file is ever replaced. Folders of groups likewise, but not numbered. Hardened, a
+   file gets its name when it is complete. \par Cancelling The progress callback is asked after
+   every 16384 bytes. A cancelled copy leaves no file and is not a failure: it answers true. \par
+   Report Every file that could not be copied, and every one that was. \par Memory Constant,
+   whatever the size of a file.
 */
 class DATAEXPORT_EXPORT CFileExporter : public CIDataExporter
 {
@@ -52,7 +49,7 @@ public:
     //! Takes \a outDir as the current folder. \return true.
     bool openExporter(const QDir &outDir) override;
 
-    //! \return true; there is nothing to close.
+    //! Hardened and \a ok, returns when the disk has what was written. \return true.
     bool closeExporter(bool ok) override;
 
     //! The callback that is told of copied bytes; null for none. Borrowed.
@@ -62,8 +59,9 @@ public:
     void setFileDate(const QDateTime &date);
 
     /*!
-        Goes into the sub-folder of \a group, which is made when needed.
-        \return false when that is impossible: the current folder is as it was.
+        Goes into the sub-folder of \a group, which is made when needed. \return false when that is
+        impossible (a group without a name, a file or, hardened, a link in the way, a folder that is
+        gone): the current folder is as it was.
     */
     bool intoSubDir(const QString &group);
 
@@ -79,12 +77,16 @@ public:
 private:
     template <class Source>
     bool writeFile(const QString &name, Source &source);
+    bool enterFolder(const QString &path, bool isKnown);
+    void tellWritten(const QString &name, const QString &path);
     bool fail(const QString &name, const CIExportReport::Fault &fault);
     QString reportName(const QString &name) const;
 
+    QString m_rootPath; //!< Folder of the data type, absolute.
     QString m_curPath; //!< Folder that files go to now, absolute.
     QMap<QString, QString> m_subDirs; //!< Group to the folder made for it.
     CIProgressCallback *m_progress = nullptr;
+    bool m_hasWritten = false;
     QString m_group; //!< Group whose folder is the current one; empty outside of any.
     QDateTime m_fileDate;
 };

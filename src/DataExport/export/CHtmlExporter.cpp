@@ -2,13 +2,12 @@
 
 #include "export/CUtils.h"
 #include "export/FileName_p.h"
+#include "export/PageImages_p.h"
 #include "export/TextFile_p.h"
-#include "platform/CCommonUtils.h"
 #include "platform/OutputNames.h"
 #include "platform/Translation_p.h"
 #include "platform/UxResourceMgr.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 using DataExport::tr;
@@ -34,6 +33,7 @@ const QString CHtmlExporter::DELETE_FLAG_IMG = QStringLiteral("deleted.png");
 CHtmlExporter::CHtmlExporter()
     : CIDataExporter(CIExportReport::Output::Page)
     , m_file(std::make_unique<TextFile>())
+    , m_images(std::make_unique<PageImages>())
 {
 }
 
@@ -52,35 +52,38 @@ bool CHtmlExporter::exportData(const QString &text, const QString & /*name*/)
 
 bool CHtmlExporter::exportDepends(const QString &srcPath, const QString &name)
 {
-    makeImageFolder();
-    if (CCommonUtils::copyFile(srcPath, m_imgDir, name))
-        return true;
-    return failImage(name, tr("The image “%1” could not be copied.").arg(srcPath));
+    return tellImage(name, m_images->copy(srcPath, name));
 }
 
 bool CHtmlExporter::exportDepends(const QByteArray &data, const QString &name)
 {
-    makeImageFolder();
-    QFile image(m_imgDir.absoluteFilePath(name));
-    if (!image.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return failImage(name, tr("It could not be written: %1.").arg(image.errorString()));
-    if (image.write(data) != data.size()) {
-        failImage(name, tr("It could not be written: %1.").arg(image.errorString()));
-        image.remove();
-    }
-    return true;
+    bool isOpened = false;
+    tellImage(name, m_images->write(data, name, isOpened));
+    return isOpened;
+}
+
+QString CHtmlExporter::dependsPath(const QString &name) const
+{
+    return m_images->pathOf(name);
 }
 
 bool CHtmlExporter::openExporter(const QDir &outDir)
 {
-    m_imgDir = QDir(outDir.absoluteFilePath(HTML_IMG_FOLDER));
+    if (const auto fault = m_images->open(outDir.absolutePath(), isHardened())) {
+        setOpenFault(*fault);
+        return false;
+    }
     const QString name = QStringLiteral("%1's %2").arg(m_name, m_folder);
     const QLatin1String suffix(".html");
     const QString file = isHardened()
         ? OutputNames::clean(name, QStringLiteral("html"))
         : FileName::visible(name, FileName::kMaxBytes - suffix.size()) + suffix;
-    if (!m_file->open(outDir.absoluteFilePath(file), QStringConverter::Utf8, false))
+    const auto way = isHardened() ? OutputFile::Way::Staged : OutputFile::Way::Direct;
+    if (!m_file->open(outDir.absoluteFilePath(file), {}, way, OutputFile::Existing::Replace)) {
+        setOpenFault(m_file->fault(
+            tr("It could not be written to “%1”: %2.").arg(m_file->path(), m_file->errorString())));
         return false;
+    }
     m_file->write(QLatin1String(kHeadToPolicy) + QLatin1String(isHardened() ? kPolicy : "")
                   + QLatin1String("<title>") + CUtils::safeFileName(name)
                   + QLatin1String("</title>") + m_style + QLatin1String("</head><body>"));
@@ -89,14 +92,27 @@ bool CHtmlExporter::openExporter(const QDir &outDir)
 
 bool CHtmlExporter::closeExporter(bool ok)
 {
-    if (ok && m_file->isOpen())
-        m_file->write(QStringLiteral("</body></html>"));
-    if (!m_file->close(ok)) {
-        reportFailure(QFileInfo(m_file->path()).fileName(),
-                      { CIExportReport::Cause::Target,
-                        tr("It could not be written completely: %1.").arg(m_file->error()) });
+    using Closing = TextFile::Closing;
+    const bool isWhole = ok && m_file->isOpen();
+    const QString replaced =
+        isWhole && isHardened() ? PageImages::markOf(m_file->path()) : QString();
+    if (isWhole)
+        m_file->write((isHardened() ? m_images->mark() : QString())
+                      + QLatin1String("</body></html>"));
+    const bool closed = m_file->close(!ok                ? Closing::Discard
+                                          : isHardened() ? Closing::KeepOnDisk
+                                                         : Closing::Keep);
+    if (!closed) {
+        reportFailure(
+            QFileInfo(m_file->path()).fileName(),
+            m_file->fault(
+                tr("It could not be written completely: %1.").arg(m_file->errorString())));
         setFailed();
     }
+    if (closed && isWhole)
+        m_images->removeMarked(replaced);
+    else if (isHardened())
+        m_images->discard();
     return true;
 }
 
@@ -108,18 +124,10 @@ void CHtmlExporter::exportDeleteFlagImage(CIDataExporter *exporter)
         DELETE_FLAG_IMG);
 }
 
-void CHtmlExporter::makeImageFolder() const
+bool CHtmlExporter::tellImage(const QString &name,
+                              const std::optional<CIExportReport::Fault> &fault)
 {
-    if (m_imgDir.exists())
-        return;
-    QDir page(m_imgDir);
-    page.cdUp();
-    page.mkpath(HTML_IMG_FOLDER);
-}
-
-bool CHtmlExporter::failImage(const QString &name, const QString &reason)
-{
-    reportFailure(HTML_IMG_FOLDER + QLatin1Char('/') + name,
-                  { CIExportReport::Cause::Target, reason });
-    return false;
+    if (fault)
+        reportFailure(HTML_IMG_FOLDER + QLatin1Char('/') + name, *fault);
+    return !fault;
 }

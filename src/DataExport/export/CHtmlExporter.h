@@ -4,7 +4,9 @@
 #include "export/CIDataExporter.h"
 
 #include <memory>
+#include <optional>
 
+class PageImages;
 class TextFile;
 
 /*!
@@ -23,6 +25,9 @@ class TextFile;
     \par Hardened
     A Content-Security-Policy in the head lets the page show the images beside it and its own style,
     and nothing else: no script runs and nothing is requested, also when it is opened from disk.
+    The page replaces an earlier one when it is complete and the disk has it. Images that are handed
+    over as bytes lie where no other page has any: in HTML_IMG_FOLDER if this page made that folder,
+    otherwise in a numbered folder in it. Those of the page that is replaced are removed.
     \par Errors
     A page that a full disk cut short is removed; the report is told of it and of every image that
     could not be placed.
@@ -48,25 +53,28 @@ public:
     //! Copies the image file \a srcPath into the image folder as \a name.
     bool exportDepends(const QString &srcPath, const QString &name) override;
 
-    //! Writes the image's bytes into the image folder as \a name. \return whether the file opened.
+    //! Writes the image's bytes into the folder of the page's images as \a name. \return whether
+    //! the file opened.
     bool exportDepends(const QByteArray &data, const QString &name) override;
+
+    //! Path of such an image, relative to the page.
+    QString dependsPath(const QString &name) const override;
 
     //! Opens the page and writes its head.
     bool openExporter(const QDir &outDir) override;
 
-    //! Completes the page, or removes it unless \a ok. \return true.
+    //! Completes the page, or removes it unless \a ok, hardened with its images. \return true.
     bool closeExporter(bool ok) override;
 
     //! Hands the mark of deleted items to \a exporter, as DELETE_FLAG_IMG.
     static void exportDeleteFlagImage(CIDataExporter *exporter);
 
 private:
-    void makeImageFolder() const;
-    bool failImage(const QString &name, const QString &reason);
+    bool tellImage(const QString &name, const std::optional<CIExportReport::Fault> &fault);
 
     QString m_style;
     std::unique_ptr<TextFile> m_file;
-    QDir m_imgDir;
+    std::unique_ptr<PageImages> m_images;
 };
 
 #endif

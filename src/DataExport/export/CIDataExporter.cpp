@@ -1,9 +1,9 @@
 #include "export/CIDataExporter.h"
 
 #include "platform/CCommonUtils.h"
+#include "platform/OutputFile_p.h"
+#include "platform/OutputFolder_p.h"
 #include "platform/Translation_p.h"
-
-#include <QFileInfo>
 
 using DataExport::tr;
 
@@ -12,8 +12,9 @@ namespace {
 // A folder path that would leave the target folder, or be the target folder itself.
 bool leadsOutside(const QString &path)
 {
-    return path.isEmpty() || path == QLatin1String(".") || path.startsWith(QLatin1Char(':'))
-        || path.contains(QLatin1String("..")) || QDir::isAbsolutePath(path);
+    return path.isEmpty() || QDir::cleanPath(path) == QLatin1String(".")
+        || path.startsWith(QLatin1Char(':')) || path.contains(QLatin1String(".."))
+        || QDir::isAbsolutePath(path);
 }
 
 } // namespace
@@ -51,18 +52,36 @@ bool CIDataExporter::initExporterWithSubDir(const QDir &dir,
     m_typeName = folder;
     if (leadsOutside(folder) || leadsOutside(path))
         return failToOpen(tr("The folder name cannot be used."));
-    const QFileInfo target(dir.filePath(path));
-    if (target.exists() && !target.isDir())
-        return failToOpen(tr("A file stands where the folder “%1” is to be made.").arg(path));
-    if (!dir.exists(path) && !dir.mkpath(path))
-        return failToOpen(tr("The folder “%1” could not be made.").arg(path));
+    if (!makeFolders(path))
+        return false;
     QDir outDir(dir);
     outDir.cd(path);
     m_name = name;
     m_folder = folder;
     if (openExporter(outDir))
         return true;
-    return failToOpen(tr("The output in “%1” could not be opened for writing.").arg(path));
+    return m_openFault.reason.isEmpty()
+        ? failToOpen(tr("The output in “%1” could not be opened for writing.").arg(path))
+        : failToOpen(m_openFault);
+}
+
+bool CIDataExporter::makeFolders(const QString &path)
+{
+    using namespace OutputFolder;
+    QString current = m_dir.absolutePath();
+    if (!m_dir.exists())
+        m_dir.mkpath(QStringLiteral("."));
+    for (const QString &part : path.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
+        current += QLatin1Char('/') + part;
+        const Made made = make(current, m_hardened ? Links::Refused : Links::Followed);
+        if (made.error != 0)
+            return failToOpen({ CIExportReport::Cause::Target, made.reason(current), made.error });
+        if (made.isNew)
+            m_madeFolders += current;
+    }
+    if (m_hardened && !m_madeFolders.contains(current))
+        OutputFile::removeLeftovers(QDir(current));
+    return true;
 }
 
 bool CIDataExporter::exportData(const QString &text)
@@ -73,9 +92,17 @@ bool CIDataExporter::exportData(const QString &text)
 bool CIDataExporter::finish(bool ok)
 {
     using End = CIExportReport::End;
-    const bool closed = closeExporter(ok);
-    if (!ok)
+    using Output = CIExportReport::Output;
+    // A page or a table that looks finished but is not would be taken for the whole.
+    const bool isOneFile = m_output == Output::Page || m_output == Output::Table;
+    const bool keep = ok && !(m_hardened && m_stopped && isOneFile);
+    const bool closed = closeExporter(keep);
+    if (!m_hardened && !ok)
         CCommonUtils::rmDir(m_dir, m_folder, nullptr);
+    if (m_hardened && (!keep || m_failed)) {
+        for (auto made = m_madeFolders.crbegin(); made != m_madeFolders.crend(); ++made)
+            OutputFolder::removeEmpty(*made);
+    }
     reportEnd(!ok || !closed || m_failed ? End::Failed : m_stopped ? End::Stopped : End::Complete);
     return closed;
 }
@@ -94,6 +121,28 @@ void CIDataExporter::setStopped()
 void CIDataExporter::setFailed()
 {
     m_failed = true;
+}
+
+void CIDataExporter::syncAll(const QString &folder)
+{
+    const int error = OutputFile::syncFileSystem(folder);
+    if (error == 0)
+        return;
+    reportFailure(QString(),
+                  { CIExportReport::Cause::Target,
+                    tr("Not everything reached the disk: %1.").arg(qt_error_string(error)),
+                    error });
+    setFailed();
+}
+
+void CIDataExporter::setOpenFault(const CIExportReport::Fault &fault)
+{
+    m_openFault = fault;
+}
+
+QString CIDataExporter::dependsPath(const QString &name) const
+{
+    return QStringLiteral("image/") + name;
 }
 
 void CIDataExporter::setReport(CIExportReport *report)
@@ -129,10 +178,15 @@ void CIDataExporter::reportExported(const QString &itemName)
         m_report->itemExported(m_folder, itemName);
 }
 
+bool CIDataExporter::failToOpen(const CIExportReport::Fault &fault)
+{
+    reportFailure(QString(), fault);
+    return false;
+}
+
 bool CIDataExporter::failToOpen(const QString &reason)
 {
-    reportFailure(QString(), { CIExportReport::Cause::Target, reason });
-    return false;
+    return failToOpen({ CIExportReport::Cause::Target, reason });
 }
 
 void CIDataExporter::reportEnd(CIExportReport::End end)

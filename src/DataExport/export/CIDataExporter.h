@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QString>
+#include <QStringList>
 
 class QByteArray;
 
@@ -54,14 +55,18 @@ public:
     //! Closes the output, also one that never opened; \a ok false discards it.
     virtual bool closeExporter(bool ok) = 0;
 
+    //! Where the output finds the data that exportDepends() took as \a name. \return
+    //! "image/" + \a name here.
+    virtual QString dependsPath(const QString &name) const;
+
     //! initExporterWithSubDir() without a sub-folder.
     bool initExporter(const QDir &dir, const QString &name, const QString &folder);
 
     /*!
         Makes \a folder (the data type's display name) in \a dir, in it \a subDir unless that is
         empty, and opens the output there. \a name is the backup's owner, for titles and file names.
-        \return false when the folder lies outside \a dir or cannot be made, or the output does not
-        open.
+        \return false when the folder lies outside \a dir or cannot be made, when a hardened sink
+        finds a link in its place, or the output does not open.
     */
     bool initExporterWithSubDir(const QDir &dir,
                                 const QString &name,
@@ -73,7 +78,9 @@ public:
 
     /*!
         Closes the output and tells the report how it ended. With \a ok false it then removes the
-        data type's whole folder, whatever else lies in it. \return what closing answered.
+        data type's whole folder, whatever else lies in it; a hardened sink removes only what it
+       made itself, but for copies and cards that are complete, and discards a page or a table also
+       when it was stopped. \return what closing answered.
     */
     bool finish(bool ok);
 
@@ -89,7 +96,8 @@ public:
     /*!
         Whether text of strangers is kept from becoming mark-up (false at first): what pages
         otherwise take as it is is encoded, links lead to well-known schemes only, and the page
-        forbids scripts and loads from elsewhere. Set before the output opens.
+        forbids scripts and loads from elsewhere. Also whether files get their names when they are
+        complete, so that earlier ones survive a run that is not. Set before the output opens.
     */
     void setHardened(bool hardened);
     bool isHardened() const; //!< As set.
@@ -107,17 +115,27 @@ protected:
     //! The output could not be written to its end, which reportFailure() told.
     void setFailed();
 
+    //! Waits until the disk has all that was written in \a folder; reports what it refuses.
+    void syncAll(const QString &folder);
+
+    //! Why openExporter() answers false, in place of a reason in general.
+    void setOpenFault(const CIExportReport::Fault &fault);
+
     QDir m_dir; //!< Target folder of the export.
     QString m_name; //!< The backup's owner.
     QString m_folder; //!< Output folder of the data type, relative to m_dir.
 
 private:
+    bool makeFolders(const QString &path);
+    bool failToOpen(const CIExportReport::Fault &fault);
     bool failToOpen(const QString &reason);
     void reportEnd(CIExportReport::End end);
 
     const CIExportReport::Output m_output;
     CIExportReport *m_report = nullptr;
     QString m_typeName; //!< As m_folder, and also when the folder could not be made.
+    QStringList m_madeFolders;
+    CIExportReport::Fault m_openFault;
     bool m_hardened = false;
     bool m_stopped = false;
     bool m_failed = false;

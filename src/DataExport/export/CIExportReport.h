@@ -23,6 +23,7 @@ public:
         Source, //!< The item's content is missing or unreadable in the backup.
         Target, //!< The output could not be opened or written (disk full, no permission).
         Content, //!< The content was read but could not be understood (a broken picture).
+        Resource, //!< An image of the application itself is missing or unreadable.
     };
 
     //! What went wrong with one item.

@@ -7,13 +7,9 @@
 
 #include <QFileInfo>
 
+#include <cerrno>
+
 using DataExport::tr;
-
-namespace {
-
-constexpr qsizetype kNumberBytes = 13; // " (2147483647)"
-
-} // namespace
 
 CPlainFileExporter::CPlainFileExporter(const QString &suffix, bool perItem)
     : CIDataExporter(perItem ? CIExportReport::Output::Cards : CIExportReport::Output::Table)
@@ -37,10 +33,7 @@ bool CPlainFileExporter::itemExportBegin(const QString &itemName)
         return true;
     if (openFile(itemName))
         return true;
-    reportFailure(
-        itemName,
-        { CIExportReport::Cause::Target,
-          tr("It could not be written to “%1”: %2.").arg(m_file->path(), m_file->error()) });
+    reportFailure(itemName, openFault());
     return false;
 }
 
@@ -72,13 +65,19 @@ bool CPlainFileExporter::openExporter(const QDir &outDir)
     m_curDir = outDir;
     if (m_perItem)
         return true;
-    return openFile(QStringLiteral("%1's %2").arg(m_name, m_folder));
+    if (openFile(QStringLiteral("%1's %2").arg(m_name, m_folder)))
+        return true;
+    setOpenFault(openFault());
+    return false;
 }
 
 bool CPlainFileExporter::closeExporter(bool ok)
 {
-    if (!m_perItem)
-        closeFile(ok);
+    const bool isOneFile = !m_perItem;
+    if (isOneFile && !closeFile(ok))
+        setFailed();
+    if (isHardened() && ok && m_perItem && m_hasWritten)
+        syncAll(m_curDir->absolutePath());
     return true;
 }
 
@@ -87,35 +86,53 @@ bool CPlainFileExporter::openFile(const QString &baseName)
     const auto encoding = m_codec.isEmpty()
         ? std::optional(QStringConverter::Utf8)
         : QStringConverter::encodingForName(m_codec.toUtf8().constData());
-    return encoding && m_file->open(uniqFileName(baseName), *encoding, m_bom);
+    if (!encoding || !m_curDir)
+        return false;
+    m_baseName = baseName;
+    const auto way = isHardened() ? OutputFile::Way::Staged : OutputFile::Way::Direct;
+    return m_file->open(
+        uniqFileName(baseName), { *encoding, m_bom }, way, OutputFile::Existing::Keep);
 }
 
-void CPlainFileExporter::closeFile(bool ok)
+bool CPlainFileExporter::closeFile(bool ok)
 {
-    if (m_file->close(ok))
-        return;
-    reportFailure(QFileInfo(m_file->path()).fileName(),
-                  { CIExportReport::Cause::Target,
-                    tr("It could not be written completely: %1.").arg(m_file->error()) });
-    if (!m_perItem)
-        setFailed();
+    using Closing = TextFile::Closing;
+    const bool isSynced = isHardened() && !m_perItem;
+    bool closed = m_file->close(!ok            ? Closing::Discard
+                                    : isSynced ? Closing::KeepOnDisk
+                                               : Closing::Keep);
+    while (!closed && m_file->isOpen() && m_file->error() == EEXIST)
+        closed = m_file->moveTo(uniqFileName(m_baseName));
+    if (!closed)
+        reportFailure(
+            QFileInfo(m_file->path()).fileName(),
+            m_file->fault(
+                tr("It could not be written completely: %1.").arg(m_file->errorString())));
+    m_hasWritten |= closed;
+    return closed;
+}
+
+CIExportReport::Fault CPlainFileExporter::openFault() const
+{
+    return m_file->fault(
+        tr("It could not be written to “%1”: %2.").arg(m_file->path(), m_file->errorString()));
 }
 
 QString CPlainFileExporter::uniqFileName(const QString &baseName)
 {
     if (isHardened()) {
         const QString name = OutputNames::clean(baseName, m_suffix.mid(1));
-        QString path = m_curDir.filePath(m_namesTaken.take(name));
+        QString path = m_curDir->filePath(m_namesTaken.take(name));
         while (QFileInfo::exists(path) || QFileInfo(path).isSymLink())
-            path = m_curDir.filePath(m_namesTaken.take(name));
+            path = m_curDir->filePath(m_namesTaken.take(name));
         return path;
     }
     const qsizetype room = FileName::kMaxBytes - FileName::bytes(m_suffix);
     const auto numbered = [this](const QString &base) {
-        return CCommonUtils::uniqFileName(m_curDir, base, m_suffix, m_usedNames[base]);
+        return CCommonUtils::uniqFileName(*m_curDir, base, m_suffix, m_usedNames[base]);
     };
     QString path = numbered(FileName::visible(baseName, room));
     if (FileName::bytes(QFileInfo(path).fileName()) <= FileName::kMaxBytes)
         return path;
-    return numbered(FileName::visible(baseName, room - kNumberBytes));
+    return numbered(FileName::visible(baseName, room - FileName::kNumberBytes));
 }

@@ -7,6 +7,7 @@
 #include <QMap>
 
 #include <memory>
+#include <optional>
 
 class TextFile;
 
@@ -22,7 +23,8 @@ class TextFile;
     One file is called "<owner>'s <data type>"; files of items after their item, numbered when
     taken. Names are made safe with CUtils::safeFileName(), lose leading dots, which would hide the
     file, and are cut to the 255 bytes that file systems take; without any name it is "_". Hardened,
-    names follow the rules of OutputNames, as those of copied files should.
+    names follow the rules of OutputNames, as those of copied files should, and a file gets its name
+    when it is complete.
     \par Errors
     A file that a full disk cut short is removed, and the report is told.
 */
@@ -57,15 +59,19 @@ public:
     //! Opens the one file. \return whether it opened; true when there is one per item.
     bool openExporter(const QDir &outDir) override;
 
-    //! Closes the one file, and removes it unless \a ok. \return true.
+    //! Closes the one file, and removes it unless \a ok. Hardened, it returns when the disk has
+    //! what was written. \return true.
     bool closeExporter(bool ok) override;
 
 private:
     bool openFile(const QString &baseName);
-    void closeFile(bool ok);
+    bool closeFile(bool ok);
     QString uniqFileName(const QString &baseName);
+    CIExportReport::Fault openFault() const;
 
-    QDir m_curDir;
+    std::optional<QDir> m_curDir;
+    QString m_baseName; //!< What the open file is called after.
+    bool m_hasWritten = false;
     QString m_suffix;
     bool m_perItem;
     QString m_codec;

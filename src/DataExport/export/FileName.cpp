@@ -28,6 +28,19 @@ qsizetype FileName::bytes(QStringView name)
     return count;
 }
 
+QString FileName::cut(QStringView name, qsizetype maxBytes)
+{
+    qsizetype length = 0;
+    for (qsizetype left = maxBytes; length < name.size();) {
+        const QStringView rest = name.sliced(length);
+        left -= bytesOfFirst(rest);
+        if (left < 0)
+            break;
+        length += unitsOfFirst(rest);
+    }
+    return name.first(length).toString();
+}
+
 QString FileName::visible(const QString &name, qsizetype maxBytes)
 {
     QString safe = CUtils::safeFileName(name);
@@ -35,13 +48,6 @@ QString FileName::visible(const QString &name, qsizetype maxBytes)
     QStringView shown(safe);
     while (shown.startsWith(u'.'))
         shown = shown.sliced(1);
-    qsizetype length = 0;
-    for (qsizetype left = maxBytes; length < shown.size();) {
-        const QStringView rest = shown.sliced(length);
-        left -= bytesOfFirst(rest);
-        if (left < 0)
-            break;
-        length += unitsOfFirst(rest);
-    }
-    return length == 0 ? QStringLiteral("_") : shown.first(length).toString();
+    const QString fitting = cut(shown, maxBytes);
+    return fitting.isEmpty() ? QStringLiteral("_") : fitting;
 }

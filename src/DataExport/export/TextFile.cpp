@@ -1,5 +1,7 @@
 #include "export/TextFile_p.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace {
@@ -8,50 +10,65 @@ constexpr qsizetype kSlice = 65536;
 
 } // namespace
 
-bool TextFile::open(const QString &path, QStringConverter::Encoding encoding, bool byteOrderMark)
+bool TextFile::open(const QString &path,
+                    const Format &format,
+                    OutputFile::Way way,
+                    OutputFile::Existing existing)
 {
-    m_path = path;
-    auto output = std::make_unique<Output>();
-    output->file.setFileName(path);
-    if (!output->file.open(QIODevice::WriteOnly)) {
-        m_error = output->file.errorString();
-        return false;
-    }
-    output->stream.setDevice(&output->file);
-    output->stream.setEncoding(encoding);
-    output->stream.setGenerateByteOrderMark(byteOrderMark);
-    m_output = std::move(output);
-    return true;
+    m_writeError = 0;
+    m_pending.resize(0); // keeps its room, for the next of many small files
+    m_encoder = QStringEncoder(format.encoding,
+                               format.byteOrderMark ? QStringConverter::Flag::WriteBom
+                                                    : QStringConverter::Flag::Default);
+    return m_file.open(path, way, existing);
 }
 
 void TextFile::write(QStringView text)
 {
-    while (m_output && !text.isEmpty()) {
-        qsizetype length = std::min(kSlice, text.size());
-        if (length < text.size() && text[length - 1].isHighSurrogate())
-            ++length;
-        m_output->stream << text.first(length);
-        text = text.sliced(length);
+    while (isOpen() && m_writeError == 0 && !text.isEmpty()) {
+        const QStringView slice = text.first(std::min(kSlice, text.size()));
+        const qsizetype before = m_pending.size();
+        m_pending.resize(before + m_encoder.requiredSpace(slice.size()));
+        const char *end = m_encoder.appendToBuffer(m_pending.data() + before, slice);
+        m_pending.resize(end - m_pending.constData());
+        if (m_pending.size() >= kSlice)
+            flush();
+        text = text.sliced(slice.size());
     }
 }
 
-bool TextFile::close(bool keep)
+bool TextFile::close(Closing closing)
 {
-    if (!m_output)
+    if (!isOpen())
         return true;
-    const std::unique_ptr<Output> output = std::move(m_output);
-    QFile &file = output->file;
-    // Both layers buffer: only their flush meets a full disk.
-    output->stream.flush();
-    bool written = output->stream.status() == QTextStream::Ok && file.flush();
-    m_error = file.errorString();
-    output->stream.setDevice(nullptr);
-    file.close();
-    if (written && file.error() != QFileDevice::NoError) {
-        written = false;
-        m_error = file.errorString();
+    if (closing != Closing::Discard)
+        flush();
+    if (closing == Closing::KeepOnDisk && m_writeError == 0 && !m_file.sync())
+        m_writeError = m_file.error();
+    if (closing == Closing::Discard || m_writeError != 0) {
+        m_file.discard();
+        return m_writeError == 0;
     }
-    if (!keep || !written)
-        file.remove();
-    return written;
+    if (!m_file.complete())
+        return false;
+    if (closing == Closing::KeepOnDisk)
+        OutputFile::syncFolder(QFileInfo(path()).path());
+    return true;
+}
+
+QString TextFile::errorString() const
+{
+    return qt_error_string(error());
+}
+
+CIExportReport::Fault TextFile::fault(const QString &reason) const
+{
+    return { CIExportReport::Cause::Target, reason, error() };
+}
+
+void TextFile::flush()
+{
+    if (m_writeError == 0 && !m_file.write(m_pending.constData(), m_pending.size()))
+        m_writeError = m_file.error();
+    m_pending.resize(0);
 }

@@ -1,4 +1,4 @@
-#include "export/CHtmlExporter.h"
+#include "export/CIDataExporter.h"
 #include "export/JpegScans_p.h"
 #include "export/StoredOrientation_p.h"
 #include "export/Thumbnail_p.h"
@@ -102,5 +102,5 @@ QString Thumbnail::place(CIDataExporter *exporter, const QByteArray &png, int nu
 {
     const QString name = QString::number(number) + QLatin1String(".png");
     exporter->exportDepends(png, name);
-    return CHtmlExporter::HTML_IMG_FOLDER + QLatin1Char('/') + name;
+    return exporter->dependsPath(name);
 }

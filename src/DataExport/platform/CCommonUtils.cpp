@@ -1,12 +1,12 @@
 #include "platform/CCommonUtils.h"
 
 #include "platform/NativeFile_p.h"
+#include "platform/OutputFile_p.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <QSaveFile>
 
 #include <array>
 #include <chrono>
@@ -15,8 +15,6 @@
 #include <sys/stat.h>
 
 namespace {
-
-constexpr qint64 kCopyChunk = 128LL * 1024;
 
 // A name that a broken symbolic link holds is taken, too: opening it would write elsewhere. A name
 // that cannot be looked up (too long, no permission) is not: no number would make it better.
@@ -124,20 +122,12 @@ void CCommonUtils::rmDir(const QDir &dir, const QString &name, bool *ok)
 
 bool CCommonUtils::copyFile(const QString &src, const QDir &dir, const QString &name)
 {
-    QFile source(src);
-    if (!openForReading(source))
-        return false;
-    QSaveFile target(dir.absoluteFilePath(name));
-    if (!target.open(QIODevice::WriteOnly))
-        return false;
-    QByteArray chunk(kCopyChunk, Qt::Uninitialized);
-    for (;;) {
-        const qint64 count = source.read(chunk.data(), chunk.size());
-        if (count == 0)
-            return target.commit();
-        if (count < 0 || target.write(chunk.constData(), count) != count)
-            return false; // QSaveFile drops what it has
-    }
+    NativeFile source;
+    OutputFile target;
+    return source.openForReading(src)
+        && target.open(
+            dir.absoluteFilePath(name), OutputFile::Way::Staged, OutputFile::Existing::Replace)
+        && target.copyFrom(source) && target.complete();
 }
 
 QString CCommonUtils::uniqFileName(const QDir &dir, const QString &base, const QString &suffix)

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -54,6 +55,20 @@ bool NativeFile::create(const QString &path)
     return adopt(::open(native.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
 }
 
+bool NativeFile::replace(const QString &path)
+{
+    const QByteArray native = QFile::encodeName(path);
+    constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    if (adopt(::open(native.constData(), kFlags, 0666)))
+        return true;
+    return m_error == ELOOP && ::unlink(native.constData()) == 0 && create(path);
+}
+
+void NativeFile::lock()
+{
+    ::flock(m_descriptor, LOCK_EX | LOCK_NB);
+}
+
 qint64 NativeFile::read(char *buffer, qint64 size)
 {
     while (m_left > 0) {
@@ -84,6 +99,14 @@ bool NativeFile::write(const char *data, qint64 size)
         size -= count;
     }
     return true;
+}
+
+bool NativeFile::sync()
+{
+    if (::fsync(m_descriptor) == 0 || errno == EINVAL || errno == ENOSYS)
+        return true;
+    m_error = errno;
+    return false;
 }
 
 void NativeFile::setModified(const QDateTime &date)

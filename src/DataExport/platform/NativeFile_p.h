@@ -26,12 +26,21 @@ public:
     //! Creates \a path; error() is EEXIST when something of that name is there.
     bool create(const QString &path);
 
+    //! Creates \a path or empties the file of that name; a link of that name gives way to the file.
+    bool replace(const QString &path);
+
+    //! Marks the open file as one that somebody is at work on, where the file system knows of that.
+    void lock();
+
     //! Up to \a size bytes into \a buffer: their number, 0 at the end, -1 after an error. The end
     //! is where the file ended when it was opened, or where it was cut since.
     qint64 read(char *buffer, qint64 size);
 
     //! All of the \a size bytes at \a data.
     bool write(const char *data, qint64 size);
+
+    //! Waits until the disk has what was written, where the file system knows of that.
+    bool sync();
 
     //! Sets the time of the last change. A file system without such times is no error.
     void setModified(const QDateTime &date);

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cerrno>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -30,7 +31,9 @@ private Q_SLOTS:
     void cancelsWithinAChunk();
     void reportsFullDeviceAtEveryChunk_data();
     void reportsFullDeviceAtEveryChunk();
+    void aHardenedCopyGetsItsNameWhenComplete();
     void goesIntoGroups();
+    void staysOutOfAGroupThatIsGone();
     void refusesImpossibleGroups();
     void keepsTheDate();
     void progressCoversItsSpan_data();
@@ -70,12 +73,22 @@ void tst_CFileExporter::makesOutputNames_data()
     QTest::newRow("dot") << u"."_s << u"_"_s;
     QTest::newRow("only dots") << u"....."_s << u"_"_s;
     QTest::newRow("parent") << u"../x"_s << u"._x"_s;
+    QTest::newRow("a character that would end it")
+        << u"a"_s + QChar(u'\0') + u"b.txt"_s << u"a_b.txt"_s;
+    QTest::newRow("too long") << QString(300, u'x') + u".jpeg"_s << QString(250, u'x') + u".jpeg"_s;
+    QTest::newRow("too long an extension")
+        << u"a."_s + QString(300, u'x') << u"a."_s + QString(253, u'x');
+    QTest::newRow("too long, and characters of two bytes")
+        << QString(200, u'\u00E9') << QString(127, u'\u00E9');
+    QTest::newRow("too long, and taken") << QString(300, u'y') << QString(242, u'y') + u" (2)"_s;
 }
 
 void tst_CFileExporter::makesOutputNames()
 {
     QFETCH(QString, name);
     QFETCH(QString, expected);
+    for (const QString &taken : { QString(255, u'y'), QString(242, u'y') })
+        QVERIFY(Files::write(out(taken), "x"));
     QCOMPARE(m_sink->makeOutputFileName(name), out(expected));
 }
 
@@ -229,27 +242,84 @@ void tst_CFileExporter::reportsFullDeviceAtEveryChunk()
     QCOMPARE(Files::tree(out()),
              fits ? (QStringList { u"copied"_s, u"written"_s }) : QStringList());
     QCOMPARE(m_report->failures.size(), fits ? 0 : 2);
-    for (const auto &failure : std::as_const(m_report->failures))
+    for (const auto &failure : std::as_const(m_report->failures)) {
         QCOMPARE(failure.cause, CIExportReport::Cause::Target);
+        QCOMPARE(failure.systemError, EFBIG);
+    }
+}
+
+// At the first chunk nothing has the copy's name yet; then somebody else takes it.
+void tst_CFileExporter::aHardenedCopyGetsItsNameWhenComplete()
+{
+    class NameTaker final : public CIProgressCallback
+    {
+    public:
+        explicit NameTaker(const QString &path)
+            : m_path(path)
+        {
+        }
+        void initRange(int /*total*/) override { }
+        int range() override { return 0; }
+        bool progress(double /*delta*/) override
+        {
+            wasFree = wasFree && !QFileInfo::exists(m_path);
+            return m_isTaken || (m_isTaken = Files::write(m_path, "other"));
+        }
+        bool finish() override { return true; }
+
+        bool wasFree = true;
+
+    private:
+        QString m_path;
+        bool m_isTaken = false;
+    } progress(out(u"a"_s));
+    const QByteArray content(100, 'x');
+    QVERIFY(Files::write(m_temp->filePath(u"src"_s), content));
+    m_sink->setHardened(true);
+    m_sink->setExportProgress(&progress);
+    QVERIFY(m_sink->exportData(m_temp->filePath(u"src"_s), u"a"_s));
+    QVERIFY(progress.wasFree);
+    QVERIFY(m_sink->finish(true));
+    QCOMPARE(Files::tree(out()), (QStringList { u"a"_s, u"a (2)"_s }));
+    QCOMPARE(Files::read(out(u"a"_s)), QByteArray("other"));
+    QCOMPARE(Files::read(out(u"a (2)"_s)), content);
+    QCOMPARE(m_report->ends, QStringList { u"T: copies complete"_s });
+}
+
+void tst_CFileExporter::staysOutOfAGroupThatIsGone()
+{
+    QVERIFY(m_sink->intoSubDir(u"g"_s) && m_sink->backFromSubDir());
+    QVERIFY(QDir(out()).rmdir(u"g"_s));
+    QVERIFY(!m_sink->intoSubDir(u"g"_s));
+    QVERIFY(!CFileExporter().intoSubDir(u"g"_s));
+    QVERIFY(!CFileExporter().exportDepends(QByteArray("x"), u"tst_CFileExporter.left-over"_s));
 }
 
 void tst_CFileExporter::goesIntoGroups()
 {
-    for (const QString &group : { u"100APPLE"_s, u"a/b"_s, u"100APPLE"_s }) {
+    for (const QString &group :
+         { u"100APPLE"_s, u"a/b"_s, u"100APPLE"_s, u"..b"_s, QString(300, u'x') }) {
         QVERIFY(m_sink->intoSubDir(group));
         QVERIFY(m_sink->exportDepends(QByteArray("x"), u"f"_s));
         QVERIFY(m_sink->backFromSubDir());
     }
     QCOMPARE(Files::tree(out()),
-             (QStringList {
-                 u"100APPLE/"_s, u"100APPLE/f"_s, u"100APPLE/f (2)"_s, u"a_b/"_s, u"a_b/f"_s }));
+             (QStringList { u"100APPLE/"_s,
+                            u"100APPLE/f"_s,
+                            u"100APPLE/f (2)"_s,
+                            u"a_b/"_s,
+                            u"a_b/f"_s,
+                            u"b/"_s,
+                            u"b/f"_s,
+                            QString(255, u'x') + u"/"_s,
+                            QString(255, u'x') + u"/f"_s }));
     QCOMPARE(m_report->exported.value(1), u"T: a/b/f"_s);
 }
 
 void tst_CFileExporter::refusesImpossibleGroups()
 {
     QVERIFY(Files::write(out(u"file"_s), "x"));
-    for (const QString &group : { u""_s, u"."_s, u".."_s, u"file"_s, QString(300, u'x') }) {
+    for (const QString &group : { u""_s, u"."_s, u".."_s, u"file"_s }) {
         QVERIFY2(!m_sink->intoSubDir(group), qPrintable(group));
         QCOMPARE(m_sink->makeOutputFileName(u"n"_s), out(u"n"_s));
     }

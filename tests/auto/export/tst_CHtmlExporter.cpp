@@ -7,9 +7,35 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cerrno>
+#include <sys/wait.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
+
+enum class Way { Completed, Stopped, Failed, FullDevice, Killed };
+
+// Writes a hardened page with one picture, and ends in that way.
+void writeHardened(const QDir &dir, const QString &owner, const QByteArray &content, Way way)
+{
+    CHtmlExporter sink;
+    sink.setHardened(true);
+    if (!sink.initExporter(dir, owner, u"N"_s) || !sink.exportDepends(content, u"0.png"_s)
+        || !sink.exportData(QString::fromUtf8(content)))
+        return;
+    if (way == Way::Killed)
+        ::_exit(0);
+    if (way == Way::Stopped)
+        sink.setStopped();
+    if (way == Way::FullDevice) {
+        const FullDevice device(10);
+        sink.finish(true);
+        return;
+    }
+    sink.finish(way != Way::Failed);
+}
 
 const QByteArray kHead =
     "<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Transitional//EN\" "
@@ -32,6 +58,12 @@ private Q_SLOTS:
     void handsOutTheDeletedMark();
     void aFailedExportLeavesNothing();
     void reportsFullDeviceAtEveryByte();
+    void aHardenedPageReplacesOnlyWhenComplete_data();
+    void aHardenedPageReplacesOnlyWhenComplete();
+    void hardenedPagesShareNoPictures();
+    void writesThroughNoLink_data();
+    void writesThroughNoLink();
+    void placesNothingBeforeItOpens();
 };
 
 void tst_CHtmlExporter::writesTheFrame_data()
@@ -148,7 +180,10 @@ void tst_CHtmlExporter::reportsImagesThatItCannotPlace()
     }
     QCOMPARE(report.failures.size(), 3);
     QCOMPARE(report.failures[2].item, u"image/cut.png"_s);
+    QCOMPARE(report.failures[0].cause, CIExportReport::Cause::Resource);
+    QCOMPARE(report.failures[1].systemError, ENAMETOOLONG);
     QCOMPARE(report.failures[2].cause, CIExportReport::Cause::Target);
+    QCOMPARE(report.failures[2].systemError, EFBIG);
     QCOMPARE(Files::tree(temp.filePath(u"Notes/image"_s)), QStringList());
 }
 
@@ -200,7 +235,152 @@ void tst_CHtmlExporter::reportsFullDeviceAtEveryByte()
         }
         QCOMPARE(Files::tree(temp.filePath(u"N"_s)).size(), room == whole ? 1 : 0);
         QCOMPARE(report.failures.size(), room == whole ? 0 : 1);
+        QCOMPARE(report.ends.value(0), room == whole ? u"N: page complete"_s : u"N: page failed"_s);
+        if (room != whole)
+            QCOMPARE(report.failures[0].systemError, EFBIG);
     }
+}
+
+void tst_CHtmlExporter::aHardenedPageReplacesOnlyWhenComplete_data()
+{
+    QTest::addColumn<Way>("way");
+    QTest::addColumn<bool>("hasEarlier");
+
+    const std::pair<const char *, Way> ways[] { { "completed", Way::Completed },
+                                                { "stopped", Way::Stopped },
+                                                { "failed", Way::Failed },
+                                                { "the device is full", Way::FullDevice },
+                                                { "killed", Way::Killed } };
+    for (const auto &[name, way] : ways) {
+        QTest::addRow("%s", name) << way << false;
+        QTest::addRow("%s over an earlier one", name) << way << true;
+    }
+}
+
+void tst_CHtmlExporter::aHardenedPageReplacesOnlyWhenComplete()
+{
+    QFETCH(Way, way);
+    QFETCH(bool, hasEarlier);
+    const QTemporaryDir temp;
+    const QDir dir(temp.path());
+    if (hasEarlier) {
+        writeHardened(dir, u"Ann"_s, "earlier", Way::Completed);
+        QVERIFY(Files::write(temp.filePath(u"N/mine"_s), "x"));
+        QVERIFY(Files::write(temp.filePath(u"N/image/mine.png"_s), "x"));
+    }
+    const QStringList before = Files::tree(temp.path());
+    if (way == Way::Killed) {
+        const pid_t child = fork();
+        if (child == 0)
+            writeHardened(dir, u"Ann"_s, "later", way);
+        QCOMPARE(waitpid(child, nullptr, 0), child);
+        QVERIFY(Files::tree(temp.path()) != before);
+        // What is left of it goes with the next run, whose own page is not touched meanwhile.
+        CHtmlExporter other;
+        other.setHardened(true);
+        QVERIFY(other.initExporter(dir, u"Bo"_s, u"N"_s));
+        writeHardened(dir, u"Cy"_s, "cy", Way::Stopped);
+        QVERIFY(other.finish(true));
+        QVERIFY(QFile::remove(temp.filePath(u"N/Bo's N.html"_s)));
+        QDir(temp.filePath(hasEarlier ? u"N/image/2"_s : u"N/image"_s)).removeRecursively();
+        if (!hasEarlier)
+            QVERIFY(dir.rmdir(u"N"_s));
+    } else {
+        writeHardened(dir, u"Ann"_s, "later", way);
+    }
+    const QByteArray page = Files::read(temp.filePath(u"N/Ann's N.html"_s));
+    if (way != Way::Completed) {
+        QCOMPARE(Files::tree(temp.path()), before);
+        QCOMPARE(page.isNull(), !hasEarlier);
+        QVERIFY(!page.contains("later"));
+        return;
+    }
+    QVERIFY(page.contains("later"));
+    QStringList wanted { u"N/"_s, u"N/Ann's N.html"_s, u"N/image/"_s };
+    wanted += hasEarlier
+        ? QStringList { u"N/image/2/"_s, u"N/image/2/0.png"_s, u"N/image/mine.png"_s, u"N/mine"_s }
+        : QStringList { u"N/image/0.png"_s };
+    QCOMPARE(Files::tree(temp.path()), wanted);
+}
+
+// Each of two owners' pages keeps its picture, also when one of them is exported again.
+void tst_CHtmlExporter::hardenedPagesShareNoPictures()
+{
+    const QTemporaryDir temp;
+    const QDir dir(temp.path());
+    QStringList counts;
+    for (const auto *owner : { "Ann", "Bo", "Ann", "Bo", "Ann" }) {
+        writeHardened(dir, QString::fromLatin1(owner), owner, Way::Completed);
+        int pictures = 0;
+        for (const QString &path : Files::tree(temp.filePath(u"N/image"_s)))
+            pictures += path.endsWith(u".png"_s) ? 1 : 0;
+        counts += QString::number(pictures);
+    }
+    QCOMPARE(counts.join(u' '), u"1 2 2 2 2"_s);
+    for (const auto *owner : { "Ann", "Bo" }) {
+        const QString page = QString::fromUtf8(
+            Files::read(temp.filePath(u"N/%1's N.html"_s.arg(QString::fromLatin1(owner)))));
+        const QString pictures = page.section(u"<!--pictures: "_s, 1).section(u"-->"_s, 0, 0);
+        QCOMPARE(Files::read(temp.filePath(u"N/"_s + pictures + u"/0.png"_s)), QByteArray(owner));
+    }
+}
+
+void tst_CHtmlExporter::writesThroughNoLink_data()
+{
+    QTest::addColumn<QString>("link");
+    QTest::addColumn<bool>("hardened");
+    QTest::addColumn<bool>("opens");
+
+    for (const bool hardened : { false, true }) {
+        const char *how = hardened ? "hardened" : "plain";
+        QTest::addRow("page, %s", how) << u"N/Ann's N.html"_s << hardened << true;
+        QTest::addRow("picture, %s", how) << u"N/image/0.png"_s << hardened << true;
+        QTest::addRow("shared image, %s", how) << u"N/image/a.png"_s << hardened << true;
+    }
+    QTest::newRow("folder") << u"N"_s << true << false;
+    QTest::newRow("image folder") << u"N/image"_s << true << false;
+}
+
+void tst_CHtmlExporter::writesThroughNoLink()
+{
+    QFETCH(QString, link);
+    QFETCH(bool, hardened);
+    QFETCH(bool, opens);
+    const QTemporaryDir temp;
+    const QString other = temp.filePath(u"other"_s);
+    QVERIFY(opens ? Files::write(other, "kept") : QDir().mkpath(other));
+    QVERIFY(QDir().mkpath(QFileInfo(temp.filePath(u"out/"_s + link)).path()));
+    QVERIFY(QFile::link(other, temp.filePath(u"out/"_s + link)));
+    QVERIFY(Files::write(temp.filePath(u"a.png"_s), "x"));
+    RecordingReport report;
+    CHtmlExporter sink;
+    sink.setReport(&report);
+    sink.setHardened(hardened);
+    QCOMPARE(sink.initExporter(QDir(temp.filePath(u"out"_s)), u"Ann"_s, u"N"_s), opens);
+    if (opens) {
+        QVERIFY(sink.exportDepends(QByteArray("x"), u"0.png"_s));
+        QVERIFY(sink.exportDepends(temp.filePath(u"a.png"_s), u"a.png"_s));
+        QVERIFY(sink.finish(true));
+        QCOMPARE(Files::read(other), QByteArray("kept"));
+        return;
+    }
+    sink.finish(false);
+    QVERIFY(QFileInfo(temp.filePath(u"out/"_s + link)).isSymLink());
+    QCOMPARE(Files::tree(other), QStringList());
+    QCOMPARE(report.failures.value(0).systemError, ELOOP);
+    QCOMPARE(report.ends, QStringList { u"N: page failed"_s });
+}
+
+void tst_CHtmlExporter::placesNothingBeforeItOpens()
+{
+    const QTemporaryDir temp;
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(temp.path()));
+    CHtmlExporter sink;
+    const bool placed = sink.exportDepends(QByteArray("x"), u"a.png"_s);
+    QVERIFY(QDir::setCurrent(before));
+    QVERIFY(!placed);
+    QCOMPARE(Files::tree(temp.path()), QStringList());
 }
 
 QTEST_GUILESS_MAIN(tst_CHtmlExporter)

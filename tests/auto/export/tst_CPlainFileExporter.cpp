@@ -7,9 +7,32 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cerrno>
 #include <ctime>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+qint64 residentBytes()
+{
+    const QList<QByteArray> fields = Files::read(u"/proc/self/statm"_s).split(' ');
+    return fields.value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
+}
+
+// Text for a file that is lost already takes no memory.
+void writeWithoutKeeping(CPlainFileExporter &sink)
+{
+    constexpr int kPieces = 64;
+    const QString piece(1024 * 1024, u'x');
+    const qint64 before = residentBytes();
+    for (int i = 0; i < kPieces; ++i)
+        sink.exportData(piece);
+    QVERIFY(residentBytes() - before < piece.size() * kPieces / 2);
+}
+
+} // namespace
 
 class tst_CPlainFileExporter : public QObject
 {
@@ -28,6 +51,8 @@ private Q_SLOTS:
     void survivesAFileThatDoesNotOpen();
     void reportsFullDeviceAtEveryByte();
     void goesOnAfterAFileThatWasCutShort();
+    void hardenedFilesGetTheirNamesWhenComplete_data();
+    void hardenedFilesGetTheirNamesWhenComplete();
 };
 
 void tst_CPlainFileExporter::writesInTheCodec_data()
@@ -247,6 +272,9 @@ void tst_CPlainFileExporter::reportsFullDeviceAtEveryByte()
         const bool fits = room == 10;
         QCOMPARE(Files::tree(temp.filePath(u"T"_s)).size(), fits ? 1 : 0);
         QCOMPARE(report.failures.size(), fits ? 0 : 1);
+        QCOMPARE(report.ends.value(0), fits ? u"T: table complete"_s : u"T: table failed"_s);
+        if (!fits)
+            QCOMPARE(report.failures[0].systemError, EFBIG);
     }
 }
 
@@ -262,6 +290,8 @@ void tst_CPlainFileExporter::goesOnAfterAFileThatWasCutShort()
         for (const int size : { 10, 100000, 20, 51, 30 }) {
             QVERIFY(sink.itemExportBegin(QString::number(size)));
             sink.exportData(QString(size, u'x'));
+            if (size == 100000)
+                writeWithoutKeeping(sink);
             QVERIFY(sink.itemExportEnd());
         }
     }
@@ -270,6 +300,37 @@ void tst_CPlainFileExporter::goesOnAfterAFileThatWasCutShort()
              (QStringList { u"10.vcf"_s, u"20.vcf"_s, u"30.vcf"_s }));
     QCOMPARE(Files::read(temp.filePath(u"T/30.vcf"_s)), QByteArray(30, 'x'));
     QCOMPARE(report.failures.size(), 2);
+}
+
+void tst_CPlainFileExporter::hardenedFilesGetTheirNamesWhenComplete_data()
+{
+    QTest::addColumn<bool>("perItem");
+    QTest::addColumn<bool>("stopped");
+    QTest::addColumn<QString>("left");
+
+    QTest::newRow("one file") << false << false << u"Ann's T.csv"_s;
+    QTest::newRow("one file, stopped") << false << true << QString();
+    QTest::newRow("cards") << true << false << u"i.csv"_s;
+    QTest::newRow("cards, stopped") << true << true << u"i.csv"_s;
+}
+
+void tst_CPlainFileExporter::hardenedFilesGetTheirNamesWhenComplete()
+{
+    QFETCH(bool, perItem);
+    QFETCH(bool, stopped);
+    const QTemporaryDir temp;
+    CPlainFileExporter sink(u".csv"_s, perItem);
+    sink.setHardened(true);
+    QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"T"_s));
+    QVERIFY(sink.itemExportBegin(u"i"_s));
+    QVERIFY(sink.exportData(u"x"_s));
+    QVERIFY(QDir(temp.filePath(u"T"_s)).entryList(QDir::Files).isEmpty());
+    QVERIFY(sink.itemExportEnd());
+    if (stopped)
+        sink.setStopped();
+    QVERIFY(sink.finish(true));
+    QTEST(Files::tree(temp.filePath(u"T"_s)).join(u'|'), "left");
+    QCOMPARE(QFileInfo::exists(temp.filePath(u"T"_s)), perItem || !stopped);
 }
 
 QTEST_GUILESS_MAIN(tst_CPlainFileExporter)
