@@ -3,6 +3,7 @@
 #include "sample/BackupWriter.h"
 #include "sample/ManyWhatsapp.h"
 #include "sample/Random.h"
+#include "sample/WhatsappCalls.h"
 #include "sample/WhatsappDatabase.h"
 #include "sample/WhatsappShowcase.h"
 
@@ -24,6 +25,8 @@ void addWhatsapp(BackupWriter &writer, const Options &options)
     if (!database.finish())
         writer.fail(path, database.error());
     writer.addWritten(whatsappDomain(), path);
+    if (options.whatsappMessages == Options::kShowcase && options.calls != 0)
+        addWhatsappCalls(writer);
 }
 
 } // namespace Sample

@@ -215,7 +215,7 @@ void Showcase::mara()
 
 void Showcase::walkers()
 {
-    enter({ u"120363041234567890@g.us"_s,
+    enter({ walkersGroup(),
             u"Lighthouse Walkers 🏮"_s,
             false,
             false,
@@ -294,6 +294,11 @@ void Showcase::notAConversation()
 QString whatsappDomain()
 {
     return u"AppDomainGroup-group.net.whatsapp.WhatsApp.shared"_s;
+}
+
+QString walkersGroup()
+{
+    return u"120363041234567890@g.us"_s;
 }
 
 void addWhatsappShowcase(WhatsappDatabase &database, BackupWriter &writer, Random &random)

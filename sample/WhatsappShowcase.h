@@ -12,6 +12,9 @@ class WhatsappDatabase;
 //! The domain that the app keeps its chats and media in.
 QString whatsappDomain();
 
+//! Identifier of the group of walkers.
+QString walkersGroup();
+
 //! A few chats with every kind of message. Media go to \a writer.
 void addWhatsappShowcase(WhatsappDatabase &database, BackupWriter &writer, Random &random);
 

@@ -1,14 +1,19 @@
 #include "model/CallHistory.h"
 
+#include "model/Jid.h"
 #include "model/PhoneTime.h"
 #include "model/RowDatabase.h"
 #include "model/Source.h"
 #include "model/TableData.h"
+#include "model/WhatsappCalls.h"
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
 
 #include <QRegularExpression>
 #include <QSet>
+
+#include <map>
+#include <tuple>
 
 namespace PhoneBackup {
 
@@ -27,6 +32,61 @@ struct Participants
     QString table;
     QString call;
     QString handle;
+};
+
+using Direction = WhatsappCall::Direction;
+
+// A call as it becomes a row.
+struct Call
+{
+    Row row;
+    QStringList addresses;
+    QString storedName;
+    Direction direction = Direction::Incoming;
+    bool isMissed = false;
+    std::optional<double> seconds;
+    QString type; // how what it is becomes the cell; empty: as it is
+};
+
+// The calls with WhatsApp that the phone's own history may hold, too: those with one known person.
+class KnownCalls
+{
+public:
+    void add(const WhatsappCall &call, std::size_t number)
+    {
+        if (call.numbers.size() == 1 && call.names.size() <= 1 && call.date.isValid()) {
+            const PhoneAddress address(call.numbers.first());
+            m_calls.insert({ { address.bucket(), call.direction, call.date.toSecsSinceEpoch() },
+                             { address, number } });
+        }
+    }
+
+    // Takes out the call that this one is.
+    std::optional<std::size_t>
+    take(const QString &number, Direction direction, const QDateTime &date)
+    {
+        constexpr qint64 secondsApart = 60;
+        const PhoneAddress address(number);
+        if (address.kind() == PhoneAddress::Kind::None || !date.isValid())
+            return std::nullopt;
+        const QString bucket = address.bucket();
+        const qint64 seconds = date.toSecsSinceEpoch();
+        const auto end = m_calls.upper_bound({ bucket, direction, seconds + secondsApart });
+        for (auto call = m_calls.lower_bound({ bucket, direction, seconds - secondsApart });
+             call != end;
+             ++call) {
+            if (PhoneAddress::match(call->second.first, address) > 0) {
+                const std::size_t found = call->second.second;
+                m_calls.erase(call);
+                return found;
+            }
+        }
+        return std::nullopt;
+    }
+
+private:
+    using Key = std::tuple<QString, Direction, qint64>; // who, which way, and when
+    std::multimap<Key, std::pair<PhoneAddress, std::size_t>> m_calls;
 };
 
 QString durationText(std::optional<double> seconds)
@@ -54,19 +114,24 @@ public:
 
     void read(DataSets &sets)
     {
+        m_whatsapp = readWhatsappCalls(m_source, kCalls);
+        for (std::size_t i = 0; i < m_whatsapp.size(); ++i)
+            m_known.add(m_whatsapp[i], i);
         // The small store holds calls from before the phone was first unlocked; most come to the
         // other one later.
         const bool hasEarly = readStore(u"CallHistoryTemp.storedata"_s);
         const bool hasStore = readStore(u"CallHistory.storedata"_s) || hasEarly;
         // Where there is a store, older databases are what an update left behind.
         bool hasOld = false;
-        if (m_calls->recoverCount() == 0)
+        if (m_calls->recoverCount() == 0 && !m_hasKnown)
             hasOld = readOld("WirelessDomain") || readOld("HomeDomain");
         if (!hasStore && !hasOld)
             m_source.addAbsence(kCalls,
                                 kFirstReleaseWithoutCalls,
                                 tr("Phones with iOS 13 or later put calls into encrypted backups "
                                    "only, and this one is not encrypted."));
+        for (const WhatsappCall &call : m_whatsapp)
+            add(call);
         m_calls->sortNewestFirst();
         sets[kCalls] = std::move(m_calls);
     }
@@ -98,7 +163,8 @@ private:
                                        u"ZDURATION"_s,
                                        u"ZORIGINATED"_s,
                                        u"ZANSWERED"_s,
-                                       u"ZUNIQUE_ID"_s })
+                                       u"ZUNIQUE_ID"_s,
+                                       u"ZSERVICE_PROVIDER"_s })
             wanted.append(database->column(table, column));
         QSet<qint64> known;
         const qsizetype seenBefore = m_seen.size();
@@ -110,19 +176,24 @@ private:
             known.insert(key);
             if (!id.isEmpty() && path.contains("Temp"_L1))
                 m_seen.insert(id);
-            const QString address = row.text(1).trimmed();
-            const QStringList addresses =
-                address.isEmpty() ? groups.value(key) : QStringList { address };
-            Row call;
-            call.id = key;
-            call.date = PhoneTime::ofThePast(row.number(3));
-            const bool isMissed = row.number(6).has_value() && row.number(6) == 0;
-            add(call,
-                addresses,
-                row.text(2).trimmed(),
-                row.integer(5) != 0,
-                isMissed,
-                row.number(4));
+            Call call;
+            call.row.id = key;
+            call.row.date = PhoneTime::ofThePast(row.number(3));
+            QString address = row.text(1).trimmed();
+            const bool isWhatsapp = row.text(8).startsWith("net.whatsapp."_L1, Qt::CaseInsensitive);
+            if (isWhatsapp && Jid(address).isPerson())
+                address = Jid(address).number();
+            call.addresses = address.isEmpty() ? groups.value(key) : QStringList { address };
+            call.storedName = row.text(2).trimmed();
+            call.direction = row.integer(5) != 0 ? Direction::Outgoing : Direction::Incoming;
+            call.isMissed = row.number(6).has_value() && row.number(6) == 0;
+            call.seconds = row.number(4);
+            if (isWhatsapp) {
+                call.type = typeOfWhatsapp(false);
+                if (isKnown(call))
+                    return;
+            }
+            add(call);
         });
         return true;
     }
@@ -196,44 +267,84 @@ private:
             wanted.append(database->column(table, column));
         QSet<qint64> known;
         database->query(u"ROWID, "_s + wanted.join(u','), table, [&](const Statement &row) {
-            Row call;
-            call.id = row.integer(0);
-            if (known.contains(call.id))
+            Call call;
+            call.row.id = row.integer(0);
+            if (known.contains(call.row.id))
                 return;
-            known.insert(call.id);
-            call.date = PhoneTime::sinceUnix(row.number(3));
+            known.insert(call.row.id);
+            call.row.date = PhoneTime::sinceUnix(row.number(3));
             const QString address = row.text(1).trimmed();
-            const bool isMissed = row.number(4).value_or(0) == 0;
-            add(call,
-                address.isEmpty() ? QStringList() : QStringList { address },
-                row.text(2).trimmed(),
-                (row.integer(5) & 1) != 0,
-                isMissed,
-                row.number(4));
+            if (!address.isEmpty())
+                call.addresses.append(address);
+            call.storedName = row.text(2).trimmed();
+            call.isMissed = row.number(4).value_or(0) == 0;
+            if ((row.integer(5) & 1) != 0)
+                call.direction = Direction::Outgoing;
+            call.seconds = row.number(4);
+            add(call);
         });
         return true;
     }
 
-    void add(Row &call,
-             const QStringList &addresses,
-             const QString &storedName,
-             bool isOutgoing,
-             bool isMissed,
-             std::optional<double> seconds)
+    // Whether WhatsApp's own log has it; what only this one tells is taken over.
+    bool isKnown(const Call &call)
     {
-        QString name = nameOf(addresses);
-        if (name.isEmpty())
-            name = storedName;
-        if (name.isEmpty() && addresses.isEmpty())
-            name = tr("Unknown");
-        call.cells = QStringList { name,
-                                   addresses.join(u", "_s),
-                                   isOutgoing     ? tr("Outgoing")
-                                       : isMissed ? tr("Missed")
-                                                  : tr("Incoming"),
-                                   CCommonUtils::datetimeToMinute(call.date, true),
-                                   durationText(seconds) };
-        m_calls->add(call);
+        const auto found = call.addresses.size() == 1
+            ? m_known.take(call.addresses.first(), call.direction, call.row.date)
+            : std::nullopt;
+        if (!found)
+            return false;
+        m_hasKnown = true;
+        WhatsappCall &known = m_whatsapp[*found];
+        if (known.names.isEmpty() && !call.storedName.isEmpty())
+            known.names.append(call.storedName);
+        if (call.seconds.value_or(0) > known.seconds.value_or(0))
+            known.seconds = call.seconds;
+        return true;
+    }
+
+    static QString typeOfWhatsapp(bool isVideo)
+    {
+        return isVideo ? tr("%1 (WhatsApp video)") : tr("%1 (WhatsApp)");
+    }
+
+    void add(const WhatsappCall &whatsapp)
+    {
+        Call call;
+        call.row.id = whatsapp.row;
+        call.row.date = whatsapp.date;
+        call.addresses = whatsapp.numbers;
+        call.storedName = whatsapp.names.join(u", "_s);
+        if (!whatsapp.group.isEmpty())
+            call.storedName = call.storedName.isEmpty()
+                ? whatsapp.group
+                : u"%1 (%2)"_s.arg(whatsapp.group, call.storedName);
+        call.direction = whatsapp.direction;
+        call.isMissed = whatsapp.isMissed;
+        call.seconds = whatsapp.seconds;
+        call.type = typeOfWhatsapp(whatsapp.isVideo);
+        addRow(call, call.storedName);
+    }
+
+    void add(Call &call)
+    {
+        const QString name = nameOf(call.addresses);
+        addRow(call, name.isEmpty() ? call.storedName : name);
+    }
+
+    void addRow(Call &call, const QString &name)
+    {
+        const QString type = call.direction == Direction::Outgoing ? tr("Outgoing")
+            : call.direction == Direction::Unknown                 ? tr("Call")
+            : call.isMissed                                        ? tr("Missed")
+                                                                   : tr("Incoming");
+        call.row.cells =
+            QStringList { name.isEmpty() && call.addresses.isEmpty() ? tr("Unknown") : name,
+                          call.addresses.join(u", "_s),
+                          call.type.isEmpty() ? type : call.type.arg(type),
+                          CCommonUtils::datetimeToMinute(call.row.date, true),
+                          durationText(call.seconds) };
+        m_calls->add(call.row);
     }
 
     // Empty when none of them is in the address book.
@@ -251,6 +362,9 @@ private:
 
     Source &m_source;
     std::unique_ptr<TableData> m_calls;
+    std::vector<WhatsappCall> m_whatsapp;
+    KnownCalls m_known; // of m_whatsapp
+    bool m_hasKnown = false; // the phone's history has some of them
     QSet<QByteArray> m_seen; // identifiers of the calls in the small store
 };
 

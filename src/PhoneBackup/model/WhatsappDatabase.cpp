@@ -9,10 +9,11 @@ using namespace Qt::StringLiterals;
 std::unique_ptr<WhatsappDatabase> WhatsappDatabase::open(Source &source,
                                                          const WhatsappPlace &place,
                                                          const QString &name,
-                                                         const QString &loss)
+                                                         const QString &loss,
+                                                         int dataType)
 {
     std::optional<RowDatabase> database =
-        RowDatabase::open(source, kChats, place.domain, place.folder + name, loss);
+        RowDatabase::open(source, dataType, place.domain, place.folder + name, loss);
     return database ? std::make_unique<WhatsappDatabase>(std::move(*database)) : nullptr;
 }
 

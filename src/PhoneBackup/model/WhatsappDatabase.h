@@ -15,17 +15,29 @@ struct WhatsappPlace
 {
     QByteArray domain;
     QString folder; //!< Of the databases, with its slash; empty: the domain itself.
+
+    static WhatsappPlace app()
+    {
+        return { "AppDomainGroup-group.net.whatsapp.WhatsApp.shared", {} };
+    }
+    static WhatsappPlace business()
+    {
+        return { "AppDomainGroup-group.net.whatsapp.WhatsAppSMB.shared", {} };
+    }
 };
 
 //! One of WhatsApp's databases.
 class WhatsappDatabase : public RowDatabase
 {
 public:
-    static constexpr int kChats = 11; //!< The data type that its problems belong to.
+    static constexpr int kChats = 11; //!< The data type that its problems usually belong to.
 
     //! The database \a name. None when the backup has none or it cannot be opened.
-    static std::unique_ptr<WhatsappDatabase>
-    open(Source &source, const WhatsappPlace &place, const QString &name, const QString &loss);
+    static std::unique_ptr<WhatsappDatabase> open(Source &source,
+                                                  const WhatsappPlace &place,
+                                                  const QString &name,
+                                                  const QString &loss,
+                                                  int dataType = kChats);
 
     explicit WhatsappDatabase(RowDatabase &&database);
 

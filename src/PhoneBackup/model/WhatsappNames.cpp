@@ -50,21 +50,29 @@ struct WhatsappNames::NumberColumns
     QString order; // the highest counts; may be empty
 };
 
-WhatsappNames::WhatsappNames(Source &source, const WhatsappPlace &place, WhatsappDatabase &chats)
+WhatsappNames::WhatsappNames(Source &source,
+                             const WhatsappPlace &place,
+                             WhatsappDatabase *chats,
+                             int dataType)
     : m_addressBook(source.addressBook())
 {
-    const QString loss = tr("Names of people in chats may be missing.");
-    const auto numbers = WhatsappDatabase::open(source, place, u"LID.sqlite"_s, loss);
-    const auto contacts = WhatsappDatabase::open(source, place, u"ContactsV2.sqlite"_s, loss);
-    const auto oldContacts = WhatsappDatabase::open(source, place, u"Contacts.sqlite"_s, loss);
-    QList<RowDatabase *> databases { numbers.get(), &chats, contacts.get(), oldContacts.get() };
+    const QString loss = tr("Names of people may be missing.");
+    const auto open = [&](const QString &name) {
+        return WhatsappDatabase::open(source, place, name, loss, dataType);
+    };
+    const auto numbers = open(u"LID.sqlite"_s);
+    const auto contacts = open(u"ContactsV2.sqlite"_s);
+    const auto oldContacts = open(u"Contacts.sqlite"_s);
+    QList<RowDatabase *> databases { numbers.get(), chats, contacts.get(), oldContacts.get() };
     databases.removeAll(nullptr);
     readNumbers(databases);
-    for (RowDatabase *database : { numbers.get(), contacts.get(), oldContacts.get(), &chats }) {
+    for (RowDatabase *database :
+         QList<RowDatabase *> { numbers.get(), contacts.get(), oldContacts.get(), chats }) {
         if (database)
             readContacts(*database);
     }
-    readChosenNames(chats);
+    if (chats)
+        readChosenNames(*chats);
 }
 
 void WhatsappNames::readNumbers(const QList<RowDatabase *> &databases)

@@ -23,8 +23,12 @@ struct WhatsappPlace;
 class WhatsappNames
 {
 public:
-    //! Reads what the databases in \a place tell, \a chats among them.
-    WhatsappNames(Source &source, const WhatsappPlace &place, WhatsappDatabase &chats);
+    //! Reads what the databases in \a place tell, \a chats among them, which may be null. Those
+    //! that cannot be read are a loss of \a dataType.
+    WhatsappNames(Source &source,
+                  const WhatsappPlace &place,
+                  WhatsappDatabase *chats,
+                  int dataType);
 
     //! The number of the person \a jid, with "+"; empty when it is not known.
     QString number(const Jid &jid) const;

@@ -24,7 +24,7 @@ WhatsappStore::WhatsappStore(Source &source,
     : m_source(source)
     , m_place(place)
     , m_database(std::move(database))
-    , m_names(source, place, *m_database)
+    , m_names(source, place, m_database.get(), WhatsappDatabase::kChats)
     , m_media(source, place, *m_database)
     , m_reader(source, *m_database, m_names, m_media, m_facts)
 {
@@ -32,8 +32,6 @@ WhatsappStore::WhatsappStore(Source &source,
 
 std::vector<std::unique_ptr<WhatsappStore>> WhatsappStore::openAll(Source &source)
 {
-    const WhatsappPlace app { "AppDomainGroup-group.net.whatsapp.WhatsApp.shared", {} };
-    const WhatsappPlace business { "AppDomainGroup-group.net.whatsapp.WhatsAppSMB.shared", {} };
     const WhatsappPlace old { "AppDomain-net.whatsapp.WhatsApp", u"Documents/"_s };
     std::vector<std::unique_ptr<WhatsappStore>> stores;
     const auto open = [&](const WhatsappPlace &place) {
@@ -43,9 +41,9 @@ std::vector<std::unique_ptr<WhatsappStore>> WhatsappStore::openAll(Source &sourc
             stores.push_back(std::make_unique<WhatsappStore>(source, place, std::move(database)));
         return !stores.empty();
     };
-    if (!open(app))
+    if (!open(WhatsappPlace::app()))
         open(old);
-    open(business);
+    open(WhatsappPlace::business());
     return stores;
 }
 

@@ -1,5 +1,8 @@
 #include "BackupFixture.h"
 #include "auto/sample/SqliteRows.h"
+#include "sample/WhatsappCalls.h"
+#include "sample/WhatsappDatabase.h"
+#include "sample/WhatsappShowcase.h"
 
 #include <QtTest>
 
@@ -53,6 +56,8 @@ private Q_SLOTS:
     void writesCellsOfOldDatabases();
     void namesCallers();
     void namesTheOnesOfAGroup();
+    void readsCallsOfWhatsapp_data();
+    void readsCallsOfWhatsapp();
     void prefersTheNewestPlace_data();
     void prefersTheNewestPlace();
     void takesEachCallOnce();
@@ -174,6 +179,134 @@ void tst_CallHistory::namesTheOnesOfAGroup()
     QVERIFY2(found[1].startsWith(u"|+1666|"_s), qPrintable(found[1]));
 }
 
+void tst_CallHistory::readsCallsOfWhatsapp_data()
+{
+    QTest::addColumn<QByteArray>("log"); // of WhatsApp
+    QTest::addColumn<QByteArray>("rows"); // of the phone
+    QTest::addColumn<QStringList>("expected");
+
+    const auto listed = [](const char *values) {
+        return "INSERT INTO ZWAAGGREGATECALLEVENT(Z_PK, ZINCOMING, ZMISSED, ZVIDEO) VALUES "
+            + QByteArray(values) + ';';
+    };
+    const auto call = [](const char *values, int seconds = 3) { // the line, outcome, who rang
+        return "INSERT INTO ZWACDCALLEVENT(ZDATE, ZDURATION, Z1CALLEVENTS, ZOUTCOME,"
+               " ZGROUPCALLCREATORUSERJIDSTRING) VALUES (700000000 + "
+            + QByteArray::number(seconds) + ", 61.9, " + values + ");";
+    };
+    const auto people = [](const char *values) {
+        return "INSERT INTO ZWACDCALLEVENTPARTICIPANT(Z1PARTICIPANTS, ZJIDSTRING) VALUES "
+            + QByteArray(values) + ';';
+    };
+    const QByteArray ann = people("(1, '12025550142@s.whatsapp.net')");
+    const QByteArray outgoing = listed("(1, 0, 0, 0)");
+    const QByteArray incoming = listed("(1, 1, 0, 0)");
+    const QByteArray byAnn = call("1, 0, '12025550142@s.whatsapp.net'");
+    const QByteArray byOwner = call("1, 0, '15550199@s.whatsapp.net'");
+    const auto add = [](const char *name,
+                        const QByteArray &log,
+                        const QByteArray &rows,
+                        const QStringList &expected) {
+        QTest::newRow(name) << log << rows << expected;
+    };
+    const QString when = u"|2023-03-08 15:26|1:01"_s;
+    const QString annIn = u"Ann|+12025550142|Incoming (WhatsApp)"_s + when;
+    const QString annOut = u"Ann|+12025550142|Outgoing (WhatsApp)"_s + when;
+    add("outgoing", outgoing + byOwner + ann, {}, { annOut });
+    add("incoming, by who rang", incoming + byAnn, {}, { annIn });
+    add("video",
+        listed("(1, 1, 0, 1)") + byAnn + ann,
+        {},
+        { u"Ann|+12025550142|Incoming (WhatsApp video)"_s + when });
+    const QString missed = u"Ann|+12025550142|Missed (WhatsApp)"_s + when;
+    add("missed, by the list", listed("(1, 1, 1, 0)") + byAnn, {}, { missed });
+    add("missed, by the outcome",
+        incoming + call("1, 4, '12025550142@s.whatsapp.net'"),
+        {},
+        { missed });
+    add("not answered", outgoing + call("1, 1, NULL") + ann, {}, { annOut });
+    add("without its line in the list",
+        byAnn + call("1, 0, NULL", 2),
+        {},
+        { annIn, u"Unknown||Call (WhatsApp)"_s + when });
+    add("two calls in a line",
+        incoming + byAnn + call("1, 1, NULL", 2) + ann,
+        {},
+        { annIn, missed });
+    add("several people, without the owner",
+        outgoing + byOwner + ann
+            + people("(1, '15550199@s.whatsapp.net'), (1, '12025550143:2@s.whatsapp.net'),"
+                     " (1, '12025550142:1@s.whatsapp.net'), (1, '205@lid'), (1, '206@lid'),"
+                     " (9, '1@s.whatsapp.net')"),
+        {},
+        { u"Ann, +12025550143, bobby, Unknown|+12025550142, +12025550143, +12025550144|"
+          "Outgoing (WhatsApp)"_s
+          + when });
+    add("a number without a name",
+        incoming + call("1, 0, '12025550143@s.whatsapp.net'"),
+        {},
+        { u"|+12025550143|Incoming (WhatsApp)"_s + when });
+    add("group",
+        incoming + byAnn + "UPDATE ZWACDCALLEVENT SET ZGROUPJIDSTRING = '1@g.us';",
+        {},
+        { u"Crew (Ann)|+12025550142|Incoming (WhatsApp)"_s + when });
+    const auto phone = [](const char *address, int seconds, bool isOutgoing) {
+        return "('" + QByteArray(address) + "', 'Shop', 700000000 + " + QByteArray::number(seconds)
+            + ", 65, " + (isOutgoing ? "1" : "0") + ", 1, 'net.whatsapp.WhatsApp')";
+    };
+    add("in the phone's history, too",
+        outgoing + byOwner + ann,
+        phone("12025550142@s.whatsapp.net", 63, true),
+        { u"Ann|+12025550142|Outgoing (WhatsApp)|2023-03-08 15:26|1:05"_s });
+    add("in the phone's history, which has a name",
+        incoming + call("1, 0, '12025550143@s.whatsapp.net'"),
+        phone("(202) 555-0143", 0, false),
+        { u"Shop|+12025550143|Incoming (WhatsApp)|2023-03-08 15:26|1:05"_s });
+    const QString other = u"|Outgoing (WhatsApp)|2023-03-08 15:27|1:05"_s;
+    add("another one in the phone's history: later, the other way, somebody else's, nobody's",
+        outgoing + byOwner + ann,
+        phone("+12025550142", 64, true) + ',' + phone("+12025550142", 65, false) + ','
+            + phone("+12025550143", 66, true) + ',' + phone("", 67, true),
+        { u"Shop"_s + u"|"_s + other,
+          u"Shop|+12025550143"_s + other,
+          u"Shop|+12025550142|Incoming (WhatsApp)|2023-03-08 15:27|1:05"_s,
+          u"Shop|+12025550142"_s + other,
+          annOut });
+}
+
+void tst_CallHistory::readsCallsOfWhatsapp()
+{
+    QFETCH(QByteArray, log);
+    QFETCH(QByteArray, rows);
+    BackupFixture fixture;
+    const auto add = [&](const QString &domain, const QString &path, const QByteArray &sql) {
+        fixture.writer.addFile(domain, path, BackupFixture::database(sql.constData()));
+    };
+    const QString domain = Sample::whatsappDomain();
+    add(domain, u"CallHistory.sqlite"_s, Sample::whatsappCallTables() + log);
+    add(domain,
+        u"ChatStorage.sqlite"_s,
+        Sample::whatsappTables()
+            + "INSERT INTO ZWAPROFILEPUSHNAME(ZJID, ZPUSHNAME) VALUES"
+              " ('12025550142@s.whatsapp.net', 'Ann'), ('12025550144@s.whatsapp.net', 'bobby');"
+              "INSERT INTO ZWACHATSESSION(Z_PK, ZCONTACTJID, ZPARTNERNAME) VALUES"
+              " (1, '1@g.us', 'Crew');");
+    add(domain,
+        u"LID.sqlite"_s,
+        "CREATE TABLE ZWAPHONENUMBERLIDPAIR (ZLID, ZPHONENUMBER);"
+        "INSERT INTO ZWAPHONENUMBERLIDPAIR VALUES ('205@lid', '12025550144');");
+    add(kHome,
+        kStore,
+        "CREATE TABLE ZCALLRECORD (Z_PK INTEGER PRIMARY KEY, ZADDRESS, ZNAME, ZDATE, ZDURATION,"
+        " ZORIGINATED, ZANSWERED, ZSERVICE_PROVIDER);"
+            + (rows.isEmpty() ? QByteArray()
+                              : "INSERT INTO ZCALLRECORD(ZADDRESS, ZNAME, ZDATE, ZDURATION,"
+                                " ZORIGINATED, ZANSWERED, ZSERVICE_PROVIDER) VALUES "
+                       + rows + ';'));
+    QTEST(calls(fixture), "expected");
+    QCOMPARE(fixture.problems(), QStringList());
+}
+
 void tst_CallHistory::prefersTheNewestPlace_data()
 {
     QTest::addColumn<QByteArrayList>("stores"); // store, early, old, old in the other place
@@ -241,6 +374,17 @@ void tst_CallHistory::readsWhateverTheDatabase_data()
     QTest::addColumn<int>("count");
     QTest::addColumn<bool>("isLoss");
 
+    const QByteArray log = BackupFixture::database(
+        (Sample::whatsappCallTables() + "INSERT INTO ZWACDCALLEVENT(ZDATE) VALUES (1), (NULL);")
+            .constData());
+    QTest::newRow("WhatsApp's log") << log << 2 << false;
+    QTest::newRow("WhatsApp's log, no database") << QByteArray(5000, 'x') << 0 << true;
+    QTest::newRow("WhatsApp's log, other tables")
+        << BackupFixture::database("CREATE TABLE a (b)") << 0 << true;
+    QTest::newRow("WhatsApp's log, few columns")
+        << BackupFixture::database("CREATE TABLE ZWACDCALLEVENT (Z_PK INTEGER PRIMARY KEY);"
+                                   "INSERT INTO ZWACDCALLEVENT VALUES (1)")
+        << 1 << false;
     const QByteArray whole = store("(1,'1',NULL,2,0,0,1,'a')");
     QTest::newRow("whole") << whole << 1 << false;
     QTest::newRow("no bytes") << QByteArray() << 0 << true;
@@ -263,11 +407,16 @@ void tst_CallHistory::readsWhateverTheDatabase()
 {
     QFETCH(QByteArray, content);
     QFETCH(bool, isLoss);
+    const bool isWhatsapp = QByteArrayView(QTest::currentDataTag()).startsWith("WhatsApp");
+    const QString domain = isWhatsapp ? Sample::whatsappDomain() : kHome;
+    const QString path = isWhatsapp ? u"CallHistory.sqlite"_s : kStore;
     BackupFixture fixture;
-    fixture.writer.addFile(kHome, kStore, content);
+    if (isWhatsapp)
+        fixture.writer.addFile(kHome, kStore, BackupFixture::database(kTable.constData()));
+    fixture.writer.addFile(domain, path, content);
     QTEST(int(calls(fixture).size()), "count");
     QCOMPARE(fixture.problems(),
-             isLoss ? QStringList { u"15 HomeDomain/"_s + kStore + u" (loss)"_s } : QStringList());
+             isLoss ? QStringList { u"15 %1/%2 (loss)"_s.arg(domain, path) } : QStringList());
 }
 
 void tst_CallHistory::saysWhatABackupCannotHold_data()
