@@ -11,8 +11,13 @@ class CIExportReport;
 class CIProgressCallback;
 class QDir;
 
-// An export function that a build leaves out is a null pointer, and its data types are skipped.
+// Within the library an export function that a build leaves out is a null pointer, and its data
+// types are skipped. Whoever calls one from elsewhere is told by the linker.
+#ifdef DataExport_EXPORTS
 #define DATAEXPORT_MAY_BE_ABSENT [[gnu::weak]]
+#else
+#define DATAEXPORT_MAY_BE_ABSENT
+#endif
 
 /*!
     \brief The entry of the library: exports a whole backup, one folder per data type.

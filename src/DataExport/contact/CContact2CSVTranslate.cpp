@@ -225,6 +225,8 @@ bool CContact2CSVTranslate::translateDataAfter(CIDataExporter * /*exporter*/)
 
 bool CContact2CSVTranslate::translateDataItem(CIDataExporter *exporter, BkContactItem *item)
 {
+    if (!item->detailContent())
+        return true;
     const CsvFormat format(*exporter);
     const RowBuilder row(m_helper, *item->detailContent());
     QStringList cells;

@@ -82,6 +82,8 @@ bool CContact2HtmlTranslate::translateDataAfter(CIDataExporter *exporter)
 
 bool CContact2HtmlTranslate::translateDataItem(CIDataExporter *exporter, BkContactItem *item)
 {
+    if (!item->detailContent())
+        return true;
     const BkContactPrivate &contact = *item->detailContent();
     ContactCard card(*exporter, *item, contact, pictureOf(exporter, *item, contact.photo()));
     if (!exporter->exportData(card.write()))

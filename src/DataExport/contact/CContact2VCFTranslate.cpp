@@ -173,6 +173,8 @@ bool CContact2VCFTranslate::translateDataAfter(CIDataExporter * /*exporter*/)
 
 bool CContact2VCFTranslate::translateDataItem(CIDataExporter *exporter, BkContactItem *item)
 {
+    if (!item->detailContent())
+        return true;
     const BkContactPrivate &contact = *item->detailContent();
     return exporter->exportData(exporter->isHardened() ? StandardCard::write(*item, contact)
                                                        : CardWriter(*item, contact).write());

@@ -117,8 +117,11 @@ QString CContactHelper::convertLabel(const QString &label, bool translate)
 QString CContactHelper::getPropLabel(const BkContactProperty *prop)
 {
     QString label = prop->propLabel();
-    if (prop->propType() == ContactType::kSocialProfile)
-        label = prop->propValueEntry().value(VALUE_KEY_SERVICE, label);
+    if (prop->propType() == ContactType::kSocialProfile) {
+        const QString service = prop->propValueEntry().value(VALUE_KEY_SERVICE);
+        if (!service.isEmpty())
+            label = service;
+    }
     return convertLabel(label, true);
 }
 

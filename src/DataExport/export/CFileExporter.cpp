@@ -85,6 +85,17 @@ CIExportReport::Fault readFault(const QIODevice &source)
     return unreadable(source.errorString());
 }
 
+// Sequential devices say with the same number that they are at their end and that they failed.
+bool isAtEnd(const QIODevice &source, const QString &reasonBefore)
+{
+    return source.isSequential() && source.errorString() == reasonBefore;
+}
+
+bool isAtEnd(const NativeFile & /*source*/, const QString & /*reasonBefore*/)
+{
+    return false;
+}
+
 CIExportReport::Fault writeFault(const OutputFile &target)
 {
     return { CIExportReport::Cause::Target,
@@ -149,9 +160,12 @@ bool CFileExporter::writeFile(const QString &name, Source &source)
     if (m_curPath.isEmpty() || !open(target, m_curPath, name, isHardened()))
         return fail(name, writeFault(target));
 
+    const QString reasonBefore = source.errorString();
     char chunk[kChunk];
     for (;;) {
         const qint64 count = source.read(chunk, kChunk);
+        if (count < 0 && isAtEnd(source, reasonBefore))
+            break;
         if (count < 0)
             return fail(name, readFault(source));
         if (count == 0)

@@ -36,7 +36,7 @@ public:
     /*!
         Writes what \a source gives up to its end, as exportData() copies a file. \a source is open
         for reading, or the reason why it is not stands in its errorString(), as a sentence; null
-        stands for a missing file.
+        stands for a missing file. A sequential device ends with -1 and no reason of its own.
     */
     bool exportStream(QIODevice *source, const QString &name);
 

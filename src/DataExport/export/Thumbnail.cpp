@@ -8,6 +8,8 @@
 #include <QImage>
 #include <QImageReader>
 
+#include <mutex>
+
 using DataExport::tr;
 
 namespace {
@@ -15,26 +17,67 @@ namespace {
 constexpr qint64 kMaxPixels = 256LL * 1024 * 1024; // beyond any camera, far below a bomb
 constexpr qint64 kMaxHeldPixels = 64LL * 1024 * 1024; // of a JPEG that is held whole
 constexpr int kMaxScans = 200; // some ten are usual
+constexpr qint64 kMaxVisits = 16 * kMaxHeldPixels; // of pixels, in all scans: some seconds
 constexpr int kMaxDecodedMb = 256;
 constexpr int kPngQuality = 80; // quick compression: the best one takes as long as the decoding
 
-// The image library's limit is one for the process: it is ours for one picture only.
+// The image library's limit is one for the process: it is ours while any picture is read, and what
+// it was before once none is.
 class AllocationLimit
 {
 public:
     AllocationLimit()
-        : m_before(QImageReader::allocationLimit())
     {
+        const std::lock_guard lock(s_mutex);
+        if (s_users++ > 0)
+            return;
+        s_before = QImageReader::allocationLimit();
         QImageReader::setAllocationLimit(kMaxDecodedMb);
     }
-    ~AllocationLimit() { QImageReader::setAllocationLimit(m_before); }
+    ~AllocationLimit()
+    {
+        const std::lock_guard lock(s_mutex);
+        if (--s_users == 0)
+            QImageReader::setAllocationLimit(s_before);
+    }
 
     AllocationLimit(const AllocationLimit &) = delete;
     AllocationLimit &operator=(const AllocationLimit &) = delete;
 
 private:
-    int m_before;
+    static inline std::mutex s_mutex;
+    static inline int s_users = 0;
+    static inline int s_before = 0;
 };
+
+// The format by what the picture begins with; empty when it is none that phones make or send. Left
+// to itself the image library asks every plug-in that is installed, some of which follow paths.
+QByteArray formatOf(QIODevice &source)
+{
+    struct Start
+    {
+        QByteArrayView bytes;
+        const char *format;
+    };
+    static constexpr Start kStarts[] {
+        { "\xff\xd8\xff", "jpeg" },
+        { "\x89PNG\r\n\x1a\n", "png" },
+        { "GIF87a", "gif" },
+        { "GIF89a", "gif" },
+        { "BM", "bmp" },
+        { QByteArrayView("II*\0", 4), "tiff" },
+        { QByteArrayView("MM\0*", 4), "tiff" },
+    };
+    constexpr qint64 kLongest = 12;
+    const QByteArray begin = source.peek(kLongest);
+    for (const Start &start : kStarts) {
+        if (begin.startsWith(start.bytes))
+            return start.format;
+    }
+    if (begin.startsWith("RIFF") && begin.endsWith("WEBP"))
+        return "webp";
+    return begin.mid(4).startsWith("ftyp") ? "heif" : QByteArray();
+}
 
 bool exceeds(QSize size, Thumbnail::Box box)
 {
@@ -47,12 +90,25 @@ QSize fitted(QSize size, Thumbnail::Box box)
     return size.scaled(box.sidePx, box.sidePx, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
 }
 
+// Whether the picture is to be turned by a quarter: it is scaled before that, and what does not
+// divide evenly is to be lost at the side where it is lost on the page.
+bool isTurned(const QImageReader &reader)
+{
+    return reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+}
+
 QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
 {
     const AllocationLimit limit;
+    const QByteArray format = formatOf(source);
+    if (format.isEmpty()) {
+        *why = tr("It is in none of the formats that are read");
+        return {};
+    }
     const int orientation = StoredOrientation::read(source);
     const JpegScans scans = JpegScans::read(source);
-    QImageReader reader(&source);
+    QImageReader reader(&source, format);
+    reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
     const qint64 pixels = qint64 { size.width() } * size.height();
@@ -60,12 +116,13 @@ QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
         *why = tr("It is too large (%1 × %2 pixels)").arg(size.width()).arg(size.height());
         return {};
     }
-    if (scans.count() > kMaxScans) {
-        *why = tr("It would have to be read too often (more than %1 times)").arg(kMaxScans);
+    if (scans.count() > kMaxScans || pixels * scans.count() > kMaxVisits) {
+        *why = tr("It would have to be read too often (%1 times)").arg(scans.count());
         return {};
     }
     if (size.isValid() && exceeds(size, box))
-        reader.setScaledSize(fitted(size, box));
+        reader.setScaledSize(isTurned(reader) ? fitted(size.transposed(), box).transposed()
+                                              : fitted(size, box));
     QImage picture = reader.read();
     if (picture.isNull()) {
         *why = reader.errorString();

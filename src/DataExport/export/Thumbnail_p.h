@@ -20,7 +20,8 @@ struct Box
 /*!
     The picture in \a source, which is open, as PNG: upright and scaled to \a box. Decoded once, at
     reduced size where its format can; one whose header promises too many pixels, or that would take
-    too many passes, is refused before that. Any format that the image library recognises will do.
+    too many passes over them, is refused before that. The format is told by the content: JPEG, PNG,
+    GIF, BMP, WebP, TIFF, HEIC or AVIF.
     \return empty when there is no picture to be had; \a why gets the image library's reason.
 */
 QByteArray makePng(QIODevice &source, Box box, QString *why);

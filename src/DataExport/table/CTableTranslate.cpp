@@ -14,6 +14,11 @@ constexpr int kSharedWidth = 90;
 constexpr int kCalls = 15;
 constexpr int kDateOfCall = 3;
 
+CIExportReport::Fault withoutColumns()
+{
+    return { CIExportReport::Cause::Content, tr("It is a table without columns.") };
+}
+
 QString header(const BkData &data, const QString &title)
 {
     const int columns = data.column();
@@ -86,8 +91,7 @@ bool CTableTranslate::translate(CIDataExporter *exporter,
                                 CIProgressCallback *progress)
 {
     if (m_data->column() < 1) {
-        exporter->reportFailure(
-            {}, { CIExportReport::Cause::Content, tr("It is a table without columns.") });
+        exporter->reportFailure({}, withoutColumns());
         return false;
     }
     if (!exporter->exportData(header(*m_data, title)))
@@ -118,6 +122,15 @@ bool CBackupExporter::exportHtml(BkData *data,
 {
     if (!data)
         return false;
+    // Before the sink opens, and so touches a folder that is there already.
+    if (data->column() < 1) {
+        if (CIExportReport *report = exporter ? exporter->report() : nullptr) {
+            report->itemFailed(typeName, {}, withoutColumns());
+            report->outputEnded(
+                typeName, CIExportReport::Output::Page, CIExportReport::End::Failed);
+        }
+        return false;
+    }
     CTableTranslate translator(data);
     return exportPage(
         translator, translator.tableStyle(), dir, owner, typeName, progress, exporter);

@@ -111,6 +111,7 @@ void tst_CContactHelper::labelsProfilesByTheirService_data()
     QTest::newRow("known") << 46 << Parts { { service, u"facebook"_s } } << u"Facebook"_s;
     QTest::newRow("unknown") << 46 << Parts { { service, u"Mastodon"_s } } << u"Mastodon"_s;
     QTest::newRow("none") << 46 << Parts { { u"username"_s, u"x"_s } } << u"other"_s;
+    QTest::newRow("empty") << 46 << Parts { { service, QString() } } << u"other"_s;
     QTest::newRow("no profile") << 13 << Parts { { service, u"facebook"_s } } << u"other"_s;
 }
 

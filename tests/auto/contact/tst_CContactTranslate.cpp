@@ -1,4 +1,7 @@
 #include "backup/CBackupExporter.h"
+#include "contact/CContact2CSVTranslate.h"
+#include "contact/CContact2HtmlTranslate.h"
+#include "contact/CContact2VCFTranslate.h"
 #include "contact/CContactTranslate.h"
 #include "export/CIDataExporter.h"
 #include "support/FakeBackup.h"
@@ -7,6 +10,7 @@
 #include "support/FullDevice.h"
 #include "support/RecordingProgress.h"
 #include "support/RecordingReport.h"
+#include "support/RecordingSink.h"
 
 #include <QStringConverter>
 #include <QTemporaryDir>
@@ -188,6 +192,14 @@ void tst_CContactTranslate::skipsWhatIsNoContact()
     QVERIFY(translator.translate(&sink, u"T"_s, &progress));
     QCOMPARE(translator.steps.join(u'|'), u"header T|before|begin A|A|end|after"_s);
     QCOMPARE(progress.deltas, (QList<double> { 2.5, 2.5, 2.5, 2.5 }));
+
+    // Also when somebody else walks them.
+    auto *unreadable = dynamic_cast<BkContactItem *>(data.at(3, true));
+    RecordingSink each;
+    QVERIFY(CContact2HtmlTranslate(&data).translateDataItem(&each, unreadable));
+    QVERIFY(CContact2CSVTranslate(&data).translateDataItem(&each, unreadable));
+    QVERIFY(CContact2VCFTranslate(&data).translateDataItem(&each, unreadable));
+    QCOMPARE(each.writes, QStringList());
 }
 
 void tst_CContactTranslate::exportsAllFormats()

@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -34,6 +35,8 @@ private Q_SLOTS:
     void aHardenedCopyGetsItsNameWhenComplete();
     void goesIntoGroups();
     void staysOutOfAGroupThatIsGone();
+    void copiesASequentialDevice_data();
+    void copiesASequentialDevice();
     void refusesImpossibleGroups();
     void keepsTheDate();
     void progressCoversItsSpan_data();
@@ -293,6 +296,49 @@ void tst_CFileExporter::staysOutOfAGroupThatIsGone()
     QVERIFY(!m_sink->intoSubDir(u"g"_s));
     QVERIFY(!CFileExporter().intoSubDir(u"g"_s));
     QVERIFY(!CFileExporter().exportDepends(QByteArray("x"), u"tst_CFileExporter.left-over"_s));
+}
+
+void tst_CFileExporter::copiesASequentialDevice_data()
+{
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<QStringList>("left");
+
+    QTest::newRow("to its end") << QString() << QStringList { u"a"_s };
+    QTest::newRow("to its error") << u"It broke"_s << QStringList();
+}
+
+// Either ends with -1.
+void tst_CFileExporter::copiesASequentialDevice()
+{
+    QFETCH(QString, error);
+    class Pipe final : public QIODevice
+    {
+    public:
+        explicit Pipe(const QString &error)
+            : m_error(error)
+        {
+            open(ReadOnly | Unbuffered);
+        }
+        bool isSequential() const override { return true; }
+
+    protected:
+        qint64 readData(char *data, qint64 /*size*/) override
+        {
+            if (m_isRead && !m_error.isEmpty())
+                setErrorString(m_error);
+            if (std::exchange(m_isRead, true))
+                return -1;
+            *data = 'x';
+            return 1;
+        }
+        qint64 writeData(const char * /*data*/, qint64 /*size*/) override { return -1; }
+
+    private:
+        QString m_error;
+        bool m_isRead = false;
+    } pipe(error);
+    QCOMPARE(m_sink->exportStream(&pipe, u"a"_s), error.isEmpty());
+    QTEST(Files::tree(out()), "left");
 }
 
 void tst_CFileExporter::goesIntoGroups()

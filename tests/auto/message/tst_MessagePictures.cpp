@@ -206,7 +206,7 @@ void tst_MessagePictures::fitsThePage_data()
     QTest::newRow("JPEG, hardly too large")
         << QByteArray("JPG") << QSize(260, 200) << QSize(250, 192);
     QTest::newRow("BMP") << QByteArray("BMP") << QSize(500, 300) << QSize(250, 150);
-    QTest::newRow("PPM") << QByteArray("PPM") << QSize(300, 600) << QSize(125, 250);
+    QTest::newRow("WebP") << QByteArray("WEBP") << QSize(300, 600) << QSize(125, 250);
 }
 
 void tst_MessagePictures::fitsThePage()
@@ -245,6 +245,10 @@ void tst_MessagePictures::turnsPicturesUpright_data()
         { "transposed", { 125, 250 }, { 1, 1 } },  { "to the right", { 125, 250 }, { 3, 1 } },
         { "transversed", { 125, 250 }, { 3, 3 } }, { "to the left", { 125, 250 }, { 1, 3 } },
     };
+    // As if it had been turned before.
+    constexpr int kToTheRight = 6;
+    QTest::newRow("JPEG, hardly wider than high")
+        << jpegHeld(redCorner(1001, 1000), kToTheRight) << QSize(249, 250) << QPoint(3, 1);
     const QImage image = redCorner(800, 400);
     int orientation = 0;
     for (const auto &held : kHeld) {
@@ -360,6 +364,12 @@ void tst_MessagePictures::showsAPlaceholder_data()
         QByteArray jpeg = jpegHeader(8000, 8000).replace("\xff\xc0", "\xff\xc2");
         return jpeg.insert(jpeg.indexOf(pass.first(2)), pass.repeated(300));
     }() << Cause::Content << true;
+    QTest::newRow("JPEG of 8,000 by 8,000 in 20 passes") << [&pass] {
+        QByteArray jpeg = jpegHeader(8000, 8000).replace("\xff\xc0", "\xff\xc2");
+        return jpeg.insert(jpeg.indexOf(pass.first(2)), pass.repeated(20));
+    }() << Cause::Content << true;
+    QTest::newRow("a format that no phone has")
+        << encoded(redAboveBlue(4, 4), "PPM") << Cause::Content << false;
     QTest::newRow("BMP of 60,000 by 60,000, header only") << [] {
         QByteArray bmp = encoded(redAboveBlue(4, 4), "BMP");
         qToLittleEndian(60000, bmp.data() + 18);

@@ -209,6 +209,7 @@ void tst_CTableTranslate::exportsAPage()
 void tst_CTableTranslate::refusesATableWithoutColumns()
 {
     const QTemporaryDir temp;
+    QVERIFY(Files::write(temp.filePath(u"Notes/mine"_s), "x"));
     FakeTable data(9);
     data.addRow({});
     RecordingReport report;
@@ -216,7 +217,8 @@ void tst_CTableTranslate::refusesATableWithoutColumns()
     exporter.setReport(&report);
     QVERIFY(!CBackupExporter::exportHtml(
         &data, QDir(temp.path()), u"A"_s, u"Notes"_s, nullptr, &exporter));
-    QCOMPARE(Files::tree(temp.path()), QStringList());
+    QCOMPARE(Files::tree(temp.path()), (QStringList { u"Notes/"_s, u"Notes/mine"_s }));
+    QCOMPARE(report.ends, QStringList { u"Notes: page failed"_s });
     QCOMPARE(report.failures.size(), 1);
     QCOMPARE(report.failures.first().type, u"Notes"_s);
     QCOMPARE(report.failures.first().item, QString());
