@@ -329,7 +329,11 @@ def add_hostile(backup):
     columns = ", ".join(HOSTILE)
     marks = ", ".join("?" for _ in HOSTILE)
     row = book.execute(f"INSERT INTO ABPerson ({columns}) VALUES ({marks})", list(HOSTILE.values()))
-    for kind, value in ((PHONE, "1;ext=2,3\nTEL:666"), (EMAIL, "a\r\nb@example.org"), (URL, "http://x/?a=1;b")):
+    for kind, value in (
+        (PHONE, "1;ext=2,3\nTEL:666"),
+        (EMAIL, "a\r\nb@example.org"),
+        (URL, "http://x/?a=1;b"),
+    ):
         book.execute(
             "INSERT INTO ABMultiValue (record_id, property, value, guid) VALUES (?, ?, ?, ?)",
             (row.lastrowid, kind, value, value),

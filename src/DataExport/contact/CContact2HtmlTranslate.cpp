@@ -18,7 +18,6 @@ namespace {
 
 constexpr Thumbnail::Box kPhotoBox { 136, true };
 constexpr QLatin1String kSilhouette("contact_person.png");
-constexpr QLatin1String kSilhouetteOnPage("default_contact.png");
 
 } // namespace
 
@@ -69,7 +68,7 @@ bool CContact2HtmlTranslate::translateDataBefore(CIDataExporter *exporter)
 {
     exporter->exportDepends(UxResourceMgr::instance()->productResourceRoot() + "/DataExport/"_L1
                                 + kSilhouette,
-                            QString(kSilhouetteOnPage));
+                            QString(ContactCard::kSilhouette));
     CHtmlExporter::exportDeleteFlagImage(exporter);
     return exporter->exportData(
         u"<div id=\"wrap\"><div id=\"top\"><h1>%1</h1></div>"_s.arg(CUtils::htmlEncode(m_title)));
@@ -102,7 +101,7 @@ QString CContact2HtmlTranslate::pictureOf(CIDataExporter *exporter,
                                           const BkContactItem &item,
                                           const QByteArray &photo)
 {
-    QString silhouette = CHtmlExporter::HTML_IMG_FOLDER + u'/' + kSilhouetteOnPage;
+    QString silhouette = CHtmlExporter::HTML_IMG_FOLDER + u'/' + ContactCard::kSilhouette;
     if (photo.isEmpty())
         return silhouette;
     const int number = m_photoCount++;

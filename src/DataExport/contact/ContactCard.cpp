@@ -5,12 +5,14 @@
 #include "export/CUtils.h"
 #include "export/PageText_p.h"
 #include "platform/CCommonUtils.h"
+#include "platform/Translation_p.h"
 
 #include <QStringList>
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+using DataExport::tr;
 
 namespace {
 
@@ -70,10 +72,12 @@ QString ContactCard::write()
 
 void ContactCard::writeHead()
 {
-    m_card += "<div class=\"main-top\"><div class=\"main-pic\"><img src=\""_L1 + m_picture
-        + "\" /></div><div class=\"main-text\"><div class=\"main-title\">"_L1;
+    m_card += "<div class=\"main-top\"><div class=\"main-pic\"><img src=\""_L1 + m_picture + u'"'
+        + PageText::alt(m_page, m_picture.endsWith(kSilhouette) ? QString() : tr("Photo"))
+        + " /></div><div class=\"main-text\"><div class=\"main-title\">"_L1;
     if (m_deleted)
-        m_card += "<img src='image/"_L1 + CHtmlExporter::DELETE_FLAG_IMG + "'>"_L1;
+        m_card += "<img src='image/"_L1 + CHtmlExporter::DELETE_FLAG_IMG + u'\''
+            + PageText::alt(m_page, tr("Deleted")) + u'>';
     m_card += PageText::plain(m_page, m_item.value(0)) + "</div>"_L1;
 
     const QString nickname = m_contact.nickname();

@@ -16,6 +16,9 @@ class CIDataExporter;
 class ContactCard
 {
 public:
+    //! The file of the picture of those who have none.
+    static constexpr QLatin1String kSilhouette { "default_contact.png" };
+
     //! \a page tells whether text is to be encoded; \a picture is a path relative to it.
     ContactCard(const CIDataExporter &page,
                 const BkContactItem &item,

@@ -14,10 +14,10 @@ using DataExport::tr;
 
 namespace {
 
-constexpr char kHeadToPolicy[] =
-    "<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Transitional//EN\" "
-    "\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-transitional.dtd\">"
-    "<html><head><meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">";
+constexpr char kBeginning[] = "<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Transitional//EN\" "
+                              "\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-transitional.dtd\"><html>";
+constexpr char kEncoding[] =
+    "<head><meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\">";
 
 // The images beside the page and its own style, nothing else. A page that is opened from disk has
 // no origin of its own: there "file:" is what "'self'" is for one that a server hands out.
@@ -84,7 +84,11 @@ bool CHtmlExporter::openExporter(const QDir &outDir)
             tr("It could not be written to “%1”: %2.").arg(m_file->path(), m_file->errorString())));
         return false;
     }
-    m_file->write(QLatin1String(kHeadToPolicy) + QLatin1String(isHardened() ? kPolicy : "")
+    //: The code of the language of these words.
+    const QString beginning = isHardened()
+        ? QStringLiteral("<!DOCTYPE html><html lang=\"%1\">").arg(tr("en"))
+        : QString(QLatin1String(kBeginning));
+    m_file->write(beginning + QLatin1String(kEncoding) + QLatin1String(isHardened() ? kPolicy : "")
                   + QLatin1String("<title>") + CUtils::safeFileName(name)
                   + QLatin1String("</title>") + m_style + QLatin1String("</head><body>"));
     return true;

@@ -33,6 +33,26 @@ QString PageText::attribute(const CIDataExporter &page, const QString &value)
     return page.isHardened() ? CUtils::attributeEncode(value) : value;
 }
 
+QString PageText::alt(const CIDataExporter &page, const QString &words)
+{
+    return page.isHardened() ? " alt=\""_L1 + CUtils::attributeEncode(words) + u'"' : QString();
+}
+
+QString PageText::linkTarget(const CIDataExporter &page, const QString &target)
+{
+    if (!page.isHardened())
+        return target;
+    QString encoded;
+    encoded.reserve(target.size());
+    for (const QChar c : target) {
+        if (c <= u' ' || "\"<>^`{|}"_L1.contains(c)) // as browsers do when they open it
+            encoded += u'%' + QString::number(c.unicode(), 16).rightJustified(2, u'0').toUpper();
+        else
+            encoded += c;
+    }
+    return CUtils::attributeEncode(encoded);
+}
+
 bool PageText::mayLink(const CIDataExporter &page, const QString &target)
 {
     if (!page.isHardened())

@@ -17,6 +17,12 @@ QString plain(const CIDataExporter &page, const QString &text);
 //! \a value between the quotes, of either kind, of an attribute.
 QString attribute(const CIDataExporter &page, const QString &value);
 
+//! The attribute of an image that says \a words instead of it; nothing on a page not hardened.
+QString alt(const CIDataExporter &page, const QString &words);
+
+//! \a target as the value of a link's attribute, without characters that no address has.
+QString linkTarget(const CIDataExporter &page, const QString &target);
+
 /*!
     Whether \a page may make a link to \a target: a hardened one only to the web, to files on
     servers and to people, told by the scheme as a browser would find it. What is no link is shown

@@ -12,6 +12,7 @@ struct Bubble
     bool iMessage = false; //!< Chooses the colour of a sent bubble.
     bool deleted = false;
     bool broadcast = false; //!< Marks what was sent.
+    bool hasAlt = false; //!< Says in words what its images are, as hardened pages do.
 
     //! Writes the whole bubble around \a text, with \a picture (a path) beside it unless that is
     //! empty.
@@ -24,6 +25,9 @@ private:
     void openBox(QTextStream &out) const;
     void openTable(QTextStream &out) const;
     void closeTable(QTextStream &out) const;
+    void writeNotDelivered(QTextStream &out) const;
+    void writeReceivedDeleted(QTextStream &out) const;
+    void endImage(QTextStream &out, const QString &words) const;
 };
 
 #endif

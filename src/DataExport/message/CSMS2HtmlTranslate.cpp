@@ -37,9 +37,10 @@ void outputText(QTextStream &out,
                 bool fromMe,
                 bool notDelivered,
                 bool iMessage,
-                bool deleted)
+                bool deleted,
+                bool hasAlt)
 {
-    const Bubble bubble { fromMe, notDelivered, iMessage, deleted };
+    const Bubble bubble { fromMe, notDelivered, iMessage, deleted, false, hasAlt };
     bubble.write(out, text, {});
 }
 
@@ -132,13 +133,19 @@ private:
 
     void writeText(const BkSMSChat &chat, const QString &text)
     {
-        outputText(
-            m_out, text, chat.isFromMe(), !chat.isSentDone(), !chat.isNormalSMS(), m_deleted);
+        outputText(m_out,
+                   text,
+                   chat.isFromMe(),
+                   !chat.isSentDone(),
+                   !chat.isNormalSMS(),
+                   m_deleted,
+                   m_exporter->isHardened());
     }
 
     void writePicture(const BkSMSChat &chat, const QString &path)
     {
-        const Bubble bubble { chat.isFromMe(), !chat.isSentDone(), !chat.isNormalSMS(), m_deleted };
+        Bubble bubble { chat.isFromMe(), !chat.isSentDone(), !chat.isNormalSMS(), m_deleted };
+        bubble.hasAlt = m_exporter->isHardened();
         bubble.writePicture(m_out, path);
     }
 

@@ -90,6 +90,7 @@ private:
             return;
         Bubble bubble { message.isFromMe(), !message.isSentDone(), false, m_deleted };
         bubble.broadcast = message.isBroadcast();
+        bubble.hasAlt = m_exporter->isHardened();
         bubble.write(m_out, message.content(), picture);
     }
 

@@ -44,10 +44,11 @@ QString cell(const CIDataExporter &page, const BkSafariBookmarkItem &link)
     const QString target = link.value(1);
     QString text = u"<td>"_s;
     if (isDeleted)
-        text += "<img src='image/"_L1 + CHtmlExporter::DELETE_FLAG_IMG + "'>"_L1;
+        text += "<img src='image/"_L1 + CHtmlExporter::DELETE_FLAG_IMG + u'\''
+            + PageText::alt(page, tr("Deleted")) + u'>';
     const QString title = PageText::plain(page, link.value(0));
     if (PageText::mayLink(page, target)) {
-        text += "<a href='"_L1 + PageText::attribute(page, target)
+        text += "<a href='"_L1 + PageText::linkTarget(page, target)
             + (isDeleted ? "' class='ad'>"_L1 : "'>"_L1) + title + "</a>"_L1;
     } else {
         const QString shown = PageText::plain(page, target);

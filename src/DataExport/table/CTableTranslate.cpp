@@ -50,7 +50,8 @@ QString row(const CIDataExporter &page, const BkData &data, int index, bool isOd
             cell.replace(u' ', "&nbsp;"_L1);
         text += isDateOfCall ? unbroken : "<td>"_L1;
         if (isDeleted && column == 0)
-            text += "<img src='image/"_L1 + CHtmlExporter::DELETE_FLAG_IMG + "'>"_L1;
+            text += "<img src='image/"_L1 + CHtmlExporter::DELETE_FLAG_IMG + u'\''
+                + PageText::alt(page, tr("Deleted")) + u'>';
         text += cell + "&nbsp;</td>"_L1;
     }
     return text + "</tr>"_L1;

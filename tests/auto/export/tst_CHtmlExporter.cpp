@@ -124,7 +124,8 @@ void tst_CHtmlExporter::forbidsScriptsWhenHardened()
     QVERIFY(sink.exportData(u"body"_s));
     QVERIFY(sink.finish(true));
     // Before everything that it is to govern.
-    const QByteArray beforeTitle = kHead.chopped(int(qstrlen("<title>")));
+    const QByteArray beforeTitle = "<!DOCTYPE html><html lang=\"en\">"
+        + kHead.mid(kHead.indexOf("<head>")).chopped(int(qstrlen("<title>")));
     QCOMPARE(Files::read(temp.filePath(u"Notes/Ann's Notes.html"_s)),
              beforeTitle
                  + "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
