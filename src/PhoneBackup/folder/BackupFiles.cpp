@@ -168,7 +168,7 @@ Result<> BackupFiles::openManifest(const Password &password)
     const Result<bool> decrypted = m_keys ? decryptManifest(files) : Result<bool>(false);
     if (!decrypted)
         return decrypted.error();
-    Result<std::unique_ptr<ManifestDb>> manifest = ManifestDb::open(files, m_private);
+    Result<std::unique_ptr<ManifestDb>> manifest = ManifestDb::open(files, m_private, m_keepGoing);
     if (!manifest) {
         Error error = manifest.error();
         if (error.fault == Fault::Corrupt && !m_folder.isManifestReadable())
@@ -461,13 +461,14 @@ Result<Database> BackupFiles::openDatabase(QByteArrayView domain, const QString 
         if (!files)
             return files.error();
         files.value().lost = lost;
-        return Database::open(files.value(), m_private);
+        return Database::open(files.value(), m_private, m_keepGoing);
     }
     const auto pathOf = [this](Row part) {
         return part == FileIndex::kNone ? QString() : contentPath(part);
     };
     return Database::open({ name, contentPath(row), pathOf(wal), pathOf(journal), false, lost },
-                          m_private);
+                          m_private,
+                          m_keepGoing);
 }
 
 // What follows from it when the file of the log or journal is missing. One of no bytes, here

@@ -43,9 +43,10 @@ ManifestDb::ManifestDb(Database database)
 }
 
 Result<std::unique_ptr<ManifestDb>> ManifestDb::open(const DatabaseFiles &files,
-                                                     PrivateFolder &folder)
+                                                     PrivateFolder &folder,
+                                                     const Database::KeepGoing &keepGoing)
 {
-    Result<Database> database = Database::open(files, folder);
+    Result<Database> database = Database::open(files, folder, keepGoing);
     if (!database) {
         Error error = database.error();
         if (error.fault == Fault::Corrupt)
@@ -111,7 +112,7 @@ ManifestDb::Outcome ManifestDb::scan(Statement &query,
             return Outcome::Complete;
         case Statement::Step::Failed:
             m_error = query.error();
-            return Outcome::Broken;
+            return query.isStopped() ? Outcome::Stopped : Outcome::Broken;
         case Statement::Step::Row:
             break;
         }

@@ -20,8 +20,9 @@ class PrivateFolder;
 class ManifestDb final : public Manifest
 {
 public:
-    static Result<std::unique_ptr<ManifestDb>> open(const DatabaseFiles &files,
-                                                    PrivateFolder &folder);
+    //! \a keepGoing as for Database::open().
+    static Result<std::unique_ptr<ManifestDb>>
+    open(const DatabaseFiles &files, PrivateFolder &folder, const Database::KeepGoing &keepGoing);
 
     Result<Findings> load(FileIndex &index, const std::function<bool()> &keepGoing) override;
     FileRecord record(qint64 recordKey) override;

@@ -21,7 +21,9 @@ std::optional<RowDatabase> RowDatabase::open(Source &source,
     Result<Database> database = source.files().openDatabase(domain, path);
     if (database)
         return RowDatabase(source, dataType, database.take(), consequence);
-    if (database.error().fault != Fault::NotFound) {
+    if (database.error().fault == Fault::Cancelled) {
+        source.stop();
+    } else if (database.error().fault != Fault::NotFound) {
         source.addProblem(
             dataType, PathParts::text(domain) + u'/' + path, database.error(), consequence, true);
     }
@@ -44,8 +46,11 @@ RowDatabase::RowDatabase(Source &source,
 const QStringList &RowDatabase::columns(const QString &table) const
 {
     const auto known = m_columns.constFind(table);
-    return known != m_columns.constEnd() ? *known
-                                         : *m_columns.insert(table, m_database.columns(table));
+    if (known != m_columns.constEnd())
+        return *known;
+    if (m_database.refusesTable(table))
+        addLoss(tr("It is damaged: “%1” is not an ordinary table.").arg(table));
+    return *m_columns.insert(table, m_database.columns(table));
 }
 
 bool RowDatabase::hasColumn(const QString &table, const QString &column) const
@@ -95,6 +100,10 @@ bool RowDatabase::readRows(const QString &sql, const std::function<void(const St
         if (step == Statement::Step::Done)
             return true;
         if (step == Statement::Step::Failed) {
+            if (statement->isStopped()) {
+                m_source->stop();
+                return false;
+            }
             addLoss(tr("It is damaged: %1.").arg(statement->error()));
             return false;
         }
@@ -123,13 +132,16 @@ void RowDatabase::readBetween(const QString &sql,
     if (!statement || before - after < 2)
         return;
     statement->bind(2, before);
-    const auto stepFrom = [&statement](qint64 place) {
+    const auto stepFrom = [this, &statement](qint64 place) {
         statement->reset();
         statement->bind(1, place);
-        return statement->step();
+        const Statement::Step step = statement->step();
+        if (statement->isStopped())
+            m_source->stop();
+        return step;
     };
     qint64 left = m_database.maxRowCount();
-    for (int place = 0; place < kMaxDamagedPlaces; ++place) {
+    for (int place = 0; place < kMaxDamagedPlaces && m_source->keepGoing(); ++place) {
         qint64 failing = after;
         qint64 answering = after + 1;
         for (qint64 leap = 1; stepFrom(answering) == Statement::Step::Failed;
@@ -165,7 +177,7 @@ std::unique_ptr<Statement> RowDatabase::prepare(const QString &sql)
     return nullptr;
 }
 
-void RowDatabase::addLoss(const QString &why)
+void RowDatabase::addLoss(const QString &why) const
 {
     const Error error = m_database.temporaryFolderError().value_or(
         Error { Fault::Corrupt, m_database.path(), why });

@@ -38,7 +38,10 @@ public:
     bool hasTable(const QString &table) const { return !columns(table).isEmpty(); }
     bool hasColumn(const QString &table, const QString &column) const;
 
-    //! Names of the columns of \a table, empty when there is no such table.
+    /*!
+        Names of the columns of \a table, empty when there is no such table. A view or the like in
+        its place is a loss.
+    */
     const QStringList &columns(const QString &table) const;
 
     //! \a column when \a table has it, else "NULL".
@@ -61,7 +64,7 @@ public:
     std::unique_ptr<Statement> prepare(const QString &sql);
 
     //! Says that something of it is lost, and why.
-    void addLoss(const QString &why);
+    void addLoss(const QString &why) const;
 
     //! Why something of it is lost, as it was told first; empty when nothing is.
     QString firstLoss() const { return m_firstLoss; }
@@ -77,7 +80,7 @@ private:
     int m_dataType;
     Database m_database;
     QString m_consequence;
-    QString m_firstLoss;
+    mutable QString m_firstLoss;
     mutable QHash<QString, QStringList> m_columns;
 };
 

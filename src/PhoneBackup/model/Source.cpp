@@ -61,16 +61,20 @@ void Source::addAbsence(int dataType, int release, const QString &what)
 
 bool Source::keepGoing()
 {
-    if (m_stopped || !m_keepGoing || ++m_questions % kCallsBetweenQuestions != 0)
-        return !m_stopped;
-    m_stopped = !m_keepGoing();
-    if (m_stopped) {
-        addProblem({ -1,
-                     m_files->folder().path(),
-                     tr("Reading was stopped on request; lists may be incomplete."),
-                     true });
-    }
+    if (!m_stopped && m_keepGoing && ++m_questions % kCallsBetweenQuestions == 0 && !m_keepGoing())
+        stop();
     return !m_stopped;
+}
+
+void Source::stop()
+{
+    if (m_stopped)
+        return;
+    m_stopped = true;
+    addProblem({ -1,
+                 m_files->folder().path(),
+                 tr("Reading was stopped on request; lists may be incomplete."),
+                 true });
 }
 
 std::optional<Database>
@@ -78,7 +82,9 @@ Source::openDatabase(int dataType, QByteArrayView domain, const QString &path)
 {
     Result<Database> database = m_files->openDatabase(domain, path);
     if (!database) {
-        if (database.error().fault != Fault::NotFound) {
+        if (database.error().fault == Fault::Cancelled) {
+            stop();
+        } else if (database.error().fault != Fault::NotFound) {
             addProblem(dataType,
                        PathParts::text(domain) + u'/' + path,
                        database.error(),
@@ -117,6 +123,10 @@ bool Source::query(int dataType,
         case Statement::Step::Done:
             return !database.isDamaged();
         case Statement::Step::Failed:
+            if (statement.value().isStopped()) {
+                stop();
+                return false;
+            }
             addDatabaseProblem(
                 dataType, database, tr("It is damaged: %1.").arg(statement.value().error()));
             return false;

@@ -58,6 +58,9 @@ public:
     //! Asks, at most every few thousand calls, whether to go on. False once and for all.
     bool keepGoing();
 
+    //! Whoever learned otherwise that the caller asked to stop says so: keepGoing() is false then.
+    void stop();
+
     /*!
         The database at this place. None when the backup has none, and when it cannot be read; the
         latter and a damaged one are a problem of \a dataType: what its rows tell is missing, the

@@ -22,7 +22,7 @@ using DataExport::tr;
 
 namespace {
 
-constexpr int kMaxValueBytes = 256 << 20;
+constexpr int kMaxValueBytes = 32 << 20;
 
 // What SQLite opens for reading keeps its access time, and a pipe does not stop it, as with all
 // else that is read of a backup.
@@ -64,8 +64,9 @@ bool namesAnotherJournal(const QString &path)
 
 } // namespace
 
-Database::Database(const DatabaseFiles &files)
+Database::Database(const DatabaseFiles &files, const KeepGoing &keepGoing)
     : m_files(files)
+    , m_keepGoing(keepGoing)
 {
 }
 
@@ -73,10 +74,11 @@ Database::~Database() = default;
 Database::Database(Database &&other) noexcept = default;
 Database &Database::operator=(Database &&other) noexcept = default;
 
-Result<Database> Database::open(const DatabaseFiles &files, PrivateFolder &folder)
+Result<Database>
+Database::open(const DatabaseFiles &files, PrivateFolder &folder, const KeepGoing &keepGoing)
 {
     installQuietOpen();
-    Database database(files);
+    Database database(files, keepGoing);
     database.m_damage = files.lost;
     if (!QFileInfo(files.journalPath).size() || namesAnotherJournal(files.journalPath))
         database.m_files.journalPath.clear();
@@ -184,32 +186,80 @@ bool Database::connect(const QString &path, Access access, bool salvage)
     const int flags = SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_PRIVATECACHE
         | (writes ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY);
 
+    m_database.reset();
+    m_guard =
+        std::make_shared<QueryGuard>(sizeBytes() + QFileInfo(m_files.walPath).size(), m_keepGoing);
     sqlite3 *database = nullptr;
     m_code = sqlite3_open_v2(uri.constData(), &database, flags, nullptr);
     m_database.reset(database);
     if (m_code == SQLITE_OK) {
+        m_guard->attach(database);
         sqlite3_limit(database, SQLITE_LIMIT_LENGTH, kMaxValueBytes);
         sqlite3_limit(database, SQLITE_LIMIT_ATTACHED, 0);
-        sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
+        sqlite3_drop_modules(database, nullptr); // virtual tables
+        for (const int feature : { SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION,
+                                   SQLITE_DBCONFIG_ENABLE_VIEW,
+                                   SQLITE_DBCONFIG_ENABLE_TRIGGER })
+            sqlite3_db_config(database, feature, 0, nullptr);
+        // What cannot be written cannot be salvaged, as SQLite sees it.
+        sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, salvage ? 0 : 1, nullptr);
         QByteArray setup = "PRAGMA trusted_schema=0; PRAGMA cell_size_check=1;";
         if (salvage)
             setup += "PRAGMA writable_schema=1;";
         // The first look at the schema is what rolls a journal back: only then no more writing.
-        setup += "SELECT count(*) FROM sqlite_master; PRAGMA query_only=1;";
+        setup += "SELECT 1 FROM sqlite_schema LIMIT 1; PRAGMA query_only=1;";
         // One transaction for all that is ever asked: each query would else look again whether the
         // file has changed, which a million small ones feel.
         setup += "BEGIN;";
         m_code = sqlite3_exec(database, setup.constData(), nullptr, nullptr, nullptr);
     }
     if (m_code == SQLITE_OK)
+        m_code = readTables();
+    if (m_code == SQLITE_OK)
         return true;
     m_message = QString::fromUtf8(database ? sqlite3_errmsg(database) : sqlite3_errstr(m_code));
     return false;
 }
 
+// A column called ROWID that is not the number of the row would be read, and sorted by, in its
+// place. Where it is the number, its table has no index for the primary key.
+int Database::readTables()
+{
+    static constexpr const char *kTables =
+        "SELECT t.name, CASE WHEN t.type NOT IN ('table', 'shadow') THEN 1 ELSE EXISTS (SELECT 1 "
+        "FROM pragma_table_info(t.name) AS c WHERE c.name = 'rowid' COLLATE NOCASE AND (c.pk = 0 "
+        "OR EXISTS (SELECT 1 FROM pragma_index_list(t.name) AS i WHERE i.origin = 'pk'))) END "
+        "FROM pragma_table_list AS t WHERE t.schema = 'main'";
+    sqlite3_stmt *query = nullptr;
+    const int code = sqlite3_prepare_v2(m_database.get(), kTables, -1, &query, nullptr);
+    if (code != SQLITE_OK)
+        return code;
+    Statement tables(query, m_guard);
+    Statement::Step step = tables.step();
+    QSet<QByteArray> refused;
+    m_tables.clear();
+    for (; step == Statement::Step::Row; step = tables.step()) {
+        const bool isRefused = tables.integer(1) != 0;
+        if (isRefused)
+            refused.insert(tables.bytes(0).toByteArray());
+        m_tables.insert(tables.text(0).toLower(), isRefused);
+    }
+    if (!refused.isEmpty())
+        m_guard->refuse(m_database.get(), refused);
+    return step == Statement::Step::Done ? SQLITE_OK : sqlite3_errcode(m_database.get());
+}
+
 Error Database::lastError() const
 {
     switch (m_code & 0xFF) {
+    case SQLITE_INTERRUPT:
+        if (m_keepGoing && !m_keepGoing())
+            return Error { Fault::Cancelled, m_files.path, tr("Stopped on request.") };
+        return Error {
+            Fault::Corrupt,
+            m_files.path,
+            tr("The database “%1” is damaged: its tables cannot be listed.").arg(m_files.name)
+        };
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
     case SQLITE_IOERR:
@@ -234,21 +284,11 @@ Result<Statement> Database::prepare(const QString &sql) const
     const int code = sqlite3_prepare_v2(
         m_database.get(), utf8.constData(), int(utf8.size()), &statement, nullptr);
     if (code == SQLITE_OK && statement)
-        return Statement(statement);
+        return Statement(statement, m_guard);
     return Error { Fault::Corrupt,
                    m_files.path,
                    tr("The database “%1” could not be asked: %2.")
                        .arg(m_files.name, QString::fromUtf8(sqlite3_errmsg(m_database.get()))) };
-}
-
-bool Database::hasTable(const QString &name) const
-{
-    Result<Statement> query = prepare(u"SELECT 1 FROM sqlite_master WHERE type = 'table' AND "
-                                      "rootpage > 0 AND name = ?1 COLLATE NOCASE"_s);
-    if (!query)
-        return false;
-    query.value().bind(1, name);
-    return query.value().step() == Statement::Step::Row;
 }
 
 qint64 Database::maxRowCount() const

@@ -4,6 +4,7 @@
 #include "folder/Result.h"
 #include "sqlite/Statement.h"
 
+#include <QHash>
 #include <QStringList>
 
 #include <memory>
@@ -36,11 +37,22 @@ struct DatabaseFiles
 
     A damaged database opens as far as it can be read; isDamaged() tells. The private folder must
     outlive this object.
+
+    Only ordinary tables are read: a view, a virtual table, or a table with a column that hides the
+    numbers of its rows can be made to run without an end, and reading it fails. A value of more
+    than 32 MB fails as well.
 */
 class Database
 {
 public:
-    static Result<Database> open(const DatabaseFiles &files, PrivateFolder &folder);
+    using KeepGoing = QueryGuard::KeepGoing;
+
+    /*!
+        \a keepGoing is kept and asked while queries run, from the thread that runs them; false ends
+        the query, which then is Statement::isStopped(), and makes opening Fault::Cancelled.
+    */
+    static Result<Database>
+    open(const DatabaseFiles &files, PrivateFolder &folder, const KeepGoing &keepGoing = {});
 
     ~Database();
     Database(Database &&other) noexcept;
@@ -59,8 +71,11 @@ public:
     */
     std::optional<Error> temporaryFolderError() const;
 
-    //! Whether there is an ordinary table \a name (case does not matter); views do not count.
-    bool hasTable(const QString &name) const;
+    //! Whether there is a table \a name that can be read (case does not matter).
+    bool hasTable(const QString &name) const { return !m_tables.value(name.toLower(), true); }
+
+    //! Whether something that is never read, as a view, stands in the place of the table \a name.
+    bool refusesTable(const QString &name) const { return m_tables.value(name.toLower(), false); }
 
     //! Names of the columns of \a table, empty when there is no such table.
     QStringList columns(const QString &table) const;
@@ -84,16 +99,20 @@ private:
     };
     enum class Access { Immutable, Copy };
 
-    explicit Database(const DatabaseFiles &files);
+    Database(const DatabaseFiles &files, const KeepGoing &keepGoing);
     bool connect(const QString &path, Access access, bool salvage);
+    int readTables();
     bool copyAndConnect(PrivateFolder &folder, bool salvage, Error &error);
     Error lastError() const;
 
     DatabaseFiles m_files;
+    KeepGoing m_keepGoing;
+    std::shared_ptr<QueryGuard> m_guard; // outlives the connection
     std::unique_ptr<sqlite3, Close> m_database;
     int m_code = 0;
     QString m_message;
     QString m_damage;
+    QHash<QString, bool> m_tables; // by the name in lower case: whether it may not be read
 };
 
 } // namespace PhoneBackup

@@ -1,11 +1,18 @@
 #include "sqlite/Statement.h"
 
+#include "platform/Translation_p.h"
+
 #include <sqlite3.h>
+
+#include <utility>
 
 namespace PhoneBackup {
 
-Statement::Statement(sqlite3_stmt *statement)
-    : m_statement(statement)
+using DataExport::tr;
+
+Statement::Statement(sqlite3_stmt *statement, std::shared_ptr<QueryGuard> guard)
+    : m_guard(std::move(guard))
+    , m_statement(statement)
 {
 }
 
@@ -15,7 +22,7 @@ Statement &Statement::operator=(Statement &&other) noexcept = default;
 
 Statement::Step Statement::step()
 {
-    switch (sqlite3_step(m_statement.get())) {
+    switch (m_guard->step(m_statement.get(), m_share)) {
     case SQLITE_ROW:
         return Step::Row;
     case SQLITE_DONE:
@@ -28,6 +35,7 @@ Statement::Step Statement::step()
 void Statement::reset()
 {
     sqlite3_reset(m_statement.get());
+    m_share = {};
 }
 
 void Statement::bind(int number, qint64 value)
@@ -90,6 +98,10 @@ QByteArrayView Statement::bytes(int column) const
 
 QString Statement::error() const
 {
+    if (m_share.stopped)
+        return tr("reading was stopped on request");
+    if (m_share.exhausted)
+        return tr("its pages lead round in circles");
     return QString::fromUtf8(sqlite3_errmsg(sqlite3_db_handle(m_statement.get())));
 }
 

@@ -1,6 +1,8 @@
 #ifndef PHONEBACKUP_SQLITE_STATEMENT_H
 #define PHONEBACKUP_SQLITE_STATEMENT_H
 
+#include "sqlite/QueryGuard.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
@@ -27,12 +29,15 @@ public:
         Failed, //!< The database could not be read on; rows may be missing.
     };
 
-    explicit Statement(sqlite3_stmt *statement);
+    Statement(sqlite3_stmt *statement, std::shared_ptr<QueryGuard> guard);
     ~Statement();
     Statement(Statement &&other) noexcept;
     Statement &operator=(Statement &&other) noexcept;
 
     Step step();
+
+    //! Whether step() failed because the caller asked to stop, and not because of any damage.
+    bool isStopped() const { return m_share.stopped; }
 
     //! Takes the query back to its beginning; bound values stay.
     void reset();
@@ -54,7 +59,7 @@ public:
     //! The bytes of a text or blob, valid until the next step() or reset().
     QByteArrayView bytes(int column) const;
 
-    //! What SQLite said last, for a person.
+    //! Why step() failed, for a person.
     QString error() const;
 
 private:
@@ -62,6 +67,8 @@ private:
     {
         void operator()(sqlite3_stmt *statement) const;
     };
+    std::shared_ptr<QueryGuard> m_guard; // outlives the query
+    QueryGuard::Share m_share;
     std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
 };
 

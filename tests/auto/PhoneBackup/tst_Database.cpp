@@ -93,6 +93,10 @@ private Q_SLOTS:
     void saysWhatIsWrong_data();
     void saysWhatIsWrong();
     void knowsTablesAndColumns();
+    void readsOnlyOrdinaryTables_data();
+    void readsOnlyOrdinaryTables();
+    void endsQueriesThatHaveNoEnd();
+    void refusesHugeValues();
     void refusesToWrite();
 
 private:
@@ -310,18 +314,97 @@ void tst_Database::knowsTablesAndColumns()
 {
     Sample::Database writer({},
                             "CREATE TABLE ZASSET (Z_PK INTEGER PRIMARY KEY, ZKIND INTEGER);"
-                            "CREATE VIEW trap AS SELECT 1 AS x;"
                             "CREATE TABLE \"odd 'name\" (a)");
     PrivateFolder folder;
     const Result<Database> opened =
         Database::open({ u"a.db"_s, write(writer.image()), {}, {} }, folder);
     const Database &database = opened.value();
     QVERIFY(database.hasTable(u"zasset"_s));
-    QVERIFY(!database.hasTable(u"trap"_s)); // a view may run for ever
     QVERIFY(!database.hasTable(u"ZASSE_"_s));
     QCOMPARE(database.columns(u"ZASSET"_s), QStringList({ u"Z_PK"_s, u"ZKIND"_s }));
     QCOMPARE(database.columns(u"odd 'name"_s), QStringList(u"a"_s));
-    QVERIFY(database.columns(u"trap"_s).isEmpty());
+}
+
+void tst_Database::readsOnlyOrdinaryTables_data()
+{
+    QTest::addColumn<QByteArray>("definition");
+    QTest::addColumn<bool>("isRead");
+
+    QTest::newRow("ROWID is the number")
+        << QByteArray("CREATE TABLE t (ROWID INTEGER PRIMARY KEY AUTOINCREMENT, a)") << true;
+    QTest::newRow("ROWID is a text") << QByteArray("CREATE TABLE t (a, \"rowid\" TEXT)") << false;
+    QTest::newRow("ROWID is half of a key")
+        << QByteArray("CREATE TABLE t (a, ROWID INTEGER, PRIMARY KEY (ROWID, a))") << false;
+    QTest::newRow("no row has a number")
+        << QByteArray("CREATE TABLE t (a, ROWID INTEGER PRIMARY KEY) WITHOUT ROWID") << false;
+    // A view may run for ever.
+    QTest::newRow("view") << QByteArray("CREATE VIEW t AS SELECT 1 AS a, 1 AS ROWID") << false;
+    QTest::newRow("view that claims to be a table")
+        << QByteArray("CREATE VIEW t AS SELECT 1 AS a, 1 AS ROWID; PRAGMA writable_schema=1;"
+                      "UPDATE sqlite_master SET type = 'table' WHERE name = 't'")
+        << false;
+    QTest::newRow("virtual table") << QByteArray("CREATE VIRTUAL TABLE t USING fts4(a)") << false;
+}
+
+void tst_Database::readsOnlyOrdinaryTables()
+{
+    QFETCH(QByteArray, definition);
+    QFETCH(bool, isRead);
+    Sample::Database writer({}, definition.constData());
+    QCOMPARE(writer.error(), QString());
+    PrivateFolder folder;
+    const Result<Database> opened =
+        Database::open({ u"a.db"_s, write(writer.image()), {}, {} }, folder);
+    const Database &database = opened.value();
+    QCOMPARE(database.hasTable(u"T"_s), isRead);
+    QCOMPARE(database.refusesTable(u"T"_s), !isRead);
+    QCOMPARE(database.columns(u"t"_s).isEmpty(), !isRead);
+    for (const QString &sql : { u"SELECT a FROM t ORDER BY ROWID"_s, u"SELECT NULL FROM t"_s })
+        QCOMPARE(bool(database.prepare(sql)), isRead);
+    QVERIFY(!database.refusesTable(u"u"_s));
+}
+
+void tst_Database::endsQueriesThatHaveNoEnd()
+{
+    const QString endless = u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+                            "SELECT i FROM n WHERE i < 0"_s;
+    const QString path = write(bigDatabase(1000));
+    PrivateFolder folder;
+    const Result<Database> database = Database::open({ u"a.db"_s, path, {}, {} }, folder);
+    Result<Statement> query = database.value().prepare(endless);
+    QCOMPARE(query.value().step(), Statement::Step::Failed);
+    QVERIFY(!query.value().isStopped());
+    QCOMPARE(rows(database.value(), u"SELECT v FROM t"_s).size(), 1000); // each has its own share
+
+    int left = 5;
+    const Result<Database> asking =
+        Database::open({ u"a.db"_s, path, {}, {} }, folder, [&left] { return --left > 0; });
+    Result<Statement> stopped = asking.value().prepare(endless);
+    QCOMPARE(stopped.value().step(), Statement::Step::Failed);
+    QVERIFY(stopped.value().isStopped());
+    QCOMPARE(left, 0);
+    // What is done at once is never cut short, even when the next question would stop it.
+    QCOMPARE(rows(asking.value(), u"SELECT v FROM t WHERE ROWID = 7"_s).size(), 1);
+}
+
+void tst_Database::refusesHugeValues()
+{
+    Sample::Database writer(
+        {},
+        "CREATE TABLE t (v); INSERT INTO t VALUES (zeroblob(33554432));"
+        "INSERT INTO t VALUES (zeroblob(33554433)); INSERT INTO t VALUES ('x')");
+    PrivateFolder folder;
+    const Result<Database> database =
+        Database::open({ u"a.db"_s, write(writer.image()), {}, {} }, folder);
+    const Database &opened = database.value();
+    const auto at = [&opened](int row) {
+        return rows(opened, u"SELECT v FROM t WHERE ROWID = %1"_s.arg(row));
+    };
+    QCOMPARE(at(2), QStringList(u"failed"_s));
+    QCOMPARE(at(3), QStringList(u"x"_s));
+    Result<Statement> whole = opened.prepare(u"SELECT v FROM t WHERE ROWID = 1"_s);
+    QCOMPARE(whole.value().step(), Statement::Step::Row);
+    QCOMPARE(whole.value().bytes(0).size(), 32 << 20);
 }
 
 void tst_Database::refusesToWrite()
