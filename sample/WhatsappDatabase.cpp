@@ -214,8 +214,21 @@ void WhatsappDatabase::addReaction(qint64 message,
     reaction.text(isOwners ? 2 : 3, emoji);
     reaction.number(isOwners ? 3 : 4, quint64(date.toMSecsSinceEpoch()));
     const QByteArray all = FieldWriter().bytes(isOwners ? 2 : 1, reaction.message()).message();
+    addInfo(message, FieldWriter().number(4, 2).bytes(7, all).message());
+}
+
+void WhatsappDatabase::addOptions(qint64 message, const QStringList &options)
+{
+    FieldWriter poll;
+    for (const QString &option : options)
+        poll.bytes(3, FieldWriter().text(1, option).message());
+    addInfo(message, FieldWriter().number(4, 2).bytes(8, poll.message()).message());
+}
+
+void WhatsappDatabase::addInfo(qint64 message, const QByteArray &info)
+{
     m_database.prepare("INSERT INTO ZWAMESSAGEINFO VALUES (?,11,1,?,?)")
-        .run({ ++m_infos, message, FieldWriter().number(4, 2).bytes(7, all).message() });
+        .run({ ++m_infos, message, info });
     m_database.prepare("UPDATE ZWAMESSAGE SET ZMESSAGEINFO = ? WHERE Z_PK = ?")
         .run({ m_infos, message });
 }

@@ -72,6 +72,9 @@ public:
     void
     addReaction(qint64 message, const QString &jid, const QString &emoji, const QDateTime &date);
 
+    //! Adds the answers to choose from of the poll \a message.
+    void addOptions(qint64 message, const QStringList &options);
+
     //! What a media row holds of \a message, from \a jid, which it answers.
     static QByteArray quoteOf(qint64 message, const QString &jid, const QString &text);
 
@@ -80,6 +83,8 @@ public:
     QString error() const { return m_database.error(); }
 
 private:
+    void addInfo(qint64 message, const QByteArray &info);
+
     struct Chat
     {
         QString jid;

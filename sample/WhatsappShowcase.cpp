@@ -243,7 +243,8 @@ void Showcase::walkers()
            {},
            u"video/mp4"_s });
     send(row(kMe, Gif), { {}, {}, 320, 240, {}, u"video/mp4"_s });
-    m_database.addMessage(row(priya, Poll, u"Soup or sandwiches?"_s));
+    const qint64 poll = m_database.addMessage(row(priya, Poll, u"Soup or sandwiches?"_s));
+    m_database.addOptions(poll, { u"Soup"_s, u"Sandwiches"_s });
     const qint64 soup = say(kMe, u"Soup! ¡Sopa! スープ! 🍲"_s);
     m_database.addReaction(soup, u"12025550186@s.whatsapp.net"_s, u"😋"_s, m_now);
     event(Event, Left, stranger);

@@ -228,7 +228,7 @@ void tst_WhatsappPage::saysEverythingOfEveryKind()
         u"You reacted with ❤️ to “Good morning from the lighthouse! ☀️”"_s,
         u"[Reply to “Good morning from the lighthouse! ☀️”]\nAnd good night to it"_s,
         u"View once"_s,
-        u"Soup or sandwiches?"_s,
+        u"Soup or sandwiches?\n• Soup\n• Sandwiches"_s,
         u"Soup! ¡Sopa! スープ! 🍲"_s,
         u"See you at seven & bring the <big> torch"_s,
         u"صباح النور ☀️ as Noor would say"_s,

@@ -43,6 +43,7 @@ enum StoredType : qint64 {
     kEventType = 6,
     kNoticeType = 10,
     kDeletedType = 14,
+    kPollType = 46,
     kAlbumType = 66,
 };
 
@@ -342,12 +343,13 @@ bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &messa
         message.code = type == 38 ? Picture : type == 39 ? Video : Audio;
         message.text = oneOf(caption(text), tr("View once"));
         break;
-    case 46:
-        message.text = text.isEmpty()
-            ? oneOf(WhatsappRecords::pollQuestion(m_infos->of(m_row, m_rows->integer(kInfo))),
-                    tr("Poll"))
-            : text;
+    case kPollType: {
+        const QByteArrayView info = m_infos->of(m_row, m_rows->integer(kInfo));
+        message.text = oneOf(text, WhatsappRecords::pollQuestion(info), tr("Poll"));
+        for (const QString &option : WhatsappRecords::pollOptions(info))
+            addLine(message.text, u"• "_s + option);
         break;
+    }
     case 54:
         message.code = Video;
         message.text.clear();

@@ -15,6 +15,7 @@ namespace {
 
 // More than the largest group has members.
 constexpr std::size_t kMostReactions = 10'000;
+constexpr qsizetype kMostPollOptions = 1000;
 // Quotes are cut to a line on the page; longer ones need not be decoded.
 constexpr qsizetype kLongestQuoteBytes = 4096;
 
@@ -39,6 +40,7 @@ namespace Info { // of a row of receipts
 constexpr quint32 kReactions = 7;
 constexpr quint32 kPoll = 8;
 constexpr quint32 kPollQuestion = 2;
+constexpr quint32 kPollOption = 3;
 } // namespace Info
 
 namespace Reactions {
@@ -208,6 +210,18 @@ QStringList reactionCounts(QByteArrayView info)
 QString pollQuestion(QByteArrayView info)
 {
     return textAt(info, { Info::kPoll, Info::kPollQuestion });
+}
+
+QStringList pollOptions(QByteArrayView info)
+{
+    QStringList options;
+    forEach(
+        FieldReader::find(info, { Info::kPoll }), Info::kPollOption, [&](QByteArrayView option) {
+            const QString text = textAt(option, { 1 }).simplified();
+            if (!text.isEmpty() && options.size() < kMostPollOptions)
+                options.append(text);
+        });
+    return options;
 }
 
 } // namespace PhoneBackup::WhatsappRecords

@@ -50,6 +50,9 @@ QStringList reactionCounts(QByteArrayView info);
 //! The question of a poll in \a info; empty when there is none.
 QString pollQuestion(QByteArrayView info);
 
+//! The answers to choose from of a poll in \a info, in their order.
+QStringList pollOptions(QByteArrayView info);
+
 } // namespace WhatsappRecords
 
 } // namespace PhoneBackup

@@ -121,6 +121,11 @@ void tst_Whatsapp::saysWhatMessagesAre_data()
         message(1, "46", "ZMESSAGEINFO = 3")
             + "INSERT INTO ZWAMESSAGEINFO(Z_PK, ZRECEIPTINFO) VALUES (3, x'080142051203536F75');",
         u"0 Sou"_s);
+    add("poll with its options",
+        message(1, "46", text)
+            + "INSERT INTO ZWAMESSAGEINFO(Z_PK, ZMESSAGE, ZRECEIPTINFO) VALUES (3, 1, "
+              "x'42151203536F751A040A0246691A020A001A040A024E65');",
+        u"0 text|• Fi|• Ne"_s);
     add("poll found from its other side",
         message(1, "46")
             + "INSERT INTO ZWAMESSAGEINFO(Z_PK, ZMESSAGE, ZRECEIPTINFO) VALUES (3, 1, "
