@@ -1,6 +1,8 @@
 #include "HeicCopies.h"
 
 #include "HeicExif.h"
+#include "export/JpegScans_p.h"
+#include "export/PictureFormat_p.h"
 #include "platform/CCommonUtils.h"
 
 #include <QBuffer>
@@ -60,12 +62,26 @@ QImage onWhite(const QImage &picture)
 
 QImage decoded(const QString &path, QString &why)
 {
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
+    QFile file(path);
+    if (!CCommonUtils::openForReading(file, &why))
+        return {};
+    const QByteArray format = PictureFormat::of(file);
+    if (format.isEmpty()) {
+        why = u"It is in none of the formats that are read"_s;
+        return {};
+    }
+    const JpegScans scans = JpegScans::read(file);
+    QImageReader reader(&file, format);
+    reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
-    if (reader.format() == "jpeg" && qint64 { size.width() } * size.height() > kMaxJpegPixels) {
+    const qint64 pixels = qint64 { size.width() } * size.height();
+    if (format == "jpeg" && pixels > kMaxJpegPixels) {
         why = u"It is too large (%1 × %2 pixels)"_s.arg(size.width()).arg(size.height());
+        return {};
+    }
+    if (scans.areTooMany(pixels)) {
+        why = u"It would have to be read too often (%1 times)"_s.arg(scans.count());
         return {};
     }
     const int before = QImageReader::allocationLimit();

@@ -258,7 +258,8 @@ private Q_SLOTS:
     void tellsOfBrokenBlocks();
     void knowsPicturesByTheirBytes_data();
     void knowsPicturesByTheirBytes();
-    void refusesJpegsOfTooManyPixels();
+    void refusesWhatTakesTooLong_data();
+    void refusesWhatTakesTooLong();
 
 private:
     // Exports a backup with that photo only.
@@ -528,14 +529,30 @@ void tst_HeicCopies::knowsPicturesByTheirBytes()
         QCOMPARE(QImage(photo(name + u".jpg"_s)).size(), QSize(320, 200));
 }
 
-void tst_HeicCopies::refusesJpegsOfTooManyPixels()
+void tst_HeicCopies::refusesWhatTakesTooLong_data()
 {
-    constexpr quint16 kSide = 16'000;
-    const Result result =
-        exportOne(u"IMG_0001.HEIC"_s, withSize(encoded(drawn(), "JPG"), kSide, kSide));
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("reason");
+
+    const QByteArray jpeg = encoded(drawn(), "JPG");
+    QTest::newRow("JPEG of too many pixels")
+        << withSize(jpeg, 16'000, 16'000) << QByteArray("It is too large (16000 × 16000 pixels).");
+    const QByteArray pass = QByteArray::fromHex("ffda00080101013f0000");
+    QByteArray passes = withSize(jpeg, 4'000, 4'000).replace("\xff\xc0", "\xff\xc2");
+    passes.insert(passes.indexOf(pass.first(2)), pass.repeated(100));
+    QTest::newRow("JPEG of too many passes")
+        << passes << QByteArray("It would have to be read too often (101 times).");
+    QTest::newRow("a format that no phone has")
+        << encoded(drawn(), "PPM") << QByteArray("It is in none of the formats that are read.");
+}
+
+void tst_HeicCopies::refusesWhatTakesTooLong()
+{
+    QFETCH(const QByteArray, content);
+    QFETCH(const QByteArray, reason);
+    const Result result = exportOne(u"IMG_0001.HEIC"_s, content);
     QCOMPARE(result.exitCode, 3);
-    QVERIFY2(result.err.contains("It is too large (16000 × 16000 pixels)."),
-             result.err.constData());
+    QVERIFY2(result.err.contains(reason), result.err.constData());
     QVERIFY(!QFileInfo::exists(photo(u"IMG_0001.HEIC.jpg"_s)));
 }
 

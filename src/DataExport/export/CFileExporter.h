@@ -14,11 +14,15 @@ class QIODevice;
 
     \par Names
     Made safe with CUtils::safeFileName(), without leading dots, at most 255 bytes, and numbered
-   when taken: no file is ever replaced. Folders of groups likewise, but not numbered. Hardened, a
-   file gets its name when it is complete. \par Cancelling The progress callback is asked after
-   every 16384 bytes. A cancelled copy leaves no file and is not a failure: it answers true. \par
-   Report Every file that could not be copied, and every one that was. \par Memory Constant,
-   whatever the size of a file.
+    when taken: no file is ever replaced. Folders of groups likewise, but not numbered. Hardened, a
+    file gets its name when it is complete.
+    \par Cancelling
+    The progress callback is asked after every 16384 bytes. A cancelled copy leaves no file and is
+    not a failure: it answers true.
+    \par Report
+    Every file that could not be copied, and every one that was.
+    \par Memory
+    Constant, whatever the size of a file.
 */
 class DATAEXPORT_EXPORT CFileExporter : public CIDataExporter
 {

@@ -102,6 +102,13 @@ bool hasContent(int mark)
 
 } // namespace
 
+bool JpegScans::areTooMany(qint64 pixels) const
+{
+    constexpr int kMaxScans = 200; // some ten are usual
+    constexpr qint64 kMaxVisits = 1024LL * 1024 * 1024; // of pixels: some seconds
+    return m_count > kMaxScans || pixels * m_count > kMaxVisits;
+}
+
 JpegScans JpegScans::read(QIODevice &source)
 {
     const qint64 before = source.pos();

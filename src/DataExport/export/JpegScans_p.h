@@ -1,6 +1,8 @@
 #ifndef DATAEXPORT_EXPORT_JPEGSCANS_P_H
 #define DATAEXPORT_EXPORT_JPEGSCANS_P_H
 
+#include <QtGlobal>
+
 class QIODevice;
 
 /*!
@@ -21,6 +23,9 @@ public:
 
     //! How many there are; 0 where the picture is not held whole.
     int count() const { return m_count; }
+
+    //! Whether to go over a picture of so many pixels in all of the passes takes too long.
+    bool areTooMany(qint64 pixels) const;
 
 private:
     bool m_areHeldWhole = false;

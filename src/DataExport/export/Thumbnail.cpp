@@ -1,5 +1,6 @@
 #include "export/CIDataExporter.h"
 #include "export/JpegScans_p.h"
+#include "export/PictureFormat_p.h"
 #include "export/StoredOrientation_p.h"
 #include "export/Thumbnail_p.h"
 #include "platform/Translation_p.h"
@@ -16,8 +17,6 @@ namespace {
 
 constexpr qint64 kMaxPixels = 256LL * 1024 * 1024; // beyond any camera, far below a bomb
 constexpr qint64 kMaxHeldPixels = 64LL * 1024 * 1024; // of a JPEG that is held whole
-constexpr int kMaxScans = 200; // some ten are usual
-constexpr qint64 kMaxVisits = 16 * kMaxHeldPixels; // of pixels, in all scans: some seconds
 constexpr int kMaxDecodedMb = 256;
 constexpr int kPngQuality = 80; // quick compression: the best one takes as long as the decoding
 
@@ -50,35 +49,6 @@ private:
     static inline int s_before = 0;
 };
 
-// The format by what the picture begins with; empty when it is none that phones make or send. Left
-// to itself the image library asks every plug-in that is installed, some of which follow paths.
-QByteArray formatOf(QIODevice &source)
-{
-    struct Start
-    {
-        QByteArrayView bytes;
-        const char *format;
-    };
-    static constexpr Start kStarts[] {
-        { "\xff\xd8\xff", "jpeg" },
-        { "\x89PNG\r\n\x1a\n", "png" },
-        { "GIF87a", "gif" },
-        { "GIF89a", "gif" },
-        { "BM", "bmp" },
-        { QByteArrayView("II*\0", 4), "tiff" },
-        { QByteArrayView("MM\0*", 4), "tiff" },
-    };
-    constexpr qint64 kLongest = 12;
-    const QByteArray begin = source.peek(kLongest);
-    for (const Start &start : kStarts) {
-        if (begin.startsWith(start.bytes))
-            return start.format;
-    }
-    if (begin.startsWith("RIFF") && begin.endsWith("WEBP"))
-        return "webp";
-    return begin.mid(4).startsWith("ftyp") ? "heif" : QByteArray();
-}
-
 bool exceeds(QSize size, Thumbnail::Box box)
 {
     return size.width() > box.sidePx || size.height() > box.sidePx;
@@ -100,7 +70,7 @@ bool isTurned(const QImageReader &reader)
 QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
 {
     const AllocationLimit limit;
-    const QByteArray format = formatOf(source);
+    const QByteArray format = PictureFormat::of(source);
     if (format.isEmpty()) {
         *why = tr("It is in none of the formats that are read");
         return {};
@@ -116,7 +86,7 @@ QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
         *why = tr("It is too large (%1 × %2 pixels)").arg(size.width()).arg(size.height());
         return {};
     }
-    if (scans.count() > kMaxScans || pixels * scans.count() > kMaxVisits) {
+    if (scans.areTooMany(pixels)) {
         *why = tr("It would have to be read too often (%1 times)").arg(scans.count());
         return {};
     }
