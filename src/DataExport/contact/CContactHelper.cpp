@@ -10,7 +10,7 @@
 #include <array>
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 const QString CContactHelper::CATE_MOBILE = u"_$!<Mobile>!$_"_s;
 const QString CContactHelper::CATE_IPHONE = u"iPhone"_s;

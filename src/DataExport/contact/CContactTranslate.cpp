@@ -12,7 +12,7 @@
 #include "export/PageText_p.h"
 #include "platform/Translation_p.h"
 
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 CContactTranslate::CContactTranslate(BkContactData *data)
     : m_data(data)

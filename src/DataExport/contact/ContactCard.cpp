@@ -12,7 +12,7 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 

@@ -15,7 +15,7 @@
 #include <cerrno>
 #include <utility>
 
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include <QFileInfo>
 
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "platform/OutputFolder_p.h"
 #include "platform/Translation_p.h"
 
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 

@@ -79,8 +79,8 @@ public:
     /*!
         Closes the output and tells the report how it ended. With \a ok false it then removes the
         data type's whole folder, whatever else lies in it; a hardened sink removes only what it
-       made itself, but for copies and cards that are complete, and discards a page or a table also
-       when it was stopped. \return what closing answered.
+        made itself, but for copies and cards that are complete, and discards a page or a table also
+        when it was stopped. \return what closing answered.
     */
     bool finish(bool ok);
 

@@ -9,7 +9,7 @@
 
 #include <cerrno>
 
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 CPlainFileExporter::CPlainFileExporter(const QString &suffix, bool perItem)
     : CIDataExporter(perItem ? CIExportReport::Output::Cards : CIExportReport::Output::Table)

@@ -11,7 +11,7 @@
 
 #include <mutex>
 
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 
@@ -72,7 +72,7 @@ QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
     const AllocationLimit limit;
     const QByteArray format = PictureFormat::of(source);
     if (format.isEmpty()) {
-        *why = tr("It is in none of the formats that are read");
+        *why = DataExport::tr("It is in none of the formats that are read");
         return {};
     }
     const int orientation = StoredOrientation::read(source);
@@ -83,11 +83,12 @@ QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
     const QSize size = reader.size();
     const qint64 pixels = qint64 { size.width() } * size.height();
     if (pixels > kMaxPixels || (pixels > kMaxHeldPixels && scans.areHeldWhole())) {
-        *why = tr("It is too large (%1 × %2 pixels)").arg(size.width()).arg(size.height());
+        *why =
+            DataExport::tr("It is too large (%1 × %2 pixels)").arg(size.width()).arg(size.height());
         return {};
     }
     if (scans.areTooMany(pixels)) {
-        *why = tr("It would have to be read too often (%1 times)").arg(scans.count());
+        *why = DataExport::tr("It would have to be read too often (%1 times)").arg(scans.count());
         return {};
     }
     if (size.isValid() && exceeds(size, box))

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QTextStream>
 
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 
@@ -26,14 +26,14 @@ constexpr QStringView kBottomRow = u"</tr><tr><td class=\"bot-l\"></td><td class
 QString wordsOf(const QString &path)
 {
     if (path.endsWith(QLatin1String("video.png")))
-        return tr("Video");
+        return DataExport::tr("Video");
     if (path.endsWith(QLatin1String("audio.png")))
-        return tr("Audio");
+        return DataExport::tr("Audio");
     if (path.endsWith(QLatin1String("vcard.png")))
-        return tr("Contact");
+        return DataExport::tr("Contact");
     if (path.endsWith(QLatin1String("location.png")))
-        return tr("Location");
-    return tr("Picture");
+        return DataExport::tr("Location");
+    return DataExport::tr("Picture");
 }
 
 } // namespace

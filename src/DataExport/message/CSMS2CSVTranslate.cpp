@@ -9,7 +9,7 @@
 
 #include <QStringList>
 
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 
@@ -43,9 +43,9 @@ QString attachmentNames(const BkSMSChat &chat)
             continue;
         QString name = piece->pieceLocation();
         if (name.isEmpty()) {
-            name = kind == PieceKind::Picture ? tr("Picture")
-                : kind == PieceKind::Video    ? tr("Video")
-                                              : tr("File");
+            name = kind == PieceKind::Picture ? DataExport::tr("Picture")
+                : kind == PieceKind::Video    ? DataExport::tr("Video")
+                                              : DataExport::tr("File");
         }
         if (!names.isEmpty())
             names += QLatin1String("; ");

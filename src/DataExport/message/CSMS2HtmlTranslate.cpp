@@ -17,7 +17,7 @@
 #include <optional>
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include <QStringList>
 
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 
@@ -44,11 +44,11 @@ QString mediaKind(int type)
 {
     switch (type) {
     case WhatsappType::Picture:
-        return tr("Picture");
+        return DataExport::tr("Picture");
     case WhatsappType::Video:
-        return tr("Video");
+        return DataExport::tr("Video");
     case WhatsappType::Audio:
-        return tr("Audio");
+        return DataExport::tr("Audio");
     default:
         return {};
     }

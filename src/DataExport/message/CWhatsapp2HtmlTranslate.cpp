@@ -17,7 +17,7 @@
 #include <QTextStream>
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
 
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 

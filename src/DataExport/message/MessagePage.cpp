@@ -11,7 +11,7 @@
 #include <array>
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 

@@ -27,8 +27,8 @@ public:
 
     /*!
         Copies \a src to \a name in \a dir, replacing a file or a link of that name. \return false
-       when the copy failed: then no partial file is left, and an older file of that name is as it
-       was.
+        when the copy failed: then no partial file is left, and an older file of that name is as it
+        was.
     */
     static bool copyFile(const QString &src, const QDir &dir, const QString &name);
 

@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 QString OutputFolder::Made::reason(const QString &path) const
 {

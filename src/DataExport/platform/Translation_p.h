@@ -14,4 +14,11 @@ inline QString tr(const char *text)
 
 } // namespace DataExport
 
+/*!
+    Lets a source file call DataExport::tr() as tr(). It stands before all namespaces, where lupdate
+    takes \a context for that of all texts in them (see scripts/update-translations). Functions that
+    are in no namespace with a name, and no class, name it themselves: DataExport::tr().
+*/
+#define DATAEXPORT_USE_TR(context) using context::tr
+
 #endif

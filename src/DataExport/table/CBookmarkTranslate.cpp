@@ -9,7 +9,7 @@
 #include <QMap>
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 
@@ -32,8 +32,8 @@ QString heading(const QString &group)
 {
     if (group.isEmpty())
         return {};
-    const QString text = group == kReadingList ? tr("Reading List")
-        : group == kHistory                    ? tr("History")
+    const QString text = group == kReadingList ? DataExport::tr("Reading List")
+        : group == kHistory                    ? DataExport::tr("History")
                                                : group;
     return "<tr class=\"dark\"><td>"_L1 + CUtils::htmlEncode(text) + "&nbsp;</td></tr>"_L1;
 }
@@ -45,7 +45,7 @@ QString cell(const CIDataExporter &page, const BkSafariBookmarkItem &link)
     QString text = u"<td>"_s;
     if (isDeleted)
         text += "<img src='image/"_L1 + CHtmlExporter::DELETE_FLAG_IMG + u'\''
-            + PageText::alt(page, tr("Deleted")) + u'>';
+            + PageText::alt(page, DataExport::tr("Deleted")) + u'>';
     const QString title = PageText::plain(page, link.value(0));
     if (PageText::mayLink(page, target)) {
         text += "<a href='"_L1 + PageText::linkTarget(page, target)

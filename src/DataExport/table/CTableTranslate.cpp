@@ -5,7 +5,7 @@
 #include "table/PageExport_p.h"
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
+DATAEXPORT_USE_TR(DataExport);
 
 namespace {
 
@@ -51,7 +51,7 @@ QString row(const CIDataExporter &page, const BkData &data, int index, bool isOd
         text += isDateOfCall ? unbroken : "<td>"_L1;
         if (isDeleted && column == 0)
             text += "<img src='image/"_L1 + CHtmlExporter::DELETE_FLAG_IMG + u'\''
-                + PageText::alt(page, tr("Deleted")) + u'>';
+                + PageText::alt(page, DataExport::tr("Deleted")) + u'>';
         text += cell + "&nbsp;</td>"_L1;
     }
     return text + "</tr>"_L1;

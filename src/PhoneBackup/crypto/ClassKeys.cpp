@@ -5,9 +5,9 @@
 
 #include <QtEndian>
 
-namespace PhoneBackup {
+DATAEXPORT_USE_TR(DataExport);
 
-using DataExport::tr;
+namespace PhoneBackup {
 
 namespace {
 

@@ -17,10 +17,11 @@
 #include <tuple>
 #include <utility>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

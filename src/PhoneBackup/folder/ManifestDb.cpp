@@ -5,10 +5,11 @@
 #include <algorithm>
 #include <limits>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

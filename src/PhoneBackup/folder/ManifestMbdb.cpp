@@ -7,10 +7,11 @@
 #include <limits>
 #include <optional>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

@@ -19,10 +19,11 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

@@ -9,10 +9,11 @@
 #include <limits>
 #include <tuple>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

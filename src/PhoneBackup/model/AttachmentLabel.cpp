@@ -7,10 +7,11 @@
 #include "model/VCardText.h"
 #include "platform/Translation_p.h"
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

@@ -10,9 +10,9 @@
 #include <memory>
 #include <minizip/zip.h>
 
-namespace PhoneBackup {
+DATAEXPORT_USE_TR(DataExport);
 
-using DataExport::tr;
+namespace PhoneBackup {
 
 namespace {
 

@@ -7,10 +7,11 @@
 
 #include <algorithm>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 QString MessageBody::textAt(Source &source, const Statement &row, int column)
 {

@@ -10,9 +10,9 @@
 #include <QHash>
 #include <QSet>
 
-namespace PhoneBackup {
+DATAEXPORT_USE_TR(DataExport);
 
-using DataExport::tr;
+namespace PhoneBackup {
 
 namespace {
 

@@ -6,10 +6,11 @@
 #include <array>
 #include <utility>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup::MessageWords {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

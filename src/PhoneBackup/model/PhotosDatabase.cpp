@@ -4,10 +4,11 @@
 #include "model/Source.h"
 #include "platform/Translation_p.h"
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

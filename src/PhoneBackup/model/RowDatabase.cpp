@@ -7,10 +7,11 @@
 #include <algorithm>
 #include <limits>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 std::optional<RowDatabase> RowDatabase::open(Source &source,
                                              int dataType,

@@ -3,10 +3,11 @@
 #include "model/Conversation.h"
 #include "platform/Translation_p.h"
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

@@ -5,10 +5,11 @@
 
 #include <algorithm>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 WhatsappInfos::WhatsappInfos(WhatsappDatabase &database)
     : m_database(database)

@@ -11,11 +11,12 @@
 
 #include <QRegularExpression>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
 using namespace WhatsappCode;
-using DataExport::tr;
 
 namespace {
 

@@ -6,10 +6,11 @@
 #include "platform/Translation_p.h"
 #include "record/FieldReader.h"
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup::WhatsappRecords {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

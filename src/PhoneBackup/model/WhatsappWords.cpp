@@ -13,10 +13,11 @@
 
 #include <cmath>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup::WhatsappWords {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

@@ -7,9 +7,9 @@
 
 #include <QFile>
 
-namespace PhoneBackup {
+DATAEXPORT_USE_TR(DataExport);
 
-using DataExport::tr;
+namespace PhoneBackup {
 
 PropertyList PropertyList::parse(const QByteArray &data)
 {

@@ -15,10 +15,11 @@
 #include <fcntl.h>
 #include <utility>
 
+DATAEXPORT_USE_TR(DataExport);
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using DataExport::tr;
 
 namespace {
 

@@ -6,9 +6,9 @@
 
 #include <utility>
 
-namespace PhoneBackup {
+DATAEXPORT_USE_TR(DataExport);
 
-using DataExport::tr;
+namespace PhoneBackup {
 
 Statement::Statement(sqlite3_stmt *statement, std::shared_ptr<QueryGuard> guard)
     : m_guard(std::move(guard))
