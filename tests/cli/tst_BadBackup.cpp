@@ -1,7 +1,11 @@
 #include "cli/Program.h"
 #include "cli/UsualBackup.h"
+#include "sample/Database.h"
+#include "sample/MessageSchema.h"
 #include "support/Files.h"
 
+#include <QBuffer>
+#include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -14,6 +18,9 @@ using Spoil = std::function<void(const QString &root)>;
 Q_DECLARE_METATYPE(Spoil)
 
 namespace {
+
+const QString kSentPicture = u"Library/SMS/Attachments/aa/10/a/IMG.JPG"_s;
+const QString kVoiceMessage = u"Library/SMS/Attachments/aa/10/b/v.amr"_s;
 
 void remove(const QString &path)
 {
@@ -47,6 +54,8 @@ private Q_SLOTS:
     void survivesAnIndexCutAnywhere_data();
     void survivesAnIndexCutAnywhere();
     void warnsOfAnInterruptedBackup();
+    void exportsTheRestOfADamagedMedium_data();
+    void exportsTheRestOfADamagedMedium();
 };
 
 void tst_BadBackup::refusesWhatIsNoBackup_data()
@@ -212,6 +221,91 @@ void tst_BadBackup::warnsOfAnInterruptedBackup()
     QVERIFY2(result.err.contains("interrupted") || result.err.contains("not finished"),
              result.err.constData());
     QCOMPARE(difference(filesBelow(dir.filePath(u"out"_s)), expected), QString());
+}
+
+void tst_BadBackup::exportsTheRestOfADamagedMedium_data()
+{
+    QTest::addColumn<bool>("encrypted");
+    QTest::addColumn<QString>("unreadable");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QByteArray>("named");
+    using Sample::BackupWriter;
+    for (const bool encrypted : { false, true }) {
+        const char *kind = encrypted ? "encrypted" : "plain";
+        const auto row = [&](const QByteArray &named, const QString &file, int exitCode) {
+            QTest::addRow("%s, %s", kind, named.constData())
+                << encrypted << file << exitCode << named;
+        };
+        row("", u"no such file"_s, 0);
+        row("IMG.JPG", BackupWriter::fileId(u"MediaDomain"_s, kSentPicture), 3);
+        row("v.amr", BackupWriter::fileId(u"MediaDomain"_s, kVoiceMessage), 3);
+        row("sms.db", BackupWriter::fileId(u"HomeDomain"_s, u"Library/SMS/sms.db"_s), 3);
+        row("sms.db-wal", BackupWriter::fileId(u"HomeDomain"_s, u"Library/SMS/sms.db-wal"_s), 3);
+        const QString index = encrypted ? u"Manifest.mbdb"_s : u"Manifest.db"_s;
+        row(index.toUtf8(), index, 10);
+    }
+}
+
+void tst_BadBackup::exportsTheRestOfADamagedMedium()
+{
+    QFETCH(QString, unreadable);
+    QFETCH(bool, encrypted);
+    QTemporaryDir dir;
+    using Layout = Sample::BackupWriter::Layout;
+    Sample::BackupWriter writer(dir.filePath(u"backup"_s),
+                                encrypted ? Layout::Records : Layout::TwoLevel);
+    if (encrypted)
+        writer.setEncryption({ u"secret"_s, 10, false, false });
+    Sample::Database chats({}, Sample::messageTables(9).constData());
+    const QByteArray before = chats.image();
+    chats.execute(
+        "INSERT INTO chat (ROWID, guid, chat_identifier) VALUES (1, 'c', 'ann@example.com');"
+        "INSERT INTO message (ROWID, guid, text, date) VALUES (1, '1', 'hello', 500000000);"
+        "INSERT INTO message (ROWID, guid, date, cache_has_attachments) "
+        "VALUES (2, '2', 500000001, 1), (3, '3', 500000002, 1);"
+        "INSERT INTO chat_message_join (chat_id, message_id) VALUES (1, 1), (1, 2), (1, 3);"
+        "INSERT INTO attachment (ROWID, guid, filename, mime_type) VALUES"
+        "(1, 'a', '~/Library/SMS/Attachments/aa/10/a/IMG.JPG', 'image/jpeg'),"
+        "(2, 'b', '~/Library/SMS/Attachments/aa/10/b/v.amr', 'audio/amr');"
+        "INSERT INTO message_attachment_join VALUES (2, 1), (3, 2);");
+    writer.addFile(u"HomeDomain"_s, u"Library/SMS/sms.db"_s, before);
+    writer.addFile(
+        u"HomeDomain"_s, u"Library/SMS/sms.db-wal"_s, Sample::writeAheadLog(before, chats.image()));
+    QImage image(20, 20, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray jpeg;
+    QBuffer buffer(&jpeg);
+    QVERIFY(image.save(&buffer, "JPG"));
+    writer.addFile(u"MediaDomain"_s, kSentPicture, jpeg);
+    writer.addFile(u"MediaDomain"_s, kVoiceMessage, "#!AMR\n" + QByteArray(3200, '<'));
+    writer.addFile(u"CameraRollDomain"_s, u"Media/DCIM/100APPLE/IMG_1.JPG"_s, jpeg);
+    QVERIFY(writer.finish());
+
+    const QList<std::pair<const char *, QByteArray>> settings {
+        { "DATAEXPORT_PASSWORD", "secret" },
+        { "DATAEXPORT_TEST_UNREADABLE", QFile::encodeName(unreadable) },
+        { "LD_PRELOAD", UNREADABLE_FILE },
+        { "ASAN_OPTIONS", qgetenv("ASAN_OPTIONS") + ":verify_asan_link_order=0" },
+    };
+    const QByteArray sanitizer = qgetenv("ASAN_OPTIONS");
+    for (const auto &[name, value] : settings)
+        qputenv(name, value);
+    const Result result = run({ dir.filePath(u"backup"_s), dir.filePath(u"out"_s) });
+    for (const auto &[name, value] : settings)
+        qunsetenv(name);
+    qputenv("ASAN_OPTIONS", sanitizer);
+
+    QFETCH(QByteArray, named);
+    QTEST(result.exitCode, "exitCode");
+    QVERIFY2(result.err.contains(named), result.err.constData());
+    const bool isTold =
+        result.err.contains("Input/output error") || result.err.contains("disk I/O error");
+    QVERIFY2(isTold == (result.exitCode != 0), result.err.constData());
+    const QStringList files = Files::tree(dir.filePath(u"out"_s));
+    const bool hasIndex = result.exitCode != 10;
+    QCOMPARE(files.contains(u"Photos/100APPLE/IMG_1.JPG"_s), hasIndex);
+    const auto pages = files.filter(QRegularExpression(u"^Messages/.*html$"_s));
+    QCOMPARE(pages.size(), hasIndex && !named.startsWith("sms.db") ? 1 : 0);
 }
 
 QTEST_GUILESS_MAIN(tst_BadBackup)

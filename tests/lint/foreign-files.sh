@@ -24,7 +24,6 @@ exceptions=$(
 ^src/PhoneBackup/folder/BackupFolder\.cpp:.*O_PATH \| O_DIRECTORY      # likewise, and not read
 ^src/PhoneBackup/folder/PrivateFolder\.cpp:.*m_descriptor\(::open\(    # the lock of our own folder
 ^src/PhoneBackup/folder/BackupFiles\.cpp:.*(device->|plain\.)open\(    # decrypted as it is read
-^src/PhoneBackup/folder/MappedFile\.cpp:.*::mmap\(                     # of what was opened in that way
 ^src/PhoneBackup/sqlite/Database\.cpp:.*::open\(path, flags            # in that way, for SQLite
 ^src/PhoneBackup/sqlite/Database\.cpp:.*sqlite3_open_v2                # with the line above
 ^src/PhoneBackup/model/BookArchive\.cpp:.*zipOpen64\(                  # writes into our own folder

@@ -10,7 +10,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryFile>
 
 #include <algorithm>
 #include <array>
@@ -41,6 +40,11 @@ protected:
     qint64 readData(char * /*data*/, qint64 /*size*/) override { return -1; }
     qint64 writeData(const char * /*data*/, qint64 /*size*/) override { return -1; }
 };
+
+QString notReadable(const QString &why)
+{
+    return tr("Its file could not be read: %1.").arg(why);
+}
 
 } // namespace
 
@@ -222,7 +226,8 @@ Result<bool> BackupFiles::decryptManifest(DatabaseFiles &files)
          { std::pair(&files.walPath, "-wal"_L1), std::pair(&files.journalPath, "-journal"_L1) }) {
         if (companion->isEmpty())
             continue;
-        const Result<> beside = PrivateFolder::copy(*companion, target + suffix);
+        const Result<> beside =
+            PrivateFolder::copy(*companion, files.name + suffix, target + suffix);
         if (!beside)
             return beside.error();
         *companion = target + suffix;
@@ -305,44 +310,38 @@ std::unique_ptr<QIODevice> BackupFiles::openContent(Row row)
     }
     if (device->isOpen())
         return device;
-    return std::make_unique<NoContent>(tr("Its file could not be read: %1.").arg(why));
+    return std::make_unique<NoContent>(notReadable(why));
 }
 
 QByteArray BackupFiles::content(Row row, qint64 maxBytes)
 {
     const std::unique_ptr<QIODevice> device = openContent(row);
-    if (device->isOpen())
-        return device->read(std::min(maxBytes, m_folder.contentSize(m_index.id(row))));
-    if (isEncrypted())
-        addRemark(row, device->errorString(), true);
-    return {};
+    if (!device->isOpen()) {
+        if (isEncrypted())
+            addRemark(row, device->errorString(), true);
+        return {};
+    }
+    QByteArray bytes(std::min(maxBytes, m_folder.contentSize(m_index.id(row))), Qt::Uninitialized);
+    qint64 size = 0;
+    for (qint64 count = 1; count > 0 && size < bytes.size(); size += count) {
+        count = device->read(bytes.data() + size, bytes.size() - size);
+        if (count < 0) {
+            addRemark(row, notReadable(device->errorString()), true, Fault::Io);
+            return {};
+        }
+    }
+    bytes.truncate(size);
+    return bytes;
 }
 
-std::unique_ptr<MappedFile> BackupFiles::map(Row row)
+QByteArray BackupFiles::wholeContent(Row row)
 {
-    const bool isFile = row != FileIndex::kNone && m_index.kind(row) == FileIndex::Kind::File
-        && m_folder.contentSize(m_index.id(row)) >= 0;
-    if (!isFile)
-        return std::make_unique<MappedFile>();
-    if (!m_keys)
-        return std::make_unique<MappedFile>(contentPath(row));
-    const auto failed = [&](const QString &why) {
-        addRemark(row, why, true);
-        return std::make_unique<MappedFile>();
-    };
-    const std::unique_ptr<QIODevice> device = openContent(row);
-    if (!device->isOpen())
-        return failed(device->errorString());
-    const Result<std::unique_ptr<QTemporaryFile>> plain = m_private.newUnnamedFile();
-    if (!plain)
-        return failed(plain.error().what);
-    const Result<> copied = PrivateFolder::copy(*device, place(row), *plain.value(), m_keepGoing);
-    if (!copied)
-        return failed(copied.error().what);
-    if (!plain.value()->flush())
-        return failed(
-            tr("The temporary folder could not be written: %1.").arg(plain.value()->errorString()));
-    return std::make_unique<MappedFile>(*plain.value());
+    if (row == FileIndex::kNone || m_index.kind(row) != FileIndex::Kind::File)
+        return {};
+    const qint64 size = m_folder.contentSize(m_index.id(row));
+    if (size > kMaxWholeBytes)
+        addRemark(row, tr("It is too large to be shown in a page."), false);
+    return size < 0 || size > kMaxWholeBytes ? QByteArray() : content(row, size);
 }
 
 QString BackupFiles::plainPath(Row row)

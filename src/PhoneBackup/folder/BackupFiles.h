@@ -6,7 +6,6 @@
 #include "folder/FileIndex.h"
 #include "folder/FileRecord.h"
 #include "folder/Manifest.h"
-#include "folder/MappedFile.h"
 #include "folder/Password.h"
 #include "folder/PrivateFolder.h"
 #include "folder/Result.h"
@@ -27,8 +26,8 @@ namespace PhoneBackup {
     \brief The files of one backup: where they are, what they hold, what is recorded of them.
 
     The contents of an encrypted backup are decrypted as they are read. Plain bytes come to the disk
-    only in the private folder, and only those of databases, of files that are mapped, and of the
-    one file whose path was asked for last.
+    only in the private folder, and only those of databases and of the one file whose path was
+    asked for last.
 */
 class BackupFiles
 {
@@ -78,11 +77,14 @@ public:
     //! The content of \a row, at most \a maxBytes of it; empty when it cannot be read.
     QByteArray content(Row row, qint64 maxBytes);
 
+    //! What wholeContent() reads at most; what is sent in messages is smaller.
+    static constexpr qint64 kMaxWholeBytes = qint64(128) << 20;
+
     /*!
-        The content of \a row in memory that the system can take back; empty when it cannot be read,
-        and for what is no file.
+        All of the content of \a row; empty when it cannot be read, when it is longer than
+        kMaxWholeBytes, and for what is no file.
     */
-    std::unique_ptr<MappedFile> map(Row row);
+    QByteArray wholeContent(Row row);
 
     /*!
         Path of a file with the plain content of \a row. Of an encrypted one it is a copy that lasts

@@ -1,9 +1,12 @@
 #include "folder/ManifestMbdb.h"
 
+#include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
 
+#include <QFile>
 #include <QtEndian>
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
@@ -16,6 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QByteArrayView kMagic("mbdb\5\0", 6);
+constexpr qint64 kMaxBytes = qint64(1) << 30; // of some 5 million entries
 constexpr quint16 kAbsent = 0xFFFF;
 constexpr int kRecordsBetweenQuestions = 4096;
 
@@ -143,8 +147,20 @@ qsizetype nextRecord(QByteArrayView bytes, qsizetype from)
 
 Result<std::unique_ptr<ManifestMbdb>> ManifestMbdb::open(const QString &path)
 {
-    std::unique_ptr<ManifestMbdb> manifest(new ManifestMbdb(path));
-    if (!manifest->m_file.bytes().startsWith(kMagic)) {
+    QFile file(path);
+    QString why;
+    const bool isOpen = CCommonUtils::openForReading(file, &why);
+    const QByteArray bytes = isOpen ? file.read(std::min(file.size(), kMaxBytes)) : QByteArray();
+    if (!isOpen || bytes.size() < file.size()) {
+        return Error { Fault::Io,
+                       path,
+                       tr("The index “%1” could not be read: %2.")
+                           .arg(path,
+                                !isOpen                       ? why
+                                    : file.size() > kMaxBytes ? tr("it is too large")
+                                                              : file.errorString()) };
+    }
+    if (!bytes.startsWith(kMagic)) {
         return Error {
             Fault::Corrupt,
             path,
@@ -152,12 +168,12 @@ Result<std::unique_ptr<ManifestMbdb>> ManifestMbdb::open(const QString &path)
                "backup again from where it was made, or make a new one.")
         };
     }
-    return manifest;
+    return std::unique_ptr<ManifestMbdb>(new ManifestMbdb(path, bytes));
 }
 
-ManifestMbdb::ManifestMbdb(const QString &path)
+ManifestMbdb::ManifestMbdb(const QString &path, const QByteArray &bytes)
     : m_path(path)
-    , m_file(path)
+    , m_bytes(bytes)
 {
 }
 
@@ -165,7 +181,7 @@ Result<Manifest::Findings> ManifestMbdb::load(FileIndex &index,
                                               const std::function<bool()> &keepGoing)
 {
     Findings findings;
-    const QByteArrayView bytes = m_file.bytes();
+    const QByteArrayView bytes = m_bytes;
     qsizetype position = kMagic.size();
     for (int records = 0; position < bytes.size(); ++records) {
         if (records % kRecordsBetweenQuestions == 0 && keepGoing && !keepGoing())
@@ -189,7 +205,7 @@ Result<Manifest::Findings> ManifestMbdb::load(FileIndex &index,
 
 FileRecord ManifestMbdb::record(qint64 recordKey)
 {
-    Cursor cursor(m_file.bytes(), recordKey);
+    Cursor cursor(m_bytes, recordKey);
     const MbdbRecord stored = readRecord(cursor, true);
     FileRecord record;
     record.mode = stored.mode;

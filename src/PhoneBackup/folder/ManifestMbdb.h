@@ -2,7 +2,6 @@
 #define PHONEBACKUP_FOLDER_MANIFESTMBDB_H
 
 #include "folder/Manifest.h"
-#include "folder/MappedFile.h"
 
 #include <memory>
 
@@ -24,10 +23,10 @@ public:
     bool mentions(qint64 recordKey, QByteArrayView attribute) override;
 
 private:
-    explicit ManifestMbdb(const QString &path);
+    ManifestMbdb(const QString &path, const QByteArray &bytes);
 
     QString m_path;
-    MappedFile m_file;
+    QByteArray m_bytes;
 };
 
 } // namespace PhoneBackup

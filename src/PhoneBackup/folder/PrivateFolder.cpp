@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QTemporaryFile>
 
 #include <algorithm>
 #include <cerrno>
@@ -209,17 +208,6 @@ Result<QString> PrivateFolder::newSubFolder(qint64 bytes)
     return path;
 }
 
-Result<std::unique_ptr<QTemporaryFile>> PrivateFolder::newUnnamedFile()
-{
-    const Result<> made = make();
-    if (!made)
-        return made.error();
-    auto file = std::make_unique<QTemporaryFile>(m_folder->path() + "/XXXXXX"_L1);
-    if (!file->open())
-        return writeError(errno);
-    return file;
-}
-
 Result<> PrivateFolder::make()
 {
     constexpr int kAttempts = 10;
@@ -241,13 +229,13 @@ Result<> PrivateFolder::make()
     return Done {};
 }
 
-Result<> PrivateFolder::copy(const QString &source, const QString &target)
+Result<> PrivateFolder::copy(const QString &source, const QString &name, const QString &target)
 {
     QFile from(source);
     QString why;
     if (!CCommonUtils::openForReading(from, &why))
-        return Error { Fault::Io, source, tr("“%1” could not be read: %2.").arg(source, why) };
-    return copy(from, source, target, {});
+        return Error { Fault::Io, source, tr("“%1” could not be read: %2.").arg(name, why) };
+    return copy(from, name, target, {});
 }
 
 Result<> PrivateFolder::copy(QIODevice &source,
@@ -259,31 +247,24 @@ Result<> PrivateFolder::copy(QIODevice &source,
     if (!to.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered,
                  QFile::ReadOwner | QFile::WriteOwner))
         return writeError(errno);
-    Result<> copied = copy(source, name, to, keepGoing);
-    if (!copied)
+    const auto failed = [&to](const Error &error) {
         to.remove();
-    return copied;
-}
-
-Result<> PrivateFolder::copy(QIODevice &source,
-                             const QString &name,
-                             const QFile &target,
-                             const KeepGoing &keepGoing)
-{
+        return error;
+    };
     QByteArray chunk(kChunk, Qt::Uninitialized);
     for (;;) {
         const qint64 count = source.read(chunk.data(), chunk.size());
         if (count < 0) {
-            return Error { Fault::Io,
-                           name,
-                           tr("“%1” could not be read: %2.").arg(name, source.errorString()) };
+            return failed({ Fault::Io,
+                            name,
+                            tr("“%1” could not be read: %2.").arg(name, source.errorString()) });
         }
         if (count == 0)
             return Done {};
-        if (!writeAll(target.handle(), chunk.constData(), count))
-            return writeError(errno);
+        if (!writeAll(to.handle(), chunk.constData(), count))
+            return failed(writeError(errno));
         if (keepGoing && !keepGoing())
-            return Error { Fault::Cancelled, name, tr("Stopped on request.") };
+            return failed({ Fault::Cancelled, name, tr("Stopped on request.") });
     }
 }
 

@@ -8,9 +8,7 @@
 #include <functional>
 #include <memory>
 
-class QFile;
 class QIODevice;
-class QTemporaryFile;
 
 namespace PhoneBackup {
 
@@ -43,23 +41,16 @@ public:
     //! What it is when the system refused to write there with \a systemError.
     static Error writeError(int systemError);
 
-    //! A new, open file in it that has no name: it is gone with its last user, even a killed one.
-    Result<std::unique_ptr<QTemporaryFile>> newUnnamedFile();
-
     /*!
-        Copies the file \a source to the new file \a target, which must lie in this folder. Only
-        bytes are copied; a failed copy is removed. Fault::Io when \a source cannot be read,
-        Fault::TemporaryFolder when \a target cannot be written.
+        Copies the file \a source, which messages call \a name, to the new file \a target, which
+       must lie in this folder. Only bytes are copied; a failed copy is removed. Fault::Io when \a
+       source cannot be read, Fault::TemporaryFolder when \a target cannot be written.
     */
-    static Result<> copy(const QString &source, const QString &target);
+    static Result<> copy(const QString &source, const QString &name, const QString &target);
 
-    //! The same from the open \a source, which messages call \a name.
+    //! The same from the open \a source.
     static Result<>
     copy(QIODevice &source, const QString &name, const QString &target, const KeepGoing &keepGoing);
-
-    //! The same to the open file \a target.
-    static Result<>
-    copy(QIODevice &source, const QString &name, const QFile &target, const KeepGoing &keepGoing);
 
 private:
     class Folder;

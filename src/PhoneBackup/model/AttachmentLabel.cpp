@@ -62,21 +62,21 @@ QString attachmentLabel(const MessageAttachment &attachment,
             || attachment.name.endsWith(".amr"_L1, Qt::CaseInsensitive);
         if (!isSpoken)
             return label(tr("[Audio: %1]"), tr("[Audio]"), attachment.name);
-        const int seconds = audioDurationSeconds(files.map(attachment.file)->bytes());
+        const int seconds = audioDurationSeconds(files.wholeContent(attachment.file));
         if (seconds < 0)
             return MessageWords::voiceMessage(false, transcription);
         const QString line = tr("[Voice message %1]").arg(durationText(seconds));
         return transcription.isEmpty() ? line : line + u' ' + transcription;
     }
     case MessageAttachment::Kind::Contact: {
-        const QString names = vCardTexts(files.map(attachment.file)->bytes(), "FN").join(u", "_s);
+        const QString names = vCardTexts(files.wholeContent(attachment.file), "FN").join(u", "_s);
         return label(
             tr("[Contact: %1]"), tr("[Contact]"), names.isEmpty() ? attachment.name : names);
     }
     case MessageAttachment::Kind::Location:
         return label(tr("[Location: %1]"),
                      tr("[Location]"),
-                     vCardText(files.map(attachment.file)->bytes(), "URL"));
+                     vCardText(files.wholeContent(attachment.file), "URL"));
     default:
         return label(tr("[File: %1]"), tr("[File]"), attachment.name);
     }

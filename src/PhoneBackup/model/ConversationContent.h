@@ -39,7 +39,7 @@ private:
     std::deque<Message> m_messages;
     std::deque<Message::Extras> m_extras;
     std::deque<MessagePiece> m_pieces;
-    const MappedFile *m_lastRead = nullptr; // of a piece
+    const MessagePiece *m_lastRead = nullptr; // the one that holds a file
     QList<BkSMSChat *> m_chats;
     QMap<QString, QString> m_names;
 };

@@ -16,7 +16,7 @@ MessagePiece::MessagePiece(const QString &type,
                            BackupFiles &files,
                            FileIndex::Row row,
                            const QString &name,
-                           const MappedFile **lastRead)
+                           const MessagePiece **lastRead)
     : m_type(type)
     , m_files(&files)
     , m_row(row)
@@ -29,12 +29,11 @@ MessagePiece::~MessagePiece() = default;
 
 const QByteArray &MessagePiece::pieceData() const
 {
-    if (m_files && !m_file) {
+    if (m_files && *m_lastRead != this) {
         if (*m_lastRead)
-            (*m_lastRead)->release();
-        m_file = m_files->map(m_row);
-        m_data = QByteArray::fromRawData(m_file->bytes().data(), m_file->bytes().size());
-        *m_lastRead = m_file.get();
+            (*m_lastRead)->m_data.clear(); // before the next takes as much
+        m_data = m_files->wholeContent(m_row);
+        *m_lastRead = this;
     }
     return m_data;
 }

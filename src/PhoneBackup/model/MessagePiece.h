@@ -4,17 +4,16 @@
 #include "folder/FileIndex.h"
 #include "message/BkSMSPiece.h"
 
-#include <memory>
-
 namespace PhoneBackup {
 
 class BackupFiles;
-class MappedFile;
 
 /*!
-    \brief A part of a message: a text, or a file that is mapped when it is first asked for.
+    \brief A part of a message: a text, or a file that is read when it is asked for.
 
     A file that is missing from the backup is a part all the same; its bytes are empty.
+    \par Memory
+    One file of a conversation is held: its bytes are gone when those of the next are asked for.
 */
 class MessagePiece final : public BkSMSPiece
 {
@@ -24,13 +23,13 @@ public:
 
     /*!
         The file \a row of \a files, kNone for a missing one. \a lastRead is where the pieces of a
-        conversation note the file that was asked for last; the next one gives its memory back.
+        conversation note the one that holds its bytes.
     */
     MessagePiece(const QString &type,
                  BackupFiles &files,
                  FileIndex::Row row,
                  const QString &name,
-                 const MappedFile **lastRead);
+                 const MessagePiece **lastRead);
 
     ~MessagePiece() override;
 
@@ -44,8 +43,7 @@ private:
     FileIndex::Row m_row = FileIndex::kNone;
     QString m_name;
     mutable QByteArray m_data;
-    mutable std::unique_ptr<MappedFile> m_file;
-    const MappedFile **m_lastRead = nullptr;
+    const MessagePiece **m_lastRead = nullptr;
 };
 
 } // namespace PhoneBackup

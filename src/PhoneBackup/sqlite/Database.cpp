@@ -137,15 +137,15 @@ bool Database::copyAndConnect(PrivateFolder &folder, bool salvage, Error &error)
         return false;
     }
     const QString copy = place.value() + "/copy.db"_L1;
-    const std::array<std::pair<QString, QString>, 3> files { {
-        { m_files.path, copy },
-        { m_files.walPath, copy + "-wal"_L1 },
-        { m_files.journalPath, copy + "-journal"_L1 },
+    const std::array<std::pair<QString, QLatin1StringView>, 3> files { {
+        { m_files.path, ""_L1 },
+        { m_files.walPath, "-wal"_L1 },
+        { m_files.journalPath, "-journal"_L1 },
     } };
-    for (const auto &[source, target] : files) {
+    for (const auto &[source, suffix] : files) {
         if (source.isEmpty())
             continue;
-        const Result<> copied = PrivateFolder::copy(source, target);
+        const Result<> copied = PrivateFolder::copy(source, m_files.name + suffix, copy + suffix);
         if (!copied) {
             error = copied.error();
             return false;
@@ -204,7 +204,8 @@ bool Database::connect(const QString &path, Access access, bool salvage)
             sqlite3_db_config(database, feature, 0, nullptr);
         // What cannot be written cannot be salvaged, as SQLite sees it.
         sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, salvage ? 0 : 1, nullptr);
-        QByteArray setup = "PRAGMA trusted_schema=0; PRAGMA cell_size_check=1;";
+        // A mapped file that shrinks or cannot be read ends the program.
+        QByteArray setup = "PRAGMA mmap_size=0; PRAGMA trusted_schema=0; PRAGMA cell_size_check=1;";
         if (salvage)
             setup += "PRAGMA writable_schema=1;";
         // The first look at the schema is what rolls a journal back: only then no more writing.
