@@ -149,6 +149,11 @@ Result<> BackupFiles::openManifest(const Password &password)
     const QString name = isDatabase ? u"Manifest.db"_s : u"Manifest.mbdb"_s;
     DatabaseFiles files { name, dir.filePath(name), {}, {} };
 
+    for (const char *suffix : { "", "-wal", "-journal" }) {
+        const QString part = name + QLatin1StringView(suffix);
+        if (m_folder.isLink(part))
+            return Error { Fault::Io, dir.filePath(part), BackupFolder::linkText(part) };
+    }
     // SQLite tells a folder or a forbidden file from a missing one less clearly.
     QFile probe(files.path);
     QString why;

@@ -95,7 +95,25 @@ struct BackupFolder::Handle
         return ::fstatat(descriptor, name, &status, AT_SYMLINK_NOFOLLOW) == 0;
     }
 
+    // Of a content file in the folder of its first two digits. A folder that is a link leads out of
+    // the backup; each is looked at once.
+    bool statusInFolder(const RelativeName &name, struct stat &status, bool &link)
+    {
+        const std::array<char, 3> folderName { name[0], name[1], '\0' };
+        const auto number = std::size_t(QByteArray::fromHex(folderName.data()).at(0)) & 0xFF;
+        Folder &folder = folders[number];
+        if (folder == Folder::Unknown) {
+            const bool isThere = this->status(folderName.data(), status);
+            folder = isThere && S_ISLNK(status.st_mode) ? Folder::Link : Folder::Usual;
+        }
+        link = folder == Folder::Link;
+        return !link && this->status(name.data(), status);
+    }
+
+    enum class Folder : char { Unknown, Usual, Link };
+
     int descriptor;
+    std::array<Folder, 256> folders {};
 };
 
 Result<IndexKind> BackupFolder::kindOf(const QString &path)
@@ -173,6 +191,10 @@ void BackupFolder::readPropertyLists()
 {
     const QDir dir(m_info.path);
     const auto read = [&](const QString &name, const QString &consequence) {
+        if (isLink(name)) {
+            m_remarks.append({ name, linkText(name) + u' ' + consequence });
+            return PropertyList();
+        }
         Result<PropertyList> list = PropertyList::read(dir.filePath(name));
         if (list && list.value().isDict())
             return list.take();
@@ -239,8 +261,9 @@ QString BackupFolder::contentPath(const FileIndex::Id &id) const
     struct stat status
     {
     };
-    const bool inFolder = m_handle->status(name.data(), status);
-    bool link = inFolder && S_ISLNK(status.st_mode);
+    bool link = false;
+    const bool inFolder = m_handle->statusInFolder(name, status, link);
+    link = link || (inFolder && S_ISLNK(status.st_mode));
     if (!inFolder || !S_ISREG(status.st_mode)) {
         if (m_handle->status(flat, status)) {
             if (S_ISREG(status.st_mode))
@@ -252,13 +275,28 @@ QString BackupFolder::contentPath(const FileIndex::Id &id) const
     return link ? QString() : m_info.path + u'/' + QLatin1StringView(name.data());
 }
 
+bool BackupFolder::isLink(const QString &name) const
+{
+    struct stat status
+    {
+    };
+    return m_handle->status(QFile::encodeName(name).constData(), status) && S_ISLNK(status.st_mode);
+}
+
+QString BackupFolder::linkText(const QString &name)
+{
+    return tr("“%1” is a link. Links in a backup are not followed: put the file itself there.")
+        .arg(name);
+}
+
 qint64 BackupFolder::contentSize(const FileIndex::Id &id) const
 {
     const RelativeName name = relativeName(id);
     struct stat status
     {
     };
-    if (m_handle->status(name.data(), status) && S_ISREG(status.st_mode))
+    bool link = false;
+    if (m_handle->statusInFolder(name, status, link) && S_ISREG(status.st_mode))
         return status.st_size;
     if (m_handle->status(name.data() + kFlatOffset, status) && S_ISREG(status.st_mode))
         return status.st_size;

@@ -58,9 +58,15 @@ public:
 
     /*!
         Path of the content file \a id: in the folder of its first two digits, else in the backup
-        folder itself, else where it should be. Empty when a symbolic link stands in its place.
+        folder itself, else where it should be. Empty when a symbolic link stands in its place, or
+       in that of its folder: what a link leads to is no part of the backup.
     */
     QString contentPath(const FileIndex::Id &id) const;
+
+    //! Whether the file \a name of the backup folder itself is a symbolic link, and what to say
+    //! then.
+    bool isLink(const QString &name) const;
+    static QString linkText(const QString &name);
 
     //! Bytes of the content file \a id, -1 when there is no such regular file.
     qint64 contentSize(const FileIndex::Id &id) const;

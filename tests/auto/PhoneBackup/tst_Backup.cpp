@@ -170,6 +170,10 @@ void tst_Backup::refusesAnIndexThatMayNotBeRead()
     QCOMPARE(opened.error().fault, Fault::Io);
     QCOMPARE(opened.error().path, index);
 
+    QFile::setPermissions(index, QFile::ReadOwner);
+    QVERIFY(QFile::rename(index, index + u".real"_s) && QFile::link(index + u".real"_s, index));
+    QVERIFY(Backup::open(fixture.root()).error().what.contains(u"is a link"_s));
+
     QVERIFY(QFile::remove(index));
     QVERIFY(QDir().mkdir(index));
     QCOMPARE(Backup::open(fixture.root()).error().fault, Fault::Io);
@@ -228,6 +232,7 @@ void tst_Backup::findsContents_data()
     QTest::newRow("missing") << u"missing"_s << qint64(0) << true;
     QTest::newRow("a folder in its place") << u"directory"_s << qint64(0) << true;
     QTest::newRow("a link in its place") << u"link"_s << qint64(0) << false;
+    QTest::newRow("a link in its folder's place") << u"linked folder"_s << qint64(0) << false;
 }
 
 void tst_Backup::findsContents()
@@ -245,6 +250,9 @@ void tst_Backup::findsContents()
         QVERIFY(Files::write(flat, "wrong one"));
     else if (where.endsWith(u"flat"_s))
         QVERIFY(QFile::rename(content, flat));
+    else if (where == u"linked folder"_s)
+        QVERIFY(QFile::rename(QFileInfo(content).path(), fixture.root() + u"/elsewhere"_s)
+                && QFile::link(fixture.root() + u"/elsewhere"_s, QFileInfo(content).path()));
     else if (where != u"folder"_s)
         QVERIFY(QFile::remove(content));
     if (where == u"folder+flat"_s || where == u"directory"_s)
