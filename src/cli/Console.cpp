@@ -1,9 +1,9 @@
 #include "Console.h"
 
+#include "NewFile.h"
 #include "Text.h"
 
 #include <cerrno>
-#include <cstring>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -15,23 +15,6 @@ namespace {
 
 constexpr int kUsualColumns = 80;
 constexpr const char *kEraseLine = "\r\033[K";
-
-// Answers 0, or the errno of what went wrong.
-int writeAll(int fd, const QByteArray &bytes)
-{
-    const char *at = bytes.constData();
-    auto left = static_cast<std::size_t>(bytes.size());
-    while (left > 0) {
-        const ssize_t count = ::write(fd, at, left);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return errno;
-        at += count;
-        left -= static_cast<std::size_t>(count);
-    }
-    return 0;
-}
 
 // What is said has no other place to go to when standard error is closed.
 void writeToError(const QByteArray &bytes)
@@ -119,8 +102,7 @@ bool Console::result(const QByteArray &text)
     const int fault = writeAll(STDOUT_FILENO, text);
     if (fault == 0 || fault == EPIPE)
         return true;
-    error(u"The result could not be written to standard output: %1."_s.arg(
-        QString::fromLocal8Bit(std::strerror(fault))));
+    error(u"The result could not be written to standard output: %1."_s.arg(errorText(fault)));
     return false;
 }
 

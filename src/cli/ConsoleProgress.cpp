@@ -2,6 +2,7 @@
 
 #include "Console.h"
 #include "RunReport.h"
+#include "Summary.h"
 #include "Text.h"
 
 #include <algorithm>
@@ -113,11 +114,11 @@ void ConsoleProgress::endType()
 {
     if (!m_type)
         return;
-    const RunReport::Counts counts = m_report.counts(m_type->code);
     if (!m_console.isTerminal()) {
+        const TypeOutcome type = typeOutcome(*m_type, m_report);
         const QString failed =
-            counts.failed > 0 ? u", %1 failed"_s.arg(grouped(counts.failed)) : QString();
-        m_console.say(u"%1: %2 exported%3"_s.arg(m_type->name, grouped(counts.exported), failed));
+            type.failed > 0 ? u", %1 failed"_s.arg(grouped(type.failed)) : QString();
+        m_console.say(u"%1: %2 exported%3"_s.arg(m_type->name, grouped(type.exported), failed));
     }
     m_workBefore += workOf(*m_type);
     m_bytesBefore += m_type->sizeBytes;
@@ -159,7 +160,9 @@ void ConsoleProgress::draw()
     const QString percent = u"%1%"_s.arg(static_cast<int>(whole * 100), 3);
     const RunReport::Counts counts = m_report.counts(m_type->code);
     QStringList parts { u"%1  %2 of %3"_s.arg(
-        m_type->name, grouped(counts.exported + counts.failed), grouped(m_type->items)) };
+        m_type->name,
+        grouped(std::min(counts.exported + counts.faults, m_type->items)),
+        grouped(m_type->items)) };
     if (now >= kSureOfSpeedMs && m_workSpeed.perSecond() > 0) {
         const double left = (m_workTotal - workDone()) / m_workSpeed.perSecond();
         parts += { rateText(), u"%1 left"_s.arg(durationText(std::max(left, 0.0))) };

@@ -5,6 +5,7 @@
 #include "Failure.h"
 #include "IndexPage.h"
 #include "Interrupt.h"
+#include "NewFile.h"
 #include "Options.h"
 #include "Problems.h"
 #include "SelectedBackup.h"
@@ -41,42 +42,54 @@ QStringList foldersBefore(const QDir &output)
     return output.entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
 }
 
-Failure outputFailure(const RunReport::Failed &fault, const QString &output)
+Failure outputFailure(const RunReport::OutputFault &fault, const QString &output)
 {
-    const bool full = fault.reason.contains(qt_error_string(ENOSPC))
-        || fault.reason.contains(qt_error_string(EDQUOT));
-    const QString item = fault.item.isEmpty() ? fault.type : u"%1/%2"_s.arg(fault.type, fault.item);
+    const bool full = fault.systemError == ENOSPC || fault.systemError == EDQUOT;
     const QStorageInfo disk(output);
     const QString mount = disk.isValid() ? u" (mounted at “%1”)"_s.arg(disk.rootPath()) : QString();
     const QString what = full ? u"The disk of OUTPUT “%1”%2 is full: “%3” could not be written."_s
                               : u"OUTPUT “%1”%2 can no longer be written: it refused “%3”."_s;
     return {
         ExitCode::Output,
-        what.arg(output, mount, item),
+        what.arg(output, mount, fault.what),
         {},
         full ? u"Make room or choose an OUTPUT on another disk, and export again."_s
              : u"See that the disk is there, has room and may be written, and export again."_s
     };
 }
 
+QString whereStopped(const TypeOutcome &type)
+{
+    const int tried = type.exported + type.failed;
+    return tried == type.totals.items
+        ? u"%1: %2"_s.arg(type.totals.name, stateText(type))
+        : u"%1 after %2 of %3"_s.arg(
+            type.totals.name, grouped(tried), counted(type.totals.items, u"item"_s, u"items"_s));
+}
+
 void sayWhatIsThere(Console &console, const QList<TypeOutcome> &types, const QString &output)
 {
     QStringList complete;
     QStringList stopped;
+    QStringList failed;
     QStringList notBegun;
     for (const TypeOutcome &type : types) {
         if (type.totals.items == 0)
             continue;
-        const int tried = type.counts.exported + type.counts.failed;
-        if (type.state == TypeOutcome::State::Complete)
-            complete += u"%1 (%2)"_s.arg(type.totals.name, grouped(type.counts.exported));
-        else if (type.state == TypeOutcome::State::Stopped)
-            stopped +=
-                u"%1 after %2 of %3"_s.arg(type.totals.name,
-                                           grouped(tried),
-                                           counted(type.totals.items, u"item"_s, u"items"_s));
-        else if (type.state == TypeOutcome::State::NotBegun)
+        switch (type.state) {
+        case TypeOutcome::State::Complete:
+            complete += u"%1 (%2)"_s.arg(type.totals.name, grouped(type.exported));
+            break;
+        case TypeOutcome::State::Stopped:
+            stopped += whereStopped(type);
+            break;
+        case TypeOutcome::State::Failed:
+            failed += u"%1 (%2)"_s.arg(type.totals.name, stateText(type));
+            break;
+        case TypeOutcome::State::NotBegun:
             notBegun += type.totals.name;
+            break;
+        }
     }
     const auto line = [&console](const QString &label, const QStringList &names) {
         if (!names.isEmpty())
@@ -84,14 +97,13 @@ void sayWhatIsThere(Console &console, const QList<TypeOutcome> &types, const QSt
     };
     line(u"Complete:"_s, complete);
     line(u"Stopped in:"_s, stopped);
+    line(u"Failed:"_s, failed);
     line(u"Not begun:"_s, notBegun);
     console.note(u"  No half-written file is left in “%1”."_s.arg(output));
 }
 
-void sayFailures(Console &console, const RunReport &report)
+void sayFirstFailures(Console &console, const RunReport &report)
 {
-    if (report.failureCount() == 0)
-        return;
     console.warn(u"This could not be exported (%1 in all):"_s.arg(grouped(report.failureCount())));
     const qsizetype said = std::min(kFailuresSaid, report.failures().size());
     for (qsizetype i = 0; i < said; ++i) {
@@ -101,11 +113,24 @@ void sayFailures(Console &console, const RunReport &report)
     }
     if (report.failureCount() > said)
         console.note(u"  … and %1 more"_s.arg(grouped(report.failureCount() - said)));
-    if (!report.file().path().isEmpty())
-        console.note(u"The whole list is in “%1”."_s.arg(report.file().path()));
-    if (!report.file().error().isEmpty())
+}
+
+void sayFailures(Console &console, const RunReport &report, const QList<TypeOutcome> &types)
+{
+    if (report.failureCount() > 0)
+        sayFirstFailures(console, report);
+    const qint64 notThere = Sums(types).neverDownloaded;
+    if (notThere > 0)
+        console.say(u"Never downloaded to the phone, and so not in the backup: %1."_s.arg(
+            counted(notThere, u"file"_s, u"files"_s)));
+    const QString &list = report.file().path();
+    if (!list.isEmpty() && report.failureCount() > 0)
+        console.note(u"The whole list is in “%1”."_s.arg(list));
+    else if (!list.isEmpty())
+        console.say(u"The whole list is in “%1”."_s.arg(list));
+    if (report.file().error() != 0)
         console.error(u"The list export-report.csv could not be written%1: %2."_s.arg(
-            report.file().path().isEmpty() ? QString() : u" to its end"_s, report.file().error()));
+            list.isEmpty() ? QString() : u" to its end"_s, errorText(report.file().error())));
 }
 
 } // namespace
@@ -132,29 +157,33 @@ ExitCode ExportRun::execute()
     const QStringList before = foldersBefore(folder);
     exportTypes(folder);
     takeProblems();
+    m_report.finish();
     Outcome result = outcome();
     for (const TypeOutcome &type : result.types) {
-        if (type.counts.started && type.counts.exported == 0 && !before.contains(type.totals.name))
+        if (type.counts.started && type.exported == 0 && !before.contains(type.totals.name))
             removeEmptyFolders(folder, type.totals.name);
     }
     writeIndex(result);
     return tell(result);
 }
 
-void ExportRun::writeIndex(Outcome &result) const
+void ExportRun::writeIndex(Outcome &result)
 {
-    const bool hasAnything =
-        std::any_of(result.types.begin(), result.types.end(), [](const TypeOutcome &type) {
-            return type.totals.items > 0 || type.failed() > 0;
-        });
+    const bool hasAnything = std::any_of(result.types.begin(),
+                                         result.types.end(),
+                                         [](const TypeOutcome &type) { return !type.isNothing(); });
     if (!hasAnything && m_report.failureCount() == 0)
         return;
     IndexPage page(result, m_backup, m_report);
-    if (page.write()) {
-        result.indexPath = page.path();
-    } else if (!m_report.outputFault()) {
+    const int number = page.write();
+    result.indexPath = page.path();
+    if (number == 0 || m_report.outputFault())
+        return;
+    m_report.outputRefused(u"index.html"_s, number);
+    judge(result);
+    if (!m_report.outputFault()) {
         // What the page leads to is there.
-        m_console.error(u"index.html could not be written: %1."_s.arg(page.error()));
+        m_console.error(u"index.html could not be written: %1."_s.arg(errorText(number)));
         if (result.exitCode == ExitCode::Complete)
             result.exitCode = ExitCode::Incomplete;
     }
@@ -167,7 +196,10 @@ void ExportRun::takeProblems()
     QList<PhoneBackup::Problem> warnings;
     for (; m_problemsTaken < problems.size(); ++m_problemsTaken) {
         const PhoneBackup::Problem &problem = problems.at(m_problemsTaken);
-        if (problem.loss)
+        if (problem.neverDownloaded)
+            m_report.neverDownloaded(
+                problem.dataType, problemType(m_backup, problem), problem.source, problem.what);
+        else if (problem.loss)
             m_report.sourceLost(
                 problem.dataType, problemType(m_backup, problem), problem.source, problem.what);
         else
@@ -202,27 +234,35 @@ Outcome ExportRun::outcome() const
     Outcome result;
     result.output = m_options.output;
     result.absoluteOutput = m_output;
-    result.types = typeOutcomes(m_inventory, m_report, !goesOn());
+    for (const TypeTotals &totals : m_inventory.types)
+        result.types += typeOutcome(totals, m_report);
     result.absences = absences(m_backup);
     result.seconds = static_cast<double>(m_clock.elapsed()) / 1000;
-    const bool allTried =
-        std::all_of(result.types.begin(), result.types.end(), [](const TypeOutcome &type) {
-            return type.state == TypeOutcome::State::Complete
-                || type.state == TypeOutcome::State::Lost;
+    judge(result);
+    return result;
+}
+
+void ExportRun::judge(Outcome &result) const
+{
+    const auto has = [&result](TypeOutcome::State state) {
+        return std::any_of(result.types.begin(), result.types.end(), [state](const auto &type) {
+            return type.state == state;
         });
+    };
+    const bool isCut = has(TypeOutcome::State::Stopped) || has(TypeOutcome::State::NotBegun);
     if (m_report.outputFault()) {
         result.exitCode = ExitCode::Output;
         result.message = outputFailure(*m_report.outputFault(), m_options.output).what;
     } else if (const auto failure = temporaryFolderFailure(m_backup)) {
         result.exitCode = ExitCode::Output;
         result.message = failure->what;
-    } else if (!allTried && Interrupt::requested()) {
+    } else if (isCut && Interrupt::requested()) {
         result.exitCode = ExitCode::Cancelled;
         result.message = u"Stopped."_s;
-    } else if (!allTried || m_report.failureCount() > 0) {
+    } else if (isCut || has(TypeOutcome::State::Failed) || m_report.failureCount() > 0
+               || m_report.file().error() != 0) {
         result.exitCode = ExitCode::Incomplete;
     }
-    return result;
 }
 
 ExitCode ExportRun::tell(const Outcome &result)
@@ -235,7 +275,7 @@ ExitCode ExportRun::tell(const Outcome &result)
         m_console.note(result.message);
     if (!result.message.isEmpty())
         sayWhatIsThere(m_console, result.types, m_options.output);
-    sayFailures(m_console, m_report);
+    sayFailures(m_console, m_report, result.types);
     if (m_heicCopies.count() > 0 && !m_options.quiet)
         m_console.note(
             u"JPEG copies made of HEIC pictures: %1"_s.arg(grouped(m_heicCopies.count())));

@@ -41,7 +41,8 @@ private:
     bool goesOn() const;
     void exportTypes(const QDir &folder);
     Outcome outcome() const;
-    void writeIndex(Outcome &result) const;
+    void judge(Outcome &result) const;
+    void writeIndex(Outcome &result);
     ExitCode tell(const Outcome &result);
 
     Console &m_console;

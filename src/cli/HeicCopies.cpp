@@ -1,6 +1,7 @@
 #include "HeicCopies.h"
 
 #include "HeicExif.h"
+#include "NewFile.h"
 #include "export/JpegScans_p.h"
 #include "export/PictureFormat_p.h"
 #include "platform/CCommonUtils.h"
@@ -12,7 +13,6 @@
 #include <QImageReader>
 #include <QImageWriter>
 #include <QPainter>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <array>
@@ -107,15 +107,14 @@ QByteArray encoded(const QImage &picture, QString &why)
 }
 
 // The camera's remarks stand right behind the mark with which every JPEG begins.
-bool write(const QString &path, const QByteArray &jpeg, const QByteArray &exif, QString &why)
+// Answers 0 or the error number.
+int write(const QString &path, const QByteArray &jpeg, const QByteArray &exif)
 {
-    QSaveFile file(path);
-    const bool written = file.open(QIODevice::WriteOnly)
-        && file.write(jpeg.first(kStartOfImage)) == kStartOfImage && file.write(exif) == exif.size()
-        && file.write(jpeg.sliced(kStartOfImage)) == jpeg.size() - kStartOfImage && file.commit();
-    if (!written)
-        why = file.errorString();
-    return written;
+    NewFile file(QFileInfo(path).path());
+    file.write(jpeg.first(kStartOfImage));
+    file.write(exif);
+    file.write(jpeg.sliced(kStartOfImage));
+    return file.moveTo(path, false);
 }
 
 } // namespace
@@ -174,10 +173,12 @@ void HeicCopies::writeJpeg(const QString &typeName, const QString &itemName, con
         return;
     }
     const std::optional<QByteArray> exif = jpegExif(path, picture.size());
-    if (!write(target, jpeg, exif.value_or(QByteArray()), why)) {
+    if (const int number = write(target, jpeg, exif.value_or(QByteArray()))) {
         fail(typeName,
              itemName,
-             { Cause::Target, u"Its JPEG could not be written to “%1”: %2."_s.arg(target, why) });
+             { Cause::Target,
+               u"Its JPEG could not be written to “%1”: %2."_s.arg(target, errorText(number)),
+               number });
         return;
     }
     QFile dated(target);

@@ -1,5 +1,6 @@
 #include "IndexPage.h"
 
+#include "NewFile.h"
 #include "Text.h"
 #include "TypeNames.h"
 #include "export/CUtils.h"
@@ -8,7 +9,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QTimeZone>
 #include <QUrl>
 
@@ -71,6 +71,12 @@ QString offsetText(const QDateTime &when)
         .arg(std::abs(minutes) % 60, 2, 10, zeros);
 }
 
+QString number(int value, bool isBad)
+{
+    return (isBad && value > 0 ? "<td class=\"n rd\">"_L1 : "<td class=\"n\">"_L1) + grouped(value)
+        + "</td>"_L1;
+}
+
 // The page in \a folder that was written last: an earlier export may have left others.
 QString newestPage(const QDir &folder)
 {
@@ -92,25 +98,24 @@ IndexPage::IndexPage(const Outcome &outcome,
                      const PhoneBackup::Backup &backup,
                      const RunReport &report)
     : m_outcome(outcome)
+    , m_sums(outcome.types)
     , m_backup(backup)
     , m_report(report)
 {
 }
 
-bool IndexPage::write()
+int IndexPage::write()
 {
     const QDir output(m_outcome.absoluteOutput);
     QString path = output.filePath(u"index.html"_s);
-    if (!isOurs(path))
+    const bool replace = isOurs(path);
+    if (!replace)
         path = CCommonUtils::uniqFileName(output, u"index"_s, u".html"_s);
-    const QByteArray page = html();
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(page) != page.size() || !file.commit()) {
-        m_error = file.errorString();
-        return false;
-    }
-    m_path = path;
-    return true;
+    NewFile file(m_outcome.absoluteOutput);
+    file.write(html());
+    if (file.moveTo(path, replace) == 0)
+        m_path = path;
+    return file.error();
 }
 
 QByteArray IndexPage::html() const
@@ -119,9 +124,12 @@ QByteArray IndexPage::html() const
     QString page = QLatin1StringView(kHead) + QLatin1StringView(kMark) + "<title>"_L1 + title
         + "</title>"_L1 + QLatin1StringView(kStyle) + "</head><body><div id=\"wrap\"><h1>"_L1
         + title + "</h1>\n"_L1 + heading();
-    page += "<table><tr><th>Type</th><th class=\"n\">Exported</th><th class=\"n\">Failed</th>"
-            "<th>Folder</th></tr>\n"_L1
-        + rows() + "</table>\n"_L1;
+    page += "<table><tr><th>Type</th><th class=\"n\">Exported</th><th class=\"n\">Failed</th>"_L1;
+    if (m_sums.missing > 0)
+        page += "<th class=\"n\">Missing</th>"_L1;
+    if (m_sums.neverDownloaded > 0)
+        page += "<th class=\"n\">Never downloaded</th>"_L1;
+    page += "<th>Folder</th></tr>\n"_L1 + rows() + "</table>\n"_L1;
     for (const QString &line : m_outcome.absences)
         page += "<p>"_L1 + encoded(line) + "</p>\n"_L1;
     page += failures() + "</div></body></html>\n"_L1;
@@ -159,7 +167,7 @@ QString IndexPage::rows() const
     QString html;
     bool isOdd = false;
     for (const TypeOutcome &type : m_outcome.types) {
-        if (type.totals.items == 0 && type.failed() == 0)
+        if (type.isNothing())
             continue;
         html += row(type, isOdd);
         isOdd = !isOdd;
@@ -170,15 +178,18 @@ QString IndexPage::rows() const
 QString IndexPage::row(const TypeOutcome &type, bool isOdd) const
 {
     const QString &name = type.totals.name;
-    const bool isThere = type.counts.exported > 0;
+    const bool isThere = type.exported > 0;
     const QString page = isThere ? pageOf(type) : QString();
     QString html = isOdd ? u"<tr class=\"grey\">"_s : u"<tr>"_s;
     html += "<td>"_L1 + (isThere ? link(page.isEmpty() ? name : page, name) : encoded(name));
     if (type.state != TypeOutcome::State::Complete)
-        html += " <span class=\"rd\">("_L1 + encoded(stateWord(type.state)) + ")</span>"_L1;
-    html += "</td><td class=\"n\">"_L1 + grouped(type.counts.exported) + "</td>"_L1;
-    html += (type.failed() > 0 ? "<td class=\"n rd\">"_L1 : "<td class=\"n\">"_L1)
-        + grouped(type.failed()) + "</td><td>"_L1;
+        html += " <span class=\"rd\">("_L1 + encoded(stateText(type)) + ")</span>"_L1;
+    html += "</td>"_L1 + number(type.exported, false) + number(type.failed, true);
+    if (m_sums.missing > 0)
+        html += number(type.missing, true);
+    if (m_sums.neverDownloaded > 0)
+        html += number(type.counts.neverDownloaded, false);
+    html += "<td>"_L1;
     if (isThere)
         html += link(name + u'/', name + u'/');
     return html + "</td></tr>\n"_L1;

@@ -25,12 +25,12 @@ public:
 
     /*!
         Writes index.html: in place of that of an earlier export, but beside a file of somebody
-        else's, as "index (2).html". \return false when it could not be written; error() says why.
+        else's, as "index (2).html". \return 0, or the system's error number when it could not be
+       written.
     */
-    bool write();
+    int write();
 
     QString path() const { return m_path; } //!< Of the page, once it is written.
-    QString error() const { return m_error; }
 
     QByteArray html() const; //!< The whole page.
 
@@ -42,10 +42,10 @@ private:
     QString pageOf(const TypeOutcome &type) const;
 
     const Outcome &m_outcome;
+    const Sums m_sums;
     const PhoneBackup::Backup &m_backup;
     const RunReport &m_report;
     QString m_path;
-    QString m_error;
 };
 
 } // namespace Cli

@@ -42,6 +42,10 @@ QByteArray asText(const PhoneBackup::Backup &backup, const Inventory &inventory)
     QStringList lines = tableLines(rows, hasMessages ? "lrrrr" : "lrrr");
     for (const QString &absence : absences(backup))
         lines += printable(absence);
+    const qint64 notThere = neverDownloaded(backup.problems());
+    if (notThere > 0)
+        lines += u"Never downloaded to the phone, and so not in the backup: %1."_s.arg(
+            counted(notThere, u"file"_s, u"files"_s));
     return lines.join(u'\n').toUtf8() + '\n';
 }
 
@@ -57,6 +61,9 @@ QByteArray asJson(const PhoneBackup::Backup &backup, const Inventory &inventory,
     object[u"items"_s] = sum.items;
     object[u"deleted"_s] = sum.deleted;
     object[u"bytes"_s] = sum.sizeBytes;
+    object[u"neverDownloaded"_s] = neverDownloaded(backup.problems());
+    object[u"neverDownloadedFiles"_s] =
+        Json::problems(backup.problems(), ProblemKind::NeverDownloaded);
     object[u"unreadable"_s] = Json::problems(backup.problems(), ProblemKind::Loss);
     object[u"warnings"_s] = Json::problems(backup.problems(), ProblemKind::Warning);
     object[u"absent"_s] = Json::problems(backup.problems(), ProblemKind::Absence);
@@ -84,8 +91,9 @@ ExitCode runList(Console &console, const Options &options)
 
     const QList<PhoneBackup::Problem> problems = backup.problems();
     sayProblems(console, backup, problems);
-    const bool lost = std::any_of(
-        problems.begin(), problems.end(), [](const auto &problem) { return problem.loss; });
+    const bool lost = std::any_of(problems.begin(), problems.end(), [](const auto &problem) {
+        return kindOf(problem) == ProblemKind::Loss;
+    });
     const ExitCode exitCode = lost ? ExitCode::Incomplete : ExitCode::Complete;
     const QByteArray text =
         options.json ? asJson(backup, *inventory, exitCode) : asText(backup, *inventory);

@@ -2,13 +2,13 @@
 
 #include "HiddenInput.h"
 #include "Interrupt.h"
+#include "NewFile.h"
 
 #include <QFile>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 #include <utility>
@@ -58,7 +58,7 @@ std::variant<Secret, Failure> readFile(const QString &path)
         ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)
         : ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0)
-        return refuse(QString::fromLocal8Bit(std::strerror(errno)));
+        return refuse(errorText(errno));
     Secret bytes(kLongestBytes);
     qsizetype size = 0;
     ssize_t count = 1;
@@ -76,7 +76,7 @@ std::variant<Secret, Failure> readFile(const QString &path)
     if (Interrupt::requested())
         return stoppedEarly();
     if (count < 0)
-        return refuse(QString::fromLocal8Bit(std::strerror(number)));
+        return refuse(errorText(number));
     Secret password(firstLine(bytes.view().first(size)));
     if (password.isEmpty())
         return missing(u"%1 holds no password in its first line."_s.arg(name));

@@ -1,5 +1,6 @@
 #include "Preflight.h"
 
+#include "NewFile.h"
 #include "Text.h"
 
 #include <QDir>
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -20,11 +20,6 @@ using namespace Qt::StringLiterals;
 namespace Cli::Preflight {
 
 namespace {
-
-QString systemError(int number)
-{
-    return QString::fromLocal8Bit(std::strerror(number));
-}
 
 // The file system's own identity of a folder: it sees through links, second mounts and case.
 struct Identity
@@ -184,7 +179,7 @@ std::optional<Failure> checkOutput(const QString &output, const QString &backup,
     if (::access(QFile::encodeName(folder).constData(), W_OK | X_OK) != 0)
         return Failure { ExitCode::Output,
                          u"OUTPUT “%1” cannot be written: %2 (“%3”)."_s.arg(
-                             output, systemError(errno), folder),
+                             output, errorText(errno), folder),
                          {},
                          u"Choose a folder that you may write to."_s };
     return std::nullopt;
@@ -229,7 +224,7 @@ std::optional<Failure> createOutput(const QString &output)
     const int number = errno;
     return Failure { ExitCode::Output,
                      number != 0
-                         ? u"OUTPUT “%1” could not be made: %2."_s.arg(output, systemError(number))
+                         ? u"OUTPUT “%1” could not be made: %2."_s.arg(output, errorText(number))
                          : u"OUTPUT “%1” could not be made."_s.arg(output),
                      {},
                      u"Choose a folder that you may write to."_s };

@@ -19,9 +19,10 @@ constexpr qsizetype kSaid = 20;
 
 ProblemKind kindOf(const PhoneBackup::Problem &problem)
 {
-    return problem.absent ? ProblemKind::Absence
-        : problem.loss    ? ProblemKind::Loss
-                          : ProblemKind::Warning;
+    return problem.absent         ? ProblemKind::Absence
+        : problem.neverDownloaded ? ProblemKind::NeverDownloaded
+        : problem.loss            ? ProblemKind::Loss
+                                  : ProblemKind::Warning;
 }
 
 QStringList absences(const PhoneBackup::Backup &backup)
@@ -46,6 +47,13 @@ std::optional<Failure> temporaryFolderFailure(const PhoneBackup::Backup &backup)
     return failureOf({ found->fault, found->source, found->what, found->systemError });
 }
 
+qint64 neverDownloaded(const QList<PhoneBackup::Problem> &problems)
+{
+    return std::count_if(problems.begin(), problems.end(), [](const auto &problem) {
+        return kindOf(problem) == ProblemKind::NeverDownloaded;
+    });
+}
+
 QString problemType(const PhoneBackup::Backup &backup, const PhoneBackup::Problem &problem)
 {
     return problem.dataType >= 0 ? backup.dataTypeName(problem.dataType) : u"Backup"_s;
@@ -56,10 +64,11 @@ void sayProblems(Console &console,
                  const QList<PhoneBackup::Problem> &problems)
 {
     QList<PhoneBackup::Problem> faults;
-    std::copy_if(problems.begin(),
-                 problems.end(),
-                 std::back_inserter(faults),
-                 [](const auto &problem) { return kindOf(problem) != ProblemKind::Absence; });
+    std::copy_if(
+        problems.begin(), problems.end(), std::back_inserter(faults), [](const auto &problem) {
+            const ProblemKind kind = kindOf(problem);
+            return kind == ProblemKind::Loss || kind == ProblemKind::Warning;
+        });
     const QList<PhoneBackup::Problem> said = faults.first(std::min(kSaid, faults.size()));
     for (const PhoneBackup::Problem &problem : said) {
         const bool named = problem.source.isEmpty() || problem.what.contains(problem.source);

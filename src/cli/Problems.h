@@ -16,6 +16,7 @@ class Console;
 enum class ProblemKind {
     Loss, //!< Something that is not in the output.
     Warning, //!< All that is there is exported all the same.
+    NeverDownloaded, //!< A file that the phone left in the cloud.
     Absence, //!< No fault: backups of this kind never hold it.
 };
 
@@ -30,7 +31,10 @@ std::optional<Failure> temporaryFolderFailure(const PhoneBackup::Backup &backup)
 //! Display name of what \a problem belongs to: a data type, or "Backup".
 QString problemType(const PhoneBackup::Backup &backup, const PhoneBackup::Problem &problem);
 
-//! Says the \a problems of \a backup, but for absences, as warnings; the first ones if they are
+//! How many of the \a problems are files that were never downloaded.
+qint64 neverDownloaded(const QList<PhoneBackup::Problem> &problems);
+
+//! Says the losses and warnings among the \a problems of \a backup; the first ones if they are
 //! many.
 void sayProblems(Console &console,
                  const PhoneBackup::Backup &backup,

@@ -1,10 +1,17 @@
 #include "ReportFile.h"
 
+#include "NewFile.h"
 #include "Text.h"
 #include "export/CUtils.h"
 #include "platform/CCommonUtils.h"
 
 #include <QDir>
+#include <QFile>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -17,6 +24,14 @@ QString cell(const QString &text)
     return CUtils::csvCell(printable(text));
 }
 
+QByteArray lineOf(const QStringList &cells)
+{
+    QStringList encoded;
+    for (const QString &text : cells)
+        encoded += cell(text);
+    return encoded.join(u',').toUtf8() + "\r\n";
+}
+
 } // namespace
 
 ReportFile::ReportFile(const QString &folder)
@@ -24,54 +39,53 @@ ReportFile::ReportFile(const QString &folder)
 {
 }
 
+ReportFile::~ReportFile()
+{
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+}
+
 void ReportFile::append(const QStringList &cells)
 {
-    if (!m_error.isEmpty())
+    if (m_descriptor < 0 && m_error == 0)
+        open();
+    write(lineOf(cells));
+}
+
+void ReportFile::sync()
+{
+    if (m_descriptor >= 0 && ::fsync(m_descriptor) != 0 && m_error == 0 && errno != EINVAL)
+        m_error = errno;
+}
+
+void ReportFile::open()
+{
+    const QString path = CCommonUtils::uniqFileName(QDir(m_folder), u"export-report"_s, u".csv"_s);
+    const QByteArray native = QFile::encodeName(path);
+    constexpr mode_t kForAll = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    m_descriptor = ::open(native.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kForAll);
+    if (m_descriptor < 0) {
+        m_error = errno;
         return;
-    if (!m_file.isOpen() && !open())
-        return;
-    write(cells);
-}
-
-QString ReportFile::path() const
-{
-    return m_file.isOpen() ? m_file.fileName() : QString();
-}
-
-QString ReportFile::error() const
-{
-    return m_error;
-}
-
-bool ReportFile::open()
-{
-    m_file.setFileName(CCommonUtils::uniqFileName(QDir(m_folder), u"export-report"_s, u".csv"_s));
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
-        m_error = m_file.errorString();
-        return false;
     }
-    if (m_file.write("\xEF\xBB\xBF") == 3
-        && write({ u"Type"_s, u"Item"_s, u"Cause"_s, u"Reason"_s }))
-        return true;
-    if (m_error.isEmpty())
-        m_error = m_file.errorString();
-    m_file.close();
-    m_file.remove();
-    return false;
+    write("\xEF\xBB\xBF" + lineOf({ u"Type"_s, u"Item"_s, u"Cause"_s, u"Reason"_s }));
+    if (m_error == 0) {
+        m_path = path;
+    } else {
+        ::close(m_descriptor);
+        m_descriptor = -1;
+        ::unlink(native.constData());
+    }
 }
 
-bool ReportFile::write(const QStringList &cells)
+void ReportFile::write(const QByteArray &bytes)
 {
-    QStringList encoded;
-    for (const QString &text : cells)
-        encoded += cell(text);
-    const QByteArray line = encoded.join(u',').toUtf8() + "\r\n";
-    const qint64 before = m_file.pos();
-    if (m_file.write(line) == line.size())
-        return true;
-    m_error = m_file.errorString();
-    m_file.resize(before); // no half line
-    return false;
+    if (m_error != 0)
+        return;
+    const off_t before = ::lseek(m_descriptor, 0, SEEK_CUR);
+    m_error = writeAll(m_descriptor, bytes);
+    if (m_error != 0 && ::ftruncate(m_descriptor, before) != 0) // no half line
+        m_error = errno;
 }
 
 } // namespace Cli

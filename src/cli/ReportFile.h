@@ -1,7 +1,6 @@
 #ifndef CLI_REPORTFILE_H
 #define CLI_REPORTFILE_H
 
-#include <QFile>
 #include <QString>
 #include <QStringList>
 
@@ -10,27 +9,35 @@ namespace Cli {
 /*!
     \brief The table of what could not be exported, export-report.csv in OUTPUT.
 
-    Made with its first line, each line on disk when append() returns. UTF-8 with a byte-order mark;
-    no cell is taken for a formula. An older report is kept: the new one gets a numbered name.
+    Made with its first line, each line in the file when append() returns. UTF-8 with a byte-order
+    mark; no cell is taken for a formula. An older report is kept: the new one gets a numbered name.
 */
 class ReportFile
 {
 public:
     explicit ReportFile(const QString &folder);
+    ~ReportFile();
+
+    ReportFile(const ReportFile &) = delete;
+    ReportFile &operator=(const ReportFile &) = delete;
 
     //! Appends one line. Does nothing once writing has failed.
     void append(const QStringList &cells);
 
-    QString path() const; //!< Empty as long as there is no such file.
-    QString error() const; //!< Why lines are missing, for a person; empty when none is.
+    //! Waits until all lines are on the disk; error() tells whether they are.
+    void sync();
+
+    QString path() const { return m_path; } //!< Empty as long as there is no such file.
+    int error() const { return m_error; } //!< Why lines are missing, 0 when none is.
 
 private:
-    bool open();
-    bool write(const QStringList &cells);
+    void open();
+    void write(const QByteArray &bytes);
 
     QString m_folder;
-    QFile m_file;
-    QString m_error;
+    QString m_path;
+    int m_descriptor = -1;
+    int m_error = 0;
 };
 
 } // namespace Cli

@@ -1,9 +1,9 @@
 #include "RunReport.h"
 
-#include <QTemporaryFile>
+#include "NewFile.h"
 
-#include <algorithm>
-#include <array>
+#include <QFileInfo>
+
 #include <cerrno>
 
 using namespace Qt::StringLiterals;
@@ -27,15 +27,6 @@ QString causeText(CIExportReport::Cause cause)
     return {};
 }
 
-// The file system takes a small file: what it refused concerned one name or one size only.
-bool takesFile(const QString &folder)
-{
-    constexpr int kProbeBytes = 4096;
-    QTemporaryFile probe(folder + u"/.dataexport-XXXXXX"_s);
-    return probe.open() && probe.write(QByteArray(kProbeBytes, '\0')) == kProbeBytes
-        && probe.flush();
-}
-
 } // namespace
 
 RunReport::RunReport(const QString &outputFolder)
@@ -52,22 +43,23 @@ void RunReport::typeStarts(int code)
 
 void RunReport::itemFailed(const QString &typeName, const QString &itemName, const Fault &fault)
 {
-    Counts &counts = m_counts[m_code];
-    if (itemName.isEmpty())
-        counts.lost = true;
-    else
-        ++counts.failed;
-    const Failed failed { typeName, itemName, causeText(fault.cause), fault.reason };
-    // Asked before the report file takes the last room, and after the partial file gave its own
-    // back: the reason tells a full disk, room alone does not.
-    if (fault.cause == Cause::Target && !m_outputFault && outputRefuses(fault.reason))
-        m_outputFault = failed;
-    add(failed);
+    if (!itemName.isEmpty())
+        ++m_counts[m_code].faults;
+    // Before the list takes the last room.
+    if (fault.cause == Cause::Target)
+        outputRefused(itemName.isEmpty() ? typeName : typeName + u'/' + itemName,
+                      fault.systemError);
+    add({ m_code, typeName, itemName, causeText(fault.cause), fault.reason });
 }
 
 void RunReport::itemExported(const QString & /*typeName*/, const QString & /*itemName*/)
 {
     ++m_counts[m_code].exported;
+}
+
+void RunReport::outputEnded(const QString & /*typeName*/, Output output, End end)
+{
+    m_counts[m_code].outputs += { output, end };
 }
 
 void RunReport::sourceLost(int code,
@@ -76,10 +68,35 @@ void RunReport::sourceLost(int code,
                            const QString &reason)
 {
     ++m_counts[code].unreadable;
-    add({ typeName, source, causeText(Cause::Source), reason });
+    add({ code, typeName, source, causeText(Cause::Source), reason });
 }
 
-const std::optional<RunReport::Failed> &RunReport::outputFault() const
+void RunReport::neverDownloaded(int code,
+                                const QString &typeName,
+                                const QString &item,
+                                const QString &reason)
+{
+    ++m_counts[code].neverDownloaded;
+    const Failed file { code, typeName, item, u"Never downloaded"_s, reason };
+    if (m_neverDownloaded.size() < kKept)
+        m_neverDownloaded += file;
+    list(file);
+}
+
+void RunReport::outputRefused(const QString &what, int systemError)
+{
+    const bool isGone = systemError == ENOENT && !QFileInfo(m_outputFolder).isDir();
+    if (!m_outputFault && (isGone || isOfWholeDisk(systemError)))
+        m_outputFault = { what, systemError };
+}
+
+void RunReport::finish()
+{
+    m_file.sync();
+    outputRefused(u"export-report.csv"_s, m_file.error());
+}
+
+const std::optional<RunReport::OutputFault> &RunReport::outputFault() const
 {
     return m_outputFault;
 }
@@ -87,11 +104,6 @@ const std::optional<RunReport::Failed> &RunReport::outputFault() const
 RunReport::Counts RunReport::counts(int code) const
 {
     return m_counts.value(code);
-}
-
-int RunReport::currentType() const
-{
-    return m_code;
 }
 
 qint64 RunReport::failureCount() const
@@ -104,6 +116,11 @@ const QList<RunReport::Failed> &RunReport::failures() const
     return m_failures;
 }
 
+const QList<RunReport::Failed> &RunReport::neverDownloaded() const
+{
+    return m_neverDownloaded;
+}
+
 const ReportFile &RunReport::file() const
 {
     return m_file;
@@ -114,17 +131,13 @@ void RunReport::add(const Failed &failed)
     ++m_failureCount;
     if (m_failures.size() < kKept)
         m_failures += failed;
-    m_file.append({ failed.type, failed.item, failed.cause, failed.reason });
+    list(failed);
 }
 
-bool RunReport::outputRefuses(const QString &reason) const
+void RunReport::list(const Failed &failed)
 {
-    constexpr std::array kHopeless { ENOSPC, EDQUOT, EROFS, EIO, ENODEV, ENXIO, ESTALE, ENOTCONN };
-    // Sinks word a fault with the same function, so that its text can be recognised.
-    const bool said = std::any_of(kHopeless.begin(), kHopeless.end(), [&](int number) {
-        return reason.contains(qt_error_string(number));
-    });
-    return said || !takesFile(m_outputFolder);
+    m_file.append({ failed.type, failed.item, failed.cause, failed.reason });
+    outputRefused(u"export-report.csv"_s, m_file.error());
 }
 
 } // namespace Cli

@@ -19,16 +19,35 @@ namespace Cli {
 struct TypeOutcome
 {
     enum class State {
-        Complete, //!< Every item was tried.
+        Complete, //!< Every item was tried, in each of its outputs.
         Stopped, //!< The export ended within it.
         NotBegun, //!< The export ended before it.
-        Lost, //!< Its output could not be opened.
+        Failed, //!< One of its outputs could not be written.
     };
 
     TypeTotals totals;
     RunReport::Counts counts;
     State state = State::NotBegun;
-    int failed() const; //!< Items that are not in the output though they were tried.
+    int exported = 0; //!< Items that are in the first of its outputs.
+    int failed = 0; //!< Items that are not; the rest if it was stopped was not tried.
+    int missing = 0; //!< Parts of the items, and of the backup, that are not in the output.
+
+    //! Whether there is anything to tell of.
+    bool isNothing() const
+    {
+        return totals.items == 0 && missing == 0 && counts.neverDownloaded == 0;
+    }
+};
+
+//! The sums over several types.
+struct Sums
+{
+    qint64 exported = 0;
+    qint64 failed = 0;
+    qint64 missing = 0;
+    qint64 neverDownloaded = 0;
+
+    explicit Sums(const QList<TypeOutcome> &types);
 };
 
 //! What became of an export.
@@ -44,12 +63,14 @@ struct Outcome
     double seconds = 0;
 };
 
-//! The outcome of each type of \a inventory, from what \a report counted. \a stopped: the export
-//! was asked to end, so that the type it was at may be incomplete.
-QList<TypeOutcome> typeOutcomes(const Inventory &inventory, const RunReport &report, bool stopped);
+//! The outcome of a type, from what \a report was told.
+TypeOutcome typeOutcome(const TypeTotals &totals, const RunReport &report);
 
 //! "complete", "stopped", "not begun" or "failed".
 QString stateWord(TypeOutcome::State state);
+
+//! The same with the outputs of \a type that are concerned, if others are not: "stopped (CSV)".
+QString stateText(const TypeOutcome &type);
 
 //! The table for a person.
 QByteArray summaryText(const Outcome &outcome);

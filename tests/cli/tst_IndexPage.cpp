@@ -115,8 +115,11 @@ void tst_IndexPage::tellsWhatFailed()
     QVERIFY(html.contains("100APPLE/"_L1) && html.contains("LOST.JPG"_L1));
     QVERIFY(!html.contains("<b>"_L1));
     QVERIFY(html.contains("Library/Safari/History.db"_L1));
-    QVERIFY(html.contains(QRegularExpression(u">Safari</td><td class=\"n\">0</td>"
-                                             "<td class=\"n rd\">1</td>"_s)));
+    // Nobody knows how many visits were in the history: none of them is an item that failed.
+    const QString numbers =
+        u"%1</td><td class=\"n\">%2</td><td class=\"n%3</td><td class=\"n%4</td>"_s;
+    QVERIFY(html.contains(numbers.arg(u">Safari"_s, u"0"_s, u"\">0"_s, u" rd\">1"_s)));
+    QVERIFY(html.contains(numbers.arg(u"</a>"_s, u"3"_s, u" rd\">1"_s, u"\">0"_s)));
     QVERIFY(targets().contains(u"export-report.csv"_s));
 }
 

@@ -34,6 +34,10 @@ public:
 
     //! Name of the part inside the message; names it in the report.
     virtual const QString &pieceLocation() const = 0;
+
+    //! Whether the phone had left the picture in the cloud, so that its bytes being empty is no
+    //! fault, and not reported. false by default.
+    virtual bool neverDownloaded() const;
 };
 
 #endif

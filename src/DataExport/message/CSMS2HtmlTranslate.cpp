@@ -170,6 +170,8 @@ private:
             MessagePage::reportPicture(m_exporter, m_item, piece.pieceLocation(), why);
             return;
         }
+        if (piece.neverDownloaded())
+            return;
         QString name = MessagePage::nameForReport(m_item);
         if (!piece.pieceLocation().isEmpty())
             name += u'/' + piece.pieceLocation();

@@ -18,6 +18,11 @@ BkSMSChat::~BkSMSChat() = default;
 
 BkSMSPiece::~BkSMSPiece() = default;
 
+bool BkSMSPiece::neverDownloaded() const
+{
+    return false;
+}
+
 BkWhatsappItem::~BkWhatsappItem() = default;
 
 BkWhatsappChat::~BkWhatsappChat() = default;

@@ -35,9 +35,11 @@ void ConversationContent::addFile(Message &message,
                                   const QString &type,
                                   BackupFiles &files,
                                   FileIndex::Row row,
-                                  const QString &name)
+                                  const QString &name,
+                                  bool neverDownloaded)
 {
-    extrasOf(message).pieces.append(&m_pieces.emplace_back(type, files, row, name, &m_lastRead));
+    extrasOf(message).pieces.append(
+        &m_pieces.emplace_back(type, files, row, name, neverDownloaded, &m_lastRead));
 }
 
 void ConversationContent::list()

@@ -26,7 +26,8 @@ public:
                  const QString &type,
                  BackupFiles &files,
                  FileIndex::Row row,
-                 const QString &name);
+                 const QString &name,
+                 bool neverDownloaded);
     void setName(const QString &address, const QString &name) { m_names.insert(address, name); }
 
     //! All messages in the order in which they were added, hidden ones among them.

@@ -167,12 +167,11 @@ private:
         const QString what = attachment.path.isEmpty()
             ? tr("The file was never downloaded to the phone.")
             : tr("The file “%1” is missing in the backup.").arg(attachment.path);
-        // The number keeps apart what has one name.
-        m_source.addProblem(
-            { kMessageFiles,
-              u"%1/%2 (%3)"_s.arg(m_groupName, name, QString::number(attachment.row)),
-              what,
-              true });
+        Problem problem { kMessageFiles, m_groupName + u'/' + name, what };
+        problem.neverDownloaded = attachment.path.isEmpty();
+        problem.loss = !problem.neverDownloaded;
+        problem.row = attachment.row;
+        m_source.addProblem(problem);
     }
 
     Source &m_source;

@@ -123,8 +123,12 @@ void MessageParts::addFile(Message &message,
     else // what the page does not show by itself gets a line that says what it is
         addText(message,
                 attachmentLabel(attachment, m_source.files(), hints.isVoice, hints.transcription));
-    m_content.addFile(
-        message, attachmentType(attachment), m_source.files(), attachment.file, attachment.name);
+    m_content.addFile(message,
+                      attachmentType(attachment),
+                      m_source.files(),
+                      attachment.file,
+                      attachment.name,
+                      attachment.path.isEmpty());
 }
 
 } // namespace PhoneBackup

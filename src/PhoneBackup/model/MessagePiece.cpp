@@ -16,11 +16,13 @@ MessagePiece::MessagePiece(const QString &type,
                            BackupFiles &files,
                            FileIndex::Row row,
                            const QString &name,
+                           bool neverDownloaded,
                            const MessagePiece **lastRead)
     : m_type(type)
     , m_files(&files)
     , m_row(row)
     , m_name(name)
+    , m_neverDownloaded(neverDownloaded)
     , m_lastRead(lastRead)
 {
 }

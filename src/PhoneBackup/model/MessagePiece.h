@@ -22,13 +22,15 @@ public:
     explicit MessagePiece(const QString &text);
 
     /*!
-        The file \a row of \a files, kNone for a missing one. \a lastRead is where the pieces of a
-        conversation note the one that holds its bytes.
+        The file \a row of \a files, kNone for a missing one, \a neverDownloaded if it is missing
+        because the phone did not have it either. \a lastRead is where the pieces of a conversation
+        note the one that holds its bytes.
     */
     MessagePiece(const QString &type,
                  BackupFiles &files,
                  FileIndex::Row row,
                  const QString &name,
+                 bool neverDownloaded,
                  const MessagePiece **lastRead);
 
     ~MessagePiece() override;
@@ -36,12 +38,14 @@ public:
     const QString &pieceType() const override { return m_type; }
     const QByteArray &pieceData() const override;
     const QString &pieceLocation() const override { return m_name; }
+    bool neverDownloaded() const override { return m_neverDownloaded; }
 
 private:
     QString m_type;
     BackupFiles *m_files = nullptr;
     FileIndex::Row m_row = FileIndex::kNone;
     QString m_name;
+    bool m_neverDownloaded = false;
     mutable QByteArray m_data;
     const MessagePiece **m_lastRead = nullptr;
 };

@@ -36,7 +36,8 @@ void Source::addProblem(const Problem &problem)
     // A damaged source does not hide that the temporary folder failed, too.
     const QString place =
         problem.fault == Fault::TemporaryFolder ? QDir::tempPath() : problem.source;
-    const QString key = QString::number(problem.dataType) + u' ' + place;
+    const QString key =
+        u"%1 %2 %3"_s.arg(QString::number(problem.dataType), QString::number(problem.row), place);
     if (m_known.contains(key))
         return;
     m_known.insert(key);

@@ -34,7 +34,7 @@ public:
     //! The phone's address book, read when it is first asked for.
     const AddressBook &addressBook();
 
-    //! Remembers \a problem, once for each data type and source.
+    //! Remembers \a problem, once for each data type, source and row.
     void addProblem(const Problem &problem);
 
     /*!

@@ -66,12 +66,12 @@ private:
     void addChat(const WhatsappChat &chat)
     {
         int group = -1;
-        int notDownloaded = 0;
         QSet<FileIndex::Row> inGroup;
         for (const qint64 message : chat.withMedia) {
             const WhatsappSentFile file = chat.store->reader().file(message);
             if (file.item.path.isEmpty()) {
-                notDownloaded += kindName(file.storedType).isEmpty() ? 0 : 1;
+                if (!kindName(file.storedType).isEmpty())
+                    reportNeverDownloaded(chat, file);
                 continue;
             }
             FileEntry entry;
@@ -92,19 +92,16 @@ private:
             entry.deleted = chat.isRemoved;
             m_data->add(entry);
         }
-        if (notDownloaded > 0) {
-            m_source.addProblem(
-                { kWhatsappFiles,
-                  u"%1 (%2)"_s.arg(chat.name, QString::number(chat.row)),
-                  tr("Files that were never downloaded to the phone: %1.").arg(notDownloaded),
-                  false });
-        }
     }
 
     QString nameOf(const WhatsappSentFile &file, FileIndex::Row row) const
     {
         const QByteArrayView path = m_source.index().path(row);
-        const QString extension = PathParts::text(PathParts::extension(path));
+        return nameOf(file, PathParts::text(PathParts::extension(path)));
+    }
+
+    static QString nameOf(const WhatsappSentFile &file, const QString &extension)
+    {
         if (file.storedType == kDocument && !file.item.title.isEmpty()) {
             return hasExtension(file.item.title, extension)
                 ? OutputNames::clean(file.item.title)
@@ -126,13 +123,23 @@ private:
 
     void reportMissing(const WhatsappChat &chat, const WhatsappSentFile &file)
     {
-        // The number keeps apart what has one name.
-        m_source.addProblem({ kWhatsappFiles,
-                              u"%1/%2 (%3)"_s.arg(chat.name,
-                                                  file.item.path.section(u'/', -1),
-                                                  QString::number(file.item.row)),
-                              tr("The file “%1” is missing in the backup.").arg(file.item.path),
-                              true });
+        Problem problem { kWhatsappFiles,
+                          chat.name + u'/' + file.item.path.section(u'/', -1),
+                          tr("The file “%1” is missing in the backup.").arg(file.item.path) };
+        problem.row = file.item.row;
+        m_source.addProblem(problem);
+    }
+
+    void reportNeverDownloaded(const WhatsappChat &chat, const WhatsappSentFile &file)
+    {
+        const QString name = nameOf(file, QString());
+        Problem problem { kWhatsappFiles,
+                          chat.name + u'/' + (name.isEmpty() ? kindName(file.storedType) : name),
+                          tr("The file was never downloaded to the phone.") };
+        problem.loss = false;
+        problem.neverDownloaded = true;
+        problem.row = file.item.row;
+        m_source.addProblem(problem);
     }
 
     Source &m_source;

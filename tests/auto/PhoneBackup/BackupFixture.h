@@ -92,13 +92,16 @@ public:
         return lines;
     }
 
-    //! The problems so far: "code source", with " (loss)" behind those that lost something.
+    //! The problems so far: "code source", with " (loss)" behind those that lost something
+    //! and " (never downloaded)" behind files that the phone did not have.
     QStringList problems() const
     {
         QStringList lines;
         for (const PhoneBackup::Problem &problem : m_backup->problems()) {
-            lines.append(QString::number(problem.dataType) + QLatin1Char(' ') + problem.source
-                         + (problem.loss ? QStringLiteral(" (loss)") : QString()));
+            lines.append(
+                QString::number(problem.dataType) + QLatin1Char(' ') + problem.source
+                + (problem.loss ? QStringLiteral(" (loss)") : QString())
+                + (problem.neverDownloaded ? QStringLiteral(" (never downloaded)") : QString()));
         }
         return lines;
     }

@@ -204,8 +204,8 @@ void tst_MessageFiles::exportsFiles()
                            u"+15550100123/live.MOV"_s,
                            u"Other/nobody.txt"_s }));
     QCOMPARE(fixture.problems(),
-             QStringList({ u"7 +15550100123/gone.jpg (6) (loss)"_s,
-                           u"7 +15550100123/never.jpg (8) (loss)"_s }));
+             QStringList({ u"7 +15550100123/gone.jpg (loss)"_s,
+                           u"7 +15550100123/never.jpg (never downloaded)"_s }));
 }
 
 QTEST_GUILESS_MAIN(tst_MessageFiles)

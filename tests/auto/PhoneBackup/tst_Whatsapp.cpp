@@ -977,9 +977,10 @@ void tst_Whatsapp::exportsFiles()
                             u"A_B/Mr. Smith.pdf [deleted]"_s,
                             u"A_B/Tides.PDF [deleted]"_s }));
     QCOMPARE(fixture.problems(),
-             (QStringList { u"12 A/B/gone.mp4 (8) (loss)"_s,
-                            u"12 A/B/passwd (12) (loss)"_s,
-                            u"12 A/B (1)"_s }));
+             (QStringList { u"12 A/B/gone.mp4 (loss)"_s,
+                            u"12 A/B/2023-03-08 20-26 Photo (never downloaded)"_s,
+                            u"12 A/B/2023-03-08 20-26 Video (never downloaded)"_s,
+                            u"12 A/B/passwd (loss)"_s }));
 }
 
 void tst_Whatsapp::checksWireFields_data()
