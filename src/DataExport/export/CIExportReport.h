@@ -72,7 +72,7 @@ public:
     /*!
         Nothing more is written to \a output of the data type; said once for each output of each
         data type that the export came to. Items that failed on their own do not keep an output
-        from being complete: itemFailed() told of them. An output that fails takes those with it
+        from being complete: itemFailed() told of them. An output that fails may take those with it
         that the same data type completed before, unless the export is hardened. Does nothing by
         default.
     */
