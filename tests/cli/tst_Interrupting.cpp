@@ -1,5 +1,6 @@
 #include "cli/Program.h"
 #include "cli/UsualBackup.h"
+#include "sample/ContactSample.h"
 #include "support/Files.h"
 
 #include <QElapsedTimer>
@@ -72,6 +73,8 @@ private Q_SLOTS:
     void init();
     void stopsWithinAFile_data();
     void stopsWithinAFile();
+    void stopsInAnyOutput_data();
+    void stopsInAnyOutput();
     void drawsABarThatFits_data();
     void drawsABarThatFits();
     void logsPlainLinesElsewhere();
@@ -148,6 +151,54 @@ void tst_Interrupting::stopsWithinAFile()
             expected.remove(path);
     }
     QCOMPARE(difference(filesBelow(output()), expected), QString());
+}
+
+void tst_Interrupting::stopsInAnyOutput_data()
+{
+    QTest::addColumn<QString>("folder"); // its first file comes into being: the output is written
+    QTest::newRow("page") << u"Contacts/HTML"_s;
+    QTest::newRow("CSV") << u"Contacts/CSV"_s;
+    QTest::newRow("vCards") << u"Contacts/VCF"_s;
+}
+
+// Wherever the signal comes, what is called complete is complete.
+void tst_Interrupting::stopsInAnyOutput()
+{
+    QFETCH(QString, folder);
+    constexpr int kContacts = 3000;
+    const QString backup = m_dir.filePath(u"contacts"_s);
+    if (!QFileInfo::exists(backup)) {
+        Sample::BackupWriter writer(backup);
+        Sample::Options options;
+        options.contacts = kContacts;
+        Sample::addContacts(writer, options);
+        QVERIFY(writer.finish());
+    }
+    QProcess process;
+    prepare(process, { u"--json"_s, u"--only=contacts"_s, backup, output() });
+    process.start();
+    QVERIFY(QTest::qWaitFor(
+        [&] { return !QDir(output() + u'/' + folder).isEmpty(QDir::Files | QDir::Hidden); },
+        kPatienceMs));
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    const Result result = finish(process);
+
+    const QJsonObject type = result.json().value(u"types"_s)[0].toObject();
+    const bool isComplete = type.value(u"state"_s).toString() == u"complete"_s;
+    QCOMPARE(result.exitCode, isComplete ? 0 : 130);
+    const QJsonArray outputs = type.value(u"outputs"_s).toArray();
+    QCOMPARE(outputs.size(), 3);
+    const auto isWritten = [&](int index) {
+        return outputs.at(index)[u"state"_s].toString() == u"complete"_s;
+    };
+    QCOMPARE(isWritten(0) && isWritten(1) && isWritten(2), isComplete);
+    const auto count = [this](const QString &files) {
+        return int(QDir(output() + u"/Contacts/"_s + files).entryList(QDir::Files).size());
+    };
+    QCOMPARE(count(u"HTML"_s), isWritten(0) ? 1 : 0);
+    QCOMPARE(count(u"CSV"_s), isWritten(1) ? 1 : 0);
+    QCOMPARE(count(u"VCF"_s) == type.value(u"items"_s).toInt(), isWritten(2));
+    QCOMPARE(type.value(u"exported"_s).toInt(), isWritten(0) ? type.value(u"items"_s).toInt() : 0);
 }
 
 void tst_Interrupting::drawsABarThatFits_data()
