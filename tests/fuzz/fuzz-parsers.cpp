@@ -1,0 +1,168 @@
+#include "crypto/Keybag.h"
+#include "export/JpegScans_p.h"
+#include "folder/FileIndex.h"
+#include "folder/FileRecord.h"
+#include "folder/ManifestMbdb.h"
+#include "heif/HeifStructure.h"
+#include "model/NoteTable.h"
+#include "model/NoteText.h"
+#include "model/RepeatRule.h"
+#include "model/VCardText.h"
+#include "plist/AttributedText.h"
+#include "plist/KeyedArchive.h"
+#include "plist/PropertyList.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QTemporaryFile>
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <string>
+
+using namespace Qt::StringLiterals;
+using namespace PhoneBackup;
+
+namespace {
+
+using Parser = void (*)(const QByteArray &);
+
+void propertyList(const QByteArray &bytes)
+{
+    // Whoever walks the values meets the shared ones again and again: as far as that goes, too.
+    const std::function<qsizetype(const QVariant &)> walk = [&walk](const QVariant &value) {
+        qsizetype count = 1;
+        for (const QVariant &part : value.toMap())
+            count += walk(part);
+        for (const QVariant &part : value.toList())
+            count += walk(part);
+        return count;
+    };
+    if (walk(PropertyList::parse(bytes).toVariant()) > PropertyList::kMaxNodes)
+        std::abort();
+}
+
+void keyedArchive(const QByteArray &bytes)
+{
+    const KeyedArchive archive(bytes);
+    archive.decode(archive.root());
+}
+
+void typedStream(const QByteArray &bytes)
+{
+    AttributedText::decode(bytes);
+    AttributedText::salvage(bytes);
+}
+
+NoteText::Inset inset(const QString &identifier, const QString &type)
+{
+    return { identifier + type, identifier.size() % 2 == 0 };
+}
+
+void note(const QByteArray &bytes)
+{
+    NoteText::read(bytes, inset);
+    NoteText::readBody(bytes, inset);
+}
+
+void noteTable(const QByteArray &bytes)
+{
+    if (const auto table = NoteTable::read(bytes, inset))
+        table->text();
+}
+
+void manifestMbdb(const QByteArray &bytes)
+{
+    const QString inMemory = u"/dev/shm"_s;
+    static QTemporaryFile file((QDir(inMemory).exists() ? inMemory : QDir::tempPath())
+                               + u"/fuzz-XXXXXX"_s);
+    if (!file.open() || !file.resize(0) || file.write(bytes) != bytes.size() || !file.flush())
+        std::abort();
+    Result<std::unique_ptr<ManifestMbdb>> index = ManifestMbdb::open(file.fileName());
+    FileIndex files;
+    if (!index || !index.value()->load(files, {}))
+        return;
+    for (FileIndex::Row row = 0; row < files.count(); ++row)
+        index.value()->record(files.recordKey(row)).extendedAttributes();
+}
+
+void indexRecord(const QByteArray &bytes)
+{
+    FileRecord::parse(bytes).extendedAttributes();
+}
+
+void keybag(const QByteArray &bytes)
+{
+    Keybag::parse(bytes);
+}
+
+void heif(const QByteArray &bytes)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    HeifStructure structure(buffer);
+    if (structure.isSafe())
+        structure.hevcPicture();
+}
+
+void jpeg(const QByteArray &bytes)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    JpegScans::read(buffer);
+}
+
+void vCard(const QByteArray &bytes)
+{
+    vCardText(bytes, "FN");
+    vCardTexts(bytes, "TEL");
+}
+
+void repeatRule(const QByteArray &bytes)
+{
+    RepeatRule rule;
+    rule.frequency = bytes.size() % 5;
+    rule.specifier = QString::fromUtf8(bytes);
+    rule.sentence();
+}
+
+const std::map<std::string, Parser> kParsers {
+    { "heif", heif },
+    { "index-record", indexRecord },
+    { "jpeg", jpeg },
+    { "keybag", keybag },
+    { "keyed-archive", keyedArchive },
+    { "manifest-mbdb", manifestMbdb },
+    { "note", note },
+    { "note-table", noteTable },
+    { "property-list", propertyList },
+    { "repeat-rule", repeatRule },
+    { "typed-stream", typedStream },
+    { "vcard", vCard },
+};
+
+Parser parser = nullptr;
+
+} // namespace
+
+// The parser whose name the environment variable PARSER holds; without one it lists them.
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
+{
+    const auto found = kParsers.find(qgetenv("PARSER").toStdString());
+    if (found == kParsers.end()) {
+        for (const auto &entry : kParsers)
+            std::puts(entry.first.c_str());
+        std::exit(0); // NOLINT(concurrency-mt-unsafe): there is one thread
+    }
+    parser = found->second;
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    parser(QByteArray(reinterpret_cast<const char *>(data), qsizetype(size)));
+    return 0;
+}
