@@ -4,6 +4,7 @@
 #include "cli/Program.h"
 #include "sample/BackupWriter.h"
 #include "sample/SampleBackup.h"
+#include "sample/WhatsappShowcase.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -49,9 +50,9 @@ private:
         const QStringList pages = dir.entryList({ u"*.html"_s });
         return pages.size() == 1 ? dir.filePath(pages.first()) : QString();
     }
-    QString database(const QString &path) const
+    QString database(const QString &path, const QString &domain = u"HomeDomain"_s) const
     {
-        const QString id = Sample::BackupWriter::fileId(u"HomeDomain"_s, path);
+        const QString id = Sample::BackupWriter::fileId(domain, path);
         return m_temp.filePath(u"backup/%1/%2"_s.arg(id.first(2), id));
     }
     void shoot(const QString &name)
@@ -89,7 +90,11 @@ void tst_LinkPages::callsLookAsTheyShould()
     QVERIFY2(m_browser.open(path, window), qPrintable(m_browser.error()));
     QCOMPARE(pageFaults(m_browser, QFileInfo(path).path(), 0), QString());
     const QJsonArray lines = m_browser.evaluate(kLinesOfDates).toArray();
-    QCOMPARE(lines.size(), Sample::Options().calls);
+    const auto withWhatsapp =
+        sqliteRows(database(u"CallHistory.sqlite"_s, Sample::whatsappDomain()),
+                   "SELECT Z_PK FROM ZWACDCALLEVENT");
+    QVERIFY(!withWhatsapp.isEmpty());
+    QCOMPARE(lines.size(), Sample::Options().calls + withWhatsapp.size());
     for (const QJsonValue &count : lines)
         QCOMPARE(count.toInt(), 1);
     shoot(u"calls-"_s + QLatin1StringView(QTest::currentDataTag()));

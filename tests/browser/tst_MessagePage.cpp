@@ -41,15 +41,17 @@ int boxesOf(const QString &text, int files)
 //! What the database says that the page has to show.
 Sides wantedSides(const QString &database)
 {
-    // A reaction counts when it is the last one of that person to that message, and no withdrawal.
-    const auto rows = sqliteRows(
-        database,
-        "SELECT is_from_me, service, ifnull(text, ''), (SELECT count(*) FROM "
-        "message_attachment_join j JOIN attachment a ON a.ROWID = j.attachment_id WHERE "
-        "j.message_id = m.ROWID AND a.hide_attachment = 0) FROM message m WHERE "
-        "associated_message_type = 0 OR (associated_message_type < 3000 AND NOT EXISTS (SELECT 1 "
-        "FROM message n WHERE n.associated_message_guid = m.associated_message_guid AND "
-        "n.handle_id = m.handle_id AND n.date > m.date))");
+    // A reaction or a vote counts when it is the last one of that person to that message, and no
+    // withdrawal.
+    const auto rows =
+        sqliteRows(database,
+                   "SELECT is_from_me, service, ifnull(text, ''), (SELECT count(*) FROM "
+                   "message_attachment_join j JOIN attachment a ON a.ROWID = j.attachment_id WHERE "
+                   "j.message_id = m.ROWID AND a.hide_attachment = 0) FROM message m WHERE "
+                   "associated_message_type = 0 OR (associated_message_type / 1000 <> 3 AND NOT "
+                   "EXISTS (SELECT 1 "
+                   "FROM message n WHERE n.associated_message_guid = m.associated_message_guid AND "
+                   "n.handle_id = m.handle_id AND n.date > m.date))");
     Sides sides;
     for (const QByteArrayList &row : rows) {
         const int boxes = boxesOf(QString::fromUtf8(row.value(2)), row.value(3).toInt());
