@@ -45,9 +45,15 @@ table { width:100%; border-spacing:0; }
 td, th { padding:8px 14px; text-align:left; overflow-wrap:anywhere; }
 th { background:#e5e4e4; color:#353535; }
 tr.grey td { background:#f8f8f8; }
-.n { text-align:right; white-space:nowrap; }
+.n { text-align:right; }
+td.n { white-space:nowrap; }
 .rd { color:#e61010; }
 a { color:#2f6db0; }
+@media (max-width:600px) {
+  body { margin:0; font-size:13px; }
+  td, th { padding:8px 4px; }
+  th { overflow-wrap:normal; }
+}
 </style>
 )";
 
