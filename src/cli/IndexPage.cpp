@@ -53,6 +53,7 @@ a { color:#2f6db0; }
   body { margin:0; font-size:13px; }
   td, th { padding:8px 4px; }
   th { overflow-wrap:normal; }
+  table:first-of-type tr > :last-child { display:none; } /* the type leads to its folder, too */
 }
 </style>
 )";
