@@ -26,7 +26,7 @@ public:
     /*!
         Writes index.html: in place of that of an earlier export, but beside a file of somebody
         else's, as "index (2).html". \return 0, or the system's error number when it could not be
-       written.
+        written.
     */
     int write();
 

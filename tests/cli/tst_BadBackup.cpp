@@ -37,6 +37,13 @@ Spoil rewrite(const QString &name, const QByteArray &content)
     return [=](const QString &root) { Files::write(root + u'/' + name, content); };
 }
 
+// Sentences that were put into others keep their full stops; the program writes "…" for an
+// ellipsis.
+bool hasDoubledStop(const Result &result)
+{
+    return result.err.contains("..") || result.out.contains("..");
+}
+
 } // namespace
 
 //! Folders that are no backup, or a broken one: each has its message and its exit code.
@@ -101,6 +108,7 @@ void tst_BadBackup::refusesWhatIsNoBackup()
         const Result result = run(arguments);
         QCOMPARE(result.exitCode, 10);
         QVERIFY2(result.err.startsWith("Error: "), result.err.constData());
+        QVERIFY2(!hasDoubledStop(result), result.err.constData());
         QVERIFY2(result.err.contains(named.toUtf8()), result.err.constData());
         QCOMPARE(result.json().value(u"status"_s).toString(), u"no-backup"_s);
         QVERIFY(!QFileInfo::exists(dir.filePath(u"out"_s)));
@@ -123,6 +131,10 @@ void tst_BadBackup::exportsInSpiteOf_data()
         const QString file = QString::fromLatin1(name);
         QTest::addRow("no %s", name)
             << Spoil([file](const QString &root) { remove(root + u'/' + file); });
+        QTest::addRow("a folder for %s", name) << Spoil([file](const QString &root) {
+            remove(root + u'/' + file);
+            QDir().mkpath(root + u'/' + file);
+        });
         QTest::addRow("empty %s", name) << rewrite(file, {});
         QTest::addRow("garbage %s", name) << rewrite(file, noise(2, 3000));
         QTest::addRow("%s that is a list", name) << rewrite(file, wrongShape);
@@ -143,6 +155,7 @@ void tst_BadBackup::exportsInSpiteOf()
 
     const Result result = run({ root, output });
     QVERIFY2(result.exitCode == 0 || result.exitCode == 3, result.err.constData());
+    QVERIFY2(!hasDoubledStop(result), result.err.constData());
     ExpectedFiles found = filesBelow(output);
     found.remove(u"export-report.csv"_s);
     QCOMPARE(difference(found, expected), QString());
@@ -178,6 +191,7 @@ void tst_BadBackup::exportsInSpiteOfADamagedDatabase()
 
     const Result result = run({ dir.filePath(u"backup"_s), dir.filePath(u"out"_s) });
     QVERIFY2(result.exitCode == 0 || result.exitCode == 3, result.err.constData());
+    QVERIFY2(!hasDoubledStop(result), result.err.constData());
     QVERIFY2(result.err.contains(path.section(u'/', -1).toUtf8()), result.err.constData());
     QCOMPARE(QFileInfo::exists(dir.filePath(u"out/export-report.csv"_s)), result.exitCode == 3);
     ExpectedFiles found = filesBelow(dir.filePath(u"out"_s));
@@ -204,6 +218,7 @@ void tst_BadBackup::survivesAnIndexCutAnywhere()
     const Result result = run({ root, dir.filePath(u"out"_s) });
     // What can be read may be exported, but never as if it were all.
     QVERIFY2(result.exitCode == 10 || result.exitCode == 3, result.err.constData());
+    QVERIFY2(!hasDoubledStop(result), result.err.constData());
     QVERIFY2(result.err.contains("Manifest.db"), result.err.constData());
 }
 
@@ -297,6 +312,7 @@ void tst_BadBackup::exportsTheRestOfADamagedMedium()
 
     QFETCH(QByteArray, named);
     QTEST(result.exitCode, "exitCode");
+    QVERIFY2(!hasDoubledStop(result), result.err.constData());
     QVERIFY2(result.err.contains(named), result.err.constData());
     const bool isTold =
         result.err.contains("Input/output error") || result.err.contains("disk I/O error");

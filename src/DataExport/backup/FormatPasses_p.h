@@ -50,7 +50,7 @@ public:
         m_isOver = !m_progress.finish() || (!ok && !isHardened());
     }
 
-    //! Whether pages are hardened, and so need not be byte for byte what they always were.
+    //! Whether pages are hardened: made for the browsers of today, at the price of other bytes.
     bool isHardened() const { return m_exporter && m_exporter->isHardened(); }
 
     //! Whether every format that was started succeeded.

@@ -30,7 +30,7 @@ public:
     struct Fault
     {
         Cause cause = Cause::Target; //!< Where it lies.
-        QString reason; //!< A sentence for a person.
+        QString reason; //!< Whole sentences for a person, full stops included.
         int systemError = 0; //!< The system's error number (ENOSPC, EACCES, …); 0: none is known.
     };
 

@@ -25,7 +25,7 @@ struct Style
 QString styleElement(const Style &style);
 
 /*!
-    One more, for pages that need not be what they always were: words are broken only where one is
+    One more, for hardened pages: words are broken only where one is
     longer than a line; a picture in a bubble is no wider than its text, which goes below a picture
     that leaves it no room.
 */

@@ -57,7 +57,7 @@ public:
         Opens \a file for reading and leaves its access time as it is, where the system grants that.
         Only regular files open: a folder, a pipe or a device does not.
         \return false when it could not be opened; \a file's errorString() says why, \a why (may be
-        null) gets the same text also for what is no regular file.
+        null) gets the same text, without a full stop, also for what is no regular file.
     */
     static bool openForReading(QFile &file, QString *why = nullptr);
 

@@ -143,7 +143,7 @@ qint64 NativeFile::sizeBytes(const QString &path)
 
 QString NativeFile::errorString() const
 {
-    return m_error == kNotRegular ? DataExport::tr("It is not a regular file.")
+    return m_error == kNotRegular ? DataExport::tr("it is not a regular file")
                                   : qt_error_string(m_error);
 }
 

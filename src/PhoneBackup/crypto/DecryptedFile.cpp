@@ -124,7 +124,7 @@ bool DecryptedFile::fill()
     if (got > 0
         && EVP_DecryptUpdate(m_context.get(), m_plain.get(), &m_size, m_cipher.get(), int(got))
             != 1) {
-        setErrorString(DataExport::tr("It could not be decrypted."));
+        setErrorString(DataExport::tr("it could not be decrypted"));
         return false;
     }
     if (m_left == 0)

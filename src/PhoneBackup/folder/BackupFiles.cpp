@@ -199,16 +199,16 @@ Result<bool> BackupFiles::decryptManifest(DatabaseFiles &files)
         return false;
     if (m_folder.indexKey().isEmpty() || stored.read(kDatabaseMagic.size()) == kDatabaseMagic)
         return false;
-    const auto notReadable = [&](const QString &why) {
+    const auto damaged = [&](const QString &why) {
         return Error { Fault::Corrupt,
                        files.path,
-                       tr("The index “Manifest.db” is encrypted and cannot be read: %1 Copy the "
+                       tr("The index “Manifest.db” is encrypted and cannot be read. %1 Copy the "
                           "backup again from where it was made, or make a new one.")
                            .arg(why) };
     };
     const Result<Secret> key = m_keys->unwrap(m_folder.indexKey());
     if (!key)
-        return notReadable(key.error().what);
+        return damaged(key.error().what);
     qint64 bytes = 0;
     for (const QString &path : { files.path, files.walPath, files.journalPath })
         bytes += path.isEmpty() ? 0 : QFileInfo(path).size();
@@ -218,14 +218,14 @@ Result<bool> BackupFiles::decryptManifest(DatabaseFiles &files)
     const QString target = place.value() + "/copy.db"_L1;
     DecryptedFile plain(files.path, key.value(), {});
     if (!plain.open(QIODevice::ReadOnly))
-        return notReadable(plain.errorString());
+        return damaged(notReadable(plain.errorString()));
     const Result<> copied = PrivateFolder::copy(plain, files.name, target, m_keepGoing);
     if (!copied)
         return copied.error();
     QFile result(target);
     if (!CCommonUtils::openForReading(result)
         || result.read(kDatabaseMagic.size()) != kDatabaseMagic)
-        return notReadable(tr("It is damaged."));
+        return damaged(tr("It is damaged."));
     // A log beside it is of the computer's making, and not encrypted.
     for (const auto &[companion, suffix] :
          { std::pair(&files.walPath, "-wal"_L1), std::pair(&files.journalPath, "-journal"_L1) }) {

@@ -59,7 +59,7 @@ public:
     /*!
         Path of the content file \a id: in the folder of its first two digits, else in the backup
         folder itself, else where it should be. Empty when a symbolic link stands in its place, or
-       in that of its folder: what a link leads to is no part of the backup.
+        in that of its folder: what a link leads to is no part of the backup.
     */
     QString contentPath(const FileIndex::Id &id) const;
 

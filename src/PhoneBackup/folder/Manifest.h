@@ -22,7 +22,7 @@ public:
     //! What load() met that did not stop it.
     struct Findings
     {
-        QString damage; //!< For a person; empty when every row was read.
+        QString damage; //!< A sentence for a person; empty when every row was read.
         int unnamed = 0; //!< Rows whose identifier was none; that of their path was taken.
         int unknownKind = 0; //!< Rows that are no file, folder or link.
     };

@@ -29,11 +29,20 @@ FileIndex::Kind kindOf(qint64 flags)
     }
 }
 
-QString notReadable(const QString &why)
+QString withAdvice(const QString &sentence)
 {
-    return tr("The index “Manifest.db” is damaged: %1. Copy the backup again from where it was "
-              "made, or make a new one.")
-        .arg(why);
+    return sentence + u' ' + tr("Copy the backup again from where it was made, or make a new one.");
+}
+
+// Whole sentences stay as they are.
+QString notReadable(const Error &error)
+{
+    return withAdvice(tr("The index “Manifest.db” is damaged.") + u' ' + error.what);
+}
+
+QString damageSentence(const QString &why)
+{
+    return tr("The index “Manifest.db” is damaged: %1.").arg(why);
 }
 
 } // namespace
@@ -51,7 +60,7 @@ Result<std::unique_ptr<ManifestDb>> ManifestDb::open(const DatabaseFiles &files,
     if (!database) {
         Error error = database.error();
         if (error.fault == Fault::Corrupt)
-            error.what = notReadable(error.what);
+            error.what = notReadable(error);
         return error;
     }
     return std::unique_ptr<ManifestDb>(new ManifestDb(database.take()));
@@ -73,14 +82,14 @@ Result<Manifest::Findings> ManifestDb::load(FileIndex &index,
         "ORDER BY rowid"_s;
     Result<Statement> forward = m_database.prepare(select);
     if (!forward) {
-        return Error { Fault::Corrupt, m_database.path(), notReadable(forward.error().what) };
+        return Error { Fault::Corrupt, m_database.path(), notReadable(forward.error()) };
     }
     qint64 lastKey = std::numeric_limits<qint64>::min();
     forward.value().bind(1, lastKey);
     Outcome outcome = scan(forward.value(), false, lastKey, index, keepGoing);
     if (outcome == Outcome::Broken) {
         // A damaged page hides what follows it; the rows behind it are reached from the end.
-        m_findings.damage = m_error;
+        m_findings.damage = damageSentence(m_error);
         Result<Statement> backward = m_database.prepare(select + " DESC"_L1);
         if (backward) {
             qint64 firstKey = std::numeric_limits<qint64>::max();
@@ -92,7 +101,7 @@ Result<Manifest::Findings> ManifestDb::load(FileIndex &index,
     if (outcome == Outcome::Stopped)
         return Error { Fault::Cancelled, m_database.path(), tr("Stopped on request.") };
     if (index.count() == 0 && outcome == Outcome::Broken)
-        return Error { Fault::Corrupt, m_database.path(), notReadable(m_error) };
+        return Error { Fault::Corrupt, m_database.path(), withAdvice(damageSentence(m_error)) };
     if (m_findings.damage.isEmpty())
         m_findings.damage = m_database.damage();
     index.sort();

@@ -190,8 +190,9 @@ Result<Manifest::Findings> ManifestMbdb::load(FileIndex &index,
         const MbdbRecord record = readRecord(cursor, false);
         if (!isPossible(record, cursor)) {
             const qsizetype next = nextRecord(bytes, position + 1);
-            findings.damage = next < bytes.size() ? tr("entries of it cannot be read")
-                                                  : tr("it ends in the middle of an entry");
+            findings.damage = next < bytes.size()
+                ? tr("Entries of the index “Manifest.mbdb” cannot be read.")
+                : tr("The index “Manifest.mbdb” ends in the middle of an entry.");
             position = next;
             continue;
         }

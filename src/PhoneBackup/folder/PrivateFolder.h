@@ -43,8 +43,8 @@ public:
 
     /*!
         Copies the file \a source, which messages call \a name, to the new file \a target, which
-       must lie in this folder. Only bytes are copied; a failed copy is removed. Fault::Io when \a
-       source cannot be read, Fault::TemporaryFolder when \a target cannot be written.
+        must lie in this folder. Only bytes are copied; a failed copy is removed. Fault::Io when \a
+        source cannot be read, Fault::TemporaryFolder when \a target cannot be written.
     */
     static Result<> copy(const QString &source, const QString &name, const QString &target);
 

@@ -23,7 +23,7 @@ enum class Fault {
     Cancelled, //!< The caller asked to stop.
 };
 
-//! A fault, where it lies, and a sentence for a person: what is wrong and what to do.
+//! A fault, where it lies, and whole sentences for a person: what is wrong and what to do.
 struct Error
 {
     Fault fault;

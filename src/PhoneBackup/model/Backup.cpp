@@ -82,10 +82,9 @@ void Backup::Private::describeFindings()
     if (!findings.damage.isEmpty()) {
         source.addProblem({ kWholeBackup,
                             index,
-                            tr("The index of the backup is damaged (%1). Files that it no longer "
-                               "names cannot be exported. Copy the backup again from where it was "
-                               "made.")
-                                .arg(findings.damage),
+                            findings.damage + u' '
+                                + tr("Files that the index no longer names cannot be exported. "
+                                     "Copy the backup again from where it was made."),
                             true });
     }
     if (findings.unnamed > 0) {

@@ -20,7 +20,7 @@ struct Problem
 {
     int dataType = -1; //!< Code of the data type that it belongs to, -1 for the backup as a whole.
     QString source; //!< What could not be read: domain and path, or a file of the folder.
-    QString what; //!< A sentence for a person.
+    QString what; //!< Whole sentences for a person.
     bool loss = true; //!< false: a warning; everything that is there is exported all the same.
     bool absent = false; //!< No fault at all: backups of this kind never hold it.
     Fault fault = Fault::Corrupt; //!< What kind of fault it is.

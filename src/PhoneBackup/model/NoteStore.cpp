@@ -448,10 +448,8 @@ private:
                 && addRendering(*draft, attachment);
             const bool hasFile = !medium.identifier.isEmpty() || attachment.isKeptAsRendering();
             if (hasFile && !hasMedium && !hasRendering && !attachment.isDeleted) {
-                reportFile(*draft,
-                           attachment,
-                           tr("The file is not in the backup; it may be in the cloud only."),
-                           true);
+                reportFile(
+                    *draft, attachment, tr("The file was never downloaded to the phone."), true);
             }
         }
     }
@@ -525,14 +523,16 @@ private:
     void reportFile(const Draft &draft,
                     const NoteAttachment &attachment,
                     const QString &what,
-                    bool isLoss) const
+                    bool neverDownloaded) const
     {
-        m_source.addProblem({ kNoteFiles,
-                              u"%1/%2 (%3)"_s.arg(draft.note.title,
-                                                  m_attachments.label(attachment),
-                                                  QString::number(attachment.key)),
-                              what,
-                              isLoss });
+        Problem problem { kNoteFiles,
+                          u"%1/%2 (%3)"_s.arg(draft.note.title,
+                                              m_attachments.label(attachment),
+                                              QString::number(attachment.key)),
+                          what };
+        problem.loss = false;
+        problem.neverDownloaded = neverDownloaded;
+        m_source.addProblem(problem);
     }
 
     Source &m_source;

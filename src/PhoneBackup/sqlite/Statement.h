@@ -59,7 +59,7 @@ public:
     //! The bytes of a text or blob, valid until the next step() or reset().
     QByteArrayView bytes(int column) const;
 
-    //! Why step() failed, for a person.
+    //! Why step() failed, to be put into a sentence: it has no full stop.
     QString error() const;
 
 private:

@@ -370,11 +370,11 @@ void tst_Notes::readsFiles()
                            u"Other/other.png"_s,
                            u"Other/stray.png"_s }));
     QCOMPARE(fixture.problems(),
-             QStringList({ u"18 Title/[Picture: b.png] (31) (loss)"_s,
+             QStringList({ u"18 Title/[Picture: b.png] (31) (never downloaded)"_s,
                            u"18 Title/[Picture: secret.png] (34)"_s,
                            u"18 Title/[Drawing] (39)"_s,
-                           u"18 Title/[Drawing] (51) (loss)"_s,
-                           u"18 Two/three/[Scan] (64) (loss)"_s }));
+                           u"18 Title/[Drawing] (51) (never downloaded)"_s,
+                           u"18 Two/three/[Scan] (64) (never downloaded)"_s }));
     QStringList generations;
     for (const BkAbstractItem *item : fixture.open()->getBkData(kNoteFiles)->recoverFileList()) {
         const auto *file = dynamic_cast<const BkFileItem *>(item);
