@@ -25,7 +25,7 @@ struct Problem
     bool absent = false; //!< No fault at all: backups of this kind never hold it.
     Fault fault = Fault::Corrupt; //!< What kind of fault it is.
     int systemError = 0; //!< As Error::systemError.
-    bool neverDownloaded = false; //!< No fault: the phone had left the file \c source in the cloud.
+    bool neverDownloaded = false; //!< No fault: the phone itself does not have the file \c source.
     qint64 row = 0; //!< Keeps apart what has one name.
 };
 

@@ -42,6 +42,11 @@ QList<MessageAttachment> CurrentMessages::attachmentsOf(qint64 row)
     return m_attachments.of(row);
 }
 
+bool CurrentMessages::isExpired(qint64 row)
+{
+    return m_reader.isExpired(row);
+}
+
 QList<qint64> CurrentMessages::attachmentRows()
 {
     return m_attachments.rows();

@@ -20,6 +20,7 @@ public:
     bool read(const Conversation &conversation, ConversationContent &content) override;
     QDateTime dateOf(qint64 row) override;
     QList<MessageAttachment> attachmentsOf(qint64 row) override;
+    bool isExpired(qint64 row) override;
     QList<qint64> attachmentRows() override;
     MessageAttachment attachment(qint64 row) override;
 

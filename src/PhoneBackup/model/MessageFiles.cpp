@@ -66,7 +66,7 @@ private:
                 conversation.deleted.cbegin(), conversation.deleted.cend(), message);
             for (const MessageAttachment &attachment : attachments) {
                 m_attached.insert(attachment.row);
-                add(attachment, isDeleted);
+                add(attachment, isDeleted, message);
             }
         }
     }
@@ -110,14 +110,14 @@ private:
         m_group = m_other;
     }
 
-    void add(const MessageAttachment &attachment, bool isDeleted)
+    void add(const MessageAttachment &attachment, bool isDeleted, qint64 message = 0)
     {
         const FileIndex::Row row = attachment.file;
         if (attachment.row == 0)
             return;
         if (row == FileIndex::kNone) {
             if (attachment.isForPeople)
-                reportMissing(attachment);
+                reportMissing(attachment, message);
             return;
         }
         const FileIndex &index = m_source.index();
@@ -161,14 +161,18 @@ private:
         m_data->add(entry);
     }
 
-    void reportMissing(const MessageAttachment &attachment)
+    void reportMissing(const MessageAttachment &attachment, qint64 message)
     {
         const QString name = attachment.name.isEmpty() ? attachment.guid : attachment.name;
-        const QString what = attachment.path.isEmpty()
-            ? tr("The file was never downloaded to the phone.")
-            : tr("The file “%1” is missing in the backup.").arg(attachment.path);
+        // Neither is a failure: the phone itself does not have the file.
+        const bool isLeftInCloud = attachment.path.isEmpty();
+        const bool isExpired =
+            !isLeftInCloud && message != 0 && m_messages.messages()->isExpired(message);
+        const QString what = isLeftInCloud ? tr("The file was never downloaded to the phone.")
+            : isExpired ? tr("The voice message has expired; the phone no longer has its sound.")
+                        : tr("The file “%1” is missing in the backup.").arg(attachment.path);
         Problem problem { kMessageFiles, m_groupName + u'/' + name, what };
-        problem.neverDownloaded = attachment.path.isEmpty();
+        problem.neverDownloaded = isLeftInCloud || isExpired;
         problem.loss = !problem.neverDownloaded;
         problem.row = attachment.row;
         m_source.addProblem(problem);

@@ -225,6 +225,16 @@ QDateTime MessageReader::dateOf(qint64 row)
     return message.msgDate();
 }
 
+bool MessageReader::isExpired(qint64 row)
+{
+    if (!m_prepared)
+        prepare();
+    if (!m_details)
+        return false;
+    const Details details = readDetails(row);
+    return details.isAudio && details.isExpired;
+}
+
 bool MessageReader::read(const Conversation &conversation, ConversationContent &content)
 {
     if (!m_prepared)

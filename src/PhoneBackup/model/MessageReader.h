@@ -47,6 +47,9 @@ public:
     //! When the message with the ROWID \a row was sent; invalid when that is not known.
     QDateTime dateOf(qint64 row);
 
+    //! Whether the message \a row was a spoken one whose sound the phone has deleted since.
+    bool isExpired(qint64 row);
+
 private:
     //! What few rows have, from a query of its own.
     struct Details;

@@ -18,6 +18,11 @@ std::unique_ptr<MessageSource> MessageSource::open(Source &source)
     return std::make_unique<CurrentMessages>(source, std::move(database));
 }
 
+bool MessageSource::isExpired(qint64 /*row*/)
+{
+    return false;
+}
+
 QList<qint64> MessageSource::attachmentRows()
 {
     return {};

@@ -44,6 +44,9 @@ public:
     //! The files sent in the message \a row.
     virtual QList<MessageAttachment> attachmentsOf(qint64 row) = 0;
 
+    //! Whether the message \a row was a spoken one whose sound the phone has deleted since.
+    virtual bool isExpired(qint64 row);
+
     //! The ROWIDs of all attachments, whether a message has them or not; and one of them.
     virtual QList<qint64> attachmentRows();
     virtual MessageAttachment attachment(qint64 row);

@@ -178,6 +178,10 @@ void tst_MessageFiles::exportsFiles()
         + attachment(5, 2, folder + "5/hidden.bin'", "hide_attachment = 1")
         + attachment(6, 2, folder + "6/gone.jpg'") + attachment(7, 99, folder + "7/lost.jpg'")
         + attachment(8, 2, "NULL", "transfer_name = 'never.jpg'")
+        + message(3, "NULL", "is_audio_message, expire_state", "1, 1")
+        + attachment(10, 3, folder + "10/expired.caf'")
+        + message(4, "NULL", "is_audio_message, expire_state", "1, 0")
+        + attachment(11, 4, folder + "11/kept.caf'")
         + attachment(9, 1, "'/var/mobile/Library/SMS/Parts/aa/1/1-0.jpg'")
         + "INSERT INTO message_attachment_join VALUES (50, 1), (2, 1);");
     for (const char *path : { "1/a.jpg",
@@ -205,7 +209,9 @@ void tst_MessageFiles::exportsFiles()
                            u"Other/nobody.txt"_s }));
     QCOMPARE(fixture.problems(),
              QStringList({ u"7 +15550100123/gone.jpg (loss)"_s,
-                           u"7 +15550100123/never.jpg (never downloaded)"_s }));
+                           u"7 +15550100123/never.jpg (never downloaded)"_s,
+                           u"7 +15550100123/expired.caf (never downloaded)"_s,
+                           u"7 +15550100123/kept.caf (loss)"_s }));
 }
 
 QTEST_GUILESS_MAIN(tst_MessageFiles)
