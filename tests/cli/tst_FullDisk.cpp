@@ -1,11 +1,19 @@
 #include "cli/Program.h"
 #include "cli/UsualBackup.h"
+#include "sample/CallSample.h"
+#include "sample/ContactSample.h"
 #include "sample/Database.h"
+#include "sample/MessageSample.h"
+#include "sample/NoteSample.h"
+#include "sample/SafariSample.h"
+#include "sample/WhatsappSample.h"
 #include "support/Files.h"
 
+#include <QJsonArray>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -16,6 +24,20 @@
 using namespace CliTest;
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int kBlock = 4096;
+
+// Those of \a files that lie below \a folder.
+ExpectedFiles below(const ExpectedFiles &files, const QString &folder)
+{
+    ExpectedFiles found = files;
+    found.removeIf([&folder](const auto &file) { return !file.key().startsWith(folder + u'/'); });
+    return found;
+}
+
+} // namespace
+
 //! A disk that fills up half-way, for real: a small file system of its own.
 class tst_FullDisk : public QObject
 {
@@ -25,6 +47,8 @@ private Q_SLOTS:
     void initTestCase();
     void leavesWholeFilesOnly_data();
     void leavesWholeFilesOnly();
+    void leavesWholeTextsOnly_data();
+    void leavesWholeTextsOnly();
     void refusesToStartWithoutRoom();
     void countsTheRoomForJpegs();
     void saysWhenTheDiskTurnsReadOnly();
@@ -33,13 +57,16 @@ private Q_SLOTS:
     void cleanup();
 
 private:
+    void writeTexts();
     bool mountDisk(const QString &options);
     QString disk() const { return m_dir.filePath(u"disk"_s); }
     QString output() const { return m_dir.filePath(u"disk/out"_s); }
     QString backup() const { return m_dir.filePath(u"backup"_s); }
+    QString texts() const { return m_dir.filePath(u"texts"_s); }
 
     QTemporaryDir m_dir;
     ExpectedFiles m_expected;
+    ExpectedFiles m_expectedTexts;
 };
 
 void tst_FullDisk::initTestCase()
@@ -51,6 +78,23 @@ void tst_FullDisk::initTestCase()
     m_expected = writeUsualBackup(backup());
     QVERIFY(!m_expected.isEmpty());
     QVERIFY(QDir().mkpath(disk()));
+    writeTexts();
+}
+
+void tst_FullDisk::writeTexts()
+{
+    Sample::BackupWriter writer(texts());
+    const Sample::Options options;
+    Sample::addMessages(writer, options);
+    Sample::addContacts(writer, options);
+    Sample::addWhatsapp(writer, options);
+    Sample::addNotes(writer, options);
+    Sample::addCalls(writer, options);
+    Sample::addBrowserData(writer, options);
+    QVERIFY2(writer.finish(), qPrintable(writer.error()));
+    const QString whole = m_dir.filePath(u"whole"_s);
+    run({ texts(), whole });
+    m_expectedTexts = filesBelow(whole);
 }
 
 bool tst_FullDisk::mountDisk(const QString &options)
@@ -100,6 +144,78 @@ void tst_FullDisk::leavesWholeFilesOnly()
     }
     QCOMPARE(result.json().value(u"exported"_s).toInt(), static_cast<int>(found.size()));
     QVERIFY(found.size() < m_expected.size());
+}
+
+void tst_FullDisk::leavesWholeTextsOnly_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<int>("blocks"); // 0: the disk is large, but not for the longest file
+    const QList<std::pair<QString, QString>> types {
+        { u"messages"_s, u"Messages"_s },  { u"contacts"_s, u"Contacts"_s },
+        { u"whatsapp"_s, u"WhatsApp"_s },  { u"notes"_s, u"Notes"_s },
+        { u"calls"_s, u"Call History"_s }, { u"safari"_s, u"Safari"_s }
+    };
+    for (const auto &[type, folder] : types) {
+        int needed = 0;
+        for (const ExpectedFile &file : below(m_expectedTexts, folder))
+            needed += int((file.content.size() + kBlock - 1) / kBlock);
+        QVERIFY(needed > 1);
+        for (const int blocks : QSet<int> { 0, 1, 2, needed / 2, needed - 1 })
+            QTest::addRow("%s, %d blocks", qPrintable(type), blocks) << type << folder << blocks;
+    }
+}
+
+void tst_FullDisk::leavesWholeTextsOnly()
+{
+    QFETCH(QString, type);
+    QFETCH(QString, folder);
+    QFETCH(int, blocks);
+    QVERIFY2(mountDisk(blocks > 0 ? u"size=%1"_s.arg(blocks * kBlock) : u"size=10m"_s),
+             std::strerror(errno));
+    const ExpectedFiles expected = below(m_expectedTexts, folder);
+    qsizetype longest = 0;
+    for (const ExpectedFile &file : expected)
+        longest = std::max(longest, file.content.size());
+    const auto limit = [blocks, longest] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit size { rlim_t(longest - 1), rlim_t(longest - 1) };
+        if (blocks == 0)
+            ::setrlimit(RLIMIT_FSIZE, &size);
+    };
+    const Result result =
+        run({ u"--no-space-check"_s, u"--json"_s, u"--only"_s, type, texts(), output() }, limit);
+
+    QCOMPARE(result.exitCode, blocks > 0 ? 12 : 3);
+    QVERIFY2(result.err.contains(blocks > 0 ? "is full: “" : "File too large"),
+             result.err.constData());
+    const ExpectedFiles found = below(filesBelow(output()), folder);
+    for (auto it = found.begin(); it != found.end(); ++it) {
+        QVERIFY2(expected.contains(it.key()), qPrintable(it.key()));
+        QVERIFY2(it->content == expected.value(it.key()).content, qPrintable(it.key()));
+    }
+    for (const QString &path : Files::tree(disk()))
+        QVERIFY2(!path.endsWith(u".part"_s), qPrintable(path));
+    for (const auto &[name, end] :
+         { std::pair(u"index.html"_s, "</html>\n"), std::pair(u"export-report.csv"_s, "\r\n") }) {
+        const QString path = output() + u'/' + name;
+        QVERIFY2(!QFileInfo::exists(path) || Files::read(path).endsWith(end), qPrintable(path));
+    }
+
+    for (const QJsonValue &value : result.json().value(u"types"_s).toArray()) {
+        const QJsonObject told = value.toObject();
+        const int items = told.value(u"items"_s).toInt();
+        const int exported = told.value(u"exported"_s).toInt();
+        if (items == 0)
+            continue;
+        // The page comes first, and tells of the items.
+        const bool hasPage = !found.keys().filter(u".html"_s).isEmpty();
+        QCOMPARE(exported, hasPage ? items : 0);
+        QVERIFY(told.value(u"state"_s).toString() != u"complete"_s
+                || found.keys() == expected.keys());
+        QCOMPARE(result.json().value(u"exported"_s).toInt(), exported);
+        QVERIFY(exported + told.value(u"failed"_s).toInt() <= items);
+    }
 }
 
 void tst_FullDisk::refusesToStartWithoutRoom()

@@ -46,7 +46,7 @@ public:
     enum class End {
         Complete, //!< Every item was tried, and what was written is in place and closed.
         Stopped, //!< The progress callback asked to stop before every item had come through.
-        Failed, //!< The output did not open, or could not be written to its end.
+        Failed, //!< It did not open, or could not be written to its end; of cards, any of them.
         NotStarted, //!< An earlier output of the same data type was the last one.
     };
 

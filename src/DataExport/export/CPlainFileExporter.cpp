@@ -34,6 +34,7 @@ bool CPlainFileExporter::itemExportBegin(const QString &itemName)
     if (openFile(itemName))
         return true;
     reportFailure(itemName, openFault());
+    setFailed();
     return false;
 }
 
@@ -55,8 +56,8 @@ bool CPlainFileExporter::exportDepends(const QByteArray & /*data*/, const QStrin
 
 bool CPlainFileExporter::itemExportEnd()
 {
-    if (m_perItem)
-        closeFile(true);
+    if (m_perItem && !closeFile(true))
+        setFailed();
     return true;
 }
 
