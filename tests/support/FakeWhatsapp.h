@@ -25,6 +25,7 @@ public:
     const QString &member() const override { return author; }
     QDateTime msgDate() const override { return date; }
     const QString &media() const override { return path; }
+    QString mediaName() const override { return fileName; }
 
     int code = 0;
     QString text;
@@ -34,6 +35,7 @@ public:
     QString author;
     QDateTime date;
     QString path;
+    QString fileName;
 };
 
 class FakeWhatsappItem : public BkWhatsappItem, public BkWhatsappChat
@@ -71,8 +73,8 @@ private:
 
 /*!
     Chats as a golden case tells them, an array of objects: values, deleted, messages. A message:
-    type, text, me, undelivered, broadcast, member, date, media (a file of the folder). Null stands
-    for a null pointer among messages.
+    type, text, me, undelivered, broadcast, member, date, media (a file of the folder), name. Null
+   stands for a null pointer among messages.
 */
 namespace WhatsappFromJson {
 
@@ -106,6 +108,7 @@ inline Items load(const QString &folder)
             const QString media = from["media"_L1].toString();
             if (!media.isEmpty())
                 message.path = folder + u'/' + media;
+            message.fileName = from["name"_L1].toString();
         }
     }
     return items;

@@ -47,6 +47,10 @@ public:
 
     //! Path of the media file on disk. Asked of messages of every type, once a pass.
     virtual const QString &media() const = 0;
+
+    //! Name of the media file for people, such as that of its copy; empty when it is not known.
+    //! Hardened tables name the file by it. Empty by default.
+    virtual QString mediaName() const;
 };
 
 #endif

@@ -89,12 +89,18 @@ bool CWhatsapp2CSVTranslate::translateDataItem(CIDataExporter *exporter, BkWhats
     for (const BkWhatsappMsg *message : chat->messages()) {
         if (!message)
             continue;
-        const QString media = mediaKind(message->type());
-        const bool hasLine = media.isEmpty() ? !message->content().isEmpty() : csv.hasAllColumns();
-        if (!hasLine)
+        const QString kind = mediaKind(message->type());
+        ChatCsv::Line line { message->msgDate(), words.of(*message), message->content(), {}, {} };
+        if (csv.hasAllColumns()) {
+            line.sender = message->isFromMe() ? QString() : message->member();
+            line.attachments = message->mediaName();
+            if (line.attachments.isEmpty())
+                line.attachments = kind;
+        } else if (!kind.isEmpty()) {
             continue;
-        const QString sender = message->isFromMe() ? QString() : message->member();
-        csv.write({ message->msgDate(), words.of(*message), message->content(), sender, media });
+        }
+        if (!line.content.isEmpty() || !line.attachments.isEmpty())
+            csv.write(line);
     }
     return true;
 }

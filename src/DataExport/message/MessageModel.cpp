@@ -28,3 +28,8 @@ BkWhatsappItem::~BkWhatsappItem() = default;
 BkWhatsappChat::~BkWhatsappChat() = default;
 
 BkWhatsappMsg::~BkWhatsappMsg() = default;
+
+QString BkWhatsappMsg::mediaName() const
+{
+    return {};
+}

@@ -46,6 +46,13 @@ QString kindName(qint64 storedType)
     }
 }
 
+// A title may well have a point in it: "Report v1.2".
+bool hasExtension(const QString &title, const QString &extension)
+{
+    return extension.isEmpty() || title.endsWith(u'.' + extension, Qt::CaseInsensitive)
+        || !QMimeDatabase().suffixForFileName(title).isEmpty();
+}
+
 class WhatsappFiles
 {
 public:
@@ -86,7 +93,8 @@ private:
             if (group < 0)
                 group = m_data->addGroup(chat.name);
             entry.group = group;
-            entry.name = nameOf(file, entry.row);
+            const QByteArrayView path = m_source.index().path(entry.row);
+            entry.name = nameOf(file, PathParts::text(PathParts::extension(path)));
             entry.date = file.date;
             entry.id = message;
             entry.deleted = chat.isRemoved;
@@ -94,31 +102,9 @@ private:
         }
     }
 
-    QString nameOf(const WhatsappSentFile &file, FileIndex::Row row) const
-    {
-        const QByteArrayView path = m_source.index().path(row);
-        return nameOf(file, PathParts::text(PathParts::extension(path)));
-    }
-
     static QString nameOf(const WhatsappSentFile &file, const QString &extension)
     {
-        if (file.storedType == kDocument && !file.item.title.isEmpty()) {
-            return hasExtension(file.item.title, extension)
-                ? OutputNames::clean(file.item.title)
-                : OutputNames::clean(file.item.title, extension);
-        }
-        const QString kind = kindName(file.storedType);
-        if (!file.date.isValid() || kind.isEmpty())
-            return {};
-        return OutputNames::clean(file.date.toLocalTime().toString(u"yyyy-MM-dd hh-mm "_s) + kind,
-                                  extension);
-    }
-
-    // A title may well have a point in it: "Report v1.2".
-    static bool hasExtension(const QString &title, const QString &extension)
-    {
-        return extension.isEmpty() || title.endsWith(u'.' + extension, Qt::CaseInsensitive)
-            || !QMimeDatabase().suffixForFileName(title).isEmpty();
+        return whatsappFileName(file.storedType, file.item.title, file.date, extension);
     }
 
     void reportMissing(const WhatsappChat &chat, const WhatsappSentFile &file)
@@ -147,6 +133,22 @@ private:
 };
 
 } // namespace
+
+QString whatsappFileName(qint64 storedType,
+                         const QString &title,
+                         const QDateTime &date,
+                         const QString &extension)
+{
+    if (storedType == kDocument && !title.isEmpty()) {
+        return hasExtension(title, extension) ? OutputNames::clean(title)
+                                              : OutputNames::clean(title, extension);
+    }
+    const QString kind = kindName(storedType);
+    if (!date.isValid() || kind.isEmpty())
+        return {};
+    return OutputNames::clean(date.toLocalTime().toString(u"yyyy-MM-dd hh-mm "_s) + kind,
+                              extension);
+}
 
 void readWhatsappFiles(Source &source, DataSets &sets)
 {

@@ -4,6 +4,8 @@
 #include "folder/BackupFiles.h"
 #include "message/BkWhatsappMsg.h"
 #include "model/Conversation.h"
+#include "model/PathParts.h"
+#include "model/WhatsappFiles.h"
 
 namespace PhoneBackup {
 
@@ -22,6 +24,8 @@ public:
     QString author;
     BackupFiles *files = nullptr; //!< Those that its media file is one of.
     FileIndex::Row mediaFile = FileIndex::kNone;
+    qint64 storedType = 0; // the app's own, with the title the name of the file
+    QString title;
     bool isPreview = false; // a small picture in the place of the file
     int code = WhatsappCode::Text;
     bool fromMe = false;
@@ -50,6 +54,14 @@ public:
         if (mediaFile != FileIndex::kNone && isWorthIt)
             m_mediaPath = files->plainPath(mediaFile);
         return m_mediaPath;
+    }
+    QString mediaName() const override
+    {
+        if (mediaFile == FileIndex::kNone || isPreview)
+            return {};
+        const QByteArrayView path = files->index().path(mediaFile);
+        return whatsappFileName(
+            storedType, title, msgDate(), PathParts::text(PathParts::extension(path)));
     }
 
 private:

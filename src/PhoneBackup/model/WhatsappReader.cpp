@@ -273,6 +273,8 @@ bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &messa
     const QString text = StoredText::cleaned(m_rows->text(kText));
     if (m_item.row != 0 && type != kLocationType)
         message.mediaFile = m_media.find(m_item.path);
+    message.storedType = type;
+    message.title = m_item.title;
     message.code = Text;
     message.text = text;
 
