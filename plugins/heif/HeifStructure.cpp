@@ -195,8 +195,10 @@ bool HeifStructure::readBoxes()
             return false;
         if (!reader.isOk() || size < static_cast<quint64>(head))
             break; // some cameras append what is no box
-        const bool isWhole = size <= static_cast<quint64>(fileSize - at);
-        const FileExtent content { at + head, static_cast<qint64>(size) - head };
+        const auto left = static_cast<quint64>(fileSize - at);
+        const bool isWhole = size <= left;
+        const auto stored = static_cast<qint64>(std::min(size, left));
+        const FileExtent content { at + head, stored - head };
         if (type == fourcc("meta")) {
             if (!isWhole || meta.at != 0)
                 return false;
@@ -207,7 +209,7 @@ bool HeifStructure::readBoxes()
         }
         if (!isWhole)
             break;
-        at += static_cast<qint64>(size);
+        at += stored;
     }
     m_isSequence = meta.at == 0;
     const FileExtent &content = m_isSequence ? movie : meta;

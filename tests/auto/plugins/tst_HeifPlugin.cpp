@@ -471,6 +471,8 @@ void tst_HeifPlugin::showsTheFirstOfASequence_data()
     const qsizetype movieAt = movie.indexOf("moov") - 4;
     QTest::newRow("two movies besides a picture")
         << upright + Heif::box("moov", "") + Heif::box("moov", "") << upright;
+    QTest::newRow("box of 2^63 bytes besides a picture")
+        << upright + QByteArray("\0\0\0\1free\x80\0\0\0\0\0\0\0", 16) << upright;
     QTest::newRow("cut movie besides a picture") << upright + movie.sliced(movieAt, 50) << upright;
     QTest::newRow("stated colours")
         << Heif::sequence(coded.data, coded.configuration + colours(9, false), size) << [&] {
