@@ -1,3 +1,4 @@
+#include "DamagedBackup.h"
 #include "crypto/Keybag.h"
 #include "export/JpegScans_p.h"
 #include "folder/FileIndex.h"
@@ -27,6 +28,13 @@ using namespace PhoneBackup;
 namespace {
 
 using Parser = void (*)(const QByteArray &);
+
+// The environment variable BACKUP names the folder.
+void backup(const QByteArray &changes)
+{
+    static const DamagedBackup folder(qEnvironmentVariable("BACKUP"));
+    folder.read(changes);
+}
 
 void propertyList(const QByteArray &bytes)
 {
@@ -130,6 +138,7 @@ void repeatRule(const QByteArray &bytes)
 }
 
 const std::map<std::string, Parser> kParsers {
+    { "backup", backup },
     { "heif", heif },
     { "index-record", indexRecord },
     { "jpeg", jpeg },
@@ -138,6 +147,7 @@ const std::map<std::string, Parser> kParsers {
     { "manifest-mbdb", manifestMbdb },
     { "note", note },
     { "note-table", noteTable },
+    { "old-messages", backup },
     { "property-list", propertyList },
     { "repeat-rule", repeatRule },
     { "typed-stream", typedStream },

@@ -1,8 +1,11 @@
 #!/usr/bin/env python3
-"""Writes a few whole inputs for each parser of fuzz-parsers: make_seeds.py FOLDER"""
+"""Writes a few whole inputs for each parser of fuzz-parsers, and messages as the phone kept them before
+system version 6 in place of those of a backup: make_seeds.py FOLDER BACKUP"""
+import contextlib
 import datetime
 import pathlib
 import plistlib
+import sqlite3
 import struct
 import sys
 
@@ -82,3 +85,36 @@ seed("jpeg",
      b"\xff\xd8\xff\xc2\0\x0b\x08\0\x10\0\x10\1\1\x11\0" + b"\xff\xda\0\x08\1\1\0\0\0\0ab" * 2 + b"\xff\xd9")
 seed("vcard", b"BEGIN:VCARD\r\nFN:Zo\xc3\xab\r\nitem1.TEL;type=CELL:+1 555\r\n 0100\r\nEND:VCARD\r\n")
 seed("repeat-rule", b"BYDAY=MO,-1FR;BYMONTH=2,3", b"D=0MO,0WE;S=-1", b"BYMONTHDAY=1,-1;BYSETPOS=2")
+
+# Changes that change nothing: the number of the database's own version.
+change = [bytes([database, 0, 0, 63, 0]) for database in range(20)]
+seed("backup", *change)
+seed("old-messages", *change[:3])
+messages = pathlib.Path(sys.argv[2]) / "3d" / "3d0d7e5fb2ce288813306e4d4636395e047a3d28"
+messages.unlink()
+with contextlib.closing(sqlite3.connect(messages)) as database:
+    database.executescript("""
+        CREATE TABLE message (ROWID INTEGER PRIMARY KEY AUTOINCREMENT, address TEXT, date INTEGER,
+            text TEXT, flags INTEGER, group_id INTEGER, subject TEXT, recipients BLOB,
+            is_madrid INTEGER, madrid_handle TEXT, madrid_roomname TEXT, madrid_flags INTEGER,
+            madrid_error INTEGER, madrid_attributedBody BLOB);
+        CREATE TABLE group_member (ROWID INTEGER PRIMARY KEY, group_id INTEGER, address TEXT);
+        CREATE TABLE madrid_chat (room_name TEXT, participants BLOB);
+        CREATE TABLE msg_pieces (ROWID INTEGER PRIMARY KEY, message_id INTEGER, data BLOB,
+            part_id INTEGER, content_type TEXT);
+        INSERT INTO group_member(group_id, address) VALUES (1, '(555) 010-0123'), (2, '28777'),
+            (2, 'bob@example.org');
+        INSERT INTO message(ROWID, address, date, text, flags, group_id) VALUES
+            (1, '+15550100123', 1300000000, 'in', 2, 1), (2, '28777', 1200000000, NULL, 2, 2);
+        INSERT INTO msg_pieces(message_id, part_id, content_type, data) VALUES
+            (2, 0, 'application/smil', '<smil><par><img src="2.jpg"/></par></smil>'),
+            (2, 1, 'text/plain; charset=utf-8', 'Look'), (2, 2, 'image/jpeg', NULL),
+            (2, 3, 'audio/amr', NULL);""")
+    names = binary(["bob@example.org", "+15550100123"])
+    database.execute("INSERT INTO message(ROWID, date, flags, recipients) VALUES (3, 1300000060, 3, ?)",
+                     [names])
+    database.execute("INSERT INTO madrid_chat VALUES ('room', ?)", [names])
+    database.execute("""INSERT INTO message(ROWID, date, flags, is_madrid, madrid_handle, madrid_roomname,
+                     madrid_flags, madrid_attributedBody) VALUES (4, 330000000, 0, 1, '28777', 'room', 1, ?)""",
+                     [(folder / "typed-stream" / "0").read_bytes()])
+    database.commit()
