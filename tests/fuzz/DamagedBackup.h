@@ -10,7 +10,7 @@
 
     The changes are a list of five bytes each: the number of a database, three bytes of offset with
     the highest first, the new value. Numbers and offsets wrap round, so that every list does
-   something.
+    something.
 */
 class DamagedBackup
 {
