@@ -1,5 +1,9 @@
 #include "backup/CBackupExporter.h"
 #include "support/FakeBackup.h"
+#include "support/FakeContact.h"
+#include "support/FakeSMS.h"
+#include "support/FakeTable.h"
+#include "support/FakeWhatsapp.h"
 #include "support/Files.h"
 #include "support/RecordingProgress.h"
 #include "support/RecordingReport.h"
@@ -11,6 +15,35 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+using Contents = QMap<QString, QByteArray>; // of files, by their paths
+
+const QByteArray kEarlier = "an earlier page";
+
+Contents contentsBelow(const QString &folder)
+{
+    Contents contents;
+    for (const QString &path : Files::tree(folder)) {
+        if (!path.endsWith(u'/'))
+            contents.insert(path, Files::read(folder + u'/' + path));
+    }
+    return contents;
+}
+
+// "Type 8: cards" for the output whose file \a path is.
+QString outputOf(const QString &path)
+{
+    const bool isPage = path.endsWith(".html"_L1) || path.contains("/image/"_L1);
+    return path.section(u'/', 0, 0)
+        + (isPage                         ? ": page"_L1
+               : path.endsWith(".csv"_L1) ? ": table"_L1
+               : path.endsWith(".vcf"_L1) ? ": cards"_L1
+                                          : ": copies"_L1);
+}
+
+} // namespace
+
 class tst_CBackupExporter : public QObject
 {
     Q_OBJECT
@@ -21,6 +54,7 @@ private Q_SLOTS:
     void walksInOrderAndWeights();
     void anEmptyBackupOnlyFinishes();
     void stopsBetweenDataTypes();
+    void stopsAtEveryCall();
     void goesOnAfterAFailedDataType();
     void liftsProtectionInDfuModeOnly_data();
     void liftsProtectionInDfuModeOnly();
@@ -115,6 +149,75 @@ void tst_CBackupExporter::stopsBetweenDataTypes()
              (QStringList { u"Type 0/"_s, u"Type 0/f0"_s, u"Type 1/"_s }));
     QCOMPARE(progress.finishes, 1);
     QCOMPARE(progress.deltas.size(), 4);
+}
+
+// What is called complete is complete, and nothing else has its final name but whole cards and
+// copies.
+void tst_CBackupExporter::stopsAtEveryCall()
+{
+    addSet(0, 2);
+    FakeContactData contacts;
+    FakeSMSData talks;
+    FakeData chats(11);
+    FakeTable notes(9);
+    FakeTable links(17);
+    FakeWhatsappItem chatItems[] { FakeWhatsappItem({ u"Bo"_s }), FakeWhatsappItem({ u"Cy"_s }) };
+    notes.columns = links.columns = QStringList { u"Title"_s, u"Text"_s };
+    for (int i = 0; i < 2; ++i) {
+        const QString name = u"Name %1"_s.arg(i);
+        contacts.addContact(name);
+        talks.addConversation(name, u"+1"_s).addChat(name);
+        chatItems[i].add(name);
+        chats.items.append(&chatItems[i]);
+        notes.addRow({ name, u"text"_s });
+        links.addRow({ name, u"http://a.org"_s });
+    }
+    m_backup->sets.insert({ { 8, &contacts }, { 6, &talks }, { 11, &chats } });
+    m_backup->sets.insert({ { 9, &notes }, { 17, &links } });
+
+    Contents whole;
+    QSet<QString> ends;
+    for (qsizetype call = 0, calls = 0; call <= calls; ++call) {
+        const QTemporaryDir output;
+        const QStringList pages = QStringList(whole.keys()).filter(u".html"_s);
+        for (const QString &page : pages)
+            QVERIFY(Files::write(output.filePath(page), kEarlier));
+        RecordingProgress progress;
+        if (call > 0)
+            progress.stopAtCall = call;
+        RecordingReport report;
+        CBackupExporter exporter;
+        exporter.setHardened(true);
+        exporter.setReport(&report);
+        QVERIFY(exporter.exportBackup(m_backup.get(), QDir(output.path()), &progress));
+        const Contents found = contentsBelow(output.path());
+        if (call == 0) {
+            whole = found;
+            calls = progress.deltas.size();
+            QCOMPARE(report.ends.size(), 10);
+        }
+
+        QSet<QString> cut;
+        for (auto file = whole.cbegin(); file != whole.cend(); ++file) {
+            if (found.value(file.key()) != file.value())
+                cut.insert(outputOf(file.key()));
+        }
+        QSet<QString> ended;
+        for (const QString &end : std::as_const(report.ends)) {
+            const QString which = end.section(u' ', 0, 2);
+            ended.insert(which);
+            ends.insert(end);
+            QVERIFY2(end.endsWith(" complete"_L1) != cut.contains(which), qPrintable(end));
+        }
+        for (auto file = found.cbegin(); file != found.cend(); ++file) {
+            const bool isNew =
+                ended.contains(outputOf(file.key())) && file.value() == whole.value(file.key());
+            const bool isEarlier = pages.contains(file.key()) && file.value() == kEarlier;
+            QVERIFY2(isNew || isEarlier, qPrintable(file.key()));
+        }
+    }
+    // Each output ended in each way, but those that come first always start.
+    QCOMPARE(ends.size(), 3 * 10 - 6);
 }
 
 void tst_CBackupExporter::goesOnAfterAFailedDataType()
