@@ -2,11 +2,11 @@
 // pairs, and key derivation against the crypto library's own.
 // Usage: bench_encrypted FOLDER [COUNT [SIZE [PAIRS]]]; FOLDER is made and removed, and lies on the
 // disk to be measured.
+#include "PhoneBackup/crypto/KeyDerivation.h"
+#include "PhoneItems/Backup.h"
 #include "backup/BkData.h"
 #include "backup/CBackupExporter.h"
 #include "bench/Usage.h"
-#include "crypto/KeyDerivation.h"
-#include "model/Backup.h"
 #include "sample/BackupWriter.h"
 
 #include <QCoreApplication>
@@ -68,7 +68,7 @@ Cost measured(const Work &work)
     return cost;
 }
 
-Cost exported(const PhoneBackup::Backup &backup, const QString &target)
+Cost exported(const PhoneItems::Backup &backup, const QString &target)
 {
     QDir().mkpath(target);
     const Cost cost = measured([&] {
@@ -130,8 +130,8 @@ int main(int argc, char *argv[])
     password.text = PhoneBackup::Secret(QByteArrayView(kPassword.toUtf8()));
     const bool made = makeBackup(folder + "/plain"_L1, false, count, size)
         && makeBackup(folder + "/encrypted"_L1, true, count, size);
-    const auto plain = PhoneBackup::Backup::open(folder + "/plain"_L1);
-    const auto encrypted = PhoneBackup::Backup::open(folder + "/encrypted"_L1, {}, password);
+    const auto plain = PhoneItems::Backup::open(folder + "/plain"_L1);
+    const auto encrypted = PhoneItems::Backup::open(folder + "/encrypted"_L1, {}, password);
     if (!made || !plain || !encrypted) {
         out << "The backups could not be made.\n";
         QDir(folder).removeRecursively();

@@ -1,5 +1,6 @@
 // What the messages of a backup cost, from the database to the page and the CSV file.
 // bench_export BACKUP: each pass is repeated until it has taken long enough to be told apart.
+#include "PhoneItems/Backup.h"
 #include "bench/Usage.h"
 #include "export/CHtmlExporter.h"
 #include "export/CPlainFileExporter.h"
@@ -8,7 +9,6 @@
 #include "message/BkSMSItem.h"
 #include "message/CSMS2CSVTranslate.h"
 #include "message/CSMS2HtmlTranslate.h"
-#include "model/Backup.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -91,7 +91,7 @@ int main(int argc, char *argv[])
         return 2;
     }
     const double start = Bench::cpuSeconds();
-    auto opened = PhoneBackup::Backup::open(QString::fromLocal8Bit(argv[1]));
+    auto opened = PhoneItems::Backup::open(QString::fromLocal8Bit(argv[1]));
     if (!opened) {
         std::fputs("The backup cannot be opened.\n", stderr);
         return 1;

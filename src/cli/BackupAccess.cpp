@@ -4,8 +4,9 @@
 #include "Interrupt.h"
 #include "Options.h"
 #include "PasswordSource.h"
+#include "PhoneBackup/folder/BackupFinder.h"
+#include "PhoneItems/words/Words.h"
 #include "Text.h"
-#include "folder/BackupFinder.h"
 #include "platform/CCommonUtils.h"
 
 using namespace Qt::StringLiterals;
@@ -64,7 +65,7 @@ std::variant<BackupInfo, NoChoice> chooseBackup(Console &console, const QString 
     return several(console, path, backups);
 }
 
-std::variant<std::unique_ptr<PhoneBackup::Backup>, Failure>
+std::variant<std::unique_ptr<PhoneItems::Backup>, Failure>
 openBackup(Console &console, const BackupInfo &info, const Options &options)
 {
     PasswordSource passwords(options.passwordFile, info.displayName);
@@ -79,7 +80,7 @@ openBackup(Console &console, const BackupInfo &info, const Options &options)
         } else {
             console.status(u"Reading the index of the backup …"_s);
         }
-        auto opened = PhoneBackup::Backup::open(
+        auto opened = PhoneItems::Backup::open(
             info.path, [] { return !Interrupt::requested(); }, password);
         console.clearStatus();
         if (opened) {
@@ -92,7 +93,7 @@ openBackup(Console &console, const BackupInfo &info, const Options &options)
             opened.error().fault == PhoneBackup::Fault::WrongPassword && passwords.canTryAgain();
         if (!again)
             return failureOf(opened.error());
-        console.error(opened.error().what);
+        console.error(PhoneItems::words(opened.error().what));
     }
 }
 

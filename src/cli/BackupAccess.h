@@ -2,8 +2,8 @@
 #define CLI_BACKUPACCESS_H
 
 #include "Failure.h"
-#include "folder/BackupInfo.h"
-#include "model/Backup.h"
+#include "PhoneBackup/folder/BackupInfo.h"
+#include "PhoneItems/Backup.h"
 
 #include <QList>
 #include <QString>
@@ -31,7 +31,7 @@ std::variant<PhoneBackup::BackupInfo, NoChoice> chooseBackup(Console &console, c
     Opens the backup \a info as \a options want it, and says which one it is. For an encrypted one
     the password is fetched, and asked for up to three times.
 */
-std::variant<std::unique_ptr<PhoneBackup::Backup>, Failure>
+std::variant<std::unique_ptr<PhoneItems::Backup>, Failure>
 openBackup(Console &console, const PhoneBackup::BackupInfo &info, const Options &options);
 
 //! "Anna's phone (iPhone 11, version 14.3), 2023-03-01 12:00".

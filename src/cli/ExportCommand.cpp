@@ -47,7 +47,7 @@ ExitCode runExport(Console &console, const Options &options)
     const auto opened = openBackup(console, info, options);
     if (const auto *failure = std::get_if<Failure>(&opened))
         return refuse(console, options, *failure);
-    const PhoneBackup::Backup &backup = *std::get<0>(opened);
+    const PhoneItems::Backup &backup = *std::get<0>(opened);
 
     const auto inventory = readInventory(console, backup, options.types);
     if (!inventory)

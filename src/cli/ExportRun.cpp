@@ -7,6 +7,7 @@
 #include "Interrupt.h"
 #include "NewFile.h"
 #include "Options.h"
+#include "PhoneItems/words/Words.h"
 #include "Problems.h"
 #include "SelectedBackup.h"
 #include "Text.h"
@@ -137,7 +138,7 @@ void sayFailures(Console &console, const RunReport &report, const QList<TypeOutc
 
 ExportRun::ExportRun(Console &console,
                      const Options &options,
-                     const PhoneBackup::Backup &backup,
+                     const PhoneItems::Backup &backup,
                      const Inventory &inventory,
                      const QString &output)
     : m_console(console)
@@ -197,11 +198,15 @@ void ExportRun::takeProblems()
     for (; m_problemsTaken < problems.size(); ++m_problemsTaken) {
         const PhoneBackup::Problem &problem = problems.at(m_problemsTaken);
         if (problem.neverDownloaded)
-            m_report.neverDownloaded(
-                problem.dataType, problemType(m_backup, problem), problem.source, problem.what);
+            m_report.neverDownloaded(problem.dataType,
+                                     problemType(m_backup, problem),
+                                     problem.source,
+                                     PhoneItems::words(problem.what));
         else if (problem.loss)
-            m_report.sourceLost(
-                problem.dataType, problemType(m_backup, problem), problem.source, problem.what);
+            m_report.sourceLost(problem.dataType,
+                                problemType(m_backup, problem),
+                                problem.source,
+                                PhoneItems::words(problem.what));
         else
             warnings += problem;
     }

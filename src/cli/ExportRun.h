@@ -29,7 +29,7 @@ public:
     //! \a output is the absolute path of OUTPUT, which exists.
     ExportRun(Console &console,
               const Options &options,
-              const PhoneBackup::Backup &backup,
+              const PhoneItems::Backup &backup,
               const Inventory &inventory,
               const QString &output);
 
@@ -47,7 +47,7 @@ private:
 
     Console &m_console;
     const Options &m_options;
-    const PhoneBackup::Backup &m_backup;
+    const PhoneItems::Backup &m_backup;
     const Inventory &m_inventory;
     QString m_output;
     RunReport m_report;

@@ -1,6 +1,7 @@
 #include "Failure.h"
 
 #include "Console.h"
+#include "PhoneItems/words/Words.h"
 
 using namespace Qt::StringLiterals;
 
@@ -8,21 +9,22 @@ namespace Cli {
 
 Failure failureOf(const PhoneBackup::Error &error)
 {
+    const QString what = PhoneItems::words(error.what);
     if (error.fault == PhoneBackup::Fault::Cancelled)
         return stoppedEarly();
     const bool isOfPassword = error.fault == PhoneBackup::Fault::Encrypted
         || error.fault == PhoneBackup::Fault::WrongPassword;
     if (isOfPassword) {
         return { ExitCode::Password,
-                 error.what,
+                 what,
                  {},
                  u"It is the one that was set when the encryption of backups was switched on; "
                  "letters in capitals and small ones differ."_s };
     }
     if (error.fault == PhoneBackup::Fault::TemporaryFolder)
-        return { ExitCode::Output, error.what, {}, {} };
-    Failure failure { ExitCode::NoBackup, error.what, {}, {} };
-    if (!error.path.isEmpty() && !error.what.contains(error.path))
+        return { ExitCode::Output, what, {}, {} };
+    Failure failure { ExitCode::NoBackup, what, {}, {} };
+    if (!error.path.isEmpty() && !what.contains(error.path))
         failure.details += u"  in “%1”"_s.arg(error.path);
     return failure;
 }

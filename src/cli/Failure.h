@@ -2,7 +2,7 @@
 #define CLI_FAILURE_H
 
 #include "ExitCode.h"
-#include "folder/Result.h"
+#include "PhoneBackup/base/Result.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,7 +1,7 @@
 #ifndef CLI_HIDDENINPUT_H
 #define CLI_HIDDENINPUT_H
 
-#include "crypto/Secret.h"
+#include "PhoneBackup/crypto/Secret.h"
 
 #include <QString>
 

@@ -102,7 +102,7 @@ bool isOurs(const QString &path)
 } // namespace
 
 IndexPage::IndexPage(const Outcome &outcome,
-                     const PhoneBackup::Backup &backup,
+                     const PhoneItems::Backup &backup,
                      const RunReport &report)
     : m_outcome(outcome)
     , m_sums(outcome.types)

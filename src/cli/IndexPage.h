@@ -5,7 +5,7 @@
 
 #include <QString>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 class Backup;
 }
 
@@ -21,7 +21,7 @@ class IndexPage
 {
 public:
     //! The folder \a output holds what \a outcome and \a report tell of.
-    IndexPage(const Outcome &outcome, const PhoneBackup::Backup &backup, const RunReport &report);
+    IndexPage(const Outcome &outcome, const PhoneItems::Backup &backup, const RunReport &report);
 
     /*!
         Writes index.html: in place of that of an earlier export, but beside a file of somebody
@@ -43,7 +43,7 @@ private:
 
     const Outcome &m_outcome;
     const Sums m_sums;
-    const PhoneBackup::Backup &m_backup;
+    const PhoneItems::Backup &m_backup;
     const RunReport &m_report;
     QString m_path;
 };

@@ -4,9 +4,9 @@
 #include "HeicCopies.h"
 #include "Interrupt.h"
 #include "Options.h"
+#include "PhoneItems/Backup.h"
 #include "backup/BkAbstractItem.h"
 #include "backup/BkData.h"
-#include "model/Backup.h"
 
 #include <algorithm>
 #include <array>
@@ -79,7 +79,7 @@ const TypeTotals *Inventory::find(int code) const
 }
 
 std::optional<Inventory>
-readInventory(Console &console, const PhoneBackup::Backup &backup, const QList<int> &codes)
+readInventory(Console &console, const PhoneItems::Backup &backup, const QList<int> &codes)
 {
     Inventory inventory;
     for (const int code : codes) {

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 class Backup;
 }
 
@@ -43,7 +43,7 @@ bool holdMessages(const QList<int> &codes);
 
 //! Reads the data sets \a codes of \a backup and counts. None when the user asked to stop.
 std::optional<Inventory>
-readInventory(Console &console, const PhoneBackup::Backup &backup, const QList<int> &codes);
+readInventory(Console &console, const PhoneItems::Backup &backup, const QList<int> &codes);
 
 //! Says so when messages are looked for that \a inventory, read with \a options, does not have.
 void sayWhenNothingFits(Console &console, const Options &options, const Inventory &inventory);

@@ -1,5 +1,6 @@
 #include "Json.h"
 
+#include "PhoneItems/words/Words.h"
 #include "TypeNames.h"
 
 #include <QJsonDocument>
@@ -88,7 +89,7 @@ QJsonArray problems(const QList<PhoneBackup::Problem> &problems, ProblemKind kin
     for (const PhoneBackup::Problem &problem : problems) {
         if (kindOf(problem) != kind)
             continue;
-        QJsonObject object { { u"message"_s, problem.what } };
+        QJsonObject object { { u"message"_s, PhoneItems::words(problem.what) } };
         if (kind != ProblemKind::Absence)
             object[u"source"_s] = problem.source;
         if (problem.dataType >= 0)

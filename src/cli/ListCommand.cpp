@@ -18,7 +18,7 @@ namespace Cli {
 
 namespace {
 
-QByteArray asText(const PhoneBackup::Backup &backup, const Inventory &inventory)
+QByteArray asText(const PhoneItems::Backup &backup, const Inventory &inventory)
 {
     const TypeTotals total = inventory.total();
     const bool hasMessages = total.messages > 0;
@@ -49,7 +49,7 @@ QByteArray asText(const PhoneBackup::Backup &backup, const Inventory &inventory)
     return lines.join(u'\n').toUtf8() + '\n';
 }
 
-QByteArray asJson(const PhoneBackup::Backup &backup, const Inventory &inventory, ExitCode exitCode)
+QByteArray asJson(const PhoneItems::Backup &backup, const Inventory &inventory, ExitCode exitCode)
 {
     QJsonArray types;
     for (const TypeTotals &totals : inventory.types)
@@ -80,7 +80,7 @@ ExitCode runList(Console &console, const Options &options)
     const auto opened = openBackup(console, std::get<PhoneBackup::BackupInfo>(choice), options);
     if (const auto *failure = std::get_if<Failure>(&opened))
         return refuse(console, options, *failure);
-    const PhoneBackup::Backup &backup = *std::get<0>(opened);
+    const PhoneItems::Backup &backup = *std::get<0>(opened);
 
     const auto inventory = readInventory(console, backup, options.types);
     if (!inventory)

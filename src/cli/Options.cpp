@@ -5,8 +5,8 @@
 #include "HelpFormatter.h"
 #include "Inventory.h"
 #include "Moment.h"
+#include "PhoneItems/Backup.h"
 #include "TypeNames.h"
-#include "model/Backup.h"
 
 #include <QCoreApplication>
 
@@ -175,7 +175,7 @@ std::variant<QList<int>, Failure> selectedTypes(const Raw &raw)
     const auto &wanted = std::get<0>(only);
     const auto &unwanted = std::get<0>(skip);
     QList<int> types;
-    const QList<int> offered = PhoneBackup::Backup::dataTypes();
+    const QList<int> offered = PhoneItems::Backup::dataTypes();
     for (const int code : offered) {
         if ((wanted.isEmpty() || wanted.contains(code)) && !unwanted.contains(code))
             types += code;

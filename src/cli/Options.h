@@ -2,7 +2,7 @@
 #define CLI_OPTIONS_H
 
 #include "ExitCode.h"
-#include "model/MessageFilter.h"
+#include "PhoneBackup/source/MessageFilter.h"
 
 #include <QList>
 #include <QString>

@@ -2,7 +2,7 @@
 #define CLI_PASSWORDSOURCE_H
 
 #include "Failure.h"
-#include "crypto/Secret.h"
+#include "PhoneBackup/crypto/Secret.h"
 
 #include <QString>
 

@@ -1,6 +1,7 @@
 #include "Problems.h"
 
 #include "Console.h"
+#include "PhoneItems/words/Words.h"
 #include "Text.h"
 
 #include <algorithm>
@@ -25,18 +26,18 @@ ProblemKind kindOf(const PhoneBackup::Problem &problem)
                                   : ProblemKind::Warning;
 }
 
-QStringList absences(const PhoneBackup::Backup &backup)
+QStringList absences(const PhoneItems::Backup &backup)
 {
     QStringList lines;
     const QList<PhoneBackup::Problem> problems = backup.problems();
     for (const PhoneBackup::Problem &problem : problems) {
         if (kindOf(problem) == ProblemKind::Absence)
-            lines += u"%1: %2"_s.arg(problemType(backup, problem), problem.what);
+            lines += u"%1: %2"_s.arg(problemType(backup, problem), PhoneItems::words(problem.what));
     }
     return lines;
 }
 
-std::optional<Failure> temporaryFolderFailure(const PhoneBackup::Backup &backup)
+std::optional<Failure> temporaryFolderFailure(const PhoneItems::Backup &backup)
 {
     const QList<PhoneBackup::Problem> problems = backup.problems();
     const auto found = std::find_if(problems.begin(), problems.end(), [](const auto &problem) {
@@ -54,13 +55,13 @@ qint64 neverDownloaded(const QList<PhoneBackup::Problem> &problems)
     });
 }
 
-QString problemType(const PhoneBackup::Backup &backup, const PhoneBackup::Problem &problem)
+QString problemType(const PhoneItems::Backup &backup, const PhoneBackup::Problem &problem)
 {
     return problem.dataType >= 0 ? backup.dataTypeName(problem.dataType) : u"Backup"_s;
 }
 
 void sayProblems(Console &console,
-                 const PhoneBackup::Backup &backup,
+                 const PhoneItems::Backup &backup,
                  const QList<PhoneBackup::Problem> &problems)
 {
     QList<PhoneBackup::Problem> faults;
@@ -71,9 +72,10 @@ void sayProblems(Console &console,
         });
     const QList<PhoneBackup::Problem> said = faults.first(std::min(kSaid, faults.size()));
     for (const PhoneBackup::Problem &problem : said) {
-        const bool named = problem.source.isEmpty() || problem.what.contains(problem.source);
+        const QString what = PhoneItems::words(problem.what);
+        const bool named = problem.source.isEmpty() || what.contains(problem.source);
         const QString where = named ? QString() : u" (%1)"_s.arg(problem.source);
-        console.warn(u"%1: %2%3"_s.arg(problemType(backup, problem), problem.what, where));
+        console.warn(u"%1: %2%3"_s.arg(problemType(backup, problem), what, where));
     }
     if (faults.size() > said.size())
         console.warn(u"%1 more of that kind."_s.arg(grouped(faults.size() - said.size())));

@@ -2,7 +2,7 @@
 #define CLI_PROBLEMS_H
 
 #include "Failure.h"
-#include "model/Backup.h"
+#include "PhoneItems/Backup.h"
 
 #include <QString>
 #include <QStringList>
@@ -23,13 +23,13 @@ enum class ProblemKind {
 ProblemKind kindOf(const PhoneBackup::Problem &problem);
 
 //! What backups like \a backup never hold, of what was asked for so far: "Call History: …" each.
-QStringList absences(const PhoneBackup::Backup &backup);
+QStringList absences(const PhoneItems::Backup &backup);
 
 //! The failure when something of \a backup could not be read because of the temporary folder.
-std::optional<Failure> temporaryFolderFailure(const PhoneBackup::Backup &backup);
+std::optional<Failure> temporaryFolderFailure(const PhoneItems::Backup &backup);
 
 //! Display name of what \a problem belongs to: a data type, or "Backup".
-QString problemType(const PhoneBackup::Backup &backup, const PhoneBackup::Problem &problem);
+QString problemType(const PhoneItems::Backup &backup, const PhoneBackup::Problem &problem);
 
 //! How many of the \a problems are files that were never downloaded.
 qint64 neverDownloaded(const QList<PhoneBackup::Problem> &problems);
@@ -37,7 +37,7 @@ qint64 neverDownloaded(const QList<PhoneBackup::Problem> &problems);
 //! Says the losses and warnings among the \a problems of \a backup; the first ones if they are
 //! many.
 void sayProblems(Console &console,
-                 const PhoneBackup::Backup &backup,
+                 const PhoneItems::Backup &backup,
                  const QList<PhoneBackup::Problem> &problems);
 
 } // namespace Cli

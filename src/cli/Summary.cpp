@@ -230,7 +230,7 @@ QByteArray summaryText(const Outcome &outcome)
 }
 
 QByteArray
-summaryJson(const Outcome &outcome, const PhoneBackup::Backup &backup, const RunReport &report)
+summaryJson(const Outcome &outcome, const PhoneItems::Backup &backup, const RunReport &report)
 {
     QJsonArray types;
     for (const TypeOutcome &type : outcome.types) {

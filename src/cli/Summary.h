@@ -3,8 +3,8 @@
 
 #include "ExitCode.h"
 #include "Inventory.h"
+#include "PhoneItems/Backup.h"
 #include "RunReport.h"
-#include "model/Backup.h"
 
 #include <QByteArray>
 #include <QList>
@@ -77,7 +77,7 @@ QByteArray summaryText(const Outcome &outcome);
 
 //! The same and more for a program.
 QByteArray
-summaryJson(const Outcome &outcome, const PhoneBackup::Backup &backup, const RunReport &report);
+summaryJson(const Outcome &outcome, const PhoneItems::Backup &backup, const RunReport &report);
 
 } // namespace Cli
 

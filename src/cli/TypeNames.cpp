@@ -1,6 +1,6 @@
 #include "TypeNames.h"
 
-#include "model/Backup.h"
+#include "PhoneItems/Backup.h"
 
 #include <algorithm>
 #include <array>
@@ -65,7 +65,7 @@ bool isPage(int code)
 std::optional<int> code(const QString &text)
 {
     const QString wanted = asWord(text);
-    const QList<int> offered = PhoneBackup::Backup::dataTypes();
+    const QList<int> offered = PhoneItems::Backup::dataTypes();
     const auto found = std::find_if(offered.begin(), offered.end(), [&](int candidate) {
         if (wanted == word(candidate) || wanted == QString::number(candidate))
             return true;
@@ -81,7 +81,7 @@ std::optional<int> code(const QString &text)
 QStringList words()
 {
     QStringList all;
-    const QList<int> offered = PhoneBackup::Backup::dataTypes();
+    const QList<int> offered = PhoneItems::Backup::dataTypes();
     for (const int code : offered)
         all += word(code);
     return all;

@@ -1,5 +1,6 @@
 #include "DamagedBackup.h"
 
+#include "PhoneItems/Backup.h"
 #include "backup/BkData.h"
 #include "backup/BkFileItem.h"
 #include "contact/BkContactItem.h"
@@ -12,7 +13,6 @@
 #include "message/BkWhatsappChat.h"
 #include "message/BkWhatsappItem.h"
 #include "message/BkWhatsappMsg.h"
-#include "model/Backup.h"
 
 #include <QDirIterator>
 #include <QFile>

@@ -8,7 +8,7 @@ trap 'rm -f "$actual"' EXIT
     | grep -E '^(C[A-Z]|Bk[A-Z]|Ux[A-Z]|FileProgress|OutputNames)' | LC_ALL=C sort -u >"$actual"
 [ -s "$actual" ] || { echo "no symbol at all: is this the library?"; exit 1; }
 
-private=$("$1" -DC --defined-only "$2" | grep -E ' (DataExport|PhoneBackup)::| [A-Z][A-Za-z]*_p|TextFile' || true)
+private=$("$1" -DC --defined-only "$2" | grep -E ' (DataExport|PhoneBackup|PhoneItems)::| [A-Z][A-Za-z]*_p|TextFile' || true)
 if [ -n "$private" ]; then
     printf 'private code is exported:\n%s\n' "$private"
     exit 1

@@ -1,6 +1,6 @@
-#include "crypto/ClassKeys.h"
+#include "PhoneBackup/crypto/ClassKeys.h"
 
-#include "crypto/KeyWrap.h"
+#include "PhoneBackup/crypto/KeyWrap.h"
 #include "platform/Translation_p.h"
 
 #include <QtEndian>

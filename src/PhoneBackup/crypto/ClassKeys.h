@@ -1,8 +1,8 @@
 #ifndef PHONEBACKUP_CRYPTO_CLASSKEYS_H
 #define PHONEBACKUP_CRYPTO_CLASSKEYS_H
 
-#include "crypto/Secret.h"
-#include "folder/Result.h"
+#include "PhoneBackup/base/Result.h"
+#include "PhoneBackup/crypto/Secret.h"
 
 #include <map>
 

@@ -1,4 +1,4 @@
-#include "crypto/DecryptedFile.h"
+#include "PhoneBackup/crypto/DecryptedFile.h"
 
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"

@@ -1,7 +1,7 @@
 #ifndef PHONEBACKUP_CRYPTO_DECRYPTEDFILE_H
 #define PHONEBACKUP_CRYPTO_DECRYPTEDFILE_H
 
-#include "crypto/Secret.h"
+#include "PhoneBackup/crypto/Secret.h"
 
 #include <QFile>
 #include <QIODevice>

@@ -3,7 +3,7 @@
 // makes the speed; they are still there, but the library would rather not have them called.
 #define OPENSSL_SUPPRESS_DEPRECATED
 
-#include "crypto/KeyDerivation.h"
+#include "PhoneBackup/crypto/KeyDerivation.h"
 
 #include <QtEndian>
 

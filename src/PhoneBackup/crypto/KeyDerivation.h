@@ -1,7 +1,7 @@
 #ifndef PHONEBACKUP_CRYPTO_KEYDERIVATION_H
 #define PHONEBACKUP_CRYPTO_KEYDERIVATION_H
 
-#include "crypto/Secret.h"
+#include "PhoneBackup/crypto/Secret.h"
 
 #include <functional>
 

@@ -1,4 +1,4 @@
-#include "crypto/KeyWrap.h"
+#include "PhoneBackup/crypto/KeyWrap.h"
 
 #include <openssl/err.h>
 #include <openssl/evp.h>

@@ -1,7 +1,7 @@
 #ifndef PHONEBACKUP_CRYPTO_KEYWRAP_H
 #define PHONEBACKUP_CRYPTO_KEYWRAP_H
 
-#include "crypto/Secret.h"
+#include "PhoneBackup/crypto/Secret.h"
 
 //! Keys that are kept encrypted by other keys: AES-256 key wrap (RFC 3394).
 namespace PhoneBackup::KeyWrap {

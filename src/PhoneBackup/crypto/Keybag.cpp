@@ -1,7 +1,7 @@
-#include "crypto/Keybag.h"
+#include "PhoneBackup/crypto/Keybag.h"
 
-#include "crypto/KeyDerivation.h"
-#include "crypto/KeyWrap.h"
+#include "PhoneBackup/crypto/KeyDerivation.h"
+#include "PhoneBackup/crypto/KeyWrap.h"
 #include "platform/Translation_p.h"
 
 #include <QtEndian>

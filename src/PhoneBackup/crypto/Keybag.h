@@ -1,9 +1,9 @@
 #ifndef PHONEBACKUP_CRYPTO_KEYBAG_H
 #define PHONEBACKUP_CRYPTO_KEYBAG_H
 
-#include "crypto/ClassKeys.h"
-#include "crypto/Secret.h"
-#include "folder/Result.h"
+#include "PhoneBackup/base/Result.h"
+#include "PhoneBackup/crypto/ClassKeys.h"
+#include "PhoneBackup/crypto/Secret.h"
 
 #include <QByteArray>
 #include <QList>

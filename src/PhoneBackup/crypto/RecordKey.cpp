@@ -1,4 +1,4 @@
-#include "crypto/RecordKey.h"
+#include "PhoneBackup/crypto/RecordKey.h"
 
 #include <openssl/err.h>
 #include <openssl/evp.h>

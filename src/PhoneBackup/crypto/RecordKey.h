@@ -1,7 +1,7 @@
 #ifndef PHONEBACKUP_CRYPTO_RECORDKEY_H
 #define PHONEBACKUP_CRYPTO_RECORDKEY_H
 
-#include "crypto/Secret.h"
+#include "PhoneBackup/crypto/Secret.h"
 
 #include <QByteArray>
 

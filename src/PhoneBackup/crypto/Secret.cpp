@@ -1,4 +1,4 @@
-#include "crypto/Secret.h"
+#include "PhoneBackup/crypto/Secret.h"
 
 #include <openssl/crypto.h>
 

@@ -1,9 +1,9 @@
-#include "folder/BackupFiles.h"
+#include "PhoneBackup/folder/BackupFiles.h"
 
-#include "crypto/DecryptedFile.h"
-#include "crypto/Keybag.h"
-#include "folder/ManifestDb.h"
-#include "folder/ManifestMbdb.h"
+#include "PhoneBackup/crypto/DecryptedFile.h"
+#include "PhoneBackup/crypto/Keybag.h"
+#include "PhoneBackup/folder/ManifestDb.h"
+#include "PhoneBackup/folder/ManifestMbdb.h"
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
 
@@ -182,7 +182,7 @@ Result<> BackupFiles::openManifest(const Password &password)
     if (!manifest) {
         Error error = manifest.error();
         if (error.fault == Fault::Corrupt && !m_folder.isManifestReadable())
-            error.what += u' ' + tr("Or it is encrypted: “Manifest.plist” cannot be read to tell.");
+            error.what += tr("Or it is encrypted: “Manifest.plist” cannot be read to tell.");
         return error;
     }
     if (m_keys && !decrypted.value())
@@ -199,12 +199,12 @@ Result<bool> BackupFiles::decryptManifest(DatabaseFiles &files)
         return false;
     if (m_folder.indexKey().isEmpty() || stored.read(kDatabaseMagic.size()) == kDatabaseMagic)
         return false;
-    const auto damaged = [&](const QString &why) {
+    const auto damaged = [&](const Notice &why) {
         return Error { Fault::Corrupt,
                        files.path,
                        tr("The index “Manifest.db” is encrypted and cannot be read. %1 Copy the "
                           "backup again from where it was made, or make a new one.")
-                           .arg(why) };
+                           .arg(why.ownText()) };
     };
     const Result<Secret> key = m_keys->unwrap(m_folder.indexKey());
     if (!key)
@@ -247,7 +247,7 @@ QList<BackupFiles::Remark> BackupFiles::takeRemarks()
     return std::exchange(m_remarks, {});
 }
 
-void BackupFiles::addRemark(Row row, const QString &what, bool loss, Fault fault)
+void BackupFiles::addRemark(Row row, const Notice &what, bool loss, Fault fault)
 {
     if (m_remarked.contains(row))
         return;
@@ -295,7 +295,7 @@ std::unique_ptr<QIODevice> BackupFiles::openContent(Row row)
     if (m_keys) {
         const Result<Secret> key = keyOf(row);
         if (!key)
-            return std::make_unique<NoContent>(key.error().what);
+            return std::make_unique<NoContent>(key.error().what.ownText());
         if (!key.value().isEmpty()) {
             const auto onDamage = [this, row](const QString &what) {
                 addRemark(row, what + u' ' + tr("What there is of it was taken."), true);
@@ -450,7 +450,7 @@ Result<Database> BackupFiles::openDatabase(QByteArrayView domain, const QString 
                        name,
                        tr("The file of the database “%1” is empty.").arg(name) };
     }
-    QString lost;
+    Notice lost;
     const auto companion = [&](QLatin1StringView suffix) {
         const Row found = findFile(domain, path + suffix);
         if (found == FileIndex::kNone)
@@ -478,7 +478,7 @@ Result<Database> BackupFiles::openDatabase(QByteArrayView domain, const QString 
 
 // What follows from it when the file of the log or journal is missing. One of no bytes, here
 // or on the phone, is normal: it is emptied whenever its rows have come into the database.
-QString BackupFiles::missingLog(Row row)
+Notice BackupFiles::missingLog(Row row)
 {
     if (m_folder.contentSize(m_index.id(row)) >= 0 || record(row).sizeBytes == 0)
         return {};
@@ -503,9 +503,11 @@ Result<DatabaseFiles> BackupFiles::decrypted(Row row, Row wal, Row journal)
     if (!main && main.error().fault == Fault::TemporaryFolder)
         return main.error();
     if (!main) {
-        return Error { main.error().fault,
-                       name,
-                       tr("The database “%1” cannot be read. %2").arg(name, main.error().what) };
+        return Error {
+            main.error().fault,
+            name,
+            tr("The database “%1” cannot be read. %2").arg(name, main.error().what.ownText())
+        };
     }
     for (const auto &[part, path, suffix] :
          { std::tuple(wal, &files.walPath, "-wal"_L1),

@@ -1,15 +1,16 @@
 #ifndef PHONEBACKUP_FOLDER_BACKUPFILES_H
 #define PHONEBACKUP_FOLDER_BACKUPFILES_H
 
-#include "crypto/ClassKeys.h"
-#include "folder/BackupFolder.h"
-#include "folder/FileIndex.h"
-#include "folder/FileRecord.h"
-#include "folder/Manifest.h"
-#include "folder/Password.h"
-#include "folder/PrivateFolder.h"
-#include "folder/Result.h"
-#include "sqlite/Database.h"
+#include "PhoneBackup/base/KeepGoing.h"
+#include "PhoneBackup/base/PrivateFolder.h"
+#include "PhoneBackup/base/Result.h"
+#include "PhoneBackup/crypto/ClassKeys.h"
+#include "PhoneBackup/folder/BackupFolder.h"
+#include "PhoneBackup/folder/FileIndex.h"
+#include "PhoneBackup/folder/FileRecord.h"
+#include "PhoneBackup/folder/Manifest.h"
+#include "PhoneBackup/folder/Password.h"
+#include "PhoneBackup/sqlite/Database.h"
 
 #include <QHash>
 #include <QSet>
@@ -33,13 +34,12 @@ class BackupFiles
 {
 public:
     using Row = FileIndex::Row;
-    using KeepGoing = std::function<bool()>;
 
     //! Something that was noticed of a file's content while it was read.
     struct Remark
     {
         Row row;
-        QString what;
+        Notice what;
         bool loss; //!< Whether something of the file is lost.
         Fault fault = Fault::Corrupt;
         int systemError = 0;
@@ -128,11 +128,11 @@ private:
     Result<> decryptTo(Row row, const QString &target);
     QString contentPath(Row row) const { return m_folder.contentPath(m_index.id(row)); }
     Result<Secret> keyOf(Row row);
-    void addRemark(Row row, const QString &what, bool loss, Fault fault = Fault::Corrupt);
+    void addRemark(Row row, const Notice &what, bool loss, Fault fault = Fault::Corrupt);
     void addRemark(Row row, const Error &error);
     void checkSize(Row row);
     bool isRewritten(Row row);
-    QString missingLog(Row row);
+    Notice missingLog(Row row);
 
     BackupFolder m_folder;
     KeepGoing m_keepGoing;

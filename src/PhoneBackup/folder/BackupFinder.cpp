@@ -1,7 +1,7 @@
-#include "folder/BackupFinder.h"
+#include "PhoneBackup/folder/BackupFinder.h"
 
-#include "folder/BackupFolder.h"
-#include "folder/FolderReader.h"
+#include "PhoneBackup/base/FolderReader.h"
+#include "PhoneBackup/folder/BackupFolder.h"
 #include "platform/Translation_p.h"
 
 #include <QDir>

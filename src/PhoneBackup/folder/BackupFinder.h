@@ -1,8 +1,8 @@
 #ifndef PHONEBACKUP_FOLDER_BACKUPFINDER_H
 #define PHONEBACKUP_FOLDER_BACKUPFINDER_H
 
-#include "folder/BackupInfo.h"
-#include "folder/Result.h"
+#include "PhoneBackup/base/Result.h"
+#include "PhoneBackup/folder/BackupInfo.h"
 
 #include <QList>
 

@@ -1,8 +1,8 @@
-#include "folder/BackupFolder.h"
+#include "PhoneBackup/folder/BackupFolder.h"
 
-#include "folder/FolderReader.h"
+#include "PhoneBackup/base/FolderReader.h"
+#include "PhoneBackup/plist/PropertyList.h"
 #include "platform/Translation_p.h"
-#include "plist/PropertyList.h"
 
 #include <QDir>
 #include <QFile>
@@ -192,15 +192,15 @@ void BackupFolder::readPropertyLists()
     const QDir dir(m_info.path);
     const auto read = [&](const QString &name, const QString &consequence) {
         if (isLink(name)) {
-            m_remarks.append({ name, linkText(name) + u' ' + consequence });
+            m_remarks.append({ name, Notice(linkText(name)) + consequence });
             return PropertyList();
         }
         Result<PropertyList> list = PropertyList::read(dir.filePath(name));
         if (list && list.value().isDict())
             return list.take();
-        const QString what =
-            list ? tr("“%1” is damaged: it is not a dictionary.").arg(name) : list.error().what;
-        m_remarks.append({ name, what + u' ' + consequence });
+        const Notice what = list ? Notice(tr("“%1” is damaged: it is not a dictionary.").arg(name))
+                                 : list.error().what;
+        m_remarks.append({ name, what + consequence });
         return PropertyList();
     };
     const PropertyList manifest =

@@ -1,9 +1,9 @@
 #ifndef PHONEBACKUP_FOLDER_BACKUPFOLDER_H
 #define PHONEBACKUP_FOLDER_BACKUPFOLDER_H
 
-#include "folder/BackupInfo.h"
-#include "folder/FileIndex.h"
-#include "folder/Result.h"
+#include "PhoneBackup/base/Result.h"
+#include "PhoneBackup/folder/BackupInfo.h"
+#include "PhoneBackup/folder/FileIndex.h"
 
 #include <QStringList>
 
@@ -30,7 +30,7 @@ public:
     struct Remark
     {
         QString source;
-        QString what;
+        Notice what;
     };
 
     //! Looks for an index in \a path; an error when the folder cannot be looked into.

@@ -1,4 +1,4 @@
-#include "folder/FileIndex.h"
+#include "PhoneBackup/folder/FileIndex.h"
 
 #include <QCryptographicHash>
 

@@ -1,7 +1,7 @@
-#include "folder/FileRecord.h"
+#include "PhoneBackup/folder/FileRecord.h"
 
-#include "plist/KeyedArchive.h"
-#include "plist/PropertyList.h"
+#include "PhoneBackup/plist/KeyedArchive.h"
+#include "PhoneBackup/plist/PropertyList.h"
 
 namespace PhoneBackup {
 

@@ -1,4 +1,4 @@
-#include "folder/Manifest.h"
+#include "PhoneBackup/folder/Manifest.h"
 
 namespace PhoneBackup {
 

@@ -1,9 +1,9 @@
 #ifndef PHONEBACKUP_FOLDER_MANIFEST_H
 #define PHONEBACKUP_FOLDER_MANIFEST_H
 
-#include "folder/FileIndex.h"
-#include "folder/FileRecord.h"
-#include "folder/Result.h"
+#include "PhoneBackup/base/Result.h"
+#include "PhoneBackup/folder/FileIndex.h"
+#include "PhoneBackup/folder/FileRecord.h"
 
 #include <QString>
 
@@ -22,7 +22,7 @@ public:
     //! What load() met that did not stop it.
     struct Findings
     {
-        QString damage; //!< A sentence for a person; empty when every row was read.
+        Notice damage; //!< A sentence for a person; empty when every row was read.
         int unnamed = 0; //!< Rows whose identifier was none; that of their path was taken.
         int unknownKind = 0; //!< Rows that are no file, folder or link.
     };

@@ -1,4 +1,4 @@
-#include "folder/ManifestDb.h"
+#include "PhoneBackup/folder/ManifestDb.h"
 
 #include "platform/Translation_p.h"
 
@@ -37,7 +37,7 @@ QString withAdvice(const QString &sentence)
 // Whole sentences stay as they are.
 QString notReadable(const Error &error)
 {
-    return withAdvice(tr("The index “Manifest.db” is damaged.") + u' ' + error.what);
+    return withAdvice(tr("The index “Manifest.db” is damaged.") + u' ' + error.what.ownText());
 }
 
 QString damageSentence(const QString &why)
@@ -52,9 +52,8 @@ ManifestDb::ManifestDb(Database database)
 {
 }
 
-Result<std::unique_ptr<ManifestDb>> ManifestDb::open(const DatabaseFiles &files,
-                                                     PrivateFolder &folder,
-                                                     const Database::KeepGoing &keepGoing)
+Result<std::unique_ptr<ManifestDb>>
+ManifestDb::open(const DatabaseFiles &files, PrivateFolder &folder, const KeepGoing &keepGoing)
 {
     Result<Database> database = Database::open(files, folder, keepGoing);
     if (!database) {

@@ -1,9 +1,9 @@
 #ifndef PHONEBACKUP_FOLDER_MANIFESTDB_H
 #define PHONEBACKUP_FOLDER_MANIFESTDB_H
 
-#include "crypto/RecordKey.h"
-#include "folder/Manifest.h"
-#include "sqlite/Database.h"
+#include "PhoneBackup/crypto/RecordKey.h"
+#include "PhoneBackup/folder/Manifest.h"
+#include "PhoneBackup/sqlite/Database.h"
 
 #include <memory>
 #include <optional>
@@ -22,7 +22,7 @@ class ManifestDb final : public Manifest
 public:
     //! \a keepGoing as for Database::open().
     static Result<std::unique_ptr<ManifestDb>>
-    open(const DatabaseFiles &files, PrivateFolder &folder, const Database::KeepGoing &keepGoing);
+    open(const DatabaseFiles &files, PrivateFolder &folder, const KeepGoing &keepGoing);
 
     Result<Findings> load(FileIndex &index, const std::function<bool()> &keepGoing) override;
     FileRecord record(qint64 recordKey) override;

@@ -1,4 +1,4 @@
-#include "folder/ManifestMbdb.h"
+#include "PhoneBackup/folder/ManifestMbdb.h"
 
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"

@@ -1,7 +1,7 @@
 #ifndef PHONEBACKUP_FOLDER_MANIFESTMBDB_H
 #define PHONEBACKUP_FOLDER_MANIFESTMBDB_H
 
-#include "folder/Manifest.h"
+#include "PhoneBackup/folder/Manifest.h"
 
 #include <memory>
 

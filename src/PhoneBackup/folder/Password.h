@@ -1,7 +1,7 @@
 #ifndef PHONEBACKUP_FOLDER_PASSWORD_H
 #define PHONEBACKUP_FOLDER_PASSWORD_H
 
-#include "crypto/Secret.h"
+#include "PhoneBackup/crypto/Secret.h"
 
 #include <functional>
 

@@ -1,6 +1,6 @@
-#include "plist/AttributedText.h"
+#include "PhoneBackup/plist/AttributedText.h"
 
-#include "plist/TypedStream.h"
+#include "PhoneBackup/plist/TypedStream.h"
 
 #include <QStringDecoder>
 

@@ -1,7 +1,7 @@
-#include "plist/BinaryPropertyList.h"
+#include "PhoneBackup/plist/BinaryPropertyList.h"
 
+#include "PhoneBackup/plist/PropertyList.h"
 #include "platform/CCommonUtils.h"
-#include "plist/PropertyList.h"
 
 #include <QVarLengthArray>
 #include <QtEndian>

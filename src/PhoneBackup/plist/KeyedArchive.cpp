@@ -1,7 +1,7 @@
-#include "plist/KeyedArchive.h"
+#include "PhoneBackup/plist/KeyedArchive.h"
 
+#include "PhoneBackup/plist/PropertyList.h"
 #include "platform/CCommonUtils.h"
-#include "plist/PropertyList.h"
 
 #include <QUrl>
 #include <QVarLengthArray>

@@ -1,9 +1,9 @@
-#include "plist/PropertyList.h"
+#include "PhoneBackup/plist/PropertyList.h"
 
+#include "PhoneBackup/plist/BinaryPropertyList.h"
+#include "PhoneBackup/plist/XmlPropertyList.h"
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
-#include "plist/BinaryPropertyList.h"
-#include "plist/XmlPropertyList.h"
 
 #include <QFile>
 

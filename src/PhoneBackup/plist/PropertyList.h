@@ -1,7 +1,7 @@
 #ifndef PHONEBACKUP_PLIST_PROPERTYLIST_H
 #define PHONEBACKUP_PLIST_PROPERTYLIST_H
 
-#include "folder/Result.h"
+#include "PhoneBackup/base/Result.h"
 
 #include <QByteArray>
 #include <QMetaType>

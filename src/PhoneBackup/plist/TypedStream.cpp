@@ -1,4 +1,4 @@
-#include "plist/TypedStream.h"
+#include "PhoneBackup/plist/TypedStream.h"
 
 #include <algorithm>
 

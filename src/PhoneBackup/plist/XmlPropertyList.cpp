@@ -1,6 +1,6 @@
-#include "plist/XmlPropertyList.h"
+#include "PhoneBackup/plist/XmlPropertyList.h"
 
-#include "plist/PropertyList.h"
+#include "PhoneBackup/plist/PropertyList.h"
 
 #include <QBuffer>
 #include <QDateTime>

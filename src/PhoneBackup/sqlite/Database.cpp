@@ -1,6 +1,6 @@
-#include "sqlite/Database.h"
+#include "PhoneBackup/sqlite/Database.h"
 
-#include "folder/PrivateFolder.h"
+#include "PhoneBackup/base/PrivateFolder.h"
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
 
@@ -98,8 +98,8 @@ Database::open(const DatabaseFiles &files, PrivateFolder &folder, const KeepGoin
     if (database.connect(files.path, Access::Immutable, false)) {
         if (hasCompanion) {
             database.m_damage = error.what.isEmpty()
-                ? tr("The newest changes of “%1” are damaged and could not be read.")
-                      .arg(files.name)
+                ? Notice(tr("The newest changes of “%1” are damaged and could not be read.")
+                             .arg(files.name))
                 : error.what;
         }
         return database;

@@ -1,8 +1,9 @@
 #ifndef PHONEBACKUP_SQLITE_DATABASE_H
 #define PHONEBACKUP_SQLITE_DATABASE_H
 
-#include "folder/Result.h"
-#include "sqlite/Statement.h"
+#include "PhoneBackup/base/KeepGoing.h"
+#include "PhoneBackup/base/Result.h"
+#include "PhoneBackup/sqlite/Statement.h"
 
 #include <QHash>
 #include <QStringList>
@@ -24,7 +25,7 @@ struct DatabaseFiles
     QString walPath; //!< Write-ahead log, empty when there is none.
     QString journalPath; //!< Roll-back journal, likewise.
     bool isPrivate = false; //!< They lie in the private folder, named as SQLite looks for them.
-    QString lost = {}; //!< What is known to be missing of it, for a person; empty when nothing is.
+    Notice lost = {}; //!< What is known to be missing of it, for a person; empty when nothing is.
 };
 
 /*!
@@ -45,8 +46,6 @@ struct DatabaseFiles
 class Database
 {
 public:
-    using KeepGoing = QueryGuard::KeepGoing;
-
     /*!
         \a keepGoing is kept and asked while queries run, from the thread that runs them; false ends
         the query, which then is Statement::isStopped(), and makes opening Fault::Cancelled.
@@ -60,7 +59,7 @@ public:
 
     //! Whether something of the database could not be used; damage() says what, for a person.
     bool isDamaged() const { return !m_damage.isEmpty(); }
-    QString damage() const { return m_damage; }
+    const Notice &damage() const { return m_damage; }
 
     //! Prepares \a sql, one statement.
     Result<Statement> prepare(const QString &sql) const;
@@ -111,7 +110,7 @@ private:
     std::unique_ptr<sqlite3, Close> m_database;
     int m_code = 0;
     QString m_message;
-    QString m_damage;
+    Notice m_damage;
     QHash<QString, bool> m_tables; // by the name in lower case: whether it may not be read
 };
 

@@ -1,4 +1,4 @@
-#include "sqlite/QueryGuard.h"
+#include "PhoneBackup/sqlite/QueryGuard.h"
 
 #include <sqlite3.h>
 

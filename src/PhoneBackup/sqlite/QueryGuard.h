@@ -1,6 +1,8 @@
 #ifndef PHONEBACKUP_SQLITE_QUERYGUARD_H
 #define PHONEBACKUP_SQLITE_QUERYGUARD_H
 
+#include "PhoneBackup/base/KeepGoing.h"
+
 #include <QByteArray>
 #include <QSet>
 
@@ -22,8 +24,6 @@ namespace PhoneBackup {
 class QueryGuard
 {
 public:
-    using KeepGoing = std::function<bool()>;
-
     //! \a bytes: size of the database with its log. \a keepGoing may be empty.
     QueryGuard(qint64 bytes, KeepGoing keepGoing);
 

@@ -1,4 +1,4 @@
-#include "sqlite/Statement.h"
+#include "PhoneBackup/sqlite/Statement.h"
 
 #include "platform/Translation_p.h"
 

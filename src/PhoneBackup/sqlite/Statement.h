@@ -1,7 +1,7 @@
 #ifndef PHONEBACKUP_SQLITE_STATEMENT_H
 #define PHONEBACKUP_SQLITE_STATEMENT_H
 
-#include "sqlite/QueryGuard.h"
+#include "PhoneBackup/sqlite/QueryGuard.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

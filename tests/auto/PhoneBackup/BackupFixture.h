@@ -1,9 +1,10 @@
 #ifndef TESTS_PHONEBACKUP_BACKUPFIXTURE_H
 #define TESTS_PHONEBACKUP_BACKUPFIXTURE_H
 
+#include "PhoneItems/Backup.h"
+#include "PhoneItems/words/Words.h"
 #include "backup/BkData.h"
 #include "backup/BkFileItem.h"
-#include "model/Backup.h"
 #include "sample/BackupWriter.h"
 #include "sample/Database.h"
 #include "sample/PropertyList.h"
@@ -43,14 +44,14 @@ public:
     }
 
     //! Finishes the backup and opens it; null, with a message, when that fails.
-    PhoneBackup::Backup *open()
+    PhoneItems::Backup *open()
     {
         if (!finish())
             return nullptr;
         m_backup.reset();
-        auto opened = PhoneBackup::Backup::open(root());
+        auto opened = PhoneItems::Backup::open(root());
         if (!opened) {
-            qWarning("%s", qPrintable(opened.error().what));
+            qWarning("%s", qPrintable(PhoneItems::words(opened.error().what)));
             return nullptr;
         }
         m_backup = opened.take();
@@ -60,7 +61,7 @@ public:
     //! The items of a data set: "group/name", with " [deleted]" behind those that are.
     QStringList list(int dataType)
     {
-        PhoneBackup::Backup *backup = m_backup ? m_backup.get() : open();
+        PhoneItems::Backup *backup = m_backup ? m_backup.get() : open();
         QStringList lines;
         if (!backup)
             return { QStringLiteral("not opened") };
@@ -76,7 +77,7 @@ public:
     //! ends as slashes.
     QStringList table(int dataType)
     {
-        PhoneBackup::Backup *backup = m_backup ? m_backup.get() : open();
+        PhoneItems::Backup *backup = m_backup ? m_backup.get() : open();
         QStringList lines;
         if (!backup)
             return { QStringLiteral("not opened") };
@@ -114,7 +115,7 @@ public:
 
 private:
     QTemporaryDir m_dir;
-    std::unique_ptr<PhoneBackup::Backup> m_backup;
+    std::unique_ptr<PhoneItems::Backup> m_backup;
     bool m_finished = false;
 
 public:

@@ -124,7 +124,7 @@ public:
     }
 
 private:
-    PhoneBackup::Backup *m_opened = nullptr;
+    PhoneItems::Backup *m_opened = nullptr;
 };
 
 #endif

@@ -81,7 +81,7 @@ public:
     }
 
 private:
-    PhoneBackup::Backup *m_opened = nullptr;
+    PhoneItems::Backup *m_opened = nullptr;
 };
 
 //! Rows for the tables of the message database.

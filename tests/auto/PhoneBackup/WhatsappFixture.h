@@ -93,11 +93,11 @@ public:
 
     BkData *set(int code = kChats)
     {
-        PhoneBackup::Backup *opened = backup();
+        PhoneItems::Backup *opened = backup();
         return opened ? opened->getBkData(code) : nullptr;
     }
 
-    PhoneBackup::Backup *backup()
+    PhoneItems::Backup *backup()
     {
         if (!m_opened)
             m_opened = open();
@@ -105,7 +105,7 @@ public:
     }
 
 private:
-    PhoneBackup::Backup *m_opened = nullptr;
+    PhoneItems::Backup *m_opened = nullptr;
 };
 
 //! Rows for the tables of WhatsApp's database.

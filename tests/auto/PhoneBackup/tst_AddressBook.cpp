@@ -1,8 +1,8 @@
 #include "BackupFixture.h"
-#include "folder/BackupFiles.h"
-#include "model/AddressBook.h"
-#include "model/PhoneAddress.h"
-#include "model/Source.h"
+#include "PhoneBackup/folder/BackupFiles.h"
+#include "PhoneBackup/source/AddressBook.h"
+#include "PhoneBackup/source/PhoneAddress.h"
+#include "PhoneBackup/source/Source.h"
 
 #include <QtTest>
 

@@ -1,4 +1,4 @@
-#include "plist/AttributedText.h"
+#include "PhoneBackup/plist/AttributedText.h"
 #include "sample/TypedStream.h"
 
 #include <QtTest>

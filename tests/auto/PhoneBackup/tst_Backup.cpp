@@ -1,5 +1,6 @@
 #include "BackupFixture.h"
-#include "folder/BackupFinder.h"
+#include "PhoneBackup/folder/BackupFinder.h"
+#include "PhoneItems/words/Words.h"
 
 #include <QCryptographicHash>
 #include <QScopeGuard>
@@ -10,8 +11,8 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
-using PhoneBackup::Backup;
 using PhoneBackup::Fault;
+using PhoneItems::Backup;
 using Sample::BackupWriter;
 
 namespace {
@@ -151,7 +152,8 @@ void tst_Backup::refusesWhatItCannotRead()
     const auto opened = Backup::open(fixture.root());
     QVERIFY(!opened);
     QCOMPARE(opened.error().fault, fault);
-    QVERIFY2(opened.error().what.contains(words), qPrintable(opened.error().what));
+    QVERIFY2(PhoneItems::words(opened.error().what).contains(words),
+             qPrintable(PhoneItems::words(opened.error().what)));
     QVERIFY(opened.error().path.startsWith(fixture.root()));
 }
 
@@ -172,7 +174,7 @@ void tst_Backup::refusesAnIndexThatMayNotBeRead()
 
     QFile::setPermissions(index, QFile::ReadOwner);
     QVERIFY(QFile::rename(index, index + u".real"_s) && QFile::link(index + u".real"_s, index));
-    QVERIFY(Backup::open(fixture.root()).error().what.contains(u"is a link"_s));
+    QVERIFY(PhoneItems::words(Backup::open(fixture.root()).error().what).contains(u"is a link"_s));
 
     QVERIFY(QFile::remove(index));
     QVERIFY(QDir().mkdir(index));

@@ -1,5 +1,6 @@
 #include "BackupFixture.h"
-#include "folder/BackupFinder.h"
+#include "PhoneBackup/folder/BackupFinder.h"
+#include "PhoneItems/words/Words.h"
 
 #include <QtTest>
 
@@ -108,7 +109,8 @@ void tst_BackupFinder::saysWhatWasLookedFor()
         QCOMPARE(::seteuid(0), 0);
     QVERIFY(!found);
     QCOMPARE(found.error().fault, fault);
-    QVERIFY2(found.error().what.contains(words), qPrintable(found.error().what));
+    QVERIFY2(PhoneItems::words(found.error().what).contains(words),
+             qPrintable(PhoneItems::words(found.error().what)));
     QFile::setPermissions(dir.filePath(u"locked"_s), QFile::Permissions(0x7777));
 }
 

@@ -30,7 +30,7 @@ QByteArray store(const QByteArray &rows)
 //! The rows of the table: cells parted by "|".
 QStringList calls(BackupFixture &fixture)
 {
-    PhoneBackup::Backup *backup = fixture.open();
+    PhoneItems::Backup *backup = fixture.open();
     QStringList lines;
     const BkData *data = backup ? backup->getBkData(kCalls) : nullptr;
     for (int row = 0; data && row < data->count(1); ++row) {

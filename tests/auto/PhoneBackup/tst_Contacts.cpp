@@ -1,7 +1,7 @@
 #include "ContactFixture.h"
+#include "PhoneBackup/contacts/ContactOrder.h"
+#include "PhoneItems/contacts/ContactWords.h"
 #include "contact/CContactHelper.h"
-#include "model/ContactOrder.h"
-#include "model/ContactWords.h"
 #include "sample/PropertyList.h"
 
 #include <QtTest>

@@ -1,9 +1,10 @@
-#include "crypto/ClassKeys.h"
-#include "crypto/DecryptedFile.h"
-#include "crypto/KeyDerivation.h"
-#include "crypto/KeyWrap.h"
-#include "crypto/Keybag.h"
-#include "crypto/RecordKey.h"
+#include "PhoneBackup/crypto/ClassKeys.h"
+#include "PhoneBackup/crypto/DecryptedFile.h"
+#include "PhoneBackup/crypto/KeyDerivation.h"
+#include "PhoneBackup/crypto/KeyWrap.h"
+#include "PhoneBackup/crypto/Keybag.h"
+#include "PhoneBackup/crypto/RecordKey.h"
+#include "PhoneItems/words/Words.h"
 #include "sample/Encryption.h"
 #include "support/Files.h"
 
@@ -248,7 +249,7 @@ void tst_Crypto::opensKeybags()
     QFETCH(QByteArray, bag);
     QVERIFY(!Keybag::parse(bag).isCutOff());
     const auto keys = unlock(bag);
-    QVERIFY2(keys, qPrintable(keys ? QString() : keys.error().what));
+    QVERIFY2(keys, qPrintable(keys ? QString() : PhoneItems::words(keys.error().what)));
     QVERIFY(opens(keys, 3));
     QVERIFY(opens(keys, 4));
 }
@@ -292,8 +293,9 @@ void tst_Crypto::refusesOddKeybags()
     const auto keys = unlock(bag);
     QVERIFY(!keys);
     QCOMPARE(keys.error().fault, Fault::Corrupt);
-    QVERIFY2(keys.error().what.contains(words), qPrintable(keys.error().what));
-    QVERIFY(keys.error().what.contains(u"Manifest.plist"_s));
+    QVERIFY2(PhoneItems::words(keys.error().what).contains(words),
+             qPrintable(PhoneItems::words(keys.error().what)));
+    QVERIFY(PhoneItems::words(keys.error().what).contains(u"Manifest.plist"_s));
 }
 
 void tst_Crypto::survivesKeybagsCutAnywhere()
@@ -334,7 +336,7 @@ void tst_Crypto::reportsLockedClasses()
     QVERIFY(opens(keys, 4));
     const QByteArray wrapped = Encryption(settings).wrapped(QByteArray(32, 'k'), 3);
     QCOMPARE(keys.value().unwrap(wrapped).error().fault, Fault::Locked);
-    QVERIFY(keys.value().unwrap(wrapped).error().what.contains(u"class 3"_s));
+    QVERIFY(PhoneItems::words(keys.value().unwrap(wrapped).error().what).contains(u"class 3"_s));
     for (const QByteArray &odd :
          { QByteArray(), wrapped.first(43), QByteArray("\4\0\0\0", 4) + QByteArray(40, 'x') })
         QCOMPARE(keys.value().unwrap(odd).error().fault, Fault::Corrupt);

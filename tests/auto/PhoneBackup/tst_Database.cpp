@@ -1,6 +1,7 @@
-#include "folder/PrivateFolder.h"
+#include "PhoneBackup/base/PrivateFolder.h"
+#include "PhoneBackup/sqlite/Database.h"
+#include "PhoneItems/words/Words.h"
 #include "sample/Database.h"
-#include "sqlite/Database.h"
 #include "support/Files.h"
 
 #include <QTemporaryDir>
@@ -300,7 +301,7 @@ void tst_Database::saysWhatIsWrong()
         Database::open({ u"HomeDomain/a.db"_s, write(content), {}, {} }, folder);
     if (!database) {
         QCOMPARE(database.error().fault, Fault::Corrupt);
-        QVERIFY(database.error().what.contains(u"HomeDomain/a.db"_s));
+        QVERIFY(PhoneItems::words(database.error().what).contains(u"HomeDomain/a.db"_s));
     } else {
         QVERIFY(!database.value().hasTable(u"t"_s)); // SQLite takes some stumps for empty databases
     }

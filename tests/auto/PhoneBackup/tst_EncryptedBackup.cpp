@@ -1,5 +1,6 @@
 #include "BackupFixture.h"
-#include "folder/PrivateFolder.h"
+#include "PhoneBackup/base/PrivateFolder.h"
+#include "PhoneItems/words/Words.h"
 
 #include <QtTest>
 
@@ -8,10 +9,10 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
-using PhoneBackup::Backup;
 using PhoneBackup::Fault;
 using PhoneBackup::Password;
 using PhoneBackup::Secret;
+using PhoneItems::Backup;
 using Sample::BackupWriter;
 using Sample::Encryption;
 using Sample::FileTraits;
@@ -79,8 +80,8 @@ struct Opened
     {
         QStringList lines;
         for (const PhoneBackup::Problem &problem : backup->problems())
-            lines +=
-                problem.source + u": "_s + problem.what + (problem.loss ? u" (loss)"_s : QString());
+            lines += problem.source + u": "_s + PhoneItems::words(problem.what)
+                + (problem.loss ? u" (loss)"_s : QString());
         return lines;
     }
 
@@ -173,7 +174,7 @@ void tst_EncryptedBackup::readsEveryVariant()
         fixture.writer.addFile(kCamera, picture(i), bytesOf(sizes[i]), traits);
     }
     const Opened opened(fixture);
-    QVERIFY2(opened.backup, qPrintable(opened.error.what));
+    QVERIFY2(opened.backup, qPrintable(PhoneItems::words(opened.error.what)));
     QCOMPARE(opened.backup->info().encrypted, true);
     QCOMPARE(opened.backup->getBkData(kPhotos)->recoverCount(), int(sizes.size()));
     for (int i = 0; i < sizes.size(); ++i) {
@@ -200,7 +201,7 @@ void tst_EncryptedBackup::needsItsPassword()
 
     const auto without = Backup::open(fixture.root());
     QCOMPARE(without.error().fault, Fault::Encrypted);
-    QVERIFY(without.error().what.contains(u"password"_s));
+    QVERIFY(PhoneItems::words(without.error().what).contains(u"password"_s));
     QCOMPARE(Opened(fixture, u"wrong"_s).error.fault, Fault::WrongPassword);
 
     Password password;
@@ -251,7 +252,8 @@ void tst_EncryptedBackup::refusesAnIndexThatItCannotDecrypt()
     fixture.writer.addFile(kCamera, picture(1), "picture");
     const Opened opened(fixture);
     QCOMPARE(opened.error.fault, Fault::Corrupt);
-    QVERIFY2(opened.error.what.contains(words), qPrintable(opened.error.what));
+    QVERIFY2(PhoneItems::words(opened.error.what).contains(words),
+             qPrintable(PhoneItems::words(opened.error.what)));
     QVERIFY(opened.error.path.startsWith(fixture.root()));
     QCOMPARE(leftovers(), QStringList());
 }
@@ -280,7 +282,7 @@ void tst_EncryptedBackup::guessesWhenTheFlagIsNoFlag()
     fixture.writer.setManifest(u"IsEncrypted"_s, flag);
     fixture.writer.addFile(kCamera, picture(1), "picture");
     const Opened opened(fixture);
-    QVERIFY2(opened.backup, qPrintable(opened.error.what));
+    QVERIFY2(opened.backup, qPrintable(PhoneItems::words(opened.error.what)));
     QCOMPARE(opened.backup->info().encrypted, encrypt);
     QCOMPARE(Files::read(opened.item(kPhotos, 0)->filePath()), QByteArray("picture"));
     QCOMPARE(opened.problems().size(), warns ? 1 : 0);
@@ -342,7 +344,7 @@ void tst_EncryptedBackup::reportsLockedFiles()
     QVERIFY(Files::write(fixture.contentPath(kCamera, picture(5)), "0123456789abcdef"));
 
     const Opened opened(fixture);
-    QVERIFY2(opened.backup, qPrintable(opened.error.what));
+    QVERIFY2(opened.backup, qPrintable(PhoneItems::words(opened.error.what)));
     QCOMPARE(opened.stream(kPhotos, 0), QByteArray("open"));
     QVERIFY(opened.stream(kPhotos, 1).contains("class 2"));
     QVERIFY(opened.item(kPhotos, 1)->filePath().isEmpty());
@@ -400,7 +402,7 @@ void tst_EncryptedBackup::readsDatabasesWithTheirLogs()
         QVERIFY(QFile::resize(fixture.contentPath(domain, database), 0));
 
     const Opened opened(fixture);
-    QVERIFY2(opened.backup, qPrintable(opened.error.what));
+    QVERIFY2(opened.backup, qPrintable(PhoneItems::words(opened.error.what)));
     QTEST(opened.item(kVoiceMemos, 0)->value(0).chopped(4), "title");
     QFETCH(QString, problem);
     const QString problems = opened.problems().join(u'\n');

@@ -1,5 +1,5 @@
-#include "folder/FileRecord.h"
-#include "plist/KeyedArchive.h"
+#include "PhoneBackup/folder/FileRecord.h"
+#include "PhoneBackup/plist/KeyedArchive.h"
 #include "sample/BackupWriter.h"
 #include "sample/PropertyList.h"
 

@@ -1,5 +1,5 @@
 #include "MessageFixture.h"
-#include "model/MessageFilter.h"
+#include "PhoneBackup/source/MessageFilter.h"
 #include "sample/KeyedArchive.h"
 #include "sample/PollPayload.h"
 #include "sample/TypedStream.h"
@@ -858,7 +858,7 @@ void tst_Messages::filters()
     fixture.writer.addFile(u"MediaDomain"_s, u"Library/SMS/Attachments/b.jpg"_s, "b");
     fixture.writer.addFile(
         u"HomeDomain"_s, u"Library/AddressBook/AddressBook.sqlitedb"_s, addressBook());
-    PhoneBackup::Backup *backup = fixture.open();
+    PhoneItems::Backup *backup = fixture.open();
     QVERIFY(backup);
     const QDateTime first(QDate(2001, 1, 1), QTime(0, 1), Qt::UTC);
     PhoneBackup::MessageFilter filter;

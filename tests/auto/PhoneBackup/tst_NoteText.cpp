@@ -1,8 +1,8 @@
-#include "model/HtmlText.h"
-#include "model/NoteTable.h"
-#include "model/NoteText.h"
-#include "record/FieldReader.h"
-#include "record/Gzip.h"
+#include "PhoneBackup/notes/HtmlText.h"
+#include "PhoneBackup/notes/NoteTable.h"
+#include "PhoneBackup/notes/NoteText.h"
+#include "PhoneBackup/packed/FieldReader.h"
+#include "PhoneBackup/packed/Gzip.h"
 #include "sample/NoteRecord.h"
 #include "support/Files.h"
 

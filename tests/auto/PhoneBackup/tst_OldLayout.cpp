@@ -1,5 +1,6 @@
 #include "BackupFixture.h"
-#include "folder/ManifestMbdb.h"
+#include "PhoneBackup/folder/ManifestMbdb.h"
+#include "PhoneItems/words/Words.h"
 
 #include <QtTest>
 
@@ -63,11 +64,11 @@ QStringList tst_OldLayout::load(const QByteArray &bytes, QString *damage)
         return {};
     auto manifest = ManifestMbdb::open(path);
     if (!manifest)
-        return { manifest.error().what };
+        return { PhoneItems::words(manifest.error().what) };
     FileIndex files;
     const auto findings = manifest.value()->load(files, {});
     if (damage)
-        *damage = findings.value().damage;
+        *damage = PhoneItems::words(findings.value().damage);
     QStringList paths;
     for (FileIndex::Row row = 0; row < files.count(); ++row) {
         if (files.kind(row) == FileIndex::Kind::File)
@@ -217,9 +218,9 @@ void tst_OldLayout::refusesWhatIsNoIndex()
     fixture.writer.addFile(kCamera, picture(1), "picture");
     QVERIFY(fixture.finish());
     QVERIFY(Files::write(fixture.root() + u"/Manifest.mbdb"_s, bytes));
-    const auto opened = PhoneBackup::Backup::open(fixture.root());
+    const auto opened = PhoneItems::Backup::open(fixture.root());
     QCOMPARE(opened.error().fault, Fault::Corrupt);
-    QVERIFY(opened.error().what.contains(u"Manifest.mbdb"_s));
+    QVERIFY(PhoneItems::words(opened.error().what).contains(u"Manifest.mbdb"_s));
 }
 
 QTEST_GUILESS_MAIN(tst_OldLayout)

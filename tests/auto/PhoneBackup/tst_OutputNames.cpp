@@ -1,4 +1,4 @@
-#include "model/PathParts.h"
+#include "PhoneBackup/source/PathParts.h"
 #include "platform/OutputNames.h"
 
 #include <QtTest>

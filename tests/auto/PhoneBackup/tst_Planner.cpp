@@ -1,6 +1,6 @@
 #include "BackupFixture.h"
+#include "PhoneBackup/planner/RepeatRule.h"
 #include "auto/sample/SqliteRows.h"
-#include "model/RepeatRule.h"
 #include "sample/PlannerSample.h"
 
 #include <QtTest>

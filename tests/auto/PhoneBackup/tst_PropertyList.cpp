@@ -1,4 +1,5 @@
-#include "plist/PropertyList.h"
+#include "PhoneBackup/plist/PropertyList.h"
+#include "PhoneItems/words/Words.h"
 #include "sample/PropertyList.h"
 #include "support/Files.h"
 
@@ -282,7 +283,7 @@ void tst_PropertyList::saysWhyAFileCannotBeRead()
     QCOMPARE(PropertyList::read(path).error().fault, Fault::NotFound);
     QVERIFY(Files::write(path, "no list"));
     QCOMPARE(PropertyList::read(path).error().fault, Fault::Corrupt);
-    QVERIFY(PropertyList::read(path).error().what.contains(path));
+    QVERIFY(PhoneItems::words(PropertyList::read(path).error().what).contains(path));
     QCOMPARE(PropertyList::read(dir.path()).error().fault, Fault::Io);
     QVERIFY(Files::write(path, Sample::xmlPropertyList(everyKind())));
     QCOMPARE(PropertyList::read(path).value().value("whole").toInt(), 42);

@@ -44,7 +44,7 @@ QByteArray oldHistory(const QVariantList &pages)
 //! "group: title -> url", with " [deleted]" behind those that are.
 QStringList links(BackupFixture &fixture)
 {
-    PhoneBackup::Backup *backup = fixture.open();
+    PhoneItems::Backup *backup = fixture.open();
     const BkData *data = backup ? backup->getBkData(kSafari) : nullptr;
     QStringList lines;
     for (int i = 0; data && i < data->count(1); ++i) {

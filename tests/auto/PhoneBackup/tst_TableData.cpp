@@ -1,4 +1,4 @@
-#include "model/TableData.h"
+#include "PhoneItems/shared/TableData.h"
 
 #include <QtTest>
 

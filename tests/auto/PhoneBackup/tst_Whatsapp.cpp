@@ -1,6 +1,6 @@
+#include "PhoneBackup/packed/FieldReader.h"
+#include "PhoneBackup/source/MessageFilter.h"
 #include "WhatsappFixture.h"
-#include "model/MessageFilter.h"
-#include "record/FieldReader.h"
 #include "sample/NoteRecord.h"
 
 #include <QtTest>

@@ -1,0 +1,73 @@
+#ifndef PHONEBACKUP_BASE_NOTICE_H
+#define PHONEBACKUP_BASE_NOTICE_H
+
+#include <QByteArrayView>
+#include <QList>
+#include <QString>
+
+#include <variant>
+#include <vector>
+
+namespace PhoneBackup {
+
+/*!
+    \brief What a person is to be told, without the words: sentences, each a code and its facts.
+
+    A code is "room.what", such as "notes.locked", and stands for one sentence, whose words are made
+    by whoever shows it. Its facts are what differs from one time to the next: names, numbers, what
+    the system answered, or notices in their turn.
+    \code
+    Notice notice("sqlite.damaged", { name, Notice("sqlite.circle") });
+    notice += Notice("folder.copyAgain");
+    \endcode
+*/
+class Notice
+{
+public:
+    using Fact = std::variant<QString, qint64, Notice>;
+    struct Sentence;
+
+    //! Nothing to tell.
+    Notice() = default;
+
+    //! The sentence \a code, a literal, with its \a facts in the order of their places.
+    explicit Notice(const char *code, std::vector<Fact> facts = {});
+
+    //! Words of somebody else, as a library's message.
+    Notice(const QString &text); // NOLINT(google-explicit-constructor): for readers that make words
+
+    //! The words of somebody else alone; goes when no reader makes words any more.
+    QString ownText() const;
+
+    bool isEmpty() const { return m_sentences.empty(); }
+    const std::vector<Sentence> &sentences() const { return m_sentences; }
+
+    //! The code of the first sentence; empty for the words of somebody else, and without any.
+    QByteArrayView code() const;
+
+    //! Appends the sentences of \a other.
+    Notice &operator+=(const Notice &other);
+    friend Notice operator+(Notice first, const Notice &second) { return first += second; }
+
+    friend bool operator==(const Notice &a, const Notice &b);
+
+private:
+    std::vector<Sentence> m_sentences;
+};
+
+struct Notice::Sentence
+{
+    const char *code = ""; //!< Empty: text says it.
+    std::vector<Fact> facts;
+    QString text;
+
+    friend bool operator==(const Sentence &a, const Sentence &b)
+    {
+        return QByteArrayView(a.code) == QByteArrayView(b.code) && a.facts == b.facts
+            && a.text == b.text;
+    }
+};
+
+} // namespace PhoneBackup
+
+#endif

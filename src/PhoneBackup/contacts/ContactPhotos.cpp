@@ -1,0 +1,121 @@
+#include "PhoneBackup/contacts/ContactPhotos.h"
+
+#include "PhoneBackup/source/Source.h"
+#include "platform/Translation_p.h"
+
+#include <algorithm>
+#include <tuple>
+
+DATAEXPORT_USE_TR(DataExport);
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kContacts = 8;
+constexpr qint64 kMaxPhotoBytes = 16 << 20;
+
+QString table(bool isWhole)
+{
+    return isWhole ? u"ABFullSizeImage"_s : u"ABThumbnailImage"_s;
+}
+
+bool isCommonPicture(QByteArrayView bytes)
+{
+    return bytes.startsWith("\xFF\xD8\xFF") || bytes.startsWith("\x89PNG\r\n");
+}
+
+bool isPicture(QByteArrayView bytes)
+{
+    constexpr qsizetype kBoxType = 4;
+    constexpr qsizetype kRiffType = 8;
+    return isCommonPicture(bytes) || bytes.startsWith("GIF8") || bytes.startsWith("BM")
+        || bytes.startsWith("II*") || bytes.startsWith("MM\0*"_ba)
+        || (bytes.size() > kRiffType && bytes.sliced(kRiffType).startsWith("WEBP"))
+        || (bytes.size() > kBoxType && bytes.sliced(kBoxType).startsWith("ftyp"));
+}
+
+} // namespace
+
+ContactPhotos::ContactPhotos(Source &source)
+    : m_source(source)
+{
+    m_database = RowDatabase::open(source,
+                                   kContacts,
+                                   "HomeDomain",
+                                   u"Library/AddressBook/AddressBookImages.sqlitedb"_s,
+                                   tr("Photos of contacts may be missing."));
+    if (!m_database)
+        return;
+    if (!m_database->hasTable(table(true)) && !m_database->hasTable(table(false)))
+        m_database->addLoss(tr("It has no table of pictures that can be read."));
+    readForms(true);
+    readForms(false);
+    std::sort(m_forms.begin(), m_forms.end(), [](const Form &a, const Form &b) {
+        return std::tie(a.card, b.isWhole, b.bytes, a.row)
+            < std::tie(b.card, a.isWhole, a.bytes, b.row);
+    });
+}
+
+void ContactPhotos::readForms(bool isWhole)
+{
+    const QString name = table(isWhole);
+    if (!m_database->hasColumn(name, u"record_id"_s) || !m_database->hasColumn(name, u"data"_s))
+        return;
+    m_database->query(
+        u"ROWID, record_id, length(data)"_s, name, [this, isWhole](const Statement &row) {
+            if (row.integer(2) > 0)
+                m_forms.push_back({ row.integer(1), row.integer(2), row.integer(0), isWhole });
+        });
+    (isWhole ? m_whole : m_part) =
+        m_database->prepare(u"SELECT data FROM %1 WHERE ROWID = ?1"_s.arg(name));
+}
+
+QByteArray ContactPhotos::best(const AddressBook::Person &person)
+{
+    // The card whose picture the phone shows goes before the others.
+    std::vector<qint64> cards = person.cards;
+    std::stable_partition(
+        cards.begin(), cards.end(), [&](qint64 card) { return card == person.imageCard; });
+    QByteArray other; // a picture that not every program can show
+    bool isStored = false;
+    for (const qint64 card : cards) {
+        auto form = std::lower_bound(m_forms.cbegin(),
+                                     m_forms.cend(),
+                                     card,
+                                     [](const Form &f, qint64 wanted) { return f.card < wanted; });
+        for (; form != m_forms.cend() && form->card == card; ++form) {
+            isStored = true;
+            const QByteArray photo = read(*form);
+            if (isCommonPicture(photo))
+                return photo;
+            if (other.isEmpty())
+                other = photo;
+        }
+    }
+    if (isStored && other.isEmpty()) {
+        m_source.addProblem({ kContacts,
+                              tr("%1: photo").arg(person.nameForReport()),
+                              tr("The photo is no picture, too large, or could not be read."),
+                              true });
+    }
+    return other;
+}
+
+// Empty for what is no picture.
+QByteArray ContactPhotos::read(const Form &form)
+{
+    Statement *statement = (form.isWhole ? m_whole : m_part).get();
+    if (!statement || form.bytes > kMaxPhotoBytes)
+        return {};
+    statement->bind(1, form.row);
+    const bool isRead = statement->step() == Statement::Step::Row;
+    const QByteArrayView bytes = isRead ? statement->bytes(0) : QByteArrayView();
+    const QByteArray photo = isPicture(bytes) ? bytes.toByteArray() : QByteArray();
+    statement->reset();
+    return photo;
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,34 @@
+#ifndef PHONEBACKUP_MESSAGES_BALLOON_H
+#define PHONEBACKUP_MESSAGES_BALLOON_H
+
+#include "PhoneBackup/messages/Poll.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+namespace PhoneBackup {
+
+/*!
+    \brief What a link preview, or the message of an app, holds.
+
+    Made of what the app stored, which may be damaged: everything but the kind may be empty.
+*/
+struct Balloon
+{
+    enum class Kind { Link, App, Payment, Poll, Handwriting, DigitalTouch };
+
+    Kind kind = Kind::App;
+    QString address; //!< Of a link, and that which an app opens.
+    QString title; //!< Of the page that a link leads to, in one line.
+    QString app; //!< The app's name.
+    QStringList captions; //!< What the app says, each in one line.
+    PhoneBackup::Poll poll;
+
+    //! \a bundleId names the app and may be empty, \a payload is the app's own data.
+    static Balloon read(const QString &bundleId, const QByteArray &payload);
+};
+
+} // namespace PhoneBackup
+
+#endif

@@ -1,0 +1,401 @@
+#include "PhoneBackup/messages/ConversationList.h"
+
+#include "PhoneBackup/messages/Handles.h"
+#include "PhoneBackup/messages/People.h"
+#include "PhoneBackup/messages/SmsDatabase.h"
+#include "PhoneBackup/source/StoredText.h"
+#include "platform/Translation_p.h"
+
+#include <numeric>
+
+DATAEXPORT_USE_TR(DataExport);
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kGroupStyle = 43;
+
+} // namespace
+
+struct ConversationList::Chat
+{
+    qint64 row = 0;
+    bool isGroup = false;
+    QString identifier;
+    QString service;
+    QString room;
+    QString displayName;
+    QString groupId;
+    QStringList ownAddresses;
+    QStringList addresses;
+};
+
+ConversationList::ConversationList(SmsDatabase &database, Handles &handles, People &people)
+    : m_database(database)
+    , m_handles(handles)
+    , m_people(people)
+{
+}
+
+std::vector<Conversation> ConversationList::take()
+{
+    tellMissingTables();
+    readChats();
+    readMessages();
+    readLinks();
+    readDeleted();
+    placeOrphans();
+    sortMessages();
+    findDates();
+    nameConversations();
+
+    std::vector<std::size_t> order(m_conversations.size());
+    std::iota(order.begin(), order.end(), std::size_t(0));
+    std::stable_sort(order.begin(), order.end(), [this](std::size_t a, std::size_t b) {
+        return m_conversations[a].lastDateMs > m_conversations[b].lastDateMs;
+    });
+    std::vector<Conversation> result;
+    result.reserve(order.size());
+    for (const std::size_t index : order) {
+        if (!m_conversations[index].messages.empty())
+            result.push_back(std::move(m_conversations[index]));
+    }
+    return result;
+}
+
+// What is in them all is told by nothing else: who wrote what, and to whom.
+void ConversationList::tellMissingTables() const
+{
+    for (const QString &table :
+         { u"handle"_s, u"chat"_s, u"chat_handle_join"_s, u"chat_message_join"_s }) {
+        if (!m_database.hasTable(table) && m_database.hasTable(u"message"_s))
+            m_database.addLoss(tr("It has no table “%1”.").arg(table));
+    }
+}
+
+void ConversationList::readChats()
+{
+    const QString table = u"chat"_s;
+    if (!m_database.hasTable(table))
+        return;
+    QStringList wanted { u"ROWID"_s };
+    for (const QString &name : { u"style"_s,
+                                 u"chat_identifier"_s,
+                                 u"service_name"_s,
+                                 u"room_name"_s,
+                                 u"display_name"_s,
+                                 u"group_id"_s,
+                                 u"last_addressed_handle"_s,
+                                 u"account_login"_s })
+        wanted.append(m_database.column(table, name));
+    std::vector<Chat> chats;
+    QSet<qint64> known;
+    m_database.query(wanted.join(u", "_s), table, [&](const Statement &row) {
+        Chat chat;
+        chat.row = row.integer(0);
+        if (known.contains(chat.row))
+            return;
+        known.insert(chat.row);
+        chat.isGroup = row.integer(1) == kGroupStyle;
+        chat.identifier = row.text(2).trimmed();
+        chat.service = row.text(3);
+        chat.room = row.text(4).trimmed();
+        chat.displayName = StoredText::cleaned(row.text(5)).simplified();
+        chat.groupId = row.text(6).trimmed();
+        chat.ownAddresses.append(row.text(7).trimmed());
+        QString login = row.text(8).trimmed();
+        if (login.startsWith("P:"_L1) || login.startsWith("E:"_L1))
+            login.remove(0, 2);
+        chat.ownAddresses.append(login);
+        chats.push_back(chat);
+    });
+    readParticipants(chats);
+    const QSet<int> owners = ownersOf(chats);
+    for (Chat &chat : chats) {
+        QSet<int> people;
+        for (const QString &address : std::as_const(chat.addresses))
+            people.insert(m_people.number(address));
+        chat.isGroup = chat.isGroup || people.size() > 1;
+        if (chat.isGroup) {
+            chat.addresses.removeIf(
+                [&](const QString &address) { return owners.contains(m_people.number(address)); });
+        }
+        place(chat);
+    }
+}
+
+void ConversationList::readParticipants(std::vector<Chat> &chats) const
+{
+    const QString table = u"chat_handle_join"_s;
+    if (!m_database.hasColumn(table, u"chat_id"_s) || !m_database.hasColumn(table, u"handle_id"_s))
+        return;
+    QHash<qint64, Chat *> byRow;
+    for (Chat &chat : chats)
+        byRow.insert(chat.row, &chat);
+    m_database.query(u"chat_id, handle_id"_s, table, [&](const Statement &row) {
+        Chat *chat = byRow.value(row.integer(0));
+        const QString *address = m_handles.address(row.integer(1));
+        if (chat && address && !chat->addresses.contains(*address))
+            chat->addresses.append(*address);
+    });
+}
+
+// Numbers of the people that are the phone's owner. A note to oneself has no other participant, so
+// owners are left out of groups only.
+QSet<int> ConversationList::ownersOf(const std::vector<Chat> &chats) const
+{
+    QSet<int> owners;
+    for (const Chat &chat : chats) {
+        for (const QString &address : chat.ownAddresses) {
+            if (!address.isEmpty())
+                owners.insert(m_people.number(address));
+        }
+    }
+    return owners;
+}
+
+void ConversationList::place(const Chat &chat)
+{
+    int index = -1;
+    if (chat.isGroup)
+        index = findOrAddGroup(chat);
+    else if (!chat.addresses.isEmpty())
+        index = findOrAddPerson(chat.addresses.first());
+    else if (!chat.identifier.isEmpty())
+        index = findOrAddPerson(*m_handles.intern(chat.identifier));
+    else
+        index = addConversation();
+    m_ofChat.insert(chat.row, index);
+
+    Conversation &conversation = at(index);
+    conversation.isGroup = conversation.isGroup || chat.isGroup;
+    // What the newest chat says counts.
+    if (!chat.displayName.isEmpty())
+        conversation.name = chat.displayName;
+    if (!chat.service.isEmpty())
+        conversation.service = chat.service;
+    if (!chat.identifier.isEmpty())
+        m_identifiers[std::size_t(index)] = chat.identifier;
+    for (const QString &address : chat.addresses) {
+        if (!conversation.addresses.contains(address))
+            conversation.addresses.append(address);
+    }
+}
+
+int ConversationList::findOrAddGroup(const Chat &chat)
+{
+    QStringList keys;
+    if (!chat.groupId.isEmpty())
+        keys.append(u"id "_s + chat.groupId);
+    if (!chat.room.isEmpty())
+        keys.append(u"room "_s + chat.room);
+    int index = -1;
+    for (const QString &key : std::as_const(keys)) {
+        if (index < 0)
+            index = m_ofGroup.value(key, -1);
+    }
+    if (index < 0)
+        index = addConversation();
+    if (!chat.identifier.isEmpty())
+        keys.append(u"room "_s + chat.identifier);
+    for (const QString &key : std::as_const(keys)) {
+        if (!m_ofGroup.contains(key))
+            m_ofGroup.insert(key, index);
+    }
+    return index;
+}
+
+int ConversationList::findOrAddPerson(const QString &address)
+{
+    const int person = m_people.number(address);
+    const auto known = m_ofPerson.constFind(person);
+    if (known != m_ofPerson.constEnd())
+        return *known;
+    const int index = addConversation();
+    at(index).addresses.append(address);
+    m_ofPerson.insert(person, index);
+    return index;
+}
+
+int ConversationList::addConversation()
+{
+    m_conversations.emplace_back();
+    m_identifiers.emplace_back();
+    m_undated.push_back(false);
+    return int(m_conversations.size()) - 1;
+}
+
+void ConversationList::nameConversations()
+{
+    for (std::size_t i = 0; i < m_conversations.size(); ++i) {
+        Conversation &conversation = m_conversations[i];
+        if (!conversation.name.isEmpty())
+            continue;
+        QStringList names;
+        for (const QString &address : std::as_const(conversation.addresses)) {
+            const QString name = m_people.name(address);
+            if (!names.contains(name) && (conversation.isGroup || names.isEmpty()))
+                names.append(name);
+        }
+        conversation.name = names.isEmpty() ? m_identifiers[i] : names.join(u", "_s);
+        if (conversation.name.isEmpty())
+            conversation.name = int(i) == m_nowhere ? tr("No conversation") : tr("Unknown");
+    }
+}
+
+void ConversationList::readMessages()
+{
+    if (!m_database.hasTable(u"message"_s)) {
+        m_database.addLoss(tr("It has no table of messages that can be read."));
+        return;
+    }
+    m_database.query(
+        u"ROWID"_s,
+        u"message"_s,
+        [this](const Statement &row) { m_rows.add(row.integer(0)); },
+        SmsDatabase::Order::Any);
+    m_rows.sort();
+    m_linked.assign(std::size_t(m_rows.count()), false);
+    m_dateQuery = m_database.prepare(u"SELECT %1 FROM message WHERE ROWID = ?1"_s.arg(
+        m_database.column(u"message"_s, u"date"_s)));
+}
+
+void ConversationList::readLinks()
+{
+    const QString table = u"chat_message_join"_s;
+    if (!m_database.hasColumn(table, u"chat_id"_s) || !m_database.hasColumn(table, u"message_id"_s))
+        return;
+    const QString what = u"chat_id, message_id, "_s + m_database.column(table, u"message_date"_s);
+    qint64 lastChat = 0;
+    int index = -1;
+    const auto link = [&](const Statement &row) {
+        const qint64 chat = row.integer(0);
+        if (chat != lastChat || index < 0) {
+            index = m_ofChat.value(chat, -1);
+            lastChat = chat;
+        }
+        const qint64 message = row.integer(1);
+        const qsizetype position = m_rows.position(message);
+        if (index < 0 || position == RowSet::kNone)
+            return;
+        m_linked[std::size_t(position)] = true;
+        Conversation &conversation = at(index);
+        conversation.messages.push_back(message);
+        const qint64 date = SmsDatabase::dateMs(row.integer(2));
+        if (date == Conversation::kNoDate)
+            m_undated[std::size_t(index)] = true;
+        else
+            conversation.lastDateMs = std::max(conversation.lastDateMs, date);
+    };
+    m_database.query(what, table, link, SmsDatabase::Order::Any);
+}
+
+// The phone moves the link of a deleted message to a table of its own.
+void ConversationList::readDeleted()
+{
+    const QString table = u"chat_recoverable_message_join"_s;
+    if (!m_database.hasColumn(table, u"chat_id"_s) || !m_database.hasColumn(table, u"message_id"_s))
+        return;
+    std::vector<qsizetype> positions;
+    m_database.query(u"chat_id, message_id"_s, table, [&](const Statement &row) {
+        const int index = m_ofChat.value(row.integer(0), -1);
+        const qint64 message = row.integer(1);
+        const qsizetype position = m_rows.position(message);
+        if (position == RowSet::kNone || m_linked[std::size_t(position)])
+            return;
+        if (index < 0) {
+            m_deletedElsewhere.insert(message);
+            return;
+        }
+        positions.push_back(position);
+        at(index).messages.push_back(message);
+        at(index).deleted.push_back(message);
+        m_undated[std::size_t(index)] = true;
+    });
+    for (const qsizetype position : positions)
+        m_linked[std::size_t(position)] = true;
+}
+
+void ConversationList::placeOrphans()
+{
+    std::unique_ptr<Statement> query;
+    for (qsizetype position = 0; position < m_rows.count(); ++position) {
+        if (m_linked[std::size_t(position)])
+            continue;
+        if (!query) {
+            query = m_database.prepare(u"SELECT %1, %2 FROM message WHERE ROWID = ?1"_s.arg(
+                m_database.column(u"message"_s, u"cache_roomnames"_s),
+                m_database.column(u"message"_s, u"handle_id"_s)));
+        }
+        if (!query)
+            return;
+        query->reset();
+        query->bind(1, m_rows.row(position));
+        const bool found = query->step() == Statement::Step::Row;
+        const int index = found
+            ? placeOf(query->text(0).trimmed(), m_handles.address(query->integer(1)))
+            : placeOf({}, nullptr);
+        const qint64 row = m_rows.row(position);
+        at(index).messages.push_back(row);
+        if (m_deletedElsewhere.contains(row))
+            at(index).deleted.push_back(row);
+        m_undated[std::size_t(index)] = true;
+    }
+}
+
+int ConversationList::placeOf(const QString &room, const QString *address)
+{
+    const int group = room.isEmpty() ? -1 : m_ofGroup.value(u"room "_s + room, -1);
+    if (group >= 0)
+        return group;
+    if (address)
+        return findOrAddPerson(*address);
+    if (m_nowhere < 0) {
+        m_nowhere = addConversation();
+        at(m_nowhere).isGroup = true; // its messages are of different people
+    }
+    return m_nowhere;
+}
+
+void ConversationList::sortMessages()
+{
+    const auto sort = [](std::vector<qint64> &rows) {
+        if (!std::is_sorted(rows.cbegin(), rows.cend()))
+            std::sort(rows.begin(), rows.end());
+        rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+        rows.shrink_to_fit();
+    };
+    for (Conversation &conversation : m_conversations) {
+        sort(conversation.messages);
+        sort(conversation.deleted);
+        conversation.isDeleted = !conversation.messages.empty()
+            && conversation.messages.size() == conversation.deleted.size();
+    }
+}
+
+void ConversationList::findDates()
+{
+    for (std::size_t i = 0; i < m_conversations.size(); ++i) {
+        if (!m_undated[i])
+            continue;
+        Conversation &conversation = m_conversations[i];
+        for (const qint64 message : conversation.messages)
+            conversation.lastDateMs = std::max(conversation.lastDateMs, dateOf(message));
+    }
+}
+
+qint64 ConversationList::dateOf(qint64 message)
+{
+    if (!m_dateQuery)
+        return Conversation::kNoDate;
+    m_dateQuery->reset();
+    m_dateQuery->bind(1, message);
+    return m_dateQuery->step() == Statement::Step::Row
+        ? SmsDatabase::dateMs(m_dateQuery->integer(0))
+        : Conversation::kNoDate;
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,230 @@
+#include "PhoneBackup/messages/MessageAttachments.h"
+
+#include "PhoneBackup/messages/AttachmentFiles.h"
+#include "PhoneBackup/messages/SmsDatabase.h"
+#include "PhoneBackup/source/MediaKind.h"
+#include "PhoneBackup/source/PathParts.h"
+#include "PhoneBackup/source/Source.h"
+#include "platform/Translation_p.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+DATAEXPORT_USE_TR(DataExport);
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Kind = MessageAttachment::Kind;
+
+constexpr qint64 kMagicBytes = 16;
+
+std::optional<Kind> kindByName(const QString &name)
+{
+    const QByteArray utf8 = name.toUtf8();
+    switch (mediaKind(utf8)) {
+    case MediaKind::Picture:
+        return Kind::Picture;
+    case MediaKind::Video:
+        return Kind::Video;
+    case MediaKind::Audio:
+        return Kind::Audio;
+    case MediaKind::Book:
+    case MediaKind::Auxiliary:
+        return Kind::Other;
+    case MediaKind::Unknown:
+        break;
+    }
+    const QString lower = name.toLower();
+    if (lower.endsWith(".heics"_L1)) // a sticker that moves
+        return Kind::Picture;
+    if (lower.endsWith(".loc.vcf"_L1))
+        return Kind::Location;
+    return lower.endsWith(".vcf"_L1) ? std::optional(Kind::Contact) : std::nullopt;
+}
+
+std::optional<Kind> kindByType(const QString &mimeType, const QString &uti)
+{
+    static constexpr std::array<std::pair<QLatin1StringView, Kind>, 15> kTypes { {
+        { "image/"_L1, Kind::Picture },
+        { "video/"_L1, Kind::Video },
+        { "audio/"_L1, Kind::Audio },
+        { "text/vcard"_L1, Kind::Contact },
+        { "text/x-vcard"_L1, Kind::Contact },
+        { "text/x-vlocation"_L1, Kind::Location },
+        { "public.jpeg"_L1, Kind::Picture },
+        { "public.png"_L1, Kind::Picture },
+        { "public.heic"_L1, Kind::Picture },
+        { "public.tiff"_L1, Kind::Picture },
+        { "com.compuserve.gif"_L1, Kind::Picture },
+        { "public.mpeg-4"_L1, Kind::Video },
+        { "com.apple.quicktime-movie"_L1, Kind::Video },
+        { "com.apple.coreaudio-format"_L1, Kind::Audio },
+        { "public.vcard"_L1, Kind::Contact },
+    } };
+    for (const QString &text : { mimeType, uti }) {
+        for (const auto &[beginning, kind] : kTypes) {
+            if (text.startsWith(beginning, Qt::CaseInsensitive))
+                return kind;
+        }
+    }
+    return std::nullopt;
+}
+
+Kind kindByContent(const QByteArray &bytes)
+{
+    if (bytes.startsWith("\xFF\xD8\xFF") || bytes.startsWith("\x89PNG") || bytes.startsWith("GIF8")
+        || bytes.startsWith("II*") || bytes.startsWith("MM\0*"_ba)
+        || (bytes.startsWith("RIFF") && bytes.mid(8).startsWith("WEBP")))
+        return Kind::Picture;
+    if (bytes.startsWith("caff") || bytes.startsWith("#!AMR") || bytes.startsWith("ID3"))
+        return Kind::Audio;
+    if (bytes.startsWith("BEGIN:VCARD"))
+        return Kind::Contact;
+    if (bytes.size() >= 12 && bytes.sliced(4, 4) == "ftyp") {
+        const QByteArray brand = bytes.sliced(8, 4);
+        if (brand == "heic" || brand == "heix" || brand == "hevc" || brand == "mif1"
+            || brand == "msf1" || brand == "avif")
+            return Kind::Picture;
+        return brand == "M4A " ? Kind::Audio : Kind::Video;
+    }
+    return Kind::Other;
+}
+
+} // namespace
+
+MessageAttachment::Kind MessageAttachment::kindOfType(const QString &mimeType)
+{
+    return kindByType(mimeType, {}).value_or(Kind::Other);
+}
+
+MessageAttachments::MessageAttachments(Source &source, SmsDatabase &database)
+    : m_source(source)
+    , m_database(database)
+{
+    const bool isFirst = !database.hasTable(u"attachment"_s);
+    m_table = isFirst ? u"madrid_attachment"_s : u"attachment"_s;
+    const bool isMissing = isFirst ? database.hasTable(u"chat_message_join"_s)
+                                   : !database.hasTable(u"message_attachment_join"_s);
+    if (isMissing && database.hasTable(u"message"_s))
+        database.addLoss(tr("It has no table of attachments that can be read."));
+    if (!database.hasTable(m_table))
+        return;
+    if (isFirst)
+        readLinks(m_table, u"message_id"_s, u"ROWID"_s);
+    else
+        readLinks(u"message_attachment_join"_s, u"message_id"_s, u"attachment_id"_s);
+
+    QStringList wanted;
+    for (const QString &name : { isFirst ? u"attachment_guid"_s : u"guid"_s,
+                                 u"filename"_s,
+                                 u"transfer_name"_s,
+                                 u"mime_type"_s,
+                                 isFirst ? u"uti_type"_s : u"uti"_s,
+                                 u"created_date"_s,
+                                 u"hide_attachment"_s })
+        wanted.append(database.column(m_table, name));
+    m_query = database.prepare(
+        u"SELECT %1 FROM %2 WHERE ROWID = ?1"_s.arg(wanted.join(u", "_s), m_table));
+}
+
+void MessageAttachments::readLinks(const QString &table,
+                                   const QString &message,
+                                   const QString &attachment)
+{
+    const bool isKnown = m_database.hasColumn(table, message)
+        && (attachment == "ROWID"_L1 || m_database.hasColumn(table, attachment));
+    if (!isKnown)
+        return;
+    m_database.query(message + u", "_s + attachment, table, [this](const Statement &row) {
+        m_links.push_back({ row.integer(0), row.integer(1) });
+    });
+    const auto before = [](const Link &a, const Link &b) { return a.message < b.message; };
+    std::stable_sort(m_links.begin(), m_links.end(), before);
+}
+
+MessageAttachments::~MessageAttachments() = default;
+
+QList<MessageAttachment> MessageAttachments::of(qint64 message)
+{
+    QList<MessageAttachment> result;
+    const auto before = [](const Link &link, qint64 row) { return link.message < row; };
+    auto it = std::lower_bound(m_links.cbegin(), m_links.cend(), message, before);
+    for (; it != m_links.cend() && it->message == message; ++it) {
+        const qint64 row = it->attachment;
+        const auto isSame = [row](const MessageAttachment &other) { return other.row == row; };
+        if (std::any_of(result.cbegin(), result.cend(), isSame))
+            continue;
+        const MessageAttachment attachment = read(row);
+        if (attachment.row != 0)
+            result.append(attachment);
+    }
+    return result;
+}
+
+QList<qint64> MessageAttachments::rows()
+{
+    QList<qint64> rows;
+    if (m_query) {
+        m_database.query(
+            u"ROWID"_s, m_table, [&rows](const Statement &row) { rows.append(row.integer(0)); });
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+MessageAttachment MessageAttachments::read(qint64 row)
+{
+    MessageAttachment attachment;
+    if (!m_query)
+        return attachment;
+    m_query->reset();
+    m_query->bind(1, row);
+    switch (m_query->step()) {
+    case Statement::Step::Row:
+        break;
+    case Statement::Step::Done:
+        return attachment;
+    case Statement::Step::Failed:
+        m_database.addLoss(m_query->error());
+        return attachment;
+    }
+    attachment.row = row;
+    attachment.guid = m_query->text(0);
+    attachment.path = m_query->text(1);
+    attachment.name = m_query->text(2).trimmed();
+    if (attachment.name.isEmpty())
+        attachment.name = attachment.path.section(u'/', -1);
+    attachment.mimeType = m_query->text(3).trimmed().toLower();
+    attachment.created = m_query->integer(5);
+    attachment.isForPeople = m_query->integer(6) == 0
+        && !attachment.name.endsWith(".pluginPayloadAttachment"_L1)
+        && !attachment.path.endsWith(".pluginPayloadAttachment"_L1);
+    attachment.file = AttachmentFiles(m_source.index()).find(attachment.path);
+    attachment.kind = kindOf(attachment, m_query->text(4));
+    return attachment;
+}
+
+MessageAttachment::Kind MessageAttachments::kindOf(const MessageAttachment &attachment,
+                                                   const QString &uti) const
+{
+    std::optional<Kind> kind = kindByName(attachment.name);
+    if (!kind)
+        kind = kindByName(attachment.path);
+    if (!kind)
+        kind = kindByType(attachment.mimeType, uti);
+    if (kind)
+        return *kind == Kind::Contact && attachment.mimeType == "text/x-vlocation"_L1
+            ? Kind::Location
+            : *kind;
+    return attachment.file == FileIndex::kNone
+        ? Kind::Other
+        : kindByContent(m_source.files().content(attachment.file, kMagicBytes));
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,46 @@
+#include "PhoneBackup/messages/SmsDatabase.h"
+
+#include "PhoneBackup/messages/Conversation.h"
+#include "platform/Translation_p.h"
+
+DATAEXPORT_USE_TR(DataExport);
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 kBase2001Ms = 978307200000;
+constexpr qint64 kYear2200Ms = 7258118400000;
+constexpr qint64 kLargestSeconds = 1'000'000'000'000; // beyond it a value counts nanoseconds
+
+qint64 floorDivide(qint64 value, qint64 by)
+{
+    return value / by - (value % by < 0 ? 1 : 0);
+}
+
+} // namespace
+
+std::unique_ptr<SmsDatabase> SmsDatabase::open(Source &source)
+{
+    std::optional<RowDatabase> database = RowDatabase::open(
+        source, kMessages, "HomeDomain", u"Library/SMS/sms.db"_s, tr("Messages may be missing."));
+    return database ? std::make_unique<SmsDatabase>(std::move(*database)) : nullptr;
+}
+
+SmsDatabase::SmsDatabase(RowDatabase &&database)
+    : RowDatabase(std::move(database))
+{
+}
+
+qint64 SmsDatabase::dateMs(qint64 value)
+{
+    const bool isSeconds = value <= kLargestSeconds && value >= -kLargestSeconds;
+    if (value == 0)
+        return Conversation::kNoDate;
+    const qint64 ms = kBase2001Ms + (isSeconds ? value * 1000 : floorDivide(value, 1'000'000));
+    return ms > 0 && ms < kYear2200Ms ? ms : Conversation::kNoDate;
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,43 @@
+#include "PhoneBackup/source/PhoneTime.h"
+
+#include <cmath>
+
+namespace PhoneBackup::PhoneTime {
+
+namespace {
+
+constexpr double kBase2001 = 978307200;
+constexpr double kYear2200 = 7258118400;
+
+QDateTime moment(double unixSeconds)
+{
+    if (!(unixSeconds > 0 && unixSeconds < kYear2200)) // not a number fails both
+        return {};
+    return QDateTime::fromMSecsSinceEpoch(std::llround(unixSeconds * 1000), Qt::UTC);
+}
+
+} // namespace
+
+QDateTime since2001(std::optional<double> seconds)
+{
+    return !seconds || *seconds == 0 ? QDateTime() : moment(*seconds + kBase2001);
+}
+
+QDateTime ofThePast(std::optional<double> seconds)
+{
+    return seconds.value_or(0) > kBase2001 ? sinceUnix(seconds) : since2001(seconds);
+}
+
+QDateTime sinceUnix(std::optional<double> seconds)
+{
+    return seconds ? moment(*seconds) : QDateTime();
+}
+
+bool isNewer(const QDateTime &a, const QDateTime &b)
+{
+    if (a.isValid() != b.isValid())
+        return a.isValid();
+    return a.isValid() && a > b;
+}
+
+} // namespace PhoneBackup::PhoneTime

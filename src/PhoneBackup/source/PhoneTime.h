@@ -1,0 +1,25 @@
+#ifndef PHONEBACKUP_SOURCE_PHONETIME_H
+#define PHONEBACKUP_SOURCE_PHONETIME_H
+
+#include <QDateTime>
+
+#include <optional>
+
+//! Moments as the phone's databases store them. 0, and what is not in 1970 to 2200, is no moment.
+namespace PhoneBackup::PhoneTime {
+
+//! Seconds since 2001-01-01 UTC.
+QDateTime since2001(std::optional<double> seconds);
+
+//! Seconds since 2001, or since 1970 where they would lie after 2031: for what has happened.
+QDateTime ofThePast(std::optional<double> seconds);
+
+//! Seconds since 1970-01-01 UTC.
+QDateTime sinceUnix(std::optional<double> seconds);
+
+//! Order for lists with the newest first; what has no date comes last.
+bool isNewer(const QDateTime &a, const QDateTime &b);
+
+} // namespace PhoneBackup::PhoneTime
+
+#endif

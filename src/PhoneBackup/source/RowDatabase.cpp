@@ -1,0 +1,187 @@
+#include "PhoneBackup/source/RowDatabase.h"
+
+#include "PhoneBackup/source/PathParts.h"
+#include "PhoneBackup/source/Source.h"
+#include "platform/Translation_p.h"
+
+#include <algorithm>
+#include <limits>
+
+DATAEXPORT_USE_TR(DataExport);
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+
+std::optional<RowDatabase> RowDatabase::open(Source &source,
+                                             int dataType,
+                                             QByteArrayView domain,
+                                             const QString &path,
+                                             const Notice &consequence)
+{
+    Result<Database> database = source.files().openDatabase(domain, path);
+    if (database)
+        return RowDatabase(source, dataType, database.take(), consequence);
+    if (database.error().fault == Fault::Cancelled) {
+        source.stop();
+    } else if (database.error().fault != Fault::NotFound) {
+        source.addProblem(
+            dataType, PathParts::text(domain) + u'/' + path, database.error(), consequence, true);
+    }
+    return std::nullopt;
+}
+
+RowDatabase::RowDatabase(Source &source, int dataType, Database database, const Notice &consequence)
+    : m_source(&source)
+    , m_dataType(dataType)
+    , m_database(std::move(database))
+    , m_consequence(consequence)
+{
+    if (m_database.isDamaged())
+        addLoss(m_database.damage());
+}
+
+const QStringList &RowDatabase::columns(const QString &table) const
+{
+    const auto known = m_columns.constFind(table);
+    if (known != m_columns.constEnd())
+        return *known;
+    if (m_database.refusesTable(table))
+        addLoss(tr("It is damaged: “%1” is not an ordinary table.").arg(table));
+    return *m_columns.insert(table, m_database.columns(table));
+}
+
+bool RowDatabase::hasColumn(const QString &table, const QString &column) const
+{
+    return columns(table).contains(column, Qt::CaseInsensitive);
+}
+
+QString RowDatabase::column(const QString &table, const QString &column) const
+{
+    return hasColumn(table, column) ? column : u"NULL"_s;
+}
+
+bool RowDatabase::query(const QString &what,
+                        const QString &from,
+                        const std::function<void(const Statement &)> &row,
+                        Order order)
+{
+    const QString sql = u"SELECT %1 FROM %2"_s.arg(what, from);
+    // In any order: an index that holds all of it is read in place of a table with long rows.
+    if (order == Order::Any && readRows(sql, row))
+        return true;
+    // The number of the row comes last.
+    qint64 lastForward = 0;
+    qint64 lastBackward = std::numeric_limits<qint64>::max();
+    const auto keepingPlace = [&row](qint64 &place) {
+        return [&row, &place](const Statement &statement) {
+            place = statement.integer(statement.columnCount() - 1);
+            row(statement);
+        };
+    };
+    const QString numbered = u"SELECT %1, ROWID AS row_number FROM %2"_s.arg(what, from);
+    if (readRows(numbered + u" ORDER BY ROWID"_s, keepingPlace(lastForward)))
+        return true;
+    if (m_source->keepGoing()
+        && !readRows(numbered + u" ORDER BY ROWID DESC"_s, keepingPlace(lastBackward)))
+        readBetween(numbered, std::max<qint64>(lastForward, 0), lastBackward, row);
+    return false;
+}
+
+bool RowDatabase::readRows(const QString &sql, const std::function<void(const Statement &)> &row)
+{
+    const std::unique_ptr<Statement> statement = prepare(sql);
+    if (!statement)
+        return false;
+    for (qint64 left = m_database.maxRowCount();; --left) {
+        const Statement::Step step = statement->step();
+        if (step == Statement::Step::Done)
+            return true;
+        if (step == Statement::Step::Failed) {
+            if (statement->isStopped()) {
+                m_source->stop();
+                return false;
+            }
+            addLoss(tr("It is damaged: %1.").arg(statement->error()));
+            return false;
+        }
+        if (left <= 0) {
+            addLoss(tr("It is damaged: its rows repeat without an end."));
+            return false;
+        }
+        row(*statement);
+        if (!m_source->keepGoing())
+            return false;
+    }
+}
+
+// What lies between damaged pages: behind each of them reading goes on at the first row that
+// answers, which is looked for in leaps that double, and then between the last two of them.
+void RowDatabase::readBetween(const QString &sql,
+                              qint64 after,
+                              qint64 before,
+                              const std::function<void(const Statement &)> &row)
+{
+    constexpr int kMaxDamagedPlaces = 10'000;
+    constexpr qint64 kLongestLeap = qint64(1) << 60;
+    const std::unique_ptr<Statement> statement =
+        prepare(u"SELECT * FROM (%1) WHERE row_number >= ?1 AND row_number < ?2 "
+                "ORDER BY row_number"_s.arg(sql));
+    if (!statement || before - after < 2)
+        return;
+    statement->bind(2, before);
+    const auto stepFrom = [this, &statement](qint64 place) {
+        statement->reset();
+        statement->bind(1, place);
+        const Statement::Step step = statement->step();
+        if (statement->isStopped())
+            m_source->stop();
+        return step;
+    };
+    qint64 left = m_database.maxRowCount();
+    for (int place = 0; place < kMaxDamagedPlaces && m_source->keepGoing(); ++place) {
+        qint64 failing = after;
+        qint64 answering = after + 1;
+        for (qint64 leap = 1; stepFrom(answering) == Statement::Step::Failed;
+             leap = std::min(2 * leap, kLongestLeap)) {
+            failing = answering;
+            if (answering >= before - 1)
+                return;
+            answering += std::min(leap, before - 1 - answering);
+        }
+        while (answering - failing > 1) {
+            const qint64 middle = failing + (answering - failing) / 2;
+            (stepFrom(middle) == Statement::Step::Failed ? failing : answering) = middle;
+        }
+        Statement::Step step = stepFrom(answering);
+        for (; step == Statement::Step::Row; step = statement->step()) {
+            const qint64 number = statement->integer(statement->columnCount() - 1);
+            if (number <= after || --left < 0 || !m_source->keepGoing())
+                return;
+            after = number;
+            row(*statement);
+        }
+        if (step == Statement::Step::Done || after >= before - 1)
+            return;
+    }
+}
+
+std::unique_ptr<Statement> RowDatabase::prepare(const QString &sql)
+{
+    Result<Statement> statement = m_database.prepare(sql);
+    if (statement)
+        return std::make_unique<Statement>(statement.take());
+    addLoss(statement.error().what);
+    return nullptr;
+}
+
+void RowDatabase::addLoss(const Notice &why) const
+{
+    const Error error = m_database.temporaryFolderError().value_or(
+        Error { Fault::Corrupt, m_database.path(), why });
+    if (m_firstLoss.isEmpty())
+        m_firstLoss = error.what;
+    m_source->addProblem(m_dataType, m_database.name(), error, m_consequence, true);
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,89 @@
+#ifndef PHONEBACKUP_SOURCE_ROWDATABASE_H
+#define PHONEBACKUP_SOURCE_ROWDATABASE_H
+
+#include "PhoneBackup/sqlite/Database.h"
+
+#include <QHash>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace PhoneBackup {
+
+class Source;
+
+/*!
+    \brief A database whose rows are what is exported, whatever release of the phone wrote it.
+
+    Columns are probed; one that is missing reads as null. What cannot be read is a loss of the data
+    type, which the source is told of; what lies before and behind it is read.
+*/
+class RowDatabase
+{
+public:
+    /*!
+        The database at this place of the backup. None when the backup has none, and when it cannot
+        be opened: that is a loss of \a dataType. \a consequence is a sentence for a person that
+        follows the cause of any loss ("Calls may be missing.").
+    */
+    static std::optional<RowDatabase> open(Source &source,
+                                           int dataType,
+                                           QByteArrayView domain,
+                                           const QString &path,
+                                           const Notice &consequence);
+
+    RowDatabase(Source &source, int dataType, Database database, const Notice &consequence);
+
+    bool hasTable(const QString &table) const { return !columns(table).isEmpty(); }
+    bool hasColumn(const QString &table, const QString &column) const;
+
+    /*!
+        Names of the columns of \a table, empty when there is no such table. A view or the like in
+        its place is a loss.
+    */
+    const QStringList &columns(const QString &table) const;
+
+    //! \a column when \a table has it, else "NULL".
+    QString column(const QString &table, const QString &column) const;
+
+    enum class Order { ByRow, Any };
+
+    /*!
+        Calls \a row for each row of "SELECT \a what FROM \a from", behind whose columns there may
+        be one more. Where a damaged page ends that, the rest is read from the end backwards, and
+        then what lies between damaged pages, so that rows may come twice and in any order.
+        \return whether all were read.
+    */
+    bool query(const QString &what,
+               const QString &from,
+               const std::function<void(const Statement &)> &row,
+               Order order = Order::ByRow);
+
+    //! Prepares a query that is known to fit; none, and a problem, when the database cannot.
+    std::unique_ptr<Statement> prepare(const QString &sql);
+
+    //! Says that something of it is lost, and why.
+    void addLoss(const Notice &why) const;
+
+    //! Why something of it is lost, as it was told first; empty when nothing is.
+    Notice firstLoss() const { return m_firstLoss; }
+
+private:
+    bool readRows(const QString &sql, const std::function<void(const Statement &)> &row);
+    void readBetween(const QString &sql,
+                     qint64 after,
+                     qint64 before,
+                     const std::function<void(const Statement &)> &row);
+
+    Source *m_source;
+    int m_dataType;
+    Database m_database;
+    Notice m_consequence;
+    mutable Notice m_firstLoss;
+    mutable QHash<QString, QStringList> m_columns;
+};
+
+} // namespace PhoneBackup
+
+#endif

@@ -1,0 +1,170 @@
+#include "PhoneBackup/source/Source.h"
+
+#include "PhoneBackup/source/PathParts.h"
+#include "platform/Translation_p.h"
+
+#include <QDir>
+
+DATAEXPORT_USE_TR(DataExport);
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kCallsBetweenQuestions = 4096;
+constexpr qint64 kMaxPropertyListBytes = qint64(64) << 20;
+
+} // namespace
+
+Source::Source(std::unique_ptr<BackupFiles> files, KeepGoing keepGoing)
+    : m_files(std::move(files))
+    , m_keepGoing(std::move(keepGoing))
+{
+}
+
+const AddressBook &Source::addressBook()
+{
+    if (!m_addressBook)
+        m_addressBook.emplace(*this);
+    return *m_addressBook;
+}
+
+void Source::addProblem(const Problem &problem)
+{
+    // A damaged source does not hide that the temporary folder failed, too.
+    const QString place =
+        problem.fault == Fault::TemporaryFolder ? QDir::tempPath() : problem.source;
+    const QString key =
+        u"%1 %2 %3"_s.arg(QString::number(problem.dataType), QString::number(problem.row), place);
+    if (m_known.contains(key))
+        return;
+    m_known.insert(key);
+    m_problems.append(problem);
+}
+
+void Source::addProblem(
+    int dataType, const QString &source, const Error &error, const Notice &consequence, bool loss)
+{
+    // Its sentence ends with what to do, and there is nothing to put up with before that is done.
+    const bool isOurs = error.fault == Fault::TemporaryFolder;
+    const Notice what = isOurs ? error.what : error.what + consequence;
+    addProblem({ dataType, source, what, loss || isOurs, false, error.fault, error.systemError });
+}
+
+void Source::addAbsence(int dataType, int release, const Notice &what)
+{
+    const BackupInfo &info = m_files->folder().info();
+    if (!info.encrypted && info.productVersion.section(u'.', 0, 0).toInt() >= release)
+        addProblem({ dataType, {}, what, false, true });
+}
+
+bool Source::keepGoing()
+{
+    if (!m_stopped && m_keepGoing && ++m_questions % kCallsBetweenQuestions == 0 && !m_keepGoing())
+        stop();
+    return !m_stopped;
+}
+
+void Source::stop()
+{
+    if (m_stopped)
+        return;
+    m_stopped = true;
+    addProblem({ -1,
+                 m_files->folder().path(),
+                 tr("Reading was stopped on request; lists may be incomplete."),
+                 true });
+}
+
+std::optional<Database>
+Source::openDatabase(int dataType, QByteArrayView domain, const QString &path)
+{
+    Result<Database> database = m_files->openDatabase(domain, path);
+    if (!database) {
+        if (database.error().fault == Fault::Cancelled) {
+            stop();
+        } else if (database.error().fault != Fault::NotFound) {
+            addProblem(dataType,
+                       PathParts::text(domain) + u'/' + path,
+                       database.error(),
+                       tr("The files that it tells of are exported all the same."),
+                       false);
+        }
+        return std::nullopt;
+    }
+    if (database.value().isDamaged())
+        addDatabaseProblem(dataType, database.value(), database.value().damage());
+    return database.take();
+}
+
+bool Source::query(int dataType,
+                   const Database &database,
+                   const QString &sql,
+                   const std::function<void(const Statement &)> &row)
+{
+    Result<Statement> statement = database.prepare(sql);
+    if (!statement) {
+        addDatabaseProblem(dataType, database, statement.error().what);
+        return false;
+    }
+    for (qint64 left = database.maxRowCount();; --left) {
+        switch (statement.value().step()) {
+        case Statement::Step::Row:
+            if (left <= 0) {
+                addDatabaseProblem(
+                    dataType, database, tr("It is damaged: its rows repeat without an end."));
+                return false;
+            }
+            row(statement.value());
+            if (!keepGoing())
+                return false;
+            break;
+        case Statement::Step::Done:
+            return !database.isDamaged();
+        case Statement::Step::Failed:
+            if (statement.value().isStopped()) {
+                stop();
+                return false;
+            }
+            addDatabaseProblem(
+                dataType, database, tr("It is damaged: %1.").arg(statement.value().error()));
+            return false;
+        }
+    }
+}
+
+void Source::addDatabaseProblem(int dataType, const Database &database, const Notice &why)
+{
+    addProblem(
+        dataType,
+        database.name(),
+        database.temporaryFolderError().value_or(Error { Fault::Corrupt, database.path(), why }),
+        tr("Names, dates and deleted marks that it holds may be missing; the files "
+           "themselves are exported."),
+        false);
+}
+
+PropertyList Source::propertyList(int dataType, QByteArrayView domain, const QString &path)
+{
+    const FileIndex::Row row = m_files->findFile(domain, path);
+    if (row == FileIndex::kNone)
+        return {};
+    PropertyList list = PropertyList::parse(m_files->content(row, kMaxPropertyListBytes));
+    if (!list.isDict()) {
+        addProblem({ dataType,
+                     m_files->place(row),
+                     tr("The property list is damaged or missing. Files are exported under the "
+                        "names that they have on the phone."),
+                     false });
+    }
+    return list;
+}
+
+QString columnOrNull(const QStringList &columns, const QString &column)
+{
+    return columns.contains(column, Qt::CaseInsensitive) ? column : u"NULL"_s;
+}
+
+} // namespace PhoneBackup

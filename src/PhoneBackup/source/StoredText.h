@@ -1,0 +1,21 @@
+#ifndef PHONEBACKUP_SOURCE_STOREDTEXT_H
+#define PHONEBACKUP_SOURCE_STOREDTEXT_H
+
+#include <QString>
+
+namespace PhoneBackup {
+
+//! Texts as the phone's databases hold them.
+namespace StoredText {
+
+/*!
+    \a text as it is shown: without the places of files and apps (U+FFFC, U+FFFD) and without
+    control characters; line ends are line feeds.
+*/
+QString cleaned(const QString &text);
+
+} // namespace StoredText
+
+} // namespace PhoneBackup
+
+#endif

@@ -1,0 +1,216 @@
+#include "PhoneBackup/whatsapp/WhatsappNames.h"
+
+#include "PhoneBackup/packed/FieldReader.h"
+#include "PhoneBackup/source/Jid.h"
+#include "PhoneBackup/source/Source.h"
+#include "PhoneBackup/source/StoredText.h"
+#include "PhoneBackup/whatsapp/WhatsappDatabase.h"
+#include "platform/Translation_p.h"
+
+#include <algorithm>
+#include <array>
+
+DATAEXPORT_USE_TR(DataExport);
+
+namespace PhoneBackup {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// "+49 30 …", "4930…" or an identifier: what a column holds as somebody's number.
+QString numberIn(const QString &text)
+{
+    const Jid jid(text);
+    if (!jid.number().isEmpty())
+        return jid.number();
+    if (text.contains(u'@'))
+        return {};
+    QString digits;
+    for (const QChar c : text) {
+        if (c >= u'0' && c <= u'9')
+            digits.append(c);
+    }
+    return digits.isEmpty() ? QString() : u'+' + digits;
+}
+
+// A person's identifier that may lack what follows its digits.
+QString keyIn(const QString &text)
+{
+    return Jid(text.contains(u'@') ? text : text + "@s.whatsapp.net"_L1).key();
+}
+
+} // namespace
+
+// Where a database says which number is behind which private identifier.
+struct WhatsappNames::NumberColumns
+{
+    QString table;
+    QString privateId;
+    QString number;
+    QString order; // the highest counts; may be empty
+};
+
+WhatsappNames::WhatsappNames(Source &source,
+                             const WhatsappPlace &place,
+                             WhatsappDatabase *chats,
+                             int dataType)
+    : m_addressBook(source.addressBook())
+{
+    const QString loss = tr("Names of people may be missing.");
+    const auto open = [&](const QString &name) {
+        return WhatsappDatabase::open(source, place, name, loss, dataType);
+    };
+    const auto numbers = open(u"LID.sqlite"_s);
+    const auto contacts = open(u"ContactsV2.sqlite"_s);
+    const auto oldContacts = open(u"Contacts.sqlite"_s);
+    QList<RowDatabase *> databases { numbers.get(), chats, contacts.get(), oldContacts.get() };
+    databases.removeAll(nullptr);
+    readNumbers(databases);
+    for (RowDatabase *database :
+         QList<RowDatabase *> { numbers.get(), contacts.get(), oldContacts.get(), chats }) {
+        if (database)
+            readContacts(*database);
+    }
+    if (chats)
+        readChosenNames(*chats);
+}
+
+void WhatsappNames::readNumbers(const QList<RowDatabase *> &databases)
+{
+    // What comes first counts; within a table that is the newest row.
+    const std::array tables {
+        NumberColumns { u"ZWAPHONENUMBERLIDPAIR"_s, u"ZLID"_s, u"ZPHONENUMBER"_s, u"ZTIMESTAMP"_s },
+        NumberColumns { u"ZWAZACCOUNT"_s, u"ZIDENTIFIER"_s, u"ZPHONENUMBER"_s, {} },
+        NumberColumns { u"ZWAADDRESSBOOKCONTACT"_s, u"ZLID"_s, u"ZWHATSAPPID"_s, {} },
+        NumberColumns { u"ZWAADDRESSBOOKCONTACT"_s, u"ZLID"_s, u"ZPHONENUMBER"_s, {} },
+    };
+    for (const NumberColumns &columns : tables) {
+        for (RowDatabase *database : databases)
+            readNumbers(*database, columns);
+    }
+}
+
+void WhatsappNames::readNumbers(RowDatabase &database, const NumberColumns &columns)
+{
+    if (!database.hasColumn(columns.table, columns.privateId)
+        || !database.hasColumn(columns.table, columns.number))
+        return;
+    QHash<QString, std::pair<double, QString>> newest;
+    const QString what = u"%1, %2, %3"_s.arg(
+        columns.privateId, columns.number, database.column(columns.table, columns.order));
+    database.query(what, columns.table, [&](const Statement &row) {
+        const QString user = Jid(row.text(0)).user();
+        const QString number = numberIn(row.text(1));
+        const double when = row.number(2).value_or(0);
+        if (user.isEmpty() || number.isEmpty())
+            return;
+        const auto known = newest.constFind(user);
+        if (known == newest.constEnd() || when >= known->first)
+            newest.insert(user, { when, number });
+    });
+    for (auto it = newest.cbegin(); it != newest.cend(); ++it) {
+        if (!m_numbers.contains(it.key()))
+            m_numbers.insert(it.key(), it->second);
+    }
+}
+
+void WhatsappNames::readContacts(RowDatabase &database)
+{
+    for (const QString &table :
+         { u"ZWAADDRESSBOOKCONTACT"_s, u"ZWASTATUS"_s, u"ZWAFAVORITE"_s, u"ZWACONTACT"_s }) {
+        QString nameColumn;
+        for (const QString &column :
+             { u"ZFULLNAME"_s, u"ZDISPLAYNAME"_s, u"ZCONTACTNAME"_s, u"ZBUSINESSNAME"_s }) {
+            if (nameColumn.isEmpty() && database.hasColumn(table, column))
+                nameColumn = column;
+        }
+        if (nameColumn.isEmpty() || !database.hasColumn(table, u"ZWHATSAPPID"_s))
+            continue;
+        const QString what =
+            u"ZWHATSAPPID, %1, %2"_s.arg(nameColumn, database.column(table, u"ZLID"_s));
+        database.query(what, table, [this](const Statement &row) {
+            const QString name = cleaned(row.text(1));
+            if (name.isEmpty())
+                return;
+            const QString id = row.text(0).trimmed();
+            if (!id.isEmpty() && !m_contacts.contains(keyIn(id)))
+                m_contacts.insert(keyIn(id), name);
+            const QString privateId = Jid(row.text(2)).user();
+            if (!privateId.isEmpty())
+                m_contacts.insert(privateId + "@lid"_L1, name);
+        });
+    }
+}
+
+void WhatsappNames::readChosenNames(RowDatabase &database)
+{
+    const QString table = u"ZWAPROFILEPUSHNAME"_s;
+    if (!database.hasColumn(table, u"ZJID"_s) || !database.hasColumn(table, u"ZPUSHNAME"_s))
+        return;
+    database.query(u"ZJID, ZPUSHNAME"_s, table, [this](const Statement &row) {
+        const QString name = cleaned(row.text(1));
+        if (!name.isEmpty())
+            m_chosen.insert(Jid(row.text(0)).key(), name);
+    });
+}
+
+QString WhatsappNames::number(const Jid &jid) const
+{
+    return jid.kind() == Jid::Kind::PrivateId ? m_numbers.value(jid.user()) : jid.number();
+}
+
+QString WhatsappNames::name(const Jid &jid, const QString &known) const
+{
+    if (jid.kind() == Jid::Kind::App)
+        return u"WhatsApp"_s;
+    const QString digits = number(jid);
+    const QString key = digits.isEmpty() ? QString() : keyIn(digits.sliced(1));
+    for (const QString &name : { digits.isEmpty() ? QString() : m_addressBook.name(digits),
+                                 m_contacts.value(jid.key()),
+                                 m_contacts.value(key),
+                                 known,
+                                 m_chosen.value(jid.key()),
+                                 m_chosen.value(key) }) {
+        if (!name.isEmpty())
+            return cleaned(name);
+    }
+    return {};
+}
+
+QString WhatsappNames::nameOrNumber(const Jid &jid, const QString &chosen) const
+{
+    for (const QString &name : { name(jid), chosen, number(jid) }) {
+        if (!name.isEmpty())
+            return name;
+    }
+    return tr("Unknown");
+}
+
+void WhatsappNames::learn(const Jid &jid, const Jid &phone)
+{
+    if (jid.kind() == Jid::Kind::PrivateId && !phone.number().isEmpty()
+        && !m_numbers.contains(jid.user()))
+        m_numbers.insert(jid.user(), phone.number());
+}
+
+QString WhatsappNames::cleaned(const QString &name)
+{
+    const auto steersDirection = [](QChar c) {
+        return c == QChar(0x200E) || c == QChar(0x200F) || c == QChar(0x2068) || c == QChar(0x2069)
+            || (c >= QChar(0x202A) && c <= QChar(0x202E));
+    };
+    QString text = StoredText::cleaned(name);
+    text.removeIf(steersDirection);
+    return text.simplified();
+}
+
+QString WhatsappNames::chosen(const QString &pushName)
+{
+    const auto bytes =
+        QByteArray::fromBase64Encoding(pushName.toUtf8(), QByteArray::AbortOnBase64DecodingErrors);
+    const bool isEncoded = bytes && FieldReader::isComplete(*bytes);
+    return isEncoded ? QString() : cleaned(pushName);
+}
+
+} // namespace PhoneBackup

@@ -1,0 +1,108 @@
+#include "PhoneBackup/whatsapp/WhatsappRelations.h"
+
+#include "PhoneBackup/whatsapp/WhatsappRecords.h"
+#include "PhoneItems/messages/MessageWords.h"
+#include "PhoneItems/whatsapp/WhatsappContent.h"
+#include "PhoneItems/whatsapp/WhatsappWords.h"
+
+#include <algorithm>
+
+namespace PhoneBackup {
+
+namespace {
+
+QString quoted(const WhatsappMessage &message)
+{
+    return MessageWords::quote(message.text.isEmpty() ? WhatsappWords::mediaKind(message.code)
+                                                      : message.text);
+}
+
+} // namespace
+
+quint64 WhatsappRelations::hashOf(QByteArrayView id)
+{
+    return quint64(qHash(id));
+}
+
+void WhatsappRelations::clear()
+{
+    m_reactions.clear();
+    m_answers.clear();
+    m_targets.clear();
+}
+
+void WhatsappRelations::addReactions(std::vector<Reaction> reactions)
+{
+    QHash<QString, std::size_t> last;
+    for (std::size_t i = 0; i < reactions.size(); ++i) {
+        const auto known = last.constFind(reactions[i].person);
+        if (known == last.constEnd() || !(reactions[i].date < reactions[*known].date))
+            last.insert(reactions[i].person, i);
+    }
+    for (std::size_t i = 0; i < reactions.size(); ++i) {
+        if (last.value(reactions[i].person) == i && !reactions[i].emoji.isEmpty())
+            m_reactions.push_back(std::move(reactions[i]));
+    }
+}
+
+void WhatsappRelations::addAnswer(WhatsappMessage &message, const WhatsappQuote &quote)
+{
+    m_answers.push_back({ &message, hashOf(quote.id), quote.text });
+}
+
+void WhatsappRelations::apply(WhatsappContent &content, bool nameSenders)
+{
+    if (m_reactions.empty() && m_answers.empty())
+        return;
+    findTargets(content);
+    // All quotes are taken before any text changes: none holds another.
+    constexpr int withEmoji = 2006;
+    std::vector<WhatsappContent::Line> lines;
+    lines.reserve(m_reactions.size());
+    for (const Reaction &reaction : m_reactions) {
+        const QString what = reaction.message->isDeleted ? QString() : quoted(*reaction.message);
+        WhatsappMessage &line = content.addAside();
+        line.text = MessageWords::reaction(reaction.who, withEmoji, reaction.emoji, what);
+        line.fromMe = reaction.byOwner;
+        line.files = reaction.message->files;
+        if (nameSenders && !reaction.byOwner)
+            line.author = reaction.who;
+        if (reaction.date.isValid())
+            line.dateMs = reaction.date.toMSecsSinceEpoch();
+        lines.push_back({ reaction.message, &line });
+    }
+    QStringList quotes;
+    quotes.reserve(qsizetype(m_answers.size()));
+    for (const Answer &answer : m_answers)
+        quotes.append(quote(answer));
+
+    auto quotedText = quotes.cbegin();
+    for (const Answer &answer : m_answers) {
+        QString &text = answer.message->text;
+        const QString above = MessageWords::replyTo(*quotedText++);
+        text = text.isEmpty() ? above : above + u'\n' + text;
+    }
+    content.weave(lines);
+}
+
+void WhatsappRelations::findTargets(const WhatsappContent &content)
+{
+    if (m_answers.empty())
+        return;
+    for (const Answer &answer : m_answers)
+        m_targets.insert(answer.target, nullptr);
+    content.forEach([this](const WhatsappMessage &message) {
+        const auto found = m_targets.find(message.idHash);
+        if (found != m_targets.end())
+            *found = &message;
+    });
+}
+
+// Of a message that is gone, what the answer holds of it.
+QString WhatsappRelations::quote(const Answer &answer) const
+{
+    const WhatsappMessage *target = m_targets.value(answer.target);
+    return target && !target->isDeleted ? quoted(*target) : MessageWords::quote(answer.quotedText);
+}
+
+} // namespace PhoneBackup

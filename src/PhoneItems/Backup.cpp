@@ -1,0 +1,207 @@
+#include "PhoneItems/Backup.h"
+
+#include "PhoneBackup/source/Source.h"
+#include "PhoneItems/DataTypes.h"
+#include "PhoneItems/messages/MessageData.h"
+#include "PhoneItems/whatsapp/WhatsappData.h"
+#include "platform/OutputNames.h"
+#include "platform/Translation_p.h"
+
+#include <QDir>
+
+#include <algorithm>
+#include <array>
+
+DATAEXPORT_USE_TR(DataExport);
+
+namespace PhoneItems {
+
+using namespace PhoneBackup;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kWholeBackup = -1;
+constexpr int kOwnerName = 0;
+constexpr qsizetype kMaxOwnerCharacters = 100;
+
+// Names of all data types that there are: a caller may ask for one that is not read here.
+constexpr std::array<const char *, 19> kTypeNames {
+    QT_TRANSLATE_NOOP("DataExport", "Photos"),
+    QT_TRANSLATE_NOOP("DataExport", "Videos"),
+    QT_TRANSLATE_NOOP("DataExport", "Shared Albums"),
+    QT_TRANSLATE_NOOP("DataExport", "Voice Memos"),
+    QT_TRANSLATE_NOOP("DataExport", "Books"),
+    QT_TRANSLATE_NOOP("DataExport", "Ringtones and Music"),
+    QT_TRANSLATE_NOOP("DataExport", "Messages"),
+    QT_TRANSLATE_NOOP("DataExport", "Message Attachments"),
+    QT_TRANSLATE_NOOP("DataExport", "Contacts"),
+    QT_TRANSLATE_NOOP("DataExport", "Notes"),
+    QT_TRANSLATE_NOOP("DataExport", "App Documents"),
+    QT_TRANSLATE_NOOP("DataExport", "WhatsApp"),
+    QT_TRANSLATE_NOOP("DataExport", "WhatsApp Attachments"),
+    QT_TRANSLATE_NOOP("DataExport", "Reminders"),
+    QT_TRANSLATE_NOOP("DataExport", "Calendar"),
+    QT_TRANSLATE_NOOP("DataExport", "Call History"),
+    QT_TRANSLATE_NOOP("DataExport", "Voicemail"),
+    QT_TRANSLATE_NOOP("DataExport", "Safari"),
+    QT_TRANSLATE_NOOP("DataExport", "Note Attachments"),
+};
+
+} // namespace
+
+class Backup::Private
+{
+public:
+    Private(std::unique_ptr<BackupFiles> files, const KeepGoing &keepGoing)
+        : source(std::move(files), keepGoing)
+    {
+    }
+
+    void describeFindings();
+    void takeRemarks();
+
+    mutable Source source;
+    mutable DataSets sets; // after the source, whose files the sets borrow
+};
+
+void Backup::Private::describeFindings()
+{
+    for (const BackupFolder::Remark &remark : source.files().folder().remarks())
+        source.addProblem({ kWholeBackup, remark.source, remark.what, false });
+    if (!source.files().folder().info().finished) {
+        source.addProblem({ kWholeBackup,
+                            u"Status.plist"_s,
+                            tr("The backup was interrupted before it was complete: files may be "
+                               "missing or older than the rest. Make a new backup if you can."),
+                            false });
+    }
+    const BackupFolder &folder = source.files().folder();
+    const QString index =
+        folder.kind() == IndexKind::Database ? u"Manifest.db"_s : u"Manifest.mbdb"_s;
+    const Manifest::Findings &findings = source.files().findings();
+    if (!findings.damage.isEmpty()) {
+        source.addProblem({ kWholeBackup,
+                            index,
+                            Notice(findings.damage)
+                                + tr("Files that the index no longer names cannot be exported. "
+                                     "Copy the backup again from where it was made."),
+                            true });
+    }
+    if (findings.unnamed > 0) {
+        source.addProblem({ kWholeBackup,
+                            index + ": fileID"_L1,
+                            tr("%1 entries of the index have a damaged identifier; their files are "
+                               "looked for under the one that belongs to their path.")
+                                .arg(findings.unnamed),
+                            false });
+    }
+    if (findings.unknownKind > 0) {
+        source.addProblem({ kWholeBackup,
+                            index + ": flags"_L1,
+                            tr("%1 entries of the index are neither file nor folder nor link and "
+                               "are left out.")
+                                .arg(findings.unknownKind),
+                            false });
+    }
+}
+
+// In the order in which they came up, behind those that have been asked for before.
+void Backup::Private::takeRemarks()
+{
+    const QList<BackupFiles::Remark> remarks = source.files().takeRemarks();
+    for (const BackupFiles::Remark &remark : remarks)
+        source.addProblem({ kWholeBackup,
+                            source.files().place(remark.row),
+                            remark.what,
+                            remark.loss,
+                            false,
+                            remark.fault,
+                            remark.systemError });
+}
+
+Result<std::unique_ptr<Backup>>
+Backup::open(const QString &path, const KeepGoing &keepGoing, const Password &password)
+{
+    Result<std::unique_ptr<BackupFiles>> files = BackupFiles::open(path, keepGoing, password);
+    if (!files)
+        return files.error();
+    auto d = std::make_unique<Private>(files.take(), keepGoing);
+    d->describeFindings();
+    return std::unique_ptr<Backup>(new Backup(std::move(d)));
+}
+
+Backup::Backup(std::unique_ptr<Private> d)
+    : m_d(std::move(d))
+{
+}
+
+Backup::~Backup() = default;
+
+const BackupInfo &Backup::info() const
+{
+    return m_d->source.files().folder().info();
+}
+
+QList<int> Backup::dataTypes()
+{
+    QList<int> codes;
+    for (const DataSetReader &type : dataTypeTable())
+        codes.append(type.code);
+    return codes;
+}
+
+void Backup::setMessageFilter(const MessageFilter &filter)
+{
+    m_d->source.setMessageFilter(filter);
+}
+
+QList<Problem> Backup::problems() const
+{
+    m_d->takeRemarks();
+    return m_d->source.problems();
+}
+
+BkData *Backup::getBkData(int code) const
+{
+    const auto known = m_d->sets.find(code);
+    if (known != m_d->sets.end())
+        return known->second.get();
+    for (const DataSetReader &type : dataTypeTable()) {
+        if (type.code == code) {
+            type.read(m_d->source, m_d->sets);
+            return m_d->sets[code].get();
+        }
+    }
+    return nullptr;
+}
+
+qint64 Backup::messageCount(int code) const
+{
+    const BkData *data = getBkData(code);
+    if (const auto *messages = dynamic_cast<const MessageData *>(data))
+        return messages->messageCount();
+    if (const auto *chats = dynamic_cast<const WhatsappData *>(data))
+        return chats->messageCount();
+    return -1;
+}
+
+QString Backup::dataTypeName(int code) const
+{
+    const bool known = code >= 0 && code < int(kTypeNames.size());
+    return known ? tr(kTypeNames[std::size_t(code)]) : QString();
+}
+
+QString Backup::backupProperty(int key) const
+{
+    if (key != kOwnerName)
+        return {};
+    QString name = OutputNames::clean(info().displayName);
+    if (name.size() > kMaxOwnerCharacters) {
+        const bool insidePair = name[kMaxOwnerCharacters - 1].isHighSurrogate();
+        name = OutputNames::clean(name.first(kMaxOwnerCharacters - (insidePair ? 1 : 0)));
+    }
+    return name;
+}
+
+} // namespace PhoneItems

@@ -1,0 +1,245 @@
+#include "PhoneItems/messages/MessageWords.h"
+
+#include "PhoneBackup/messages/Balloon.h"
+#include "platform/Translation_p.h"
+
+#include <array>
+#include <utility>
+
+DATAEXPORT_USE_TR(DataExport);
+
+namespace PhoneBackup::MessageWords {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype kLongestQuote = 80;
+
+QString shared(const QString &who, qint64 status)
+{
+    return (status == 0 ? tr("%1 started sharing a location") : tr("%1 stopped sharing a location"))
+        .arg(who);
+}
+
+bool isWebLink(const QString &address)
+{
+    return address.startsWith("https://"_L1, Qt::CaseInsensitive)
+        || address.startsWith("http://"_L1, Qt::CaseInsensitive);
+}
+
+QString groupChange(const QString &who, qint64 action)
+{
+    switch (action) {
+    case 0:
+        return tr("%1 left the conversation").arg(who);
+    case 1:
+        return tr("%1 changed the group photo").arg(who);
+    case 2:
+        return tr("%1 removed the group photo").arg(who);
+    case 4:
+        return tr("%1 changed the background").arg(who);
+    case 6:
+        return tr("%1 removed the background").arg(who);
+    default:
+        return tr("%1 changed the conversation").arg(who);
+    }
+}
+
+} // namespace
+
+QString quote(const QString &text)
+{
+    // What is simplified is bounded, too: a text may be megabytes long.
+    QString line = text.left(8 * kLongestQuote).simplified();
+    if (line.isEmpty())
+        return {};
+    if (line.size() > kLongestQuote) {
+        const bool insidePair = line[kLongestQuote - 1].isHighSurrogate();
+        line.truncate(kLongestQuote - (insidePair ? 1 : 0));
+        line = line.trimmed() + u'…';
+    }
+    return u"“%1”"_s.arg(line);
+}
+
+QString reaction(const QString &who, qint64 type, const QString &emoji, const QString &quotedText)
+{
+    const QString what = quotedText.isEmpty() ? tr("a message") : quotedText;
+    switch (type) {
+    case 2000:
+        return tr("%1 loved %2").arg(who, what);
+    case 2001:
+        return tr("%1 liked %2").arg(who, what);
+    case 2002:
+        return tr("%1 disliked %2").arg(who, what);
+    case 2003:
+        return tr("%1 laughed at %2").arg(who, what);
+    case 2004:
+        return tr("%1 emphasized %2").arg(who, what);
+    case 2005:
+        return tr("%1 questioned %2").arg(who, what);
+    case 2006:
+        return tr("%1 reacted with %2 to %3").arg(who, emoji, what);
+    default:
+        return tr("%1 put a sticker on %2").arg(who, what);
+    }
+}
+
+QString vote(const QString &who, const QStringList &chosen, const QString &quotedPoll)
+{
+    const QString poll = quotedPoll.isEmpty() ? tr("a poll") : quotedPoll;
+    if (chosen.isEmpty())
+        return tr("%1 voted on %2").arg(who, poll);
+    QStringList options;
+    for (const QString &option : chosen)
+        options.append(quote(option));
+    return tr("%1 voted for %2 in %3").arg(who, options.join(u", "_s), poll);
+}
+
+QString replyTo(const QString &quotedText)
+{
+    return quotedText.isEmpty() ? tr("[Reply]") : tr("[Reply to %1]").arg(quotedText);
+}
+
+QString event(const Event &event)
+{
+    switch (event.type) {
+    case 1:
+        if (event.action == 0 && event.toOneself)
+            return tr("%1 changed the phone number").arg(event.who);
+        if (event.action == 0)
+            return tr("%1 added %2 to the conversation").arg(event.who, event.other);
+        return tr("%1 removed %2 from the conversation").arg(event.who, event.other);
+    case 2:
+        if (event.title.isEmpty())
+            return tr("%1 removed the name of the conversation").arg(event.who);
+        return tr("%1 named the conversation “%2”").arg(event.who, event.title);
+    case 3:
+        return groupChange(event.who, event.action);
+    case 4:
+        return shared(event.who, event.shareStatus);
+    case 5:
+        return tr("%1 kept an audio message").arg(event.who);
+    case 6:
+        return tr("%1 started a call or a shared session").arg(event.who);
+    default:
+        return tr("[Event %1 by %2]").arg(QString::number(event.type), event.who);
+    }
+}
+
+QString balloon(const Balloon &balloon)
+{
+    QString app = balloon.app;
+    switch (balloon.kind) {
+    case Balloon::Kind::Handwriting:
+        return tr("[Handwritten message]");
+    case Balloon::Kind::DigitalTouch:
+        return tr("[Digital Touch message]");
+    case Balloon::Kind::Link:
+        if (balloon.address.isEmpty())
+            return balloon.title.isEmpty() ? tr("[Link]") : linkTitle(balloon.title);
+        return balloon.title.isEmpty() ? balloon.address
+                                       : balloon.address + u' ' + linkTitle(balloon.title);
+    case Balloon::Kind::Payment:
+        app = tr("Payment");
+        break;
+    case Balloon::Kind::Poll:
+        app = tr("Poll");
+        break;
+    case Balloon::Kind::App:
+        if (app.isEmpty())
+            app = tr("App message");
+        break;
+    }
+    const QString caption = balloon.captions.join(u", "_s);
+    const QString label =
+        caption.isEmpty() || caption == app ? u"[%1]"_s.arg(app) : u"[%1: %2]"_s.arg(app, caption);
+    return isWebLink(balloon.address) ? label + u' ' + balloon.address : label;
+}
+
+QString linkTitle(const QString &title)
+{
+    return tr("[Link: %1]").arg(title);
+}
+
+QString pollTitle(const Poll &poll)
+{
+    return poll.title.isEmpty() ? tr("[Poll]") : tr("[Poll: %1]").arg(poll.title);
+}
+
+QString poll(const Poll &poll)
+{
+    QString lines = pollTitle(poll);
+    for (qsizetype i = 0; i < poll.options.size(); ++i)
+        lines += u"\n• "_s + pollOption(poll, i);
+    return lines;
+}
+
+QString pollOption(const Poll &poll, qsizetype option)
+{
+    const QString &text = poll.options.at(option).text;
+    return text.isEmpty() ? tr("[Option %1]").arg(option + 1) : text;
+}
+
+QString attachment()
+{
+    return tr("[Attachment]");
+}
+
+QString voiceMessage(bool isExpired, const QString &transcription)
+{
+    const QString line = isExpired ? tr("[Expired voice message]") : tr("[Voice message]");
+    return transcription.isEmpty() ? line : line + u' ' + transcription;
+}
+
+QString deleted()
+{
+    return tr("[Deleted]");
+}
+
+QString edited()
+{
+    return tr("[Edited]");
+}
+
+QString unsent()
+{
+    return tr("[Unsent]");
+}
+
+QString unreadable()
+{
+    return tr("[This message could not be read]");
+}
+
+QString effect(const QString &identifier)
+{
+    // The names that the phone shows, by the end of the identifier.
+    static constexpr std::array<std::pair<QLatin1StringView, const char *>, 13> kEffects { {
+        { ".impact"_L1, "Slam" },
+        { ".loud"_L1, "Loud" },
+        { ".gentle"_L1, "Gentle" },
+        { ".invisibleink"_L1, "Invisible Ink" },
+        { "CKConfettiEffect"_L1, "Confetti" },
+        { "CKEchoEffect"_L1, "Echo" },
+        { "CKFireworksEffect"_L1, "Fireworks" },
+        { "CKHappyBirthdayEffect"_L1, "Balloons" },
+        { "CKHeartEffect"_L1, "Love" },
+        { "CKLasersEffect"_L1, "Lasers" },
+        { "CKShootingStarEffect"_L1, "Shooting Star" },
+        { "CKSparklesEffect"_L1, "Celebration" },
+        { "CKSpotlightEffect"_L1, "Spotlight" },
+    } };
+    for (const auto &[end, name] : kEffects) {
+        if (identifier.endsWith(end, Qt::CaseInsensitive))
+            return tr("[Sent with %1]").arg(tr(name));
+    }
+    return tr("[Sent with an effect]");
+}
+
+QString scheduled()
+{
+    return tr("[Scheduled]");
+}
+
+} // namespace PhoneBackup::MessageWords

@@ -1,0 +1,87 @@
+#!/usr/bin/env python3
+"""Arrows between folders go down only. Fails for each include that goes up or to a neighbour.
+Usage: layers.py SRC"""
+
+import pathlib
+import re
+import sys
+
+LIBRARY = [f"DataExport/{folder}" for folder in ("platform", "export", "backup")]
+FORMATS = [f"PhoneBackup/{folder}" for folder in ("sqlite", "plist", "packed", "crypto")]
+ROOMS = ["messages", "whatsapp", "contacts", "notes", "planner", "calls", "safari", "media"]
+BELOW_ROOMS = ["PhoneBackup/base", *FORMATS, "PhoneBackup/folder", "PhoneBackup/source"]
+ITEM_MODEL = [f"DataExport/{folder}" for folder in ("message", "contact", "table", "backup")]
+
+# Each folder, and those below it whose headers it may include besides its own.
+FLOORS = {
+    "DataExport/platform": [],
+    "DataExport/export": LIBRARY[:1],
+    "DataExport/backup": LIBRARY[:2],
+    **{f"DataExport/{folder}": LIBRARY for folder in ("message", "contact", "table")},
+    "PhoneBackup/base": LIBRARY[:1],
+    **{folder: ["PhoneBackup/base", *LIBRARY[:1]] for folder in FORMATS},
+    "PhoneBackup/folder": ["PhoneBackup/base", *FORMATS, *LIBRARY[:1]],
+    "PhoneBackup/source": [*BELOW_ROOMS[:-1], *LIBRARY[:1]],
+    # The readers still fill the item model themselves.
+    **{f"PhoneBackup/{room}": [*BELOW_ROOMS, *LIBRARY[:1], "PhoneItems/words", "PhoneItems/shared",
+                               "PhoneItems", *(f"PhoneItems/{room}" for room in ROOMS)]
+       for room in ROOMS},
+    "PhoneItems/words": ["PhoneBackup/base", *LIBRARY[:1]],
+    "PhoneItems/shared": ["PhoneItems/words", *BELOW_ROOMS, *LIBRARY[:1], *ITEM_MODEL],
+    **{f"PhoneItems/{room}": ["PhoneItems", "PhoneItems/words", "PhoneItems/shared",
+                              f"PhoneBackup/{room}", *BELOW_ROOMS, *LIBRARY[:1], *ITEM_MODEL]
+       for room in ROOMS},
+    "PhoneItems": ["PhoneItems/words", "PhoneItems/shared", *(f"PhoneItems/{room}" for room in ROOMS),
+                   *BELOW_ROOMS, *(f"PhoneBackup/{room}" for room in ROOMS), *LIBRARY[:1],
+                   *ITEM_MODEL],
+}
+# Not yet apart.
+NEIGHBOURS = {
+    ("PhoneBackup/calls", "PhoneBackup/whatsapp"),
+    ("PhoneBackup/whatsapp", "PhoneBackup/messages"),
+    ("PhoneItems/whatsapp", "PhoneBackup/messages"),
+}
+# Headers of the item model say what an item is; the reader sees nothing else of these folders.
+ITEM_HEADER = re.compile(r"(backup|message|contact|table)/Bk\w+\.h")
+LONGEST_FILE = 650
+
+
+def folder_of(include: str) -> str:
+    folder = str(pathlib.PurePosixPath(include).parent)
+    return folder if folder.startswith("Phone") else f"DataExport/{folder}"
+
+
+def main(root: pathlib.Path) -> int:
+    faults = []
+    for file in sorted(root.rglob("*.[ch]*")):
+        if file.suffix not in (".cpp", ".h"):
+            continue
+        name = file.relative_to(root)
+        text = file.read_text()
+        if text.count("\n") > LONGEST_FILE:
+            faults.append(f"{name}: longer than {LONGEST_FILE} lines")
+        folder = str(name.parent)
+        if folder.startswith("cli"):
+            continue
+        allowed = FLOORS.get(folder)
+        if allowed is None:
+            faults.append(f"{name}: no floor is named for its folder")
+            continue
+        for include in re.findall(r'^#include "([^"]+)"', text, re.M):
+            if include.startswith("../"):
+                faults.append(f"{name}: {include} climbs")
+            if "/" not in include:
+                continue
+            to = folder_of(include)
+            if to == folder:
+                continue
+            below = to in allowed or (folder, to) in NEIGHBOURS
+            if folder.startswith("Phone") and to in ITEM_MODEL:
+                below = below and bool(ITEM_HEADER.fullmatch(include))
+            if not below:
+                faults.append(f"{name}: {include} is no folder below")
+    print("\n".join(faults))
+    return 1 if faults else 0
+
+
+sys.exit(main(pathlib.Path(sys.argv[1])))
