@@ -1,6 +1,7 @@
 #include "export/CIDataExporter.h"
 #include "export/JpegScans_p.h"
 #include "export/PictureFormat_p.h"
+#include "export/QuietDecoding_p.h"
 #include "export/StoredOrientation_p.h"
 #include "export/Thumbnail_p.h"
 #include "platform/Translation_p.h"
@@ -70,6 +71,7 @@ bool isTurned(const QImageReader &reader)
 QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
 {
     const AllocationLimit limit;
+    const QuietDecoding quiet;
     const QByteArray format = PictureFormat::of(source);
     if (format.isEmpty()) {
         *why = DataExport::tr("It is in none of the formats that are read");

@@ -7,10 +7,15 @@
 
 #include <QImageReader>
 #include <QImageWriter>
+#include <QProcess>
 #include <QtEndian>
 #include <QtTest>
 
 #include <zlib.h>
+
+#include <thread>
+#include <unistd.h>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -153,6 +158,31 @@ QByteArray jpegHeader(quint16 width, quint16 height)
     return jpeg;
 }
 
+bool exportPicture(const QByteArray &bytes, RecordingSink &sink)
+{
+    FakeSMSData data;
+    data.addConversation(u"Bob"_s).addChat({}).addPiece(u"image/any"_s, bytes, u"IMG.X"_s);
+    return CSMS2HtmlTranslate(&data).translate(&sink, {}, nullptr);
+}
+
+constexpr char kAsApplication[] = "--as-application";
+constexpr char kOwnWords[] = "qt.gui.imageio: the application's own words";
+
+// What an application does that has no handler of its own: exports the picture that comes in, and
+// says something itself before and after it.
+int runAsApplication()
+{
+    QFile input;
+    if (!input.open(STDIN_FILENO, QIODevice::ReadOnly))
+        return 1;
+    const QLoggingCategory category("qt.gui.imageio");
+    qCWarning(category, "%s", "the application's own words");
+    RecordingSink sink;
+    const bool isDone = exportPicture(input.readAll(), sink);
+    qCWarning(category, "%s", "the application's own words");
+    return isDone ? 0 : 1;
+}
+
 } // namespace
 
 class tst_MessagePictures : public QObject
@@ -169,19 +199,20 @@ private Q_SLOTS:
     void showsWhatAPictureIs();
     void showsAPlaceholder_data();
     void showsAPlaceholder();
+    void keepsDecodersQuiet_data();
+    void keepsDecodersQuiet();
+    void keepsTheLimitAcrossThreads();
     void namesTheConversationInTheReport_data();
     void namesTheConversationInTheReport();
     void readsEachPictureOnce();
 
 private:
     // Exports one picture; the images of the page and its text are in m_sink.
-    void exportPicture(const QByteArray &bytes, const QString &type = u"image/any"_s)
+    void exportPicture(const QByteArray &bytes)
     {
-        FakeSMSData data;
-        data.addConversation(u"Bob"_s).addChat({}).addPiece(type, bytes, u"IMG.X"_s);
         m_sink = std::make_unique<RecordingSink>();
         m_sink->setReport(&m_report);
-        QVERIFY(CSMS2HtmlTranslate(&data).translate(m_sink.get(), {}, nullptr));
+        QVERIFY(::exportPicture(bytes, *m_sink));
     }
 
     std::unique_ptr<RecordingSink> m_sink;
@@ -400,6 +431,66 @@ void tst_MessagePictures::showsAPlaceholder()
     QCOMPARE(m_report.exported, QStringList { u": Bob"_s });
 }
 
+void tst_MessagePictures::keepsDecodersQuiet_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+
+    const QImage image = redCorner(200, 160);
+    for (const char *format : { "JPG", "TIFF", "WEBP" })
+        QTest::addRow("%s without its end", format) << encoded(image, format).chopped(200);
+    const QByteArray jpeg = encoded(image, "JPG");
+    QTest::newRow("JPEG with data between its marks")
+        << jpeg.first(2) + QByteArray(40, 'x') + jpeg.sliced(2);
+    QByteArray tiff = encoded(image, "TIFF");
+    qToLittleEndian(quint32 { 0x7fffffff }, tiff.data() + 4); // where its directory is
+    QTest::newRow("TIFF that leads out of the file") << tiff;
+    QTest::newRow("PNG with a damaged remark") << [&image] {
+        constexpr qsizetype kBehindHeader = 8 + 25;
+        QByteArray remark = chunk("tEXt", "Comment");
+        remark.back() = static_cast<char>(~remark.back());
+        return encoded(image, "PNG").insert(kBehindHeader, remark);
+    }();
+}
+
+// Qt would hand remarks to the test's own handler, so another process makes them.
+void tst_MessagePictures::keepsDecodersQuiet()
+{
+    QFETCH(QByteArray, bytes);
+
+    QProcess application;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"QT_FORCE_STDERR_LOGGING"_s, u"1"_s);
+    application.setProcessEnvironment(environment);
+    application.start(QCoreApplication::applicationFilePath(),
+                      { QString::fromLatin1(kAsApplication) });
+    application.write(bytes);
+    application.closeWriteChannel();
+    QVERIFY(application.waitForFinished());
+    QCOMPARE(application.exitCode(), 0);
+    const QByteArray words = QByteArray(kOwnWords) + '\n';
+    QCOMPARE(application.readAllStandardError(), words + words);
+}
+
+void tst_MessagePictures::keepsTheLimitAcrossThreads()
+{
+    constexpr int kLimitMb = 100;
+    constexpr int kRounds = 200;
+    QImageReader::setAllocationLimit(kLimitMb);
+    const QByteArray picture = encoded(redAboveBlue(60, 40), "PNG");
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 2; ++i) {
+        threads.emplace_back([&picture] {
+            for (int round = 0; round < kRounds; ++round) {
+                RecordingSink sink;
+                ::exportPicture(picture, sink);
+            }
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    QCOMPARE(QImageReader::allocationLimit(), kLimitMb);
+}
+
 void tst_MessagePictures::namesTheConversationInTheReport_data()
 {
     QTest::addColumn<QStringList>("values");
@@ -444,5 +535,12 @@ void tst_MessagePictures::readsEachPictureOnce()
     QCOMPARE(video.timesAsked, 0);
 }
 
-QTEST_GUILESS_MAIN(tst_MessagePictures)
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    if (application.arguments().value(1) == QLatin1StringView(kAsApplication))
+        return runAsApplication();
+    tst_MessagePictures test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_MessagePictures.moc"
