@@ -1,10 +1,10 @@
 #include "PhoneBackup/calls/CallHistory.h"
 
-#include "PhoneBackup/calls/WhatsappCalls.h"
 #include "PhoneBackup/source/Jid.h"
 #include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/RowDatabase.h"
 #include "PhoneBackup/source/Source.h"
+#include "PhoneBackup/whatsapp/WhatsappCalls.h"
 #include "PhoneItems/shared/TableData.h"
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"

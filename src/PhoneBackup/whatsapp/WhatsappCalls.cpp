@@ -1,4 +1,4 @@
-#include "PhoneBackup/calls/WhatsappCalls.h"
+#include "PhoneBackup/whatsapp/WhatsappCalls.h"
 
 #include "PhoneBackup/source/Jid.h"
 #include "PhoneBackup/source/PhoneTime.h"
