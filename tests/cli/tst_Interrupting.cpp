@@ -1,12 +1,20 @@
 #include "cli/Program.h"
 #include "cli/UsualBackup.h"
+#include "sample/CallSample.h"
 #include "sample/ContactSample.h"
+#include "sample/Database.h"
+#include "sample/MessageSample.h"
+#include "sample/NoteSample.h"
+#include "sample/PlannerSample.h"
+#include "sample/SafariSample.h"
+#include "sample/WhatsappSample.h"
 #include "support/Files.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QtEndian>
 
 #include <csignal>
 #include <cstdlib>
@@ -20,6 +28,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kPatienceMs = 60000;
+constexpr int kPromptMs = 20000;
 constexpr qint64 kHugeBytes = qint64(6) << 30;
 const QString kCamera = u"CameraRollDomain"_s;
 
@@ -61,6 +70,40 @@ private:
     QByteArray m_shown;
 };
 
+// The database \a image, whose last page is the root of a table with its one row, with levels of
+// pages between the two that lead down in more ways than can ever be walked.
+QByteArray withManyWays(QByteArray image)
+{
+    constexpr qsizetype kPage = 4096;
+    constexpr int kLevels = 16;
+    constexpr quint16 kWays = 400;
+    constexpr quint16 kHeader = 12;
+    constexpr quint16 kCell = 5;
+    const auto root = quint32(image.size() / kPage);
+    const QByteArray leaf = image.last(kPage);
+    for (quint32 level = 0; level < kLevels; ++level) {
+        const quint32 below = qToBigEndian(root + level + 1);
+        const auto *child = reinterpret_cast<const char *>(&below);
+        QByteArray page(kPage, '\0');
+        char *const at = page.data();
+        constexpr quint16 kFirst = kPage - kWays * kCell;
+        at[0] = 5; // an inner page of a table
+        qToBigEndian(kWays, at + 3);
+        qToBigEndian(kFirst, at + 5);
+        std::copy_n(child, 4, at + 8);
+        for (quint16 way = 0; way < kWays; ++way) {
+            const auto cell = quint16(kFirst + way * kCell);
+            qToBigEndian(cell, at + kHeader + 2 * way);
+            std::copy_n(child, 4, at + cell);
+            at[cell + 4] = 1; // the row's number
+        }
+        image.replace(image.size() - kPage, kPage, page);
+        image += leaf;
+    }
+    qToBigEndian(quint32(image.size() / kPage), image.data() + 28);
+    return image;
+}
+
 } // namespace
 
 //! Stopping in the middle, and what is seen meanwhile.
@@ -75,11 +118,14 @@ private Q_SLOTS:
     void stopsWithinAFile();
     void stopsInAnyOutput_data();
     void stopsInAnyOutput();
+    void endsAnEndlessQuery_data();
+    void endsAnEndlessQuery();
     void drawsABarThatFits_data();
     void drawsABarThatFits();
     void logsPlainLinesElsewhere();
 
 private:
+    static bool writeLongTexts(const QString &backup);
     bool waitForHugeCopy() const;
     QString output() const { return m_out->filePath(u"out"_s); }
 
@@ -105,6 +151,23 @@ void tst_Interrupting::initTestCase()
 void tst_Interrupting::init()
 {
     m_out = std::make_unique<QTemporaryDir>();
+}
+
+bool tst_Interrupting::writeLongTexts(const QString &backup)
+{
+    Sample::BackupWriter writer(backup);
+    Sample::Options options;
+    options.contacts = options.messages = options.whatsappMessages = 3000;
+    options.notes = options.events = options.reminders = 3000;
+    options.calls = options.history = 20000;
+    Sample::addContacts(writer, options);
+    Sample::addMessages(writer, options);
+    Sample::addWhatsapp(writer, options);
+    Sample::addNotes(writer, options);
+    Sample::addPlanner(writer, options);
+    Sample::addCalls(writer, options);
+    Sample::addBrowserData(writer, options);
+    return writer.finish();
 }
 
 bool tst_Interrupting::waitForHugeCopy() const
@@ -155,50 +218,107 @@ void tst_Interrupting::stopsWithinAFile()
 
 void tst_Interrupting::stopsInAnyOutput_data()
 {
-    QTest::addColumn<QString>("folder"); // its first file comes into being: the output is written
-    QTest::newRow("page") << u"Contacts/HTML"_s;
-    QTest::newRow("CSV") << u"Contacts/CSV"_s;
-    QTest::newRow("vCards") << u"Contacts/VCF"_s;
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<int>("files"); // so many in the folder: the output is written
+    const auto row = [](const char *name, const QString &type, const QString &folder, int files) {
+        QTest::newRow(name) << type << folder << files;
+    };
+    row("contacts, page", u"contacts"_s, u"Contacts/HTML"_s, 1);
+    row("contacts, CSV", u"contacts"_s, u"Contacts/CSV"_s, 1);
+    row("contacts, vCards", u"contacts"_s, u"Contacts/VCF"_s, 1);
+    row("messages, page", u"messages"_s, u"Messages"_s, 1);
+    row("messages, CSV", u"messages"_s, u"Messages"_s, 2);
+    row("WhatsApp, page", u"whatsapp"_s, u"WhatsApp"_s, 1);
+    row("WhatsApp, CSV", u"whatsapp"_s, u"WhatsApp"_s, 2);
+    row("notes", u"notes"_s, u"Notes"_s, 1);
+    row("calendar", u"calendar"_s, u"Calendar"_s, 1);
+    row("reminders", u"reminders"_s, u"Reminders"_s, 1);
+    row("calls", u"calls"_s, u"Call History"_s, 1);
+    row("Safari", u"safari"_s, u"Safari"_s, 1);
 }
 
 // Wherever the signal comes, what is called complete is complete.
 void tst_Interrupting::stopsInAnyOutput()
 {
+    QFETCH(QString, type);
     QFETCH(QString, folder);
-    constexpr int kContacts = 3000;
-    const QString backup = m_dir.filePath(u"contacts"_s);
-    if (!QFileInfo::exists(backup)) {
-        Sample::BackupWriter writer(backup);
-        Sample::Options options;
-        options.contacts = kContacts;
-        Sample::addContacts(writer, options);
-        QVERIFY(writer.finish());
-    }
+    QFETCH(int, files);
+    const QString backup = m_dir.filePath(u"texts"_s);
+    if (!QFileInfo::exists(backup))
+        QVERIFY(writeLongTexts(backup));
     QProcess process;
-    prepare(process, { u"--json"_s, u"--only=contacts"_s, backup, output() });
+    prepare(process, { u"--json"_s, u"--only"_s, type, backup, output() });
     process.start();
-    QVERIFY(QTest::qWaitFor(
-        [&] { return !QDir(output() + u'/' + folder).isEmpty(QDir::Files | QDir::Hidden); },
-        kPatienceMs));
+    const QDir written(output() + u'/' + folder);
+    const auto isBegun = [&] {
+        return written.entryList(QDir::Files | QDir::Hidden).size() >= files;
+    };
+    QVERIFY(QTest::qWaitFor(isBegun, kPatienceMs));
     ::kill(static_cast<pid_t>(process.processId()), SIGINT);
     const Result result = finish(process);
 
-    const QJsonObject type = result.json().value(u"types"_s)[0].toObject();
-    const bool isComplete = type.value(u"state"_s).toString() == u"complete"_s;
+    const QJsonObject told = result.json().value(u"types"_s)[0].toObject();
+    const int items = told.value(u"items"_s).toInt();
+    const QStringList found = Files::tree(output() + u'/' + folder.section(u'/', 0, 0));
+    bool isComplete = true;
+    bool hasPage = false;
+    for (const QJsonValue &value : told.value(u"outputs"_s).toArray()) {
+        const QString name = value[u"output"_s].toString();
+        const QString suffix = name == "page"_L1 ? u".html"_s
+            : name == "csv"_L1                   ? u".csv"_s
+                                                 : u".vcf"_s;
+        const bool isWhole = value[u"state"_s].toString() == "complete"_L1;
+        const qsizetype count = found.filter(suffix).size();
+        QVERIFY2(isWhole == (count == (name == "vcards"_L1 ? items : 1)), qPrintable(name));
+        QVERIFY2(isWhole || count == 0 || name == "vcards"_L1, qPrintable(name));
+        isComplete &= isWhole;
+        hasPage |= isWhole && name == "page"_L1;
+    }
+    QCOMPARE(found.filter(u".part"_s), QStringList());
     QCOMPARE(result.exitCode, isComplete ? 0 : 130);
-    const QJsonArray outputs = type.value(u"outputs"_s).toArray();
-    QCOMPARE(outputs.size(), 3);
-    const auto isWritten = [&](int index) {
-        return outputs.at(index)[u"state"_s].toString() == u"complete"_s;
+    QCOMPARE(told.value(u"state"_s).toString(), isComplete ? u"complete"_s : u"stopped"_s);
+    QCOMPARE(told.value(u"exported"_s).toInt(), hasPage ? items : 0);
+}
+
+void tst_Interrupting::endsAnEndlessQuery_data()
+{
+    stopsWithinAFile_data();
+}
+
+// The pages of a table lead to each other, and its one row never answers the query.
+void tst_Interrupting::endsAnEndlessQuery()
+{
+    QFETCH(int, number);
+    const QTemporaryDir dir;
+    Sample::Database photos({},
+                            "CREATE TABLE ZASSET (Z_PK INTEGER PRIMARY KEY, ZDIRECTORY, ZFILENAME, "
+                            "ZKIND INTEGER, ZTRASHEDSTATE INTEGER);"
+                            "INSERT INTO ZASSET VALUES (1, 'DCIM/100APPLE', 'IMG_1.JPG', 0, 0)");
+    Sample::BackupWriter writer(dir.filePath(u"backup"_s));
+    const QString path = u"Media/PhotoData/Photos.sqlite"_s;
+    QVERIFY(Files::write(writer.contentPath(kCamera, path), withManyWays(photos.image())));
+    QVERIFY(QFile::resize(writer.contentPath(kCamera, path), kHugeBytes)); // its share of steps
+    writer.addWritten(kCamera, path);
+    QVERIFY(writer.finish());
+    QProcess process;
+    prepare(process, { u"--no-space-check"_s, dir.filePath(u"backup"_s), output() });
+    process.start();
+    const QString times = u"/proc/%1/stat"_s.arg(process.processId());
+    const auto isBusy = [&] {
+        constexpr int kUserTime = 13; // all else takes far less than these ticks
+        return Files::read(times).split(' ').value(kUserTime).toLongLong() > ::sysconf(_SC_CLK_TCK);
     };
-    QCOMPARE(isWritten(0) && isWritten(1) && isWritten(2), isComplete);
-    const auto count = [this](const QString &files) {
-        return int(QDir(output() + u"/Contacts/"_s + files).entryList(QDir::Files).size());
-    };
-    QCOMPARE(count(u"HTML"_s), isWritten(0) ? 1 : 0);
-    QCOMPARE(count(u"CSV"_s), isWritten(1) ? 1 : 0);
-    QCOMPARE(count(u"VCF"_s) == type.value(u"items"_s).toInt(), isWritten(2));
-    QCOMPARE(type.value(u"exported"_s).toInt(), isWritten(0) ? type.value(u"items"_s).toInt() : 0);
+    QVERIFY(QTest::qWaitFor(isBusy, kPatienceMs));
+    QCOMPARE(process.state(), QProcess::Running);
+    ::kill(static_cast<pid_t>(process.processId()), number);
+    QElapsedTimer clock;
+    clock.start();
+    const Result result = finish(process);
+    QVERIFY(clock.elapsed() < kPromptMs);
+    QCOMPARE(result.exitCode, 130);
+    QVERIFY2(result.err.contains("Stopped before anything was written."), result.err.constData());
+    QCOMPARE(Files::tree(output()), QStringList());
 }
 
 void tst_Interrupting::drawsABarThatFits_data()
