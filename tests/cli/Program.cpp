@@ -56,6 +56,21 @@ Result run(const QStringList &arguments, const ChildSetup &setup)
     return finish(process);
 }
 
+Result runOnFailingMedia(const QStringList &arguments, const QMap<QString, QString> &environment)
+{
+    QProcess process;
+    prepare(process, arguments);
+    QProcessEnvironment all = process.processEnvironment();
+    for (auto it = environment.begin(); it != environment.end(); ++it)
+        all.insert(it.key(), it.value());
+    all.insert(u"LD_PRELOAD"_s, QStringLiteral(FAILING_MEDIA));
+    const QString sanitizer = u"ASAN_OPTIONS"_s;
+    all.insert(sanitizer, all.value(sanitizer) + u":verify_asan_link_order=0"_s);
+    process.setProcessEnvironment(all);
+    process.start();
+    return finish(process);
+}
+
 void obeyFileModes()
 {
     // The program starts without them; for anybody but root they were not there anyway.

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <QMap>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -32,6 +33,9 @@ Result finish(QProcess &process);
 
 //! prepare(), start, finish().
 Result run(const QStringList &arguments, const ChildSetup &setup = {});
+
+//! The same on media that fail in the way that \a environment asks of FailingMedia.cpp.
+Result runOnFailingMedia(const QStringList &arguments, const QMap<QString, QString> &environment);
 
 //! A ChildSetup under which file modes hold for root, too.
 void obeyFileModes();

@@ -296,19 +296,9 @@ void tst_BadBackup::exportsTheRestOfADamagedMedium()
     writer.addFile(u"CameraRollDomain"_s, u"Media/DCIM/100APPLE/IMG_1.JPG"_s, jpeg);
     QVERIFY(writer.finish());
 
-    const QList<std::pair<const char *, QByteArray>> settings {
-        { "DATAEXPORT_PASSWORD", "secret" },
-        { "DATAEXPORT_TEST_UNREADABLE", QFile::encodeName(unreadable) },
-        { "LD_PRELOAD", UNREADABLE_FILE },
-        { "ASAN_OPTIONS", qgetenv("ASAN_OPTIONS") + ":verify_asan_link_order=0" },
-    };
-    const QByteArray sanitizer = qgetenv("ASAN_OPTIONS");
-    for (const auto &[name, value] : settings)
-        qputenv(name, value);
-    const Result result = run({ dir.filePath(u"backup"_s), dir.filePath(u"out"_s) });
-    for (const auto &[name, value] : settings)
-        qunsetenv(name);
-    qputenv("ASAN_OPTIONS", sanitizer);
+    const Result result = runOnFailingMedia({ dir.filePath(u"backup"_s), dir.filePath(u"out"_s) },
+                                            { { u"DATAEXPORT_PASSWORD"_s, u"secret"_s },
+                                              { u"DATAEXPORT_TEST_UNREADABLE"_s, unreadable } });
 
     QFETCH(QByteArray, named);
     QTEST(result.exitCode, "exitCode");

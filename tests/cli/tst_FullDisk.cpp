@@ -49,6 +49,8 @@ private Q_SLOTS:
     void leavesWholeFilesOnly();
     void leavesWholeTextsOnly_data();
     void leavesWholeTextsOnly();
+    void stopsAtTheFirstWriteThatFails_data();
+    void stopsAtTheFirstWriteThatFails();
     void refusesToStartWithoutRoom();
     void countsTheRoomForJpegs();
     void saysWhenTheDiskTurnsReadOnly();
@@ -58,6 +60,7 @@ private Q_SLOTS:
 
 private:
     void writeTexts();
+    void checkTexts(const Result &result, bool isOfOneFile);
     bool mountDisk(const QString &options);
     QString disk() const { return m_dir.filePath(u"disk"_s); }
     QString output() const { return m_dir.filePath(u"disk/out"_s); }
@@ -186,36 +189,83 @@ void tst_FullDisk::leavesWholeTextsOnly()
     const Result result =
         run({ u"--no-space-check"_s, u"--json"_s, u"--only"_s, type, texts(), output() }, limit);
 
-    QCOMPARE(result.exitCode, blocks > 0 ? 12 : 3);
-    QVERIFY2(result.err.contains(blocks > 0 ? "is full: “" : "File too large"),
+    checkTexts(result, blocks == 0);
+}
+
+// What is there is whole, and the numbers tell of it.
+void tst_FullDisk::checkTexts(const Result &result, bool isOfOneFile)
+{
+    QCOMPARE(result.exitCode, isOfOneFile ? 3 : 12);
+    QVERIFY2(result.err.contains(isOfOneFile ? "File too large" : "is full: “"),
              result.err.constData());
-    const ExpectedFiles found = below(filesBelow(output()), folder);
+    const ExpectedFiles found = filesBelow(output());
     for (auto it = found.begin(); it != found.end(); ++it) {
-        QVERIFY2(expected.contains(it.key()), qPrintable(it.key()));
-        QVERIFY2(it->content == expected.value(it.key()).content, qPrintable(it.key()));
+        QVERIFY2(m_expectedTexts.contains(it.key()), qPrintable(it.key()));
+        QVERIFY2(it->content == m_expectedTexts.value(it.key()).content
+                     || it.key() == "export-report.csv"_L1,
+                 qPrintable(it.key()));
     }
-    for (const QString &path : Files::tree(disk()))
-        QVERIFY2(!path.endsWith(u".part"_s), qPrintable(path));
     for (const auto &[name, end] :
          { std::pair(u"index.html"_s, "</html>\n"), std::pair(u"export-report.csv"_s, "\r\n") }) {
         const QString path = output() + u'/' + name;
         QVERIFY2(!QFileInfo::exists(path) || Files::read(path).endsWith(end), qPrintable(path));
     }
 
-    for (const QJsonValue &value : result.json().value(u"types"_s).toArray()) {
-        const QJsonObject told = value.toObject();
-        const int items = told.value(u"items"_s).toInt();
-        const int exported = told.value(u"exported"_s).toInt();
+    int sum = 0;
+    for (const QJsonValue &told : result.json().value(u"types"_s).toArray()) {
+        const int items = told[u"items"_s].toInt();
+        const int exported = told[u"exported"_s].toInt();
+        const QString name = told[u"name"_s].toString();
+        const QStringList written = below(found, name).keys();
+        sum += exported;
         if (items == 0)
             continue;
         // The page comes first, and tells of the items.
-        const bool hasPage = !found.keys().filter(u".html"_s).isEmpty();
-        QCOMPARE(exported, hasPage ? items : 0);
-        QVERIFY(told.value(u"state"_s).toString() != u"complete"_s
-                || found.keys() == expected.keys());
-        QCOMPARE(result.json().value(u"exported"_s).toInt(), exported);
-        QVERIFY(exported + told.value(u"failed"_s).toInt() <= items);
+        if (told[u"outputs"_s][0][u"output"_s] == u"page"_s)
+            QCOMPARE(exported, written.filter(u".html"_s).isEmpty() ? 0 : items);
+        QVERIFY2(told[u"state"_s].toString() != u"complete"_s
+                     || written == below(m_expectedTexts, name).keys(),
+                 qPrintable(name));
+        QVERIFY(exported + told[u"failed"_s].toInt() <= items);
     }
+    QCOMPARE(result.json().value(u"exported"_s).toInt(), sum);
+}
+
+void tst_FullDisk::stopsAtTheFirstWriteThatFails_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::addColumn<QString>("where"); // how the paths begin that fail, below OUTPUT
+    QTest::addColumn<int>("leastRuns");
+    QTest::newRow("a full device") << ENOSPC << QString() << 20;
+    QTest::newRow("a quota") << EDQUOT << QString() << 20;
+    QTest::newRow("index.html") << EDQUOT << u".dataexport-"_s << 2;
+    QTest::newRow("export-report.csv") << EDQUOT << u"export-report"_s << 3;
+}
+
+// Whatever it is that cannot be written, or does not reach the disk.
+void tst_FullDisk::stopsAtTheFirstWriteThatFails()
+{
+    QFETCH(int, error);
+    QFETCH(QString, where);
+    QFETCH(int, leastRuns);
+    int runs = 0;
+    for (int writes = 0;; writes += 1 + writes / 8, ++runs) {
+        QVERIFY2(mountDisk(u"size=10m"_s), std::strerror(errno));
+        const Result result =
+            runOnFailingMedia({ u"--json"_s, texts(), output() },
+                              { { u"DATAEXPORT_TEST_FULL"_s, output() + u'/' + where },
+                                { u"DATAEXPORT_TEST_FULL_AFTER"_s, QString::number(writes) },
+                                { u"DATAEXPORT_TEST_FULL_ERROR"_s, QString::number(error) } });
+        if (result.exitCode != 12)
+            break;
+        checkTexts(result, false);
+        if (QTest::currentTestFailed())
+            qWarning("after %d writes", writes);
+        QVERIFY(!QTest::currentTestFailed());
+        cleanup();
+    }
+    QVERIFY2(runs >= leastRuns, qPrintable(QString::number(runs)));
+    QCOMPARE(filesBelow(output()).keys(), m_expectedTexts.keys());
 }
 
 void tst_FullDisk::refusesToStartWithoutRoom()

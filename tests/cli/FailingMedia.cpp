@@ -1,6 +1,9 @@
-// Preloaded into the program: a medium that fails where DATAEXPORT_TEST_UNREADABLE, the end of a
-// path, is stored. Its files open, and every attempt to read them fails as on a damaged disk; to
-// touch what was mapped of them ends the program.
+// Preloaded into the program: media that fail.
+// DATAEXPORT_TEST_UNREADABLE, the end of a path: such a file opens, and every attempt to read it
+// fails as on a damaged disk; to touch what was mapped of it ends the program.
+// DATAEXPORT_TEST_FULL, a folder: what is written or synced below it fails, from the call on that
+// DATAEXPORT_TEST_FULL_AFTER others came before, with the number DATAEXPORT_TEST_FULL_ERROR.
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <dlfcn.h>
@@ -12,19 +15,43 @@
 
 namespace {
 
+std::string pathOf(int descriptor)
+{
+    char path[4096];
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    const ssize_t size = ::readlink(link.c_str(), path, sizeof(path));
+    return { path, std::size_t(size > 0 ? size : 0) };
+}
+
 bool isUnreadable(int descriptor)
 {
     const char *wanted = std::getenv("DATAEXPORT_TEST_UNREADABLE");
-    char path[4096];
-    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
-    const ssize_t size = wanted ? ::readlink(link.c_str(), path, sizeof(path)) : -1;
-    return size > 0 && std::string_view(path, std::size_t(size)).ends_with(wanted);
+    return wanted && pathOf(descriptor).ends_with(wanted);
+}
+
+bool isFull(int descriptor)
+{
+    static std::atomic<int> calls { 0 };
+    const char *folder = std::getenv("DATAEXPORT_TEST_FULL");
+    if (!folder || !pathOf(descriptor).starts_with(folder))
+        return false;
+    return ++calls > std::atoi(std::getenv("DATAEXPORT_TEST_FULL_AFTER"));
 }
 
 template <class Function>
 Function original(const char *name)
 {
     return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
+}
+
+template <class Answer, class... Arguments>
+Answer writeOrFail(const char *name, int descriptor, Arguments... arguments)
+{
+    if (isFull(descriptor)) {
+        errno = std::atoi(std::getenv("DATAEXPORT_TEST_FULL_ERROR"));
+        return -1;
+    }
+    return original<Answer (*)(int, Arguments...)>(name)(descriptor, arguments...);
 }
 
 template <class... Arguments>
@@ -48,6 +75,21 @@ void *mapOrFail(
 } // namespace
 
 extern "C" {
+
+ssize_t write(int descriptor, const void *bytes, std::size_t size)
+{
+    return writeOrFail<ssize_t>("write", descriptor, bytes, size);
+}
+
+int fsync(int descriptor)
+{
+    return writeOrFail<int>("fsync", descriptor);
+}
+
+int syncfs(int descriptor) noexcept
+{
+    return writeOrFail<int>("syncfs", descriptor);
+}
 
 ssize_t read(int descriptor, void *bytes, std::size_t size)
 {
