@@ -2,7 +2,8 @@
 // DATAEXPORT_TEST_UNREADABLE, the end of a path: such a file opens, and every attempt to read it
 // fails as on a damaged disk; to touch what was mapped of it ends the program.
 // DATAEXPORT_TEST_FULL, a folder: what is written or synced below it fails, from the call on that
-// DATAEXPORT_TEST_FULL_AFTER others came before, with the number DATAEXPORT_TEST_FULL_ERROR.
+// DATAEXPORT_TEST_FULL_AFTER others came before, with the number DATAEXPORT_TEST_FULL_ERROR, and
+// standard error is told.
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
@@ -23,12 +24,6 @@ std::string pathOf(int descriptor)
     return { path, std::size_t(size > 0 ? size : 0) };
 }
 
-bool isUnreadable(int descriptor)
-{
-    const char *wanted = std::getenv("DATAEXPORT_TEST_UNREADABLE");
-    return wanted && pathOf(descriptor).ends_with(wanted);
-}
-
 bool isFull(int descriptor)
 {
     static std::atomic<int> calls { 0 };
@@ -36,6 +31,12 @@ bool isFull(int descriptor)
     if (!folder || !pathOf(descriptor).starts_with(folder))
         return false;
     return ++calls > std::atoi(std::getenv("DATAEXPORT_TEST_FULL_AFTER"));
+}
+
+bool isUnreadable(int descriptor)
+{
+    const char *wanted = std::getenv("DATAEXPORT_TEST_UNREADABLE");
+    return wanted && pathOf(descriptor).ends_with(wanted);
 }
 
 template <class Function>
@@ -48,6 +49,8 @@ template <class Answer, class... Arguments>
 Answer writeOrFail(const char *name, int descriptor, Arguments... arguments)
 {
     if (isFull(descriptor)) {
+        constexpr std::string_view note = "The medium is full.\n";
+        original<decltype(&::write)>("write")(STDERR_FILENO, note.data(), note.size());
         errno = std::atoi(std::getenv("DATAEXPORT_TEST_FULL_ERROR"));
         return -1;
     }
