@@ -78,16 +78,16 @@ void sayWhatIsThere(Console &console, const QList<TypeOutcome> &types, const QSt
         if (type.totals.items == 0)
             continue;
         switch (type.state) {
-        case TypeOutcome::State::Complete:
+        case CIExportReport::End::Complete:
             complete += u"%1 (%2)"_s.arg(type.totals.name, grouped(type.exported));
             break;
-        case TypeOutcome::State::Stopped:
+        case CIExportReport::End::Stopped:
             stopped += whereStopped(type);
             break;
-        case TypeOutcome::State::Failed:
+        case CIExportReport::End::Failed:
             failed += u"%1 (%2)"_s.arg(type.totals.name, stateText(type));
             break;
-        case TypeOutcome::State::NotBegun:
+        case CIExportReport::End::NotStarted:
             notBegun += type.totals.name;
             break;
         }
@@ -249,12 +249,12 @@ Outcome ExportRun::outcome() const
 
 void ExportRun::judge(Outcome &result) const
 {
-    const auto has = [&result](TypeOutcome::State state) {
+    const auto has = [&result](CIExportReport::End state) {
         return std::any_of(result.types.begin(), result.types.end(), [state](const auto &type) {
             return type.state == state;
         });
     };
-    const bool isCut = has(TypeOutcome::State::Stopped) || has(TypeOutcome::State::NotBegun);
+    const bool isCut = has(CIExportReport::End::Stopped) || has(CIExportReport::End::NotStarted);
     if (m_report.outputFault()) {
         result.exitCode = ExitCode::Output;
         result.message = outputFailure(*m_report.outputFault(), m_options.output).what;
@@ -264,7 +264,7 @@ void ExportRun::judge(Outcome &result) const
     } else if (isCut && Interrupt::requested()) {
         result.exitCode = ExitCode::Cancelled;
         result.message = u"Stopped."_s;
-    } else if (isCut || has(TypeOutcome::State::Failed) || m_report.failureCount() > 0
+    } else if (isCut || has(CIExportReport::End::Failed) || m_report.failureCount() > 0
                || m_report.file().error() != 0) {
         result.exitCode = ExitCode::Incomplete;
     }

@@ -189,7 +189,7 @@ QString IndexPage::row(const TypeOutcome &type, bool isOdd) const
     const QString page = isThere ? pageOf(type) : QString();
     QString html = isOdd ? u"<tr class=\"grey\">"_s : u"<tr>"_s;
     html += "<td>"_L1 + (isThere ? link(page.isEmpty() ? name : page, name) : encoded(name));
-    if (type.state != TypeOutcome::State::Complete)
+    if (type.state != CIExportReport::End::Complete)
         html += " <span class=\"rd\">("_L1 + encoded(stateText(type)) + ")</span>"_L1;
     html += "</td>"_L1 + number(type.exported, false) + number(type.failed, true);
     if (m_sums.missing > 0)

@@ -35,20 +35,19 @@ bool hasEnded(const TypeOutcome &type, End end)
                        [end](const auto &output) { return output.end == end; });
 }
 
-TypeOutcome::State stateOf(const TypeOutcome &type)
+End stateOf(const TypeOutcome &type)
 {
     if (type.totals.items == 0)
-        return TypeOutcome::State::Complete;
+        return End::Complete;
     if (!type.counts.started)
-        return TypeOutcome::State::NotBegun;
+        return End::NotStarted;
     if (hasEnded(type, End::Stopped))
-        return TypeOutcome::State::Stopped;
+        return End::Stopped;
     if (hasEnded(type, End::Failed))
-        return TypeOutcome::State::Failed;
+        return End::Failed;
     // A stop between two outputs.
-    return type.counts.outputs.isEmpty() || hasEnded(type, End::NotStarted)
-        ? TypeOutcome::State::Stopped
-        : TypeOutcome::State::Complete;
+    return type.counts.outputs.isEmpty() || hasEnded(type, End::NotStarted) ? End::Stopped
+                                                                            : End::Complete;
 }
 
 QString outputName(Output output)
@@ -62,21 +61,6 @@ QString outputName(Output output)
         return u"vCards"_s;
     case Output::Copies:
         return u"copies"_s;
-    }
-    return {};
-}
-
-QString endWord(End end)
-{
-    switch (end) {
-    case End::Complete:
-        return stateWord(TypeOutcome::State::Complete);
-    case End::Stopped:
-        return stateWord(TypeOutcome::State::Stopped);
-    case End::Failed:
-        return stateWord(TypeOutcome::State::Failed);
-    case End::NotStarted:
-        return stateWord(TypeOutcome::State::NotBegun);
     }
     return {};
 }
@@ -110,7 +94,7 @@ QJsonArray outputsJson(const TypeOutcome &type)
     QJsonArray array;
     for (const RunReport::OutputEnd &output : type.counts.outputs)
         array += QJsonObject { { u"output"_s, outputName(output.output).toLower() },
-                               { u"state"_s, endWord(output.end) } };
+                               { u"state"_s, stateWord(output.end) } };
     return array;
 }
 
@@ -139,16 +123,16 @@ Sums::Sums(const QList<TypeOutcome> &types)
     }
 }
 
-QString stateWord(TypeOutcome::State state)
+QString stateWord(End state)
 {
     switch (state) {
-    case TypeOutcome::State::Complete:
+    case End::Complete:
         return u"complete"_s;
-    case TypeOutcome::State::Stopped:
+    case End::Stopped:
         return u"stopped"_s;
-    case TypeOutcome::State::NotBegun:
+    case End::NotStarted:
         return u"not begun"_s;
-    case TypeOutcome::State::Failed:
+    case End::Failed:
         return u"failed"_s;
     }
     return {};
@@ -177,7 +161,7 @@ TypeOutcome typeOutcome(const TypeTotals &totals, const RunReport &report)
     const bool hasFirst = !counts.outputs.isEmpty() && counts.outputs.first().end == End::Complete;
     type.exported = isPage && !hasFirst ? 0 : counts.exported;
     const int others = std::max(totals.items - type.exported, 0);
-    if (hasFirst || type.state == TypeOutcome::State::Failed)
+    if (hasFirst || type.state == End::Failed)
         type.failed = others;
     else
         type.failed = isPage ? 0 : std::min(counts.faults, others);
@@ -189,7 +173,7 @@ QByteArray summaryText(const Outcome &outcome)
 {
     const bool early =
         std::any_of(outcome.types.begin(), outcome.types.end(), [](const TypeOutcome &type) {
-            return type.state != TypeOutcome::State::Complete;
+            return type.state != End::Complete;
         });
     const Sums sums(outcome.types);
     const bool hasMissing = sums.missing > 0;

@@ -18,16 +18,11 @@ namespace Cli {
 //! What became of one data type.
 struct TypeOutcome
 {
-    enum class State {
-        Complete, //!< Every item was tried, in each of its outputs.
-        Stopped, //!< The export ended within it.
-        NotBegun, //!< The export ended before it.
-        Failed, //!< One of its outputs could not be written.
-    };
-
     TypeTotals totals;
     RunReport::Counts counts;
-    State state = State::NotBegun;
+    //! The type's as a whole: complete when each output is, not started when the export ended
+    //! before it.
+    CIExportReport::End state = CIExportReport::End::NotStarted;
     int exported = 0; //!< Items that are in the first of its outputs.
     int failed = 0; //!< Items that are not; the rest if it was stopped was not tried.
     int missing = 0; //!< Parts of the items, and of the backup, that are not in the output.
@@ -67,7 +62,7 @@ struct Outcome
 TypeOutcome typeOutcome(const TypeTotals &totals, const RunReport &report);
 
 //! "complete", "stopped", "not begun" or "failed".
-QString stateWord(TypeOutcome::State state);
+QString stateWord(CIExportReport::End state);
 
 //! The same with the outputs of \a type that are concerned, if others are not: "stopped (CSV)".
 QString stateText(const TypeOutcome &type);
