@@ -24,7 +24,13 @@ namespace PhoneBackup {
 class Notice
 {
 public:
-    using Fact = std::variant<QString, qint64, Notice>;
+    //! An amount of data.
+    struct Bytes
+    {
+        qint64 count = 0;
+        friend bool operator==(Bytes a, Bytes b) { return a.count == b.count; }
+    };
+    using Fact = std::variant<QString, qint64, Bytes, Notice>;
     struct Sentence;
 
     //! Nothing to tell.

@@ -2,7 +2,6 @@
 
 #include "PhoneBackup/base/FolderReader.h"
 #include "platform/CCommonUtils.h"
-#include "platform/Translation_p.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,8 +16,6 @@
 #include <sys/file.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -44,14 +41,11 @@ bool liesIn(const QString &path, const QString &folder)
     return !folder.isEmpty() && inner.startsWith(outer);
 }
 
-Error notMade(const QString &path, const QString &why, int systemError = 0)
+Error notMade(const QString &path, const Notice &why, int systemError = 0)
 {
-    return Error { Fault::TemporaryFolder,
-                   path,
-                   tr("No temporary folder could be made in “%1”: %2. Set the environment variable "
-                      "TMPDIR to a folder with free space.")
-                       .arg(path, why),
-                   systemError };
+    return Error {
+        Fault::TemporaryFolder, path, Notice("temporary.notMade", { path, why }), systemError
+    };
 }
 
 // What is written of a copy besides its bytes: the index that SQLite makes of a log, and blocks
@@ -79,11 +73,8 @@ std::optional<Error> roomError(qint64 bytes)
         return std::nullopt;
     return Error { Fault::TemporaryFolder,
                    place,
-                   tr("The temporary folder “%1” has too little room: %2 are needed, %3 are free. "
-                      "Set the environment variable TMPDIR to a folder with more.")
-                       .arg(place,
-                            CCommonUtils::fileSizeToString(needed, 'f', 1),
-                            CCommonUtils::fileSizeToString(free, 'f', 1)),
+                   Notice("temporary.tooSmall",
+                          { place, Notice::Bytes { needed }, Notice::Bytes { free } }),
                    ENOSPC };
 }
 
@@ -189,9 +180,7 @@ Error PrivateFolder::writeError(int systemError)
     const QString place = temporaryPlace();
     return Error { Fault::TemporaryFolder,
                    place,
-                   tr("The temporary folder “%1” could not be written: %2. Set the environment "
-                      "variable TMPDIR to a folder with free space.")
-                       .arg(place, qt_error_string(systemError)),
+                   Notice("temporary.notWritten", { place, qt_error_string(systemError) }),
                    systemError };
 }
 
@@ -213,7 +202,7 @@ Result<> PrivateFolder::make()
     constexpr int kAttempts = 10;
     const QString place = temporaryPlace();
     if (!m_folder && liesIn(place, m_forbidden))
-        return notMade(place, tr("it lies in the backup"));
+        return notMade(place, Notice("temporary.inBackup"));
     // QTemporaryDir would make it, and leave it behind.
     if (!QFileInfo(place).isDir())
         return notMade(place, qt_error_string(ENOENT), ENOENT);
@@ -224,7 +213,7 @@ Result<> PrivateFolder::make()
         if (folder->isOurs())
             m_folder = std::move(folder);
         else if (attempt == kAttempts)
-            return notMade(place, tr("it cannot be locked"));
+            return notMade(place, Notice("temporary.notLocked"));
     }
     return Done {};
 }
@@ -234,7 +223,7 @@ Result<> PrivateFolder::copy(const QString &source, const QString &name, const Q
     QFile from(source);
     QString why;
     if (!CCommonUtils::openForReading(from, &why))
-        return Error { Fault::Io, source, tr("“%1” could not be read: %2.").arg(name, why) };
+        return Error { Fault::Io, source, Notice("base.unreadable", { name, why }) };
     return copy(from, name, target, {});
 }
 
@@ -255,16 +244,15 @@ Result<> PrivateFolder::copy(QIODevice &source,
     for (;;) {
         const qint64 count = source.read(chunk.data(), chunk.size());
         if (count < 0) {
-            return failed({ Fault::Io,
-                            name,
-                            tr("“%1” could not be read: %2.").arg(name, source.errorString()) });
+            return failed(
+                { Fault::Io, name, Notice("base.unreadable", { name, source.errorString() }) });
         }
         if (count == 0)
             return Done {};
         if (!writeAll(to.handle(), chunk.constData(), count))
             return failed(writeError(errno));
         if (keepGoing && !keepGoing())
-            return failed({ Fault::Cancelled, name, tr("Stopped on request.") });
+            return failed({ Fault::Cancelled, name, Notice("base.stopped") });
     }
 }
 

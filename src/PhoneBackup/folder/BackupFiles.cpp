@@ -200,11 +200,7 @@ Result<bool> BackupFiles::decryptManifest(DatabaseFiles &files)
     if (m_folder.indexKey().isEmpty() || stored.read(kDatabaseMagic.size()) == kDatabaseMagic)
         return false;
     const auto damaged = [&](const Notice &why) {
-        return Error { Fault::Corrupt,
-                       files.path,
-                       tr("The index “Manifest.db” is encrypted and cannot be read. %1 Copy the "
-                          "backup again from where it was made, or make a new one.")
-                           .arg(why.ownText()) };
+        return Error { Fault::Corrupt, files.path, Notice("folder.indexEncrypted", { why }) };
     };
     const Result<Secret> key = m_keys->unwrap(m_folder.indexKey());
     if (!key)
@@ -503,11 +499,9 @@ Result<DatabaseFiles> BackupFiles::decrypted(Row row, Row wal, Row journal)
     if (!main && main.error().fault == Fault::TemporaryFolder)
         return main.error();
     if (!main) {
-        return Error {
-            main.error().fault,
-            name,
-            tr("The database “%1” cannot be read. %2").arg(name, main.error().what.ownText())
-        };
+        return Error { main.error().fault,
+                       name,
+                       Notice("folder.databaseUnreadable", { name, main.error().what }) };
     }
     for (const auto &[part, path, suffix] :
          { std::tuple(wal, &files.walPath, "-wal"_L1),

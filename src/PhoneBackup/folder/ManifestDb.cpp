@@ -29,15 +29,15 @@ FileIndex::Kind kindOf(qint64 flags)
     }
 }
 
-QString withAdvice(const QString &sentence)
+Notice withAdvice(const Notice &sentence)
 {
-    return sentence + u' ' + tr("Copy the backup again from where it was made, or make a new one.");
+    return sentence + Notice("folder.copyAgain");
 }
 
 // Whole sentences stay as they are.
-QString notReadable(const Error &error)
+Notice notReadable(const Error &error)
 {
-    return withAdvice(tr("The index “Manifest.db” is damaged.") + u' ' + error.what.ownText());
+    return withAdvice(Notice("folder.indexDamaged") + error.what);
 }
 
 QString damageSentence(const QString &why)

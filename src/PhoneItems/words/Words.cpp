@@ -1,5 +1,7 @@
 #include "PhoneItems/words/Words.h"
 
+#include "PhoneItems/words/RoomNotices.h"
+#include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
 
 #include <QHash>
@@ -14,9 +16,6 @@ namespace PhoneItems {
 using PhoneBackup::Notice;
 
 namespace {
-
-// A line a room: adding one is all that a new room needs here.
-constexpr std::array<std::span<const NoticeWords>, 0> kRooms {};
 
 const char *textOf(QByteArrayView code)
 {
@@ -37,6 +36,8 @@ QString words(const Notice::Fact &fact)
         return *text;
     if (const auto *number = std::get_if<qint64>(&fact))
         return QString::number(*number);
+    if (const auto *bytes = std::get_if<Notice::Bytes>(&fact))
+        return CCommonUtils::fileSizeToString(bytes->count, 'f', 1);
     return PhoneItems::words(std::get<Notice>(fact));
 }
 
@@ -60,6 +61,11 @@ QString filledIn(const QString &text, const std::vector<Notice::Fact> &facts)
 
 std::span<const std::span<const NoticeWords>> allNoticeWords()
 {
+    // A line a room: adding one is all that a new room needs here.
+    static const std::array kRooms {
+        formatNotices(),
+        folderNotices(),
+    };
     return kRooms;
 }
 
