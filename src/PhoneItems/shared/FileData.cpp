@@ -5,7 +5,9 @@
 
 #include <QIODevice>
 
-namespace PhoneBackup {
+namespace PhoneItems {
+
+using namespace PhoneBackup;
 
 FileData::FileData(int dataType, BackupFiles &files)
     : ItemData(dataType)
@@ -129,4 +131,4 @@ BkAbstractItem *FileData::group(int index) const
     return number < 0 ? nullptr : &m_groups[std::size_t(number)];
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

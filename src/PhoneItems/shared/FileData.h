@@ -16,13 +16,15 @@
 #include <vector>
 
 namespace PhoneBackup {
-
 class BackupFiles;
+}
+
+namespace PhoneItems {
 
 //! One file of a data set, as the reader of its type found it.
 struct FileEntry
 {
-    FileIndex::Row row = FileIndex::kNone;
+    PhoneBackup::FileIndex::Row row = PhoneBackup::FileIndex::kNone;
     int group = -1; //!< Number that addGroup() gave, -1 for none.
     QString name; //!< What it is to be called; empty: its own name.
     QDateTime date; //!< What the set is ordered by; invalid: the file's own date.
@@ -43,7 +45,7 @@ struct FileEntry
 class FileData : public ItemData<FileItem>
 {
 public:
-    FileData(int dataType, BackupFiles &files);
+    FileData(int dataType, PhoneBackup::BackupFiles &files);
     ~FileData() override;
 
     //! Makes room for \a count entries.
@@ -75,8 +77,8 @@ public:
     BkAbstractItem *group(int index) const;
 
 protected:
-    BackupFiles &files() const { return m_files; }
-    FileIndex::Row row(int index) const { return record(index).row; }
+    PhoneBackup::BackupFiles &files() const { return m_files; }
+    PhoneBackup::FileIndex::Row row(int index) const { return record(index).row; }
 
 private:
     static constexpr qint64 kNoDate = std::numeric_limits<qint64>::min();
@@ -85,7 +87,7 @@ private:
     {
         qint64 dateMs;
         qint64 id;
-        FileIndex::Row row;
+        PhoneBackup::FileIndex::Row row;
         int group;
         int name; // in m_names, -1 for the file's own
         bool deleted;
@@ -93,7 +95,7 @@ private:
 
     const Record &record(int index) const { return m_records[std::size_t(index)]; }
 
-    BackupFiles &m_files;
+    PhoneBackup::BackupFiles &m_files;
     std::vector<Record> m_records;
     QStringList m_names;
     mutable std::deque<GroupItem> m_groups; // which items give away as changeable objects
@@ -101,6 +103,12 @@ private:
     std::vector<OutputNames> m_namesInGroup; // the last is for files without a group
 };
 
+} // namespace PhoneItems
+
+namespace PhoneBackup {
+// For readers that still make items.
+using PhoneItems::FileData;
+using PhoneItems::FileEntry;
 } // namespace PhoneBackup
 
 #endif

@@ -4,7 +4,7 @@
 
 #include <QIODevice>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 FileItem::FileItem(const FileData &data, int index)
     : m_data(data)
@@ -74,4 +74,4 @@ QDateTime FileItem::fileDate() const
     return m_data.fileDate(m_index);
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

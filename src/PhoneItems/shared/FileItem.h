@@ -3,7 +3,7 @@
 
 #include "backup/BkFileItem.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 class FileData;
 
@@ -34,6 +34,6 @@ private:
     int m_index;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -1,6 +1,6 @@
 #include "PhoneItems/shared/GroupItem.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 GroupItem::GroupItem(const QString &name, qint64 number)
     : m_name(name)
@@ -25,4 +25,4 @@ qint64 GroupItem::id() const
     return m_number;
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

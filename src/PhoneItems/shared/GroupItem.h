@@ -3,7 +3,7 @@
 
 #include "backup/BkAbstractItem.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 //! A group of files: an album, a folder, an app.
 class GroupItem : public BkAbstractItem
@@ -21,6 +21,6 @@ private:
     qint64 m_number;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

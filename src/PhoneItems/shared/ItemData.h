@@ -6,7 +6,7 @@
 #include <deque>
 #include <numeric>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 //! A data set that owns its items, all of which are selected. Subclasses fill m_items.
 template <class Item, class Base = BkData>
@@ -45,6 +45,12 @@ private:
     int m_dataType;
 };
 
+} // namespace PhoneItems
+
+namespace PhoneBackup {
+// For readers that still make items.
+template <class Item, class Base = BkData>
+using ItemData = PhoneItems::ItemData<Item, Base>;
 } // namespace PhoneBackup
 
 #endif
