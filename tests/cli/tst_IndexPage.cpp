@@ -1,8 +1,12 @@
 #include "cli/Program.h"
 #include "cli/UsualBackup.h"
 #include "sample/Database.h"
+#include "sample/MessageSample.h"
+#include "sample/Options.h"
+#include "sample/WhatsappSample.h"
 #include "support/Files.h"
 
+#include <QJsonArray>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QUrl>
@@ -21,6 +25,7 @@ private Q_SLOTS:
     void leadsToEverything();
     void encodesWhatABackupSays();
     void tellsWhatFailed();
+    void saysTheSameNumbersEverywhere();
     void tellsWhatABackupCannotHold();
     void replacesOnlyItsOwn_data();
     void replacesOnlyItsOwn();
@@ -115,12 +120,75 @@ void tst_IndexPage::tellsWhatFailed()
     QVERIFY(html.contains("100APPLE/"_L1) && html.contains("LOST.JPG"_L1));
     QVERIFY(!html.contains("<b>"_L1));
     QVERIFY(html.contains("Library/Safari/History.db"_L1));
-    // Nobody knows how many visits were in the history: none of them is an item that failed.
-    const QString numbers =
-        u"%1</td><td class=\"n\">%2</td><td class=\"n%3</td><td class=\"n%4</td>"_s;
-    QVERIFY(html.contains(numbers.arg(u">Safari"_s, u"0"_s, u"\">0"_s, u" rd\">1"_s)));
-    QVERIFY(html.contains(numbers.arg(u"</a>"_s, u"3"_s, u" rd\">1"_s, u"\">0"_s)));
     QVERIFY(targets().contains(u"export-report.csv"_s));
+}
+
+void tst_IndexPage::saysTheSameNumbersEverywhere()
+{
+    Sample::BackupWriter writer(backup());
+    addUsualFiles(writer);
+    Sample::addMessages(writer, {});
+    Sample::addWhatsapp(writer, {});
+    writer.addWithoutContent(u"CameraRollDomain"_s, u"Media/DCIM/100APPLE/LOST.JPG"_s, 10);
+    // Nobody knows how many visits were in the history: none of them is an item that failed.
+    writer.addFile(u"HomeDomain"_s, u"Library/Safari/History.db"_s, QByteArray(5000, 'x'));
+    QVERIFY(writer.finish());
+    const QString again = m_dir->filePath(u"again"_s);
+    const QJsonObject json = run({ u"--json"_s, backup(), again }).json();
+    const Result result = run({ backup(), output() });
+    const QString said = QString::fromUtf8(result.err);
+    const QString html = page();
+    const QByteArray report = Files::read(output() + u"/export-report.csv"_s);
+    QCOMPARE(report, Files::read(again + u"/export-report.csv"_s));
+    const QString list = QString::fromUtf8(report);
+    const auto listed = [&list](const QString &pattern) {
+        return int(list.count(QRegularExpression(pattern, QRegularExpression::MultilineOption)));
+    };
+
+    QList<int> sums { 0, 0, 0, 0 };
+    QStringList withFaults;
+    for (const QJsonValue &type : json.value(u"types"_s).toArray()) {
+        const QString name = type[u"name"_s].toString();
+        const int items = type[u"items"_s].toInt();
+        QList<int> numbers;
+        for (const char *key : { "exported", "failed", "missing", "neverDownloaded" })
+            numbers += type[QLatin1String(key)].toInt();
+        if (items == 0 && numbers == QList<int> { 0, 0, 0, 0 })
+            continue;
+        const auto text = [&numbers](const QString &between) {
+            QStringList texts;
+            for (const int number : numbers)
+                texts += QString::number(number);
+            return texts.join(between);
+        };
+        QCOMPARE(numbers[0] + numbers[1], items);
+        const QRegularExpression row(u'^' + name + u" +"_s + text(u" +"_s) + u"( |$)"_s,
+                                     QRegularExpression::MultilineOption);
+        QVERIFY2(QString::fromUtf8(result.out).contains(row), qPrintable(row.pattern()));
+        const QRegularExpression cells(u'>' + name + u"(</a>)?</td><td class=\"n[ rd]*\">"_s
+                                       + text(u"</td><td class=\"n[ rd]*\">"_s) + u"</td>"_s);
+        QVERIFY2(html.contains(cells), qPrintable(cells.pattern()));
+        QCOMPARE(listed(u'^' + name + u",.*,Never downloaded,"_s), numbers[3]);
+        QCOMPARE(listed(u'^' + name + u','), numbers[1] + numbers[2] + numbers[3]);
+        const QString failed = numbers[1] > 0 ? u", %1 failed"_s.arg(numbers[1]) : QString();
+        const QString done = u"%1: %2 exported%3\n"_s.arg(name).arg(numbers[0]).arg(failed);
+        QVERIFY2(items == 0 || said.contains(done), qPrintable(done));
+        if (numbers.mid(1) != QList<int> { 0, 0, 0 })
+            withFaults += name + u' ' + text(u" "_s);
+        for (int i = 0; i < 4; ++i)
+            sums[i] += numbers[i];
+    }
+    QCOMPARE(withFaults.join(u", "_s),
+             u"Photos 3 1 0 0, Messages 12 0 1 0, Message Attachments 12 0 1 1, "
+             "WhatsApp Attachments 7 0 0 3, Safari 0 0 1 0"_s);
+    QCOMPARE(json.value(u"exported"_s).toInt(), sums[0]);
+    QCOMPARE(json.value(u"failed"_s).toInt(), sums[1]);
+    QCOMPARE(json.value(u"missing"_s).toInt(), sums[2]);
+    QCOMPARE(json.value(u"neverDownloaded"_s).toInt(), sums[3]);
+    QCOMPARE(json.value(u"failureCount"_s).toInt(), sums[1] + sums[2]);
+    QVERIFY2(said.contains(u"(%1 in all)"_s.arg(sums[1] + sums[2])), result.err.constData());
+    QVERIFY2(said.contains(u"not in the backup: %1 files."_s.arg(sums[3])), result.err.constData());
+    QVERIFY(html.contains(u"All %1 of them: "_s.arg(sums[1] + sums[2])));
 }
 
 void tst_IndexPage::tellsWhatABackupCannotHold()
