@@ -1,9 +1,11 @@
 #include "PhoneItems/Backup.h"
 
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneItems/DataTypes.h"
 #include "PhoneItems/messages/MessageData.h"
 #include "PhoneItems/whatsapp/WhatsappData.h"
+#include "backup/BkDataType.h"
 #include "platform/OutputNames.h"
 #include "platform/Translation_p.h"
 
@@ -21,32 +23,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kWholeBackup = -1;
 constexpr int kOwnerName = 0;
 constexpr qsizetype kMaxOwnerCharacters = 100;
-
-// Names of all data types that there are: a caller may ask for one that is not read here.
-constexpr std::array<const char *, 19> kTypeNames {
-    QT_TRANSLATE_NOOP("DataExport", "Photos"),
-    QT_TRANSLATE_NOOP("DataExport", "Videos"),
-    QT_TRANSLATE_NOOP("DataExport", "Shared Albums"),
-    QT_TRANSLATE_NOOP("DataExport", "Voice Memos"),
-    QT_TRANSLATE_NOOP("DataExport", "Books"),
-    QT_TRANSLATE_NOOP("DataExport", "Ringtones and Music"),
-    QT_TRANSLATE_NOOP("DataExport", "Messages"),
-    QT_TRANSLATE_NOOP("DataExport", "Message Attachments"),
-    QT_TRANSLATE_NOOP("DataExport", "Contacts"),
-    QT_TRANSLATE_NOOP("DataExport", "Notes"),
-    QT_TRANSLATE_NOOP("DataExport", "App Documents"),
-    QT_TRANSLATE_NOOP("DataExport", "WhatsApp"),
-    QT_TRANSLATE_NOOP("DataExport", "WhatsApp Attachments"),
-    QT_TRANSLATE_NOOP("DataExport", "Reminders"),
-    QT_TRANSLATE_NOOP("DataExport", "Calendar"),
-    QT_TRANSLATE_NOOP("DataExport", "Call History"),
-    QT_TRANSLATE_NOOP("DataExport", "Voicemail"),
-    QT_TRANSLATE_NOOP("DataExport", "Safari"),
-    QT_TRANSLATE_NOOP("DataExport", "Note Attachments"),
-};
 
 } // namespace
 
@@ -68,9 +46,9 @@ public:
 void Backup::Private::describeFindings()
 {
     for (const BackupFolder::Remark &remark : source.files().folder().remarks())
-        source.addProblem({ kWholeBackup, remark.source, remark.what, false });
+        source.addProblem({ DataType::WholeBackup, remark.source, remark.what, false });
     if (!source.files().folder().info().finished) {
-        source.addProblem({ kWholeBackup,
+        source.addProblem({ DataType::WholeBackup,
                             u"Status.plist"_s,
                             tr("The backup was interrupted before it was complete: files may be "
                                "missing or older than the rest. Make a new backup if you can."),
@@ -81,7 +59,7 @@ void Backup::Private::describeFindings()
         folder.kind() == IndexKind::Database ? u"Manifest.db"_s : u"Manifest.mbdb"_s;
     const Manifest::Findings &findings = source.files().findings();
     if (!findings.damage.isEmpty()) {
-        source.addProblem({ kWholeBackup,
+        source.addProblem({ DataType::WholeBackup,
                             index,
                             Notice(findings.damage)
                                 + tr("Files that the index no longer names cannot be exported. "
@@ -89,7 +67,7 @@ void Backup::Private::describeFindings()
                             true });
     }
     if (findings.unnamed > 0) {
-        source.addProblem({ kWholeBackup,
+        source.addProblem({ DataType::WholeBackup,
                             index + ": fileID"_L1,
                             tr("%1 entries of the index have a damaged identifier; their files are "
                                "looked for under the one that belongs to their path.")
@@ -97,7 +75,7 @@ void Backup::Private::describeFindings()
                             false });
     }
     if (findings.unknownKind > 0) {
-        source.addProblem({ kWholeBackup,
+        source.addProblem({ DataType::WholeBackup,
                             index + ": flags"_L1,
                             tr("%1 entries of the index are neither file nor folder nor link and "
                                "are left out.")
@@ -111,7 +89,7 @@ void Backup::Private::takeRemarks()
 {
     const QList<BackupFiles::Remark> remarks = source.files().takeRemarks();
     for (const BackupFiles::Remark &remark : remarks)
-        source.addProblem({ kWholeBackup,
+        source.addProblem({ DataType::WholeBackup,
                             source.files().place(remark.row),
                             remark.what,
                             remark.loss,
@@ -188,8 +166,8 @@ qint64 Backup::messageCount(int code) const
 
 QString Backup::dataTypeName(int code) const
 {
-    const bool known = code >= 0 && code < int(kTypeNames.size());
-    return known ? tr(kTypeNames[std::size_t(code)]) : QString();
+    const BkDataType *type = BkDataType::find(code);
+    return type ? type->displayName() : QString();
 }
 
 QString Backup::backupProperty(int key) const

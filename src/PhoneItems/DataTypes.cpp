@@ -1,5 +1,6 @@
 #include "PhoneItems/DataTypes.h"
 
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/calls/CallHistory.h"
 #include "PhoneBackup/calls/Voicemail.h"
 #include "PhoneBackup/contacts/Contacts.h"
@@ -17,19 +18,53 @@
 #include "PhoneBackup/safari/Safari.h"
 #include "PhoneBackup/whatsapp/WhatsappFiles.h"
 #include "PhoneItems/whatsapp/WhatsappData.h"
+#include "backup/BkDataType.h"
 
 namespace PhoneBackup {
+
+// The reader counts as the item model does.
+static_assert(DataType::Photos == int(BkDataType::Photos));
+static_assert(DataType::Videos == int(BkDataType::Videos));
+static_assert(DataType::SharedAlbums == int(BkDataType::SharedAlbums));
+static_assert(DataType::VoiceMemos == int(BkDataType::VoiceMemos));
+static_assert(DataType::Books == int(BkDataType::Books));
+static_assert(DataType::Music == int(BkDataType::Music));
+static_assert(DataType::Messages == int(BkDataType::Messages));
+static_assert(DataType::MessageAttachments == int(BkDataType::MessageAttachments));
+static_assert(DataType::Contacts == int(BkDataType::Contacts));
+static_assert(DataType::Notes == int(BkDataType::Notes));
+static_assert(DataType::AppDocuments == int(BkDataType::AppDocuments));
+static_assert(DataType::Whatsapp == int(BkDataType::Whatsapp));
+static_assert(DataType::WhatsappAttachments == int(BkDataType::WhatsappAttachments));
+static_assert(DataType::Reminders == int(BkDataType::Reminders));
+static_assert(DataType::Calendar == int(BkDataType::Calendar));
+static_assert(DataType::Calls == int(BkDataType::Calls));
+static_assert(DataType::Voicemail == int(BkDataType::Voicemail));
+static_assert(DataType::Safari == int(BkDataType::Safari));
+static_assert(DataType::NoteAttachments == int(BkDataType::NoteAttachments));
 
 const QList<DataSetReader> &dataTypeTable()
 {
     static const QList<DataSetReader> table {
-        { 0, &readCameraRoll },     { 1, &readCameraRoll },    { 2, &readSharedAlbums },
-        { 3, &readVoiceMemos },     { 4, &readBooks },         { 5, &readAudio },
-        { 6, &readMessages },       { 7, &readMessageFiles },  { 8, &readContacts },
-        { 9, &readNotes },          { 10, &readAppDocuments }, { 11, &readWhatsapp },
-        { 12, &readWhatsappFiles }, { 13, &readReminders },    { 14, &readCalendar },
-        { 15, &readCallHistory },   { 16, &readVoicemail },    { 17, &readSafari },
-        { 18, &readNotes },
+        { DataType::Photos, &readCameraRoll },
+        { DataType::Videos, &readCameraRoll },
+        { DataType::SharedAlbums, &readSharedAlbums },
+        { DataType::VoiceMemos, &readVoiceMemos },
+        { DataType::Books, &readBooks },
+        { DataType::Music, &readAudio },
+        { DataType::Messages, &readMessages },
+        { DataType::MessageAttachments, &readMessageFiles },
+        { DataType::Contacts, &readContacts },
+        { DataType::Notes, &readNotes },
+        { DataType::AppDocuments, &readAppDocuments },
+        { DataType::Whatsapp, &readWhatsapp },
+        { DataType::WhatsappAttachments, &readWhatsappFiles },
+        { DataType::Reminders, &readReminders },
+        { DataType::Calendar, &readCalendar },
+        { DataType::Calls, &readCallHistory },
+        { DataType::Voicemail, &readVoicemail },
+        { DataType::Safari, &readSafari },
+        { DataType::NoteAttachments, &readNotes },
     };
     return table;
 }

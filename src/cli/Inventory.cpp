@@ -7,9 +7,9 @@
 #include "PhoneItems/Backup.h"
 #include "backup/BkAbstractItem.h"
 #include "backup/BkData.h"
+#include "backup/BkDataType.h"
 
 #include <algorithm>
-#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -21,8 +21,8 @@ constexpr qint64 kBlockBytes = 4096;
 
 bool isOfMessages(int code)
 {
-    constexpr std::array kCodes { 6, 7, 11, 12 }; // the phone's and WhatsApp, with their files
-    return std::find(kCodes.begin(), kCodes.end(), code) != kCodes.end();
+    return code == BkDataType::Messages || code == BkDataType::MessageAttachments
+        || code == BkDataType::Whatsapp || code == BkDataType::WhatsappAttachments;
 }
 
 void count(const BkData &data, TypeTotals &totals)

@@ -21,10 +21,12 @@ public:
     BkBackup(const BkBackup &) = delete;
     BkBackup &operator=(const BkBackup &) = delete;
 
-    //! The data set of type \a code, null when the backup has none. Asked more than once an export.
+    //! The data set of type \a code, a BkDataType::Code; null when the backup has none. Asked more
+    //! than once per export.
     virtual BkData *getBkData(int code) const = 0;
 
-    //! Display name of data type \a code; becomes the name of its output folder.
+    //! Display name of data type \a code, as BkDataType::displayName(); becomes the name of its
+    //! output folder.
     virtual QString dataTypeName(int code) const = 0;
 
     //! Property \a key of the backup. 0: the name of its owner.

@@ -27,7 +27,7 @@ public:
     BkData(const BkData &) = delete;
     BkData &operator=(const BkData &) = delete;
 
-    //! The data type code, 0 to 18.
+    //! Which data type it is: a BkDataType::Code.
     virtual int dataType() const = 0;
 
     //! Number of selected items. 0: the set is not exported.

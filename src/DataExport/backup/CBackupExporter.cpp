@@ -2,11 +2,10 @@
 
 #include "backup/BkBackup.h"
 #include "backup/BkData.h"
+#include "backup/BkDataType.h"
 #include "platform/CSubProgress.h"
 
 #include <QDir>
-
-#include <array>
 
 namespace {
 
@@ -17,34 +16,30 @@ using ExportFunction = bool (*)(BkData *,
                                 CIProgressCallback *,
                                 CBackupExporter *);
 
-struct Dispatch
+ExportFunction functionOf(BkDataType::Form form)
 {
-    int code;
-    ExportFunction exportData;
-};
-
-// The order is that of the folders' creation and of the progress bar.
-const std::array<Dispatch, 19> &dispatchTable()
-{
-    using E = CBackupExporter;
-    static const std::array<Dispatch, 19> table { {
-        { 0, &E::exportFile },      { 1, &E::exportFile },  { 2, &E::exportFile },
-        { 8, &E::exportContact },   { 6, &E::exportSMS },   { 7, &E::exportFile },
-        { 9, &E::exportHtml },      { 14, &E::exportHtml }, { 13, &E::exportHtml },
-        { 15, &E::exportHtml },     { 16, &E::exportFile }, { 17, &E::exportBookmark },
-        { 11, &E::exportWhatsapp }, { 12, &E::exportFile }, { 3, &E::exportFile },
-        { 4, &E::exportFile },      { 5, &E::exportFile },  { 18, &E::exportFile },
-        { 10, &E::exportFile },
-    } };
-    return table;
+    switch (form) {
+    case BkDataType::Form::Files:
+        return &CBackupExporter::exportFile;
+    case BkDataType::Form::Contacts:
+        return &CBackupExporter::exportContact;
+    case BkDataType::Form::Messages:
+        return &CBackupExporter::exportSMS;
+    case BkDataType::Form::Whatsapp:
+        return &CBackupExporter::exportWhatsapp;
+    case BkDataType::Form::Table:
+        return &CBackupExporter::exportHtml;
+    case BkDataType::Form::Bookmarks:
+        return &CBackupExporter::exportBookmark;
+    }
+    return nullptr;
 }
 
 constexpr int kUnitsPerItem = 100;
 
-// Items that will be exported; none of a type that nothing here can export.
-int itemCount(const Dispatch &row, const BkData *data)
+int itemCount(const BkData *data)
 {
-    return row.exportData && data ? data->recoverCount() : 0;
+    return data ? data->recoverCount() : 0;
 }
 
 } // namespace
@@ -85,25 +80,25 @@ bool CBackupExporter::isHardened() const
 
 bool CBackupExporter::exportBackup(BkBackup *backup, const QDir &dir, CIProgressCallback *progress)
 {
-    const auto &table = dispatchTable();
-    std::array<int, 19> weights {};
+    const QList<BkDataType> &types = BkDataType::all();
+    QList<int> weights;
     int total = 0;
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        weights[i] = itemCount(table[i], backup->getBkData(table[i].code)) * kUnitsPerItem;
-        total += weights[i];
+    for (const BkDataType &type : types) {
+        weights.append(itemCount(backup->getBkData(type.code)) * kUnitsPerItem);
+        total += weights.last();
     }
     if (progress && total != 0)
         progress->initRange(total);
 
     const QString owner = total != 0 ? backup->backupProperty(0) : QString();
-    for (std::size_t i = 0; total != 0 && i < table.size(); ++i) {
-        BkData *data = backup->getBkData(table[i].code);
-        if (itemCount(table[i], data) == 0)
+    for (qsizetype i = 0; total != 0 && i < types.size(); ++i) {
+        BkData *data = backup->getBkData(types[i].code);
+        if (itemCount(data) == 0)
             continue;
         CSubProgress sub(progress, weights[i]);
         sub.initRange(weights[i]);
-        const QString typeName = backup->dataTypeName(table[i].code);
-        table[i].exportData(data, dir, owner, typeName, &sub, this);
+        const QString typeName = backup->dataTypeName(types[i].code);
+        functionOf(types[i].form)(data, dir, owner, typeName, &sub, this);
         if (!sub.finish())
             break;
     }

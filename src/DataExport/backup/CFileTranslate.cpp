@@ -1,6 +1,7 @@
 #include "backup/CFileTranslate.h"
 
 #include "backup/BkData.h"
+#include "backup/BkDataType.h"
 #include "backup/BkFileItem.h"
 #include "backup/CBackupExporter.h"
 #include "backup/SinkSettings_p.h"
@@ -16,7 +17,6 @@
 namespace {
 
 constexpr int kUnitsPerFile = 100;
-constexpr int kVoicemail = 16; // never under media protection
 
 qint64 contentSize(const BkFileItem &file)
 {
@@ -110,7 +110,8 @@ bool CBackupExporter::exportFile(BkData *data,
     bool result = false;
     applySettings(exporter, sink);
     if (sink.initExporter(dir, owner, typeName)) {
-        const bool protect = exporter && exporter->fromDFU() && data->dataType() != kVoicemail;
+        const bool protect =
+            exporter && exporter->fromDFU() && data->dataType() != BkDataType::Voicemail;
         result = CFileTranslate(data).translate(&sink, progress, protect);
     }
     sink.finish(result);

@@ -20,11 +20,7 @@ public:
     BkContactProperty(const BkContactProperty &) = delete;
     BkContactProperty &operator=(const BkContactProperty &) = delete;
 
-    /*!
-        Its kind: 3 phone number, 4 e-mail address, 5 postal address, 12 date, 13 instant message
-        account, 16 sound (never shown), 22 URL, 23 related name, 46 social profile. One of another
-        kind is left out and the report told.
-    */
+    //! Its kind: a BkContactKind::Code. One of another kind is left out and the report told.
     virtual int propType() const = 0;
 
     //! The label as it is stored: a token like "_$!<Home>!$_", or the user's own text.

@@ -34,16 +34,16 @@ struct NumberedColumns
 const std::array<NumberedColumns, 5> &numberedColumns()
 {
     static const std::array<NumberedColumns, 5> columns { {
-        { ContactType::kAddress,
+        { BkContactKind::Address,
           { u"Address %1 - Type"_s,
             u"Address %1 - City"_s,
             u"Address %1 - Street"_s,
             u"Address %1 - Postal Code"_s,
             u"Address %1 - Country"_s } },
-        { ContactType::kPhone, { u"Phone %1 - Type"_s, u"Phone %1 - Value"_s } },
-        { ContactType::kEmail, { u"E-mail %1 - Type"_s, u"E-mail %1 - Value"_s } },
-        { ContactType::kDate, { u"Event %1 - Type"_s, u"Event %1 - Value"_s } },
-        { ContactType::kUrl, { u"Website %1 - Type"_s, u"Website %1 - Value"_s } },
+        { BkContactKind::Phone, { u"Phone %1 - Type"_s, u"Phone %1 - Value"_s } },
+        { BkContactKind::Email, { u"E-mail %1 - Type"_s, u"E-mail %1 - Value"_s } },
+        { BkContactKind::Date, { u"Event %1 - Type"_s, u"Event %1 - Value"_s } },
+        { BkContactKind::Url, { u"Website %1 - Type"_s, u"Website %1 - Value"_s } },
     } };
     return columns;
 }
@@ -130,9 +130,9 @@ private:
 
     static QStringList valuesOf(const BkContactProperty &property)
     {
-        if (property.propType() == ContactType::kDate)
+        if (property.propType() == BkContactKind::Date)
             return { dayOf(property.propValue()) };
-        if (property.propType() != ContactType::kAddress)
+        if (property.propType() != BkContactKind::Address)
             return { property.propValue() };
         const auto part = [&property](const QString &key) {
             return inOneLine(CContactHelper::getPropValueEntry(&property, key));
@@ -151,7 +151,7 @@ private:
         QStringList services;
         QStringList users;
         forEachProperty(
-            m_contact, ContactType::kInstantMessage, [&](const BkContactProperty &account) {
+            m_contact, BkContactKind::InstantMessage, [&](const BkContactProperty &account) {
                 const QMap<QString, QString> entry = account.propValueEntry();
                 services.prepend(
                     m_helper.convertSpecialValue(entry.value(CContactHelper::VALUE_KEY_SERVICE)));

@@ -45,21 +45,21 @@ public:
         m_card = "BEGIN:VCARD\r\nVERSION:2.1\r\n"_L1;
         writeField("FN"_L1, m_item.value(0));
         writeBasics();
-        forEachProperty(m_contact, ContactType::kAddress, [this](const BkContactProperty &address) {
-            writeAddress(address);
-        });
-        forEachProperty(m_contact, ContactType::kPhone, [this](const BkContactProperty &phone) {
+        forEachProperty(m_contact,
+                        BkContactKind::Address,
+                        [this](const BkContactProperty &address) { writeAddress(address); });
+        forEachProperty(m_contact, BkContactKind::Phone, [this](const BkContactProperty &phone) {
             writePhone(phone);
         });
-        forEachProperty(m_contact, ContactType::kEmail, [this](const BkContactProperty &email) {
+        forEachProperty(m_contact, BkContactKind::Email, [this](const BkContactProperty &email) {
             writeLine("EMAIL;TYPE=internet"_L1, email.propValue());
         });
         writePhoto();
-        forEachProperty(m_contact, ContactType::kUrl, [this](const BkContactProperty &url) {
+        forEachProperty(m_contact, BkContactKind::Url, [this](const BkContactProperty &url) {
             writeLine("URL;TYPE="_L1 + itemType(url.propLabel()), url.propValue());
         });
         forEachProperty(m_contact,
-                        ContactType::kInstantMessage,
+                        BkContactKind::InstantMessage,
                         [this](const BkContactProperty &account) { writeAccount(account); });
         m_card += "END:VCARD\r\n\r\n\r\n"_L1;
         return m_card;

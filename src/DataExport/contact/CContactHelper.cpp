@@ -117,7 +117,7 @@ QString CContactHelper::convertLabel(const QString &label, bool translate)
 QString CContactHelper::getPropLabel(const BkContactProperty *prop)
 {
     QString label = prop->propLabel();
-    if (prop->propType() == ContactType::kSocialProfile) {
+    if (prop->propType() == BkContactKind::SocialProfile) {
         const QString service = prop->propValueEntry().value(VALUE_KEY_SERVICE);
         if (!service.isEmpty())
             label = service;
@@ -191,9 +191,9 @@ QString CContactHelper::getPropValue(const BkContactProperty *prop, const QStrin
 {
     const int type = prop->propType();
     if (!prop->propValueEntry().isEmpty())
-        return buildMultiValue(prop, type != ContactType::kSocialProfile, separator);
+        return buildMultiValue(prop, type != BkContactKind::SocialProfile, separator);
     QString value = prop->propValue();
-    if (type != ContactType::kDate)
+    if (type != BkContactKind::Date)
         return value;
     return getDateDesc(CCommonUtils::buildDateTimeBase2001(value.toDouble()), nullptr);
 }

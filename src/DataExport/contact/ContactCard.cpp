@@ -41,8 +41,8 @@ void ContactCard::sortProperties()
 {
     const QList<BkContactProperty *> properties = m_contact.properties();
     for (const BkContactProperty *property : properties) {
-        const int type = property ? property->propType() : ContactType::kSound;
-        if (type == ContactType::kSound)
+        const int type = property ? property->propType() : BkContactKind::Sound;
+        if (type == BkContactKind::Sound)
             continue;
         m_groups[type].append(property);
         if (std::find(ContactType::kShown.begin(), ContactType::kShown.end(), type)
@@ -57,7 +57,7 @@ QString ContactCard::write()
     writeHead();
     m_card += "<table border=0 cellspacing=0 cellpadding=0>"_L1;
     for (const int type : ContactType::kShown) {
-        if (type == ContactType::kDate)
+        if (type == BkContactKind::Date)
             writeBirthday();
         writeGroup(type);
     }

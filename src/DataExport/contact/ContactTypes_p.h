@@ -1,27 +1,19 @@
 #ifndef DATAEXPORT_CONTACT_CONTACTTYPES_P_H
 #define DATAEXPORT_CONTACT_CONTACTTYPES_P_H
 
+#include "contact/BkContactKind.h"
 #include "contact/BkContactPrivate.h"
 #include "contact/BkContactProperty.h"
 
 #include <array>
 
-//! Codes of the property kinds, BkContactProperty::propType().
 namespace ContactType {
 
-constexpr int kPhone = 3;
-constexpr int kEmail = 4;
-constexpr int kAddress = 5;
-constexpr int kDate = 12;
-constexpr int kInstantMessage = 13;
-constexpr int kSound = 16;
-constexpr int kUrl = 22;
-constexpr int kRelatedName = 23;
-constexpr int kSocialProfile = 46;
-
 //! The kinds that have a group on the page, in its order.
-inline constexpr std::array kShown { kPhone, kEmail,       kUrl,           kAddress,
-                                     kDate,  kRelatedName, kSocialProfile, kInstantMessage };
+inline constexpr std::array kShown { BkContactKind::Phone,         BkContactKind::Email,
+                                     BkContactKind::Url,           BkContactKind::Address,
+                                     BkContactKind::Date,          BkContactKind::RelatedName,
+                                     BkContactKind::SocialProfile, BkContactKind::InstantMessage };
 
 } // namespace ContactType
 

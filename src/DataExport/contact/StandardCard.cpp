@@ -120,17 +120,17 @@ public:
     {
         m_card = "BEGIN:VCARD\r\nVERSION:2.1\r\n"_L1;
         writeBasics();
-        forEach(ContactType::kAddress, [this](const auto &address) { writeAddress(address); });
-        forEach(ContactType::kPhone, [this](const auto &phone) {
+        forEach(BkContactKind::Address, [this](const auto &address) { writeAddress(address); });
+        forEach(BkContactKind::Phone, [this](const auto &phone) {
             writeText(u"TEL"_s + phoneTypes(phone), phone.propValue());
         });
-        forEach(ContactType::kEmail, [this](const auto &email) {
+        forEach(BkContactKind::Email, [this](const auto &email) {
             writeText(u"EMAIL;TYPE=INTERNET"_s, email.propValue());
         });
         writePhoto();
-        forEach(ContactType::kUrl,
+        forEach(BkContactKind::Url,
                 [this](const auto &url) { writeText(u"URL"_s + placeOf(url), url.propValue()); });
-        forEach(ContactType::kInstantMessage,
+        forEach(BkContactKind::InstantMessage,
                 [this](const auto &account) { writeAccount(account); });
         m_card += "END:VCARD\r\n"_L1;
         return m_card;

@@ -21,10 +21,7 @@ public:
     BkWhatsappMsg(const BkWhatsappMsg &) = delete;
     BkWhatsappMsg &operator=(const BkWhatsappMsg &) = delete;
 
-    /*!
-        What it is: 0 text, 1 picture, 2 video, 3 audio, 4 contact card, 5 location, 6 what happened
-        to the group. Any other number is treated like a text.
-    */
+    //! What it is: a BkWhatsappType::Code. Any other number is treated like a text.
     virtual int type() const = 0;
 
     //! The text: of a picture or video its caption, of a group event its description.

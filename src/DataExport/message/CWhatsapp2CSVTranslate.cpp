@@ -3,8 +3,8 @@
 #include "message/BkWhatsappChat.h"
 #include "message/BkWhatsappItem.h"
 #include "message/BkWhatsappMsg.h"
+#include "message/BkWhatsappType.h"
 #include "message/ChatCsv_p.h"
-#include "message/WhatsappType_p.h"
 #include "platform/Translation_p.h"
 
 #include <QStringList>
@@ -31,7 +31,7 @@ struct TypeWords
 
     const QString &of(const BkWhatsappMsg &message) const
     {
-        if (message.type() == WhatsappType::GroupEvent)
+        if (message.type() == BkWhatsappType::GroupEvent)
             return groupEvent;
         if (!message.isSentDone())
             return fail;
@@ -43,11 +43,11 @@ struct TypeWords
 QString mediaKind(int type)
 {
     switch (type) {
-    case WhatsappType::Picture:
+    case BkWhatsappType::Picture:
         return DataExport::tr("Picture");
-    case WhatsappType::Video:
+    case BkWhatsappType::Video:
         return DataExport::tr("Video");
-    case WhatsappType::Audio:
+    case BkWhatsappType::Audio:
         return DataExport::tr("Audio");
     default:
         return {};

@@ -5,9 +5,9 @@
 #include "message/BkWhatsappChat.h"
 #include "message/BkWhatsappItem.h"
 #include "message/BkWhatsappMsg.h"
+#include "message/BkWhatsappType.h"
 #include "message/Bubble_p.h"
 #include "message/MessagePage_p.h"
-#include "message/WhatsappType_p.h"
 #include "platform/CCommonUtils.h"
 #include "platform/NativeFile_p.h"
 #include "platform/Translation_p.h"
@@ -28,15 +28,15 @@ constexpr qsizetype kExpectedCharsPerMessage = 520;
 QString iconOf(int type)
 {
     switch (type) {
-    case WhatsappType::Picture:
+    case BkWhatsappType::Picture:
         return MessagePage::imagePath(u"picture.png"_s);
-    case WhatsappType::Video:
+    case BkWhatsappType::Video:
         return MessagePage::imagePath(u"video.png"_s);
-    case WhatsappType::Audio:
+    case BkWhatsappType::Audio:
         return MessagePage::imagePath(u"audio.png"_s);
-    case WhatsappType::ContactCard:
+    case BkWhatsappType::ContactCard:
         return MessagePage::imagePath(u"vcard.png"_s);
-    case WhatsappType::Location:
+    case BkWhatsappType::Location:
         return MessagePage::imagePath(u"location.png"_s);
     default:
         return {};
@@ -80,7 +80,7 @@ private:
     {
         outputLabel(m_out,
                     m_dateLabel.arg(CCommonUtils::datetimeToMinute(message.msgDate(), true)));
-        if (message.type() == WhatsappType::GroupEvent) {
+        if (message.type() == BkWhatsappType::GroupEvent) {
             outputLabel(m_out, message.content());
             return;
         }
@@ -104,7 +104,7 @@ private:
             if (!png.isEmpty())
                 return Thumbnail::place(m_exporter, png, m_imageIndex++);
             // Of any other type it need not be a picture.
-            if (message.type() == WhatsappType::Picture) {
+            if (message.type() == BkWhatsappType::Picture) {
                 // Its date leads to it; what a backup calls the file seldom says anything.
                 const QString date = CCommonUtils::datetimeToMinute(message.msgDate(), true);
                 MessagePage::reportPicture(

@@ -1,5 +1,6 @@
 #include "table/CTableTranslate.h"
 
+#include "backup/BkDataType.h"
 #include "backup/SelectedItems_p.h"
 #include "export/CUtils.h"
 #include "table/PageExport_p.h"
@@ -11,7 +12,6 @@ namespace {
 
 // Percent of the table that all columns but the last share; the last takes what they leave.
 constexpr int kSharedWidth = 90;
-constexpr int kCalls = 15;
 constexpr int kDateOfCall = 3;
 
 CIExportReport::Fault withoutColumns()
@@ -40,7 +40,7 @@ QString row(const CIDataExporter &page, const BkData &data, int index, bool isOd
     QString text = isDeleted ? (isOdd ? u"<tr class=\"grey rd\">"_s : u"<tr class=\"rd\">"_s)
                              : (isOdd ? u"<tr class=\"grey\">"_s : u"<tr>"_s);
     const int columns = data.column();
-    const bool isCall = data.dataType() == kCalls;
+    const bool isCall = data.dataType() == BkDataType::Calls;
     // Browsers also break a date at its hyphens.
     const QLatin1StringView unbroken = page.isHardened() ? "<td nowrap>"_L1 : "<td>"_L1;
     for (int column = 0; column < columns; ++column) {
