@@ -1,5 +1,7 @@
 #include "PhoneBackup/packed/FieldReader.h"
 
+#include <bit>
+
 namespace PhoneBackup {
 
 namespace {
@@ -18,6 +20,7 @@ bool FieldReader::next()
     m_bytes = {};
     m_value = 0;
     m_isBytes = false;
+    m_isReal = false;
     if (m_rest.isEmpty() || m_damaged)
         return false;
     quint64 key = 0;
@@ -30,11 +33,17 @@ bool FieldReader::next()
     case Wire::EightBytes:
         return readFixed(8) || fail();
     case Wire::FourBytes:
+        m_isReal = true;
         return readFixed(4) || fail();
     case Wire::Bytes:
         return readBytes() || fail();
     }
     return fail();
+}
+
+float FieldReader::real() const
+{
+    return m_isReal ? std::bit_cast<float>(quint32(m_value)) : 0;
 }
 
 bool FieldReader::readVarint(quint64 &value)
@@ -80,6 +89,7 @@ bool FieldReader::fail()
     m_bytes = {};
     m_value = 0;
     m_isBytes = false;
+    m_isReal = false;
     return false;
 }
 

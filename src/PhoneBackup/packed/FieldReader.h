@@ -2,7 +2,7 @@
 #define PHONEBACKUP_PACKED_FIELDREADER_H
 
 #include <QByteArrayView>
-#include <QtGlobal>
+#include <QString>
 
 #include <initializer_list>
 
@@ -43,11 +43,31 @@ public:
     //! The value of the field, 0 when it holds bytes.
     quint64 value() const { return m_value; }
 
+    //! The value of a field of four bytes, such as a part of a colour; 0 for any other.
+    float real() const;
+
     //! Whether \a message, which is not empty, consists of whole fields from beginning to end.
     static bool isComplete(QByteArrayView message);
 
     //! The message or text at the end of \a path, a field number a level; null when there is none.
     static QByteArrayView find(QByteArrayView message, std::initializer_list<quint32> path);
+
+    //! The text at the end of \a path; empty when there is none.
+    static QString text(QByteArrayView message, std::initializer_list<quint32> path)
+    {
+        return QString::fromUtf8(find(message, path));
+    }
+
+    //! Calls \a take with the bytes of each field \a number of \a message, in their order.
+    template <typename Take>
+    static void forEach(QByteArrayView message, quint32 number, const Take &take)
+    {
+        FieldReader reader(message);
+        while (reader.next()) {
+            if (reader.number() == number && reader.isBytes())
+                take(reader.bytes());
+        }
+    }
 
     //! The first number in field \a number of \a message, \a otherwise when there is none.
     static quint64 value(QByteArrayView message, quint32 number, quint64 otherwise = 0);
@@ -63,6 +83,7 @@ private:
     quint64 m_value = 0;
     quint32 m_number = 0;
     bool m_isBytes = false;
+    bool m_isReal = false; // four bytes
     bool m_damaged = false;
 };
 

@@ -137,17 +137,6 @@ WhatsappReaction reaction(QByteArrayView record, const ReactionFields &fields)
     return reaction;
 }
 
-// Calls \a take for each record of field \a number.
-template <typename Take>
-void forEach(QByteArrayView message, quint32 number, const Take &take)
-{
-    FieldReader reader(message);
-    while (reader.next()) {
-        if (reader.number() == number && reader.isBytes())
-            take(reader.bytes());
-    }
-}
-
 } // namespace
 
 WhatsappQuote quote(QByteArrayView metadata)
@@ -182,11 +171,11 @@ std::vector<WhatsappReaction> reactions(QByteArrayView info)
         found.push_back(reaction(record, fields));
         found.back().byOwner = fields.who == 0;
     };
-    forEach(info, Info::kReactions, [&](QByteArrayView all) {
-        forEach(all, Reactions::kOfOthers, [&](QByteArrayView record) {
+    FieldReader::forEach(info, Info::kReactions, [&](QByteArrayView all) {
+        FieldReader::forEach(all, Reactions::kOfOthers, [&](QByteArrayView record) {
             add(record, kFieldsOfOthers);
         });
-        forEach(
+        FieldReader::forEach(
             all, Reactions::kOfOwner, [&](QByteArrayView record) { add(record, kFieldsOfOwner); });
     });
     return found;
@@ -195,9 +184,9 @@ std::vector<WhatsappReaction> reactions(QByteArrayView info)
 QStringList reactionCounts(QByteArrayView info)
 {
     QStringList counts;
-    forEach(info, Info::kReactions, [&](QByteArrayView all) {
-        forEach(all, Reactions::kCounts, [&](QByteArrayView list) {
-            forEach(list, 1, [&](QByteArrayView record) {
+    FieldReader::forEach(info, Info::kReactions, [&](QByteArrayView all) {
+        FieldReader::forEach(all, Reactions::kCounts, [&](QByteArrayView list) {
+            FieldReader::forEach(list, 1, [&](QByteArrayView record) {
                 const QString emoji = textAt(record, { 1 }).simplified();
                 const quint64 count = FieldReader::value(record, 2);
                 if (!emoji.isEmpty() && count > 0 && std::size_t(counts.size()) < kMostReactions)
@@ -216,7 +205,7 @@ QString pollQuestion(QByteArrayView info)
 QStringList pollOptions(QByteArrayView info)
 {
     QStringList options;
-    forEach(
+    FieldReader::forEach(
         FieldReader::find(info, { Info::kPoll }), Info::kPollOption, [&](QByteArrayView option) {
             const QString text = textAt(option, { 1 }).simplified();
             if (!text.isEmpty() && options.size() < kMostPollOptions)

@@ -90,6 +90,9 @@ void tst_NoteText::readsFields_data()
     row("every wire type",
         "0801 12026869 1d04030201 210807060504030201",
         u"1=1 2:hi 3=16909060 4=72623859790382856"_s);
+    row("real number",
+        "1d0000003f 2100000000000000e0 08003f",
+        u"3=1056964608 (0.5) 4=16140901064495857664 1=0 !"_s);
     row("long number", "08ffffffffffffffffff01", u"1=18446744073709551615"_s);
     row("number beyond 64 bits", "08ffffffffffffffffff7f", u"1=18446744073709551615"_s);
     row("number without an end", "0801 10ffffffffffffffffffff01", u"1=1 !"_s);
@@ -112,8 +115,11 @@ void tst_NoteText::readsFields()
     FieldReader reader(message);
     while (reader.next()) {
         const QString number = QString::number(reader.number());
-        read.append(reader.isBytes() ? number + u':' + QString::fromUtf8(reader.bytes())
-                                     : number + u'=' + QString::number(reader.value()));
+        QString value = reader.isBytes() ? u':' + QString::fromUtf8(reader.bytes())
+                                         : u'=' + QString::number(reader.value());
+        if (reader.real() > 1e-3F)
+            value += u" (%1)"_s.arg(reader.real());
+        read.append(number + value);
     }
     if (reader.isDamaged())
         read.append(u"!"_s);
