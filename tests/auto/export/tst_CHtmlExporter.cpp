@@ -51,6 +51,7 @@ class tst_CHtmlExporter : public QObject
 private Q_SLOTS:
     void writesTheFrame_data();
     void writesTheFrame();
+    void forbidsScriptsWhenHardened_data();
     void forbidsScriptsWhenHardened();
     void replacesAnOlderPage();
     void placesImages();
@@ -114,23 +115,39 @@ void tst_CHtmlExporter::writesTheFrame()
     QTEST(page.mid(kHead.size()), "afterHead");
 }
 
+void tst_CHtmlExporter::forbidsScriptsWhenHardened_data()
+{
+    QTest::addColumn<QString>("owner");
+    QTest::addColumn<QString>("file");
+
+    QTest::newRow("plain") << u"Ann"_s << u"Ann's Notes.html"_s;
+    QTest::newRow("a device") << u"con.x"_s << u"con_.x's Notes.html"_s;
+    QTest::newRow("direction override") << u"A\u202En"_s << u"An's Notes.html"_s;
+    QTest::newRow("too long") << QString(300, u'x') << QString(194, u'x') + u".html"_s;
+}
+
 void tst_CHtmlExporter::forbidsScriptsWhenHardened()
 {
+    QFETCH(QString, owner);
     const QTemporaryDir temp;
     CHtmlExporter sink;
     sink.setStyle(u"<style>s</style>"_s);
     sink.setHardened(true);
-    QVERIFY(sink.initExporter(QDir(temp.path()), u"Ann"_s, u"Notes"_s));
+    QVERIFY(sink.initExporter(QDir(temp.path()), owner, u"Notes"_s));
     QVERIFY(sink.exportData(u"body"_s));
     QVERIFY(sink.finish(true));
     // Before everything that it is to govern.
     const QByteArray beforeTitle = "<!DOCTYPE html><html lang=\"en\">"
         + kHead.mid(kHead.indexOf("<head>")).chopped(int(qstrlen("<title>")));
-    QCOMPARE(Files::read(temp.filePath(u"Notes/Ann's Notes.html"_s)),
+    QTEST(Files::tree(temp.filePath(u"Notes"_s)).join(u'|'), "file");
+    QFETCH(QString, file);
+    QCOMPARE(Files::read(temp.filePath(u"Notes/"_s + file)),
              beforeTitle
                  + "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
                    "img-src 'self' file:; style-src 'unsafe-inline'; base-uri 'none'; "
-                   "form-action 'none'\"><title>Ann's Notes</title><style>s</style></head>"
+                   "form-action 'none'\"><title>"
+                 + owner.toUtf8()
+                 + "'s Notes</title><style>s</style></head>"
                    "<body>body</body></html>");
 }
 

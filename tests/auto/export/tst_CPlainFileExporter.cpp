@@ -42,6 +42,7 @@ private Q_SLOTS:
     void writesInTheCodec_data();
     void writesInTheCodec();
     void writesLongTextsWhole();
+    void namesTheOneFileSafely_data();
     void namesTheOneFileSafely();
     void oneFilePerItem();
     void namesItemsVisibly_data();
@@ -107,17 +108,34 @@ void tst_CPlainFileExporter::writesLongTextsWhole()
     }
 }
 
+void tst_CPlainFileExporter::namesTheOneFileSafely_data()
+{
+    QTest::addColumn<QString>("owner");
+    QTest::addColumn<bool>("hardened");
+    QTest::addColumn<QString>("name"); // without its suffix
+
+    const QString signs = u"A/n:n %2"_s;
+    QTest::newRow("signs of paths") << signs << false << u"A_n_n %2's T"_s;
+    QTest::newRow("signs of paths, hardened") << signs << true << u"A_n_n %2's T"_s;
+    QTest::newRow("a device") << u"con.x"_s << true << u"con_.x's T"_s;
+    QTest::newRow("direction override") << u"A\u202En"_s << true << u"An's T"_s;
+    QTest::newRow("too long") << QString(300, u'x') << true << QString(195, u'x');
+}
+
 void tst_CPlainFileExporter::namesTheOneFileSafely()
 {
+    QFETCH(QString, owner);
+    QFETCH(bool, hardened);
+    QFETCH(QString, name);
     const QTemporaryDir temp;
-    CPlainFileExporter sink(u".csv"_s, false);
-    QVERIFY(sink.initExporter(QDir(temp.path()), u"A/n:n %2"_s, u"T"_s));
-    QVERIFY(sink.finish(true));
-    CPlainFileExporter again(u".csv"_s, false);
-    QVERIFY(again.initExporter(QDir(temp.path()), u"A/n:n %2"_s, u"T"_s));
-    QVERIFY(again.finish(true));
-    QCOMPARE(Files::tree(temp.filePath(u"T"_s)),
-             (QStringList { u"A_n_n %2's T (2).csv"_s, u"A_n_n %2's T.csv"_s }));
+    for (int run = 0; run < 2; ++run) {
+        CPlainFileExporter sink(u".csv"_s, false);
+        sink.setHardened(hardened);
+        QVERIFY(sink.initExporter(QDir(temp.path()), owner, u"T"_s));
+        QVERIFY(sink.finish(true));
+    }
+    const QString second = name.first(std::min<qsizetype>(name.size(), 192)) + u" (2).csv"_s;
+    QCOMPARE(Files::tree(temp.filePath(u"T"_s)), (QStringList { second, name + u".csv"_s }));
 }
 
 void tst_CPlainFileExporter::oneFilePerItem()
