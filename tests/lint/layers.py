@@ -38,8 +38,6 @@ FLOORS = {
 # Not yet apart.
 NEIGHBOURS = {
     ("PhoneBackup/calls", "PhoneBackup/whatsapp"),
-    ("PhoneBackup/whatsapp", "PhoneBackup/messages"),
-    ("PhoneItems/whatsapp", "PhoneBackup/messages"),
 }
 # Headers of the item model say what an item is; the reader sees nothing else of these folders.
 ITEM_HEADER = re.compile(r"(backup|message|contact|table)/Bk\w+\.h")

@@ -285,7 +285,7 @@ void ConversationList::readLinks()
         Conversation &conversation = at(index);
         conversation.messages.push_back(message);
         const qint64 date = SmsDatabase::dateMs(row.integer(2));
-        if (date == Conversation::kNoDate)
+        if (date == PhoneTime::kNoMs)
             m_undated[std::size_t(index)] = true;
         else
             conversation.lastDateMs = std::max(conversation.lastDateMs, date);
@@ -390,12 +390,12 @@ void ConversationList::findDates()
 qint64 ConversationList::dateOf(qint64 message)
 {
     if (!m_dateQuery)
-        return Conversation::kNoDate;
+        return PhoneTime::kNoMs;
     m_dateQuery->reset();
     m_dateQuery->bind(1, message);
     return m_dateQuery->step() == Statement::Step::Row
         ? SmsDatabase::dateMs(m_dateQuery->integer(0))
-        : Conversation::kNoDate;
+        : PhoneTime::kNoMs;
 }
 
 } // namespace PhoneBackup

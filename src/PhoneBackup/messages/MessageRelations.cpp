@@ -2,12 +2,15 @@
 
 #include "PhoneItems/messages/ConversationContent.h"
 #include "PhoneItems/messages/MessageWords.h"
+#include "PhoneItems/shared/QuoteWords.h"
 
 #include <algorithm>
 #include <set>
 #include <tuple>
 
 namespace PhoneBackup {
+
+namespace QuoteWords = PhoneItems::QuoteWords;
 
 using namespace Qt::StringLiterals;
 
@@ -124,7 +127,7 @@ void MessageRelations::apply(ConversationContent &content)
     }
     for (const Reply &reply : m_replies) {
         QString &text = reply.message->text;
-        const QString line = MessageWords::replyTo(*quoted++);
+        const QString line = QuoteWords::replyTo(*quoted++);
         text = text.isEmpty() ? line : line + u'\n' + text;
     }
 }
@@ -223,12 +226,12 @@ QString MessageRelations::quote(quint64 target, int part) const
     if (!message)
         return {};
     if (message->extras && part >= 0 && part < message->extras->parts.size())
-        return MessageWords::quote(message->extras->parts.at(part));
+        return QuoteWords::quote(message->extras->parts.at(part));
     // The only part is the whole message, without what marks it.
     const qsizetype parts = message->extras ? message->extras->parts.size() : 0;
     if (parts == 1 || (parts > 1 && message->text.isEmpty()))
-        return MessageWords::quote(message->extras->parts.first());
-    return MessageWords::quote(message->text);
+        return QuoteWords::quote(message->extras->parts.first());
+    return QuoteWords::quote(message->text);
 }
 
 } // namespace PhoneBackup

@@ -65,7 +65,7 @@ qint64 dateMs(const Statement &row)
     const qint64 date = row.integer(kDate);
     if (isMadrid(row))
         return SmsDatabase::dateMs(date);
-    return date > 0 && date < kYear2200 ? date * 1000 : Conversation::kNoDate;
+    return date > 0 && date < kYear2200 ? date * 1000 : PhoneTime::kNoMs;
 }
 
 bool isKnown(const Statement &row, qint64 flags)

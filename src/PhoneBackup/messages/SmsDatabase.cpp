@@ -38,9 +38,9 @@ qint64 SmsDatabase::dateMs(qint64 value)
 {
     const bool isSeconds = value <= kLargestSeconds && value >= -kLargestSeconds;
     if (value == 0)
-        return Conversation::kNoDate;
+        return PhoneTime::kNoMs;
     const qint64 ms = kBase2001Ms + (isSeconds ? value * 1000 : floorDivide(value, 1'000'000));
-    return ms > 0 && ms < kYear2200Ms ? ms : Conversation::kNoDate;
+    return ms > 0 && ms < kYear2200Ms ? ms : PhoneTime::kNoMs;
 }
 
 } // namespace PhoneBackup

@@ -18,7 +18,7 @@ public:
 
     /*!
         A moment as its columns hold it, in milliseconds since 1970: seconds or nanoseconds since
-        2001, told apart value by value. Conversation::kNoDate for none and for an absurd one.
+        2001, told apart value by value. PhoneTime::kNoMs for none and for an absurd one.
     */
     static qint64 dateMs(qint64 value);
 };

@@ -33,6 +33,11 @@ QDateTime sinceUnix(std::optional<double> seconds)
     return seconds ? moment(*seconds) : QDateTime();
 }
 
+QDateTime ofMs(qint64 ms)
+{
+    return ms == kNoMs ? QDateTime() : QDateTime::fromMSecsSinceEpoch(ms, Qt::UTC);
+}
+
 bool isNewer(const QDateTime &a, const QDateTime &b)
 {
     if (a.isValid() != b.isValid())

@@ -3,6 +3,7 @@
 
 #include <QDateTime>
 
+#include <limits>
 #include <optional>
 
 //! Moments as the phone's databases store them. 0, and what is not in 1970 to 2200, is no moment.
@@ -16,6 +17,12 @@ QDateTime ofThePast(std::optional<double> seconds);
 
 //! Seconds since 1970-01-01 UTC.
 QDateTime sinceUnix(std::optional<double> seconds);
+
+//! No moment, where moments are milliseconds since 1970; earlier than all of them.
+constexpr qint64 kNoMs = std::numeric_limits<qint64>::min();
+
+//! Milliseconds since 1970-01-01 UTC; invalid for kNoMs.
+QDateTime ofMs(qint64 ms);
 
 //! Order for lists with the newest first; what has no date comes last.
 bool isNewer(const QDateTime &a, const QDateTime &b);

@@ -1,10 +1,12 @@
 #ifndef PHONEBACKUP_WHATSAPP_WHATSAPPCHAT_H
 #define PHONEBACKUP_WHATSAPP_WHATSAPPCHAT_H
 
-#include "PhoneBackup/messages/Conversation.h"
 #include "PhoneBackup/source/Jid.h"
+#include "PhoneBackup/source/PhoneTime.h"
 
 #include <QDateTime>
+
+#include <vector>
 
 namespace PhoneBackup {
 
@@ -24,7 +26,7 @@ struct WhatsappChat
     QString number; //!< Phone number of the person it is with.
     Jid creator; //!< Who made the group; of kind None when not known.
     QDateTime creationDate; //!< When; may be invalid.
-    qint64 lastDateMs = Conversation::kNoDate; //!< Since 1970, UTC.
+    qint64 lastDateMs = PhoneTime::kNoMs; //!< Since 1970, UTC.
     std::vector<qint64> messages; //!< Rows, in the order of display.
     std::vector<qint64> withMedia; //!< Those of them that have a media row.
 };

@@ -21,7 +21,7 @@ enum SessionType : qint64 { kPrivate = 0, kGroup = 1, kList = 2, kStatus = 3 };
 
 qint64 msOf(const QDateTime &date)
 {
-    return date.isValid() ? date.toMSecsSinceEpoch() : Conversation::kNoDate;
+    return date.isValid() ? date.toMSecsSinceEpoch() : PhoneTime::kNoMs;
 }
 
 } // namespace
@@ -34,7 +34,7 @@ struct WhatsappChatList::Session
     QStringList people; // names of everybody in a group, likewise
     bool isStatus = false;
     bool isFound = true; // not only its messages
-    qint64 newestMs = Conversation::kNoDate; // of its messages, whatever the filter
+    qint64 newestMs = PhoneTime::kNoMs; // of its messages, whatever the filter
     std::vector<Entry> entries;
 };
 
@@ -81,7 +81,7 @@ std::vector<WhatsappChat> WhatsappChatList::take()
     for (Session &session : m_sessions) {
         if (session.entries.empty() || !isWanted(session))
             continue;
-        if (session.chat.lastDateMs == Conversation::kNoDate)
+        if (session.chat.lastDateMs == PhoneTime::kNoMs)
             session.chat.lastDateMs = session.newestMs;
         sortEntries(session.entries, session.chat);
         result.push_back(std::move(session.chat));

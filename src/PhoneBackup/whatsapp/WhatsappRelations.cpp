@@ -1,7 +1,7 @@
 #include "PhoneBackup/whatsapp/WhatsappRelations.h"
 
 #include "PhoneBackup/whatsapp/WhatsappRecords.h"
-#include "PhoneItems/messages/MessageWords.h"
+#include "PhoneItems/shared/QuoteWords.h"
 #include "PhoneItems/whatsapp/WhatsappContent.h"
 #include "PhoneItems/whatsapp/WhatsappWords.h"
 
@@ -9,12 +9,14 @@
 
 namespace PhoneBackup {
 
+namespace QuoteWords = PhoneItems::QuoteWords;
+
 namespace {
 
 QString quoted(const WhatsappMessage &message)
 {
-    return MessageWords::quote(message.text.isEmpty() ? WhatsappWords::mediaKind(message.code)
-                                                      : message.text);
+    return QuoteWords::quote(message.text.isEmpty() ? WhatsappWords::mediaKind(message.code)
+                                                    : message.text);
 }
 
 } // namespace
@@ -56,13 +58,12 @@ void WhatsappRelations::apply(WhatsappContent &content, bool nameSenders)
         return;
     findTargets(content);
     // All quotes are taken before any text changes: none holds another.
-    constexpr int withEmoji = 2006;
     std::vector<WhatsappContent::Line> lines;
     lines.reserve(m_reactions.size());
     for (const Reaction &reaction : m_reactions) {
         const QString what = reaction.message->isDeleted ? QString() : quoted(*reaction.message);
         WhatsappMessage &line = content.addAside();
-        line.text = MessageWords::reaction(reaction.who, withEmoji, reaction.emoji, what);
+        line.text = QuoteWords::reaction(reaction.who, reaction.emoji, what);
         line.fromMe = reaction.byOwner;
         line.files = reaction.message->files;
         if (nameSenders && !reaction.byOwner)
@@ -79,7 +80,7 @@ void WhatsappRelations::apply(WhatsappContent &content, bool nameSenders)
     auto quotedText = quotes.cbegin();
     for (const Answer &answer : m_answers) {
         QString &text = answer.message->text;
-        const QString above = MessageWords::replyTo(*quotedText++);
+        const QString above = QuoteWords::replyTo(*quotedText++);
         text = text.isEmpty() ? above : above + u'\n' + text;
     }
     content.weave(lines);
@@ -102,7 +103,7 @@ void WhatsappRelations::findTargets(const WhatsappContent &content)
 QString WhatsappRelations::quote(const Answer &answer) const
 {
     const WhatsappMessage *target = m_targets.value(answer.target);
-    return target && !target->isDeleted ? quoted(*target) : MessageWords::quote(answer.quotedText);
+    return target && !target->isDeleted ? quoted(*target) : QuoteWords::quote(answer.quotedText);
 }
 
 } // namespace PhoneBackup

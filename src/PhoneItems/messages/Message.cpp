@@ -14,8 +14,7 @@ const QString &noText()
 
 QDateTime Message::msgDate() const
 {
-    return dateMs == Conversation::kNoDate ? QDateTime()
-                                           : QDateTime::fromMSecsSinceEpoch(dateMs, Qt::UTC);
+    return PhoneTime::ofMs(dateMs);
 }
 
 const QString &Message::addr() const

@@ -22,7 +22,7 @@ public:
 
     //! What the reader fills in; the pointers are to what lives as long as the conversation.
     qint64 row = 0;
-    qint64 dateMs = Conversation::kNoDate;
+    qint64 dateMs = PhoneTime::kNoMs;
     quint64 guidHash = 0;
     const QString *address = nullptr;
     Extras *extras = nullptr;

@@ -55,8 +55,7 @@ qint64 MessageItem::id() const
 
 QDateTime MessageItem::date() const
 {
-    const qint64 ms = m_data.conversation(m_index).lastDateMs;
-    return ms == Conversation::kNoDate ? QDateTime() : QDateTime::fromMSecsSinceEpoch(ms, Qt::UTC);
+    return PhoneTime::ofMs(m_data.conversation(m_index).lastDateMs);
 }
 
 QString MessageItem::source() const

@@ -1,6 +1,7 @@
 #include "PhoneItems/messages/MessageWords.h"
 
 #include "PhoneBackup/messages/Balloon.h"
+#include "PhoneItems/shared/QuoteWords.h"
 #include "platform/Translation_p.h"
 
 #include <array>
@@ -11,10 +12,9 @@ DATAEXPORT_USE_TR(DataExport);
 namespace PhoneBackup::MessageWords {
 
 using namespace Qt::StringLiterals;
+namespace QuoteWords = PhoneItems::QuoteWords;
 
 namespace {
-
-constexpr qsizetype kLongestQuote = 80;
 
 QString shared(const QString &who, qint64 status)
 {
@@ -48,23 +48,9 @@ QString groupChange(const QString &who, qint64 action)
 
 } // namespace
 
-QString quote(const QString &text)
-{
-    // What is simplified is bounded, too: a text may be megabytes long.
-    QString line = text.left(8 * kLongestQuote).simplified();
-    if (line.isEmpty())
-        return {};
-    if (line.size() > kLongestQuote) {
-        const bool insidePair = line[kLongestQuote - 1].isHighSurrogate();
-        line.truncate(kLongestQuote - (insidePair ? 1 : 0));
-        line = line.trimmed() + u'…';
-    }
-    return u"“%1”"_s.arg(line);
-}
-
 QString reaction(const QString &who, qint64 type, const QString &emoji, const QString &quotedText)
 {
-    const QString what = quotedText.isEmpty() ? tr("a message") : quotedText;
+    const QString what = QuoteWords::orMessage(quotedText);
     switch (type) {
     case 2000:
         return tr("%1 loved %2").arg(who, what);
@@ -79,7 +65,7 @@ QString reaction(const QString &who, qint64 type, const QString &emoji, const QS
     case 2005:
         return tr("%1 questioned %2").arg(who, what);
     case 2006:
-        return tr("%1 reacted with %2 to %3").arg(who, emoji, what);
+        return QuoteWords::reaction(who, emoji, quotedText);
     default:
         return tr("%1 put a sticker on %2").arg(who, what);
     }
@@ -92,13 +78,8 @@ QString vote(const QString &who, const QStringList &chosen, const QString &quote
         return tr("%1 voted on %2").arg(who, poll);
     QStringList options;
     for (const QString &option : chosen)
-        options.append(quote(option));
+        options.append(QuoteWords::quote(option));
     return tr("%1 voted for %2 in %3").arg(who, options.join(u", "_s), poll);
-}
-
-QString replyTo(const QString &quotedText)
-{
-    return quotedText.isEmpty() ? tr("[Reply]") : tr("[Reply to %1]").arg(quotedText);
 }
 
 QString event(const Event &event)

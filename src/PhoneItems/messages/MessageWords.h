@@ -14,17 +14,11 @@ struct Poll;
 */
 namespace MessageWords {
 
-//! \a text in one line, cut when it is long, in quotation marks; empty for an empty text.
-QString quote(const QString &text);
-
 //! "Ann loved “See you there”". \a type: 2000 to 2007, 1000.
 QString reaction(const QString &who, qint64 type, const QString &emoji, const QString &quotedText);
 
 //! "Ann voted for “Fish” in “[Poll: Supper?]”"; \a chosen is empty where nobody knows for what.
 QString vote(const QString &who, const QStringList &chosen, const QString &quotedPoll);
-
-//! The line above an answer.
-QString replyTo(const QString &quotedText);
 
 //! What happened to a group. The numbers are those of the message's columns.
 struct Event

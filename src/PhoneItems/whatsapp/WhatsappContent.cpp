@@ -72,7 +72,7 @@ void WhatsappContent::weave(const std::vector<Line> &lines)
         for (; next < lines.size() && lines[next].message == &message; ++next) {
             const qint64 own = lines[next].line->dateMs;
             // Without a time it stands right behind its message.
-            waiting.push({ own == Conversation::kNoDate ? message.dateMs : own, next });
+            waiting.push({ own == PhoneTime::kNoMs ? message.dateMs : own, next });
         }
     }
     while (!waiting.empty())

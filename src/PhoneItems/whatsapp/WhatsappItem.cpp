@@ -39,8 +39,7 @@ qint64 WhatsappItem::id() const
 
 QDateTime WhatsappItem::date() const
 {
-    const qint64 ms = m_data.chat(m_index).lastDateMs;
-    return ms == Conversation::kNoDate ? QDateTime() : QDateTime::fromMSecsSinceEpoch(ms, Qt::UTC);
+    return PhoneTime::ofMs(m_data.chat(m_index).lastDateMs);
 }
 
 QString WhatsappItem::source() const

@@ -2,8 +2,8 @@
 #define PHONEITEMS_WHATSAPP_WHATSAPPMESSAGE_H
 
 #include "PhoneBackup/folder/BackupFiles.h"
-#include "PhoneBackup/messages/Conversation.h"
 #include "PhoneBackup/source/PathParts.h"
+#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/whatsapp/WhatsappFiles.h"
 #include "message/BkWhatsappMsg.h"
 
@@ -19,7 +19,7 @@ class WhatsappMessage final : public BkWhatsappMsg
 {
 public:
     // What the reader fills in.
-    qint64 dateMs = Conversation::kNoDate;
+    qint64 dateMs = PhoneTime::kNoMs;
     QString text;
     QString author;
     BackupFiles *files = nullptr; //!< Those that its media file is one of.
@@ -40,11 +40,7 @@ public:
     bool isSentDone() const override { return sentDone; }
     bool isBroadcast() const override { return broadcast; }
     const QString &member() const override { return author; }
-    QDateTime msgDate() const override
-    {
-        return dateMs == Conversation::kNoDate ? QDateTime()
-                                               : QDateTime::fromMSecsSinceEpoch(dateMs, Qt::UTC);
-    }
+    QDateTime msgDate() const override { return PhoneTime::ofMs(dateMs); }
     const QString &media() const override
     {
         // Only now: an encrypted file is decrypted for whoever wants its path. Pages look for a
