@@ -12,6 +12,8 @@
 #include <QUrl>
 #include <QtTest>
 
+#include <algorithm>
+
 using namespace CliTest;
 using namespace Qt::StringLiterals;
 
@@ -140,9 +142,9 @@ void tst_IndexPage::saysTheSameNumbersEverywhere()
     const QString html = page();
     const QByteArray report = Files::read(output() + u"/export-report.csv"_s);
     QCOMPARE(report, Files::read(again + u"/export-report.csv"_s));
-    const QString list = QString::fromUtf8(report);
-    const auto listed = [&list](const QString &pattern) {
-        return int(list.count(QRegularExpression(pattern, QRegularExpression::MultilineOption)));
+    const QString lines = QString::fromUtf8(report);
+    const auto listed = [&lines](const QString &pattern) {
+        return int(lines.count(QRegularExpression(pattern, QRegularExpression::MultilineOption)));
     };
 
     QList<int> sums { 0, 0, 0, 0 };
@@ -170,6 +172,15 @@ void tst_IndexPage::saysTheSameNumbersEverywhere()
         QVERIFY2(html.contains(cells), qPrintable(cells.pattern()));
         QCOMPARE(listed(u'^' + name + u",.*,Never downloaded,"_s), numbers[3]);
         QCOMPARE(listed(u'^' + name + u','), numbers[1] + numbers[2] + numbers[3]);
+        // The lists of JSON name a type by the same word as its numbers do.
+        const auto named = [&](const QString &key) {
+            const QJsonArray list = json.value(key).toArray();
+            return int(std::count_if(list.begin(), list.end(), [&type](const QJsonValue &entry) {
+                return entry[u"type"_s] == type[u"type"_s];
+            }));
+        };
+        QCOMPARE(named(u"failures"_s), numbers[1] + numbers[2]);
+        QCOMPARE(named(u"neverDownloadedFiles"_s), numbers[3]);
         const QString failed = numbers[1] > 0 ? u", %1 failed"_s.arg(numbers[1]) : QString();
         const QString done = u"%1: %2 exported%3\n"_s.arg(name).arg(numbers[0]).arg(failed);
         QVERIFY2(items == 0 || said.contains(done), qPrintable(done));
