@@ -4,12 +4,6 @@
 #include "PhoneBackup/calls/CallHistory.h"
 #include "PhoneBackup/calls/Voicemail.h"
 #include "PhoneBackup/contacts/Contacts.h"
-#include "PhoneBackup/media/AppDocuments.h"
-#include "PhoneBackup/media/Audio.h"
-#include "PhoneBackup/media/Books.h"
-#include "PhoneBackup/media/CameraRoll.h"
-#include "PhoneBackup/media/SharedAlbums.h"
-#include "PhoneBackup/media/VoiceMemos.h"
 #include "PhoneBackup/messages/MessageFiles.h"
 #include "PhoneBackup/messages/Messages.h"
 #include "PhoneBackup/notes/Notes.h"
@@ -17,6 +11,8 @@
 #include "PhoneBackup/planner/Reminders.h"
 #include "PhoneBackup/safari/Safari.h"
 #include "PhoneBackup/whatsapp/WhatsappFiles.h"
+#include "PhoneItems/media/BookData.h"
+#include "PhoneItems/media/MediaData.h"
 #include "PhoneItems/whatsapp/WhatsappData.h"
 #include "backup/BkDataType.h"
 
@@ -46,17 +42,17 @@ static_assert(DataType::NoteAttachments == int(BkDataType::NoteAttachments));
 const QList<DataSetReader> &dataTypeTable()
 {
     static const QList<DataSetReader> table {
-        { DataType::Photos, &readCameraRoll },
-        { DataType::Videos, &readCameraRoll },
-        { DataType::SharedAlbums, &readSharedAlbums },
-        { DataType::VoiceMemos, &readVoiceMemos },
-        { DataType::Books, &readBooks },
-        { DataType::Music, &readAudio },
+        { DataType::Photos, &PhoneItems::readCameraRoll },
+        { DataType::Videos, &PhoneItems::readCameraRoll },
+        { DataType::SharedAlbums, &PhoneItems::readSharedAlbums },
+        { DataType::VoiceMemos, &PhoneItems::readVoiceMemos },
+        { DataType::Books, &PhoneItems::readBooks },
+        { DataType::Music, &PhoneItems::readSongs },
         { DataType::Messages, &readMessages },
         { DataType::MessageAttachments, &readMessageFiles },
         { DataType::Contacts, &readContacts },
         { DataType::Notes, &readNotes },
-        { DataType::AppDocuments, &readAppDocuments },
+        { DataType::AppDocuments, &PhoneItems::readAppDocuments },
         { DataType::Whatsapp, &readWhatsapp },
         { DataType::WhatsappAttachments, &readWhatsappFiles },
         { DataType::Reminders, &readReminders },

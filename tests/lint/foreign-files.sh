@@ -26,7 +26,7 @@ exceptions=$(
 ^src/PhoneBackup/folder/BackupFiles\.cpp:.*(device->|plain\.)open\(    # decrypted as it is read
 ^src/PhoneBackup/sqlite/Database\.cpp:.*::open\(path, flags            # in that way, for SQLite
 ^src/PhoneBackup/sqlite/Database\.cpp:.*sqlite3_open_v2                # with the line above
-^src/PhoneBackup/media/BookArchive\.cpp:.*zipOpen64\(                  # writes into our own folder
+^src/PhoneItems/media/BookArchive\.cpp:.*zipOpen64\(                   # writes into our own folder
 LIST
 )
 

@@ -2,7 +2,6 @@
 
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
-#include "PhoneItems/shared/FileData.h"
 
 #include <algorithm>
 #include <array>
@@ -10,8 +9,6 @@
 namespace PhoneBackup {
 
 namespace {
-
-constexpr int kAppDocuments = 10;
 
 struct Place
 {
@@ -39,16 +36,16 @@ QByteArrayView identifier(QByteArrayView domain)
 
 } // namespace
 
-void readAppDocuments(Source &source, DataSets &sets)
+AppDocuments::AppDocuments(Source &source)
+    : m_index(source.index())
 {
-    const FileIndex &index = source.index();
-    std::vector<FileIndex::Row> rows;
+    const FileIndex &index = m_index;
     for (const Place &place : kPlaces) {
         for (const QByteArray &domain : index.domains(place.domain)) {
             const FileIndex::Range range = index.walk(domain, place.folder);
             for (FileIndex::Row row = range.first; row < range.last && source.keepGoing(); ++row) {
                 if (index.kind(row) == FileIndex::Kind::File && isForPeople(index.path(row)))
-                    rows.push_back(row);
+                    m_rows.push_back(row);
             }
         }
     }
@@ -61,23 +58,14 @@ void readAppDocuments(Source &source, DataSets &sets)
         return PathParts::compareNatural(index.path(a), index.path(b)) < 0;
     };
     // Stable: it profits from the index's order, which is nearly this one.
-    std::stable_sort(rows.begin(), rows.end(), before);
+    std::stable_sort(m_rows.begin(), m_rows.end(), before);
+}
 
-    auto data = std::make_unique<FileData>(kAppDocuments, source.files());
-    data->reserve(qsizetype(rows.size()));
-    QByteArrayView domain;
-    int group = -1;
-    for (const FileIndex::Row row : rows) {
-        if (index.domain(row).data() != domain.data()) {
-            domain = index.domain(row);
-            group = data->addGroup(PathParts::text(identifier(domain)));
-        }
-        FileEntry entry;
-        entry.row = row;
-        entry.group = group;
-        data->add(entry);
-    }
-    sets[kAppDocuments] = std::move(data);
+AppDocument AppDocuments::at(std::size_t position) const
+{
+    const FileIndex::Row row = m_rows[position];
+    const QByteArrayView domain = m_index.domain(row);
+    return { row, domain, identifier(domain), m_index.path(row) };
 }
 
 } // namespace PhoneBackup

@@ -1,9 +1,9 @@
 #include "PhoneBackup/media/CameraRoll.h"
 
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/media/PhotosDatabase.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
-#include "PhoneItems/shared/FileData.h"
 
 #include <algorithm>
 
@@ -11,21 +11,19 @@ namespace PhoneBackup {
 
 namespace {
 
-constexpr int kPhotos = 0;
-constexpr int kVideos = 1;
 constexpr QByteArrayView kDeletedAttribute = "com.apple.assetsd.trashed";
 
-// One file of the camera roll. The views lie in the index.
-struct Shot
+// The folder of an edited version lacks the "Media/" that that of its original has.
+QByteArrayView withoutRoot(QByteArrayView folder)
 {
-    FileIndex::Row row;
-    QByteArrayView folder; // that of the original
-    QByteArrayView stem; // likewise
-    int folderRank; // place of the folder among all, once they are sorted
-    bool edited;
-    bool video;
-    bool deleted;
-};
+    constexpr QByteArrayView kRoot = "Media/";
+    return folder.startsWith(kRoot) ? folder.sliced(kRoot.size()) : folder;
+}
+
+QByteArray originalPath(const CameraFile &shot)
+{
+    return "Media/" + shot.folder.toByteArray() + '/' + shot.stem.toByteArray();
+}
 
 class CameraRoll
 {
@@ -36,9 +34,9 @@ public:
     {
     }
 
-    void read(DataSets &sets)
+    std::vector<CameraFile> read()
     {
-        m_assets = PhotosDatabase(m_source, kPhotos).assets();
+        m_assets = PhotosDatabase(m_source, DataType::Photos).assets();
         collect(PhotosDatabase::kCamera, false);
         collect(PhotosDatabase::kCloud, false);
         collect(PhotosDatabase::kEdited, true);
@@ -48,8 +46,7 @@ public:
             m_assets.elsewhere.begin(), end, [this](FileIndex::Row row) { collect(row, false); });
         markDeleted();
         sort();
-        sets[kPhotos] = makeSet(kPhotos);
-        sets[kVideos] = makeSet(kVideos);
+        return std::move(m_shots);
     }
 
 private:
@@ -76,13 +73,13 @@ private:
         }
         if (kind != MediaKind::Picture && kind != MediaKind::Video)
             return;
-        Shot shot { row,
-                    PathParts::folder(path),
-                    PathParts::stem(path),
-                    0,
-                    edited,
-                    kind == MediaKind::Video,
-                    false };
+        CameraFile shot { row,
+                          withoutRoot(PathParts::folder(path)),
+                          PathParts::stem(path),
+                          0,
+                          edited,
+                          kind == MediaKind::Video,
+                          false };
         if (edited)
             placeBesideOriginal(shot, path);
         m_shots.push_back(shot);
@@ -90,26 +87,14 @@ private:
 
     // …/Mutations/DCIM/100APPLE/IMG_0001/Adjustments/FullSizeRender.jpg belongs to
     // DCIM/100APPLE/IMG_0001.
-    static void placeBesideOriginal(Shot &shot, QByteArrayView path)
+    static void placeBesideOriginal(CameraFile &shot, QByteArrayView path)
     {
         const QByteArrayView inner = path.sliced(QByteArrayView(PhotosDatabase::kEdited).size());
         const qsizetype adjustments = inner.lastIndexOf("/Adjustments/");
         const QByteArrayView original =
             adjustments < 0 ? PathParts::folder(inner) : inner.first(adjustments);
         shot.stem = PathParts::name(original);
-        shot.folder = PathParts::folder(original);
-    }
-
-    // The folder of an edited version lacks the "Media/" that that of its original has.
-    static QByteArrayView folderKey(const Shot &shot)
-    {
-        constexpr QByteArrayView kRoot = "Media/";
-        return shot.folder.startsWith(kRoot) ? shot.folder.sliced(kRoot.size()) : shot.folder;
-    }
-
-    static QByteArray originalPath(const Shot &shot)
-    {
-        return "Media/" + folderKey(shot).toByteArray() + '/' + shot.stem.toByteArray();
+        shot.folder = withoutRoot(PathParts::folder(original));
     }
 
     void markDeleted()
@@ -119,7 +104,7 @@ private:
             readAttributes();
         if (m_assets.deletedStems.isEmpty())
             return;
-        for (Shot &shot : m_shots) {
+        for (CameraFile &shot : m_shots) {
             if (!m_assets.deletedStems.contains(originalPath(shot)))
                 continue;
             const QByteArray path = m_index.path(shot.row).toByteArray();
@@ -131,7 +116,7 @@ private:
 
     void readAttributes()
     {
-        for (const Shot &shot : m_shots) {
+        for (const CameraFile &shot : m_shots) {
             if (!m_source.keepGoing())
                 return;
             if (!m_source.files().hasAttribute(shot.row, kDeletedAttribute))
@@ -151,9 +136,9 @@ private:
     void rankFolders()
     {
         std::vector<QByteArrayView> folders;
-        for (const Shot &shot : m_shots) {
-            if (folders.empty() || folders.back() != folderKey(shot))
-                folders.push_back(folderKey(shot));
+        for (const CameraFile &shot : m_shots) {
+            if (folders.empty() || folders.back() != shot.folder)
+                folders.push_back(shot.folder);
         }
         const auto before = [](QByteArrayView a, QByteArrayView b) {
             return PathParts::compareNatural(a, b) < 0;
@@ -161,9 +146,9 @@ private:
         std::sort(folders.begin(), folders.end(), before);
         QByteArrayView last;
         int rank = -1;
-        for (Shot &shot : m_shots) {
-            if (rank < 0 || folderKey(shot) != last) {
-                last = folderKey(shot);
+        for (CameraFile &shot : m_shots) {
+            if (rank < 0 || shot.folder != last) {
+                last = shot.folder;
                 rank = int(std::lower_bound(folders.cbegin(), folders.cend(), last, before)
                            - folders.cbegin());
             }
@@ -175,53 +160,30 @@ private:
     {
         rankFolders();
         // Stable: it profits from the index's order, which is nearly this one.
-        std::stable_sort(m_shots.begin(), m_shots.end(), [this](const Shot &a, const Shot &b) {
-            if (a.folderRank != b.folderRank)
-                return a.folderRank < b.folderRank;
-            int order = PathParts::compareNatural(a.stem, b.stem);
-            if (order == 0)
-                order = int(a.edited) - int(b.edited);
-            if (order == 0)
-                order = PathParts::compareNatural(m_index.path(a.row), m_index.path(b.row));
-            return order < 0;
-        });
-    }
-
-    std::unique_ptr<BkData> makeSet(int dataType) const
-    {
-        auto data = std::make_unique<FileData>(dataType, m_source.files());
-        int folder = -1;
-        FileEntry entry;
-        for (const Shot &shot : m_shots) {
-            if (shot.video != (dataType == kVideos))
-                continue;
-            if (shot.folderRank != folder) {
-                folder = shot.folderRank;
-                entry.group = data->addGroup(PathParts::text(PathParts::name(folderKey(shot))));
-            }
-            entry.row = shot.row;
-            entry.deleted = shot.deleted;
-            entry.name.clear();
-            if (shot.edited) {
-                entry.name = PathParts::text(shot.stem) + u' '
-                    + PathParts::text(PathParts::name(m_index.path(shot.row)));
-            }
-            data->add(entry);
-        }
-        return data;
+        std::stable_sort(
+            m_shots.begin(), m_shots.end(), [this](const CameraFile &a, const CameraFile &b) {
+                if (a.folderRank != b.folderRank)
+                    return a.folderRank < b.folderRank;
+                int order = PathParts::compareNatural(a.stem, b.stem);
+                if (order == 0)
+                    order = int(a.edited) - int(b.edited);
+                if (order == 0)
+                    order = PathParts::compareNatural(m_index.path(a.row), m_index.path(b.row));
+                return order < 0;
+            });
     }
 
     Source &m_source;
     const FileIndex &m_index;
     PhotoAssets m_assets;
-    std::vector<Shot> m_shots;
+    std::vector<CameraFile> m_shots;
 };
 
 } // namespace
 
-void readCameraRoll(Source &source, DataSets &sets)
+std::vector<CameraFile> cameraFiles(Source &source)
 {
-    CameraRoll(source).read(sets);
+    return CameraRoll(source).read();
 }
 
 } // namespace PhoneBackup

@@ -2,9 +2,6 @@
 
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
-#include "platform/Translation_p.h"
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -43,8 +40,7 @@ PhotoAssets PhotosDatabase::assets()
     const QString table = m_database->hasTable(u"ZASSET"_s) ? u"ZASSET"_s : u"ZGENERICASSET"_s;
     const QStringList columns = m_database->columns(table);
     if (!columns.contains("ZDIRECTORY"_L1) || !columns.contains("ZFILENAME"_L1)) {
-        m_source.addDatabaseProblem(
-            m_dataType, *m_database, tr("It has no table of photos that can be read."));
+        m_source.addDatabaseProblem(m_dataType, *m_database, Notice("media.noPhotoTable"));
         return assets;
     }
     const QString fields = u"SELECT ZDIRECTORY, ZFILENAME, %1, %2 FROM %3"_s.arg(

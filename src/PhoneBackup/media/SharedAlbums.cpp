@@ -1,10 +1,10 @@
 #include "PhoneBackup/media/SharedAlbums.h"
 
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/media/PhotosDatabase.h"
 #include "PhoneBackup/source/MediaKind.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
-#include "PhoneItems/shared/FileData.h"
 
 #include <algorithm>
 
@@ -13,15 +13,6 @@ namespace PhoneBackup {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int kSharedAlbums = 2;
-
-struct Album
-{
-    QByteArray folder; // "Media/PhotoData/PhotoCloudSharingData/<owner>/<album>/"
-    QString title;
-    std::vector<FileIndex::Row> rows;
-};
 
 // The folder of the album that \a path lies in; files above the albums have none.
 QByteArrayView albumFolder(QByteArrayView path)
@@ -47,85 +38,68 @@ bool isForPeople(QByteArrayView path)
     }
 }
 
-class SharedAlbums
+QString titleInFolder(Source &source, const SharedAlbum &album)
 {
-public:
-    explicit SharedAlbums(Source &source)
-        : m_source(source)
-    {
-    }
+    const QByteArrayView path = source.index().path(album.files.front());
+    return source
+        .propertyList(DataType::SharedAlbums,
+                      PhotosDatabase::kDomain,
+                      PathParts::text(albumFolder(path)) + "Info.plist"_L1)
+        .value("title")
+        .toString()
+        .trimmed();
+}
 
-    void read(DataSets &sets)
-    {
-        collect();
-        if (!m_albums.empty())
-            nameAlbums();
-        auto data = std::make_unique<FileData>(kSharedAlbums, m_source.files());
-        FileEntry entry;
-        for (Album &album : m_albums) {
-            entry.group = data->addGroup(album.title);
-            const FileIndex &index = m_source.index();
-            std::sort(album.rows.begin(), album.rows.end(), [&](auto a, auto b) {
-                const int order = PathParts::compareNatural(index.path(a), index.path(b));
-                return order != 0 ? order < 0 : a < b;
-            });
-            for (const FileIndex::Row row : album.rows) {
-                entry.row = row;
-                data->add(entry);
-            }
+std::vector<SharedAlbum> albumsInIndex(Source &source)
+{
+    std::vector<SharedAlbum> albums;
+    QByteArrayView last;
+    const FileIndex &index = source.index();
+    const FileIndex::Range range = index.walk(PhotosDatabase::kDomain, PhotosDatabase::kShared);
+    for (FileIndex::Row row = range.first; row < range.last && source.keepGoing(); ++row) {
+        const QByteArrayView path = index.path(row);
+        const QByteArrayView folder = albumFolder(path);
+        if (folder.isEmpty() || index.kind(row) != FileIndex::Kind::File || !isForPeople(path))
+            continue;
+        if (folder != last) {
+            const QByteArrayView inner = folder.chopped(1);
+            albums.push_back({ PathParts::name(inner).toByteArray(),
+                               PathParts::name(PathParts::folder(inner)).toByteArray(),
+                               {},
+                               {} });
+            last = folder;
         }
-        sets[kSharedAlbums] = std::move(data);
+        albums.back().files.push_back(row);
     }
-
-private:
-    void collect()
-    {
-        const FileIndex &index = m_source.index();
-        const FileIndex::Range range = index.walk(PhotosDatabase::kDomain, PhotosDatabase::kShared);
-        for (FileIndex::Row row = range.first; row < range.last && m_source.keepGoing(); ++row) {
-            const QByteArrayView path = index.path(row);
-            const QByteArrayView folder = albumFolder(path);
-            if (folder.isEmpty() || index.kind(row) != FileIndex::Kind::File || !isForPeople(path))
-                continue;
-            if (m_albums.empty() || QByteArrayView(m_albums.back().folder) != folder)
-                m_albums.push_back({ folder.toByteArray(), {}, {} });
-            m_albums.back().rows.push_back(row);
-        }
-    }
-
-    void nameAlbums()
-    {
-        const QHash<QByteArray, QString> titles =
-            PhotosDatabase(m_source, kSharedAlbums).sharedAlbumTitles();
-        for (Album &album : m_albums) {
-            const QByteArray identifier = PathParts::name(album.folder.chopped(1)).toByteArray();
-            album.title = titles.value(identifier.toLower());
-            if (album.title.isEmpty()) {
-                album.title = m_source
-                                  .propertyList(kSharedAlbums,
-                                                PhotosDatabase::kDomain,
-                                                PathParts::text(album.folder) + "Info.plist"_L1)
-                                  .value("title")
-                                  .toString()
-                                  .trimmed();
-            }
-            if (album.title.isEmpty())
-                album.title = PathParts::text(identifier);
-        }
-        std::stable_sort(m_albums.begin(), m_albums.end(), [](const Album &a, const Album &b) {
-            return PathParts::compareNatural(a.title.toUtf8(), b.title.toUtf8()) < 0;
-        });
-    }
-
-    Source &m_source;
-    std::vector<Album> m_albums;
-};
+    return albums;
+}
 
 } // namespace
 
-void readSharedAlbums(Source &source, DataSets &sets)
+std::vector<SharedAlbum> sharedAlbums(Source &source)
 {
-    SharedAlbums(source).read(sets);
+    std::vector<SharedAlbum> albums = albumsInIndex(source);
+    if (albums.empty())
+        return albums;
+    const QHash<QByteArray, QString> titles =
+        PhotosDatabase(source, DataType::SharedAlbums).sharedAlbumTitles();
+    const FileIndex &index = source.index();
+    for (SharedAlbum &album : albums) {
+        album.title = titles.value(album.identifier.toLower());
+        if (album.title.isEmpty())
+            album.title = titleInFolder(source, album);
+        std::sort(album.files.begin(), album.files.end(), [&index](auto a, auto b) {
+            const int order = PathParts::compareNatural(index.path(a), index.path(b));
+            return order != 0 ? order < 0 : a < b;
+        });
+    }
+    const auto name = [](const SharedAlbum &album) {
+        return (album.title.isEmpty() ? PathParts::text(album.identifier) : album.title).toUtf8();
+    };
+    std::stable_sort(albums.begin(), albums.end(), [&name](const auto &a, const auto &b) {
+        return PathParts::compareNatural(name(a), name(b)) < 0;
+    });
+    return albums;
 }
 
 } // namespace PhoneBackup

@@ -1,10 +1,10 @@
 #include "PhoneBackup/media/VoiceMemos.h"
 
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/source/MediaKind.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
-#include "PhoneItems/shared/FileData.h"
 
 #include <QRegularExpression>
 
@@ -17,7 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kVoiceMemos = 3;
 constexpr QByteArrayView kLayers = ".composition/";
 
 struct Place
@@ -32,15 +31,6 @@ constexpr std::array<Place, 3> kPlaces { {
     { "MediaDomain", "Media/Recordings/" },
     { "MediaDomain", "Library/Recordings/" },
 } };
-
-// What a database tells of a recording.
-struct Memo
-{
-    QString title;
-    QDateTime date;
-    qint64 id = -1;
-    bool deleted = false;
-};
 
 // Newer systems keep the moment of recording where older ones keep the title.
 bool isTime(const QString &label)
@@ -78,7 +68,7 @@ public:
     {
     }
 
-    void read(DataSets &sets)
+    std::vector<VoiceMemo> read()
     {
         for (const Place &place : kPlaces) {
             readDatabase(place, u"CloudRecordings.db"_s);
@@ -86,57 +76,92 @@ public:
         }
         for (const Place &place : kPlaces)
             collect(place);
-        std::stable_sort(m_entries.begin(), m_entries.end(), [](const auto &a, const auto &b) {
+        std::stable_sort(m_found.begin(), m_found.end(), [](const auto &a, const auto &b) {
             return PhoneTime::isNewer(a.date, b.date);
         });
-        auto data = std::make_unique<FileData>(kVoiceMemos, m_source.files());
-        for (const FileEntry &entry : m_entries)
-            data->add(entry);
-        sets[kVoiceMemos] = std::move(data);
+        return std::move(m_found);
     }
 
 private:
     void readDatabase(const Place &place, const QString &name)
     {
-        const std::optional<Database> database =
-            m_source.openDatabase(kVoiceMemos, place.domain, PathParts::text(place.folder) + name);
+        const std::optional<Database> database = m_source.openDatabase(
+            DataType::VoiceMemos, place.domain, PathParts::text(place.folder) + name);
         if (!database)
             return;
+        const QHash<qint64, QString> folders = readFolders(*database);
         for (const QString &table : { u"ZCLOUDRECORDING"_s, u"ZRECORDING"_s })
-            readTable(*database, table);
+            readTable(*database, table, folders);
     }
 
-    void readTable(const Database &database, const QString &table)
+    QHash<qint64, QString> readFolders(const Database &database)
     {
+        QHash<qint64, QString> folders;
+        const QStringList columns = database.columns(u"ZFOLDER"_s);
+        if (columns.contains("Z_PK"_L1) && columns.contains("ZENCRYPTEDNAME"_L1)) {
+            m_source.query(DataType::VoiceMemos,
+                           database,
+                           u"SELECT Z_PK, ZENCRYPTEDNAME FROM ZFOLDER"_s,
+                           [&folders](const Statement &row) {
+                               folders.insert(row.integer(0), row.text(1).trimmed());
+                           });
+        }
+        return folders;
+    }
+
+    void
+    readTable(const Database &database, const QString &table, const QHash<qint64, QString> &folders)
+    {
+        enum Column {
+            Path,
+            Title,
+            SortingLabel,
+            Label,
+            Date,
+            Evicted,
+            Number,
+            Seconds,
+            Folder,
+            Id
+        };
         const QStringList columns = database.columns(table);
         if (!columns.contains("ZPATH"_L1))
             return;
-        const auto column = [&](const QString &name) { return columnOrNull(columns, name); };
-        const QString sql = u"SELECT ZPATH, %1, %2, %3, %4, %5, Z_PK FROM %6"_s.arg(
-            column(u"ZENCRYPTEDTITLE"_s),
-            column(u"ZCUSTOMLABELFORSORTING"_s),
-            column(u"ZCUSTOMLABEL"_s),
-            column(u"ZDATE"_s),
-            column(u"ZEVICTIONDATE"_s),
-            table);
-        m_source.query(kVoiceMemos, database, sql, [this](const Statement &row) {
-            const QByteArray name = PathParts::name(row.bytes(0)).toByteArray();
+        QStringList wanted;
+        for (const char *name : { "ZPATH",
+                                  "ZENCRYPTEDTITLE", // plain text, whatever it is called
+                                  "ZCUSTOMLABELFORSORTING",
+                                  "ZCUSTOMLABEL",
+                                  "ZDATE",
+                                  "ZEVICTIONDATE",
+                                  "Z_PK",
+                                  "ZDURATION",
+                                  "ZFOLDER",
+                                  "ZUNIQUEID" })
+            wanted.append(columnOrNull(columns, QString::fromLatin1(name)));
+        const QString sql = u"SELECT %1 FROM %2"_s.arg(wanted.join(u", "_s), table);
+        m_source.query(DataType::VoiceMemos, database, sql, [&](const Statement &row) {
+            const QByteArray name = PathParts::name(row.bytes(Path)).toByteArray();
             if (name.isEmpty()) // not downloaded
                 return;
-            Memo memo;
-            for (int field = 1; field <= 3 && memo.title.isEmpty(); ++field) {
-                const QString title = row.text(field).trimmed();
-                if (field == 1 || !isTime(title))
+            VoiceMemo memo;
+            for (const Column column : { Title, SortingLabel, Label }) {
+                const QString title = row.text(column).trimmed();
+                if (memo.title.isEmpty() && (column == Title || !isTime(title)))
                     memo.title = title;
             }
-            memo.date = PhoneTime::since2001(row.number(4));
-            memo.deleted = row.number(5).value_or(0) != 0;
-            memo.id = row.integer(6);
-            if (!m_memos.contains(name))
-                m_memos.insert(name, memo);
-            const QByteArray stem = PathParts::stem(name).toByteArray();
-            if (!m_memos.contains(stem))
-                m_memos.insert(stem, memo);
+            memo.date = PhoneTime::since2001(row.number(Date));
+            memo.deleted = row.number(Evicted).value_or(0) != 0;
+            memo.deletedOn = PhoneTime::since2001(row.number(Evicted));
+            memo.row = row.integer(Number);
+            memo.seconds = row.number(Seconds);
+            memo.folder = folders.value(row.integer(Folder));
+            memo.identifier = row.text(Id);
+            // Newer places come first, and what they tell is kept.
+            for (const QByteArray &key : { name, PathParts::stem(name).toByteArray() }) {
+                if (!m_memos.contains(key))
+                    m_memos.insert(key, memo);
+            }
         });
     }
 
@@ -176,47 +201,40 @@ private:
         const QByteArrayView path = index.path(row);
         const QByteArray stem = recording == path ? PathParts::stem(path).toByteArray()
                                                   : PathParts::name(recording).toByteArray();
-        Memo memo = m_memos.value(PathParts::name(path).toByteArray());
-        if (memo.id < 0)
+        VoiceMemo memo = m_memos.value(PathParts::name(path).toByteArray());
+        if (memo.row < 0)
             memo = m_memos.value(stem);
+        memo.file = row;
+        memo.stem = PathParts::text(stem);
         if (memo.title.isEmpty())
             memo.title = titleInComposition(place, recording, stem);
-        if (memo.title.isEmpty())
-            memo.title = PathParts::text(stem);
         if (!memo.date.isValid())
             memo.date = dateInName(stem);
         if (!memo.date.isValid())
             memo.date = m_source.files().record(row).modified;
-
-        FileEntry entry;
-        entry.row = row;
-        entry.name = OutputNames::clean(memo.title, PathParts::text(PathParts::extension(path)));
-        entry.date = memo.date;
-        entry.id = memo.id;
-        entry.deleted = memo.deleted;
-        m_entries.append(entry);
+        m_found.push_back(memo);
     }
 
     QString titleInComposition(const Place &place, QByteArrayView recording, const QByteArray &stem)
     {
         const QString list = PathParts::text(PathParts::folder(recording)) + u'/'
             + PathParts::text(stem) + ".composition/manifest.plist"_L1;
-        return m_source.propertyList(kVoiceMemos, place.domain, list)
+        return m_source.propertyList(DataType::VoiceMemos, place.domain, list)
             .value("RCSavedRecordingTitle")
             .toString()
             .trimmed();
     }
 
     Source &m_source;
-    QHash<QByteArray, Memo> m_memos; // by file name, with and without its extension
-    QList<FileEntry> m_entries;
+    QHash<QByteArray, VoiceMemo> m_memos; // by file name, with and without its extension
+    std::vector<VoiceMemo> m_found;
 };
 
 } // namespace
 
-void readVoiceMemos(Source &source, DataSets &sets)
+std::vector<VoiceMemo> voiceMemos(Source &source)
 {
-    VoiceMemos(source).read(sets);
+    return VoiceMemos(source).read();
 }
 
 } // namespace PhoneBackup

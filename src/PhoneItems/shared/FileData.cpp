@@ -18,6 +18,12 @@ FileData::FileData(int dataType, BackupFiles &files)
 
 FileData::~FileData() = default;
 
+QString FileData::nameOf(const QString &title, QByteArrayView path)
+{
+    return OutputNames::clean(title.isEmpty() ? PathParts::text(PathParts::stem(path)) : title,
+                              PathParts::text(PathParts::extension(path)));
+}
+
 void FileData::reserve(qsizetype count)
 {
     m_records.reserve(std::size_t(count));

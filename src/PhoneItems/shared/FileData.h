@@ -48,6 +48,9 @@ public:
     FileData(int dataType, PhoneBackup::BackupFiles &files);
     ~FileData() override;
 
+    //! The name of the file at \a path of the index when it is called \a title, or else as it is.
+    static QString nameOf(const QString &title, QByteArrayView path);
+
     //! Makes room for \a count entries.
     void reserve(qsizetype count);
 

@@ -65,6 +65,7 @@ std::span<const std::span<const NoticeWords>> allNoticeWords()
     static const std::array kRooms {
         formatNotices(),
         folderNotices(),
+        mediaNotices(),
     };
     return kRooms;
 }

@@ -1,5 +1,5 @@
-#ifndef PHONEBACKUP_MEDIA_BOOKARCHIVE_H
-#define PHONEBACKUP_MEDIA_BOOKARCHIVE_H
+#ifndef PHONEITEMS_MEDIA_BOOKARCHIVE_H
+#define PHONEITEMS_MEDIA_BOOKARCHIVE_H
 
 #include "PhoneBackup/base/Result.h"
 #include "PhoneBackup/folder/FileIndex.h"
@@ -9,8 +9,10 @@
 #include <vector>
 
 namespace PhoneBackup {
-
 class BackupFiles;
+}
+
+namespace PhoneItems {
 
 /*!
     Packs \a rows, the files of a book, into the new file \a target as the reader programs expect
@@ -19,11 +21,12 @@ class BackupFiles;
     \return the places of the files that could not be read and are not in it; an error when the
     archive could not be written, or when none could be read.
 */
-Result<QStringList> writeBookArchive(BackupFiles &files,
-                                     const std::vector<FileIndex::Row> &rows,
-                                     QByteArrayView folder,
-                                     const QString &target);
+PhoneBackup::Result<QStringList>
+writeBookArchive(PhoneBackup::BackupFiles &files,
+                 const std::vector<PhoneBackup::FileIndex::Row> &rows,
+                 QByteArrayView folder,
+                 const QString &target);
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -1,7 +1,6 @@
-#include "PhoneBackup/media/BookArchive.h"
+#include "PhoneItems/media/BookArchive.h"
 
 #include "PhoneBackup/folder/BackupFiles.h"
-#include "platform/Translation_p.h"
 
 #include <QFile>
 
@@ -10,9 +9,9 @@
 #include <memory>
 #include <minizip/zip.h>
 
-DATAEXPORT_USE_TR(DataExport);
+namespace PhoneItems {
 
-namespace PhoneBackup {
+using namespace PhoneBackup;
 
 namespace {
 
@@ -132,11 +131,9 @@ Result<QStringList> writeBookArchive(BackupFiles &files,
     if (zipClose(zip.release(), nullptr) != ZIP_OK)
         return notWritten();
     if (missing.size() == qsizetype(rows.size())) {
-        return Error { Fault::NotFound,
-                       missing.value(0),
-                       tr("None of the book's files is in the backup.") };
+        return Error { Fault::NotFound, missing.value(0), Notice("media.noBookFiles") };
     }
     return missing;
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

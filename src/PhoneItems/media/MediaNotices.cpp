@@ -1,0 +1,27 @@
+#include "PhoneItems/words/RoomNotices.h"
+
+#include <QtGlobal>
+
+#include <array>
+
+namespace PhoneItems {
+
+std::span<const NoticeWords> mediaNotices()
+{
+    static constexpr std::array kWords {
+        NoticeWords {
+            "media.noPhotoTable",
+            QT_TRANSLATE_NOOP("DataExport", "It has no table of photos that can be read.") },
+        NoticeWords {
+            "media.bookPartsMissing",
+            QT_TRANSLATE_NOOP("DataExport",
+                              "%1 of the book's files could not be read and are missing from it, "
+                              "“%2” among them.") },
+        NoticeWords {
+            "media.noBookFiles",
+            QT_TRANSLATE_NOOP("DataExport", "None of the book's files is in the backup.") },
+    };
+    return kWords;
+}
+
+} // namespace PhoneItems
