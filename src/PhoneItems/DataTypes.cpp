@@ -9,10 +9,10 @@
 #include "PhoneBackup/notes/Notes.h"
 #include "PhoneBackup/planner/Calendar.h"
 #include "PhoneBackup/planner/Reminders.h"
-#include "PhoneBackup/safari/Safari.h"
 #include "PhoneBackup/whatsapp/WhatsappFiles.h"
 #include "PhoneItems/media/BookData.h"
 #include "PhoneItems/media/MediaData.h"
+#include "PhoneItems/safari/Safari.h"
 #include "PhoneItems/whatsapp/WhatsappData.h"
 #include "backup/BkDataType.h"
 
@@ -59,7 +59,7 @@ const QList<DataSetReader> &dataTypeTable()
         { DataType::Calendar, &readCalendar },
         { DataType::Calls, &readCallHistory },
         { DataType::Voicemail, &readVoicemail },
-        { DataType::Safari, &readSafari },
+        { DataType::Safari, &PhoneItems::readSafari },
         { DataType::NoteAttachments, &readNotes },
     };
     return table;

@@ -1,6 +1,7 @@
 #include "ConsoleProgress.h"
 
 #include "Console.h"
+#include "PhoneItems/shared/DurationText.h"
 #include "RunReport.h"
 #include "Summary.h"
 #include "Text.h"
@@ -165,7 +166,8 @@ void ConsoleProgress::draw()
         grouped(m_type->items)) };
     if (now >= kSureOfSpeedMs && m_workSpeed.perSecond() > 0) {
         const double left = (m_workTotal - workDone()) / m_workSpeed.perSecond();
-        parts += { rateText(), u"%1 left"_s.arg(durationText(std::max(left, 0.0))) };
+        parts += { rateText(),
+                   u"%1 left"_s.arg(PhoneItems::durationText(std::llround(std::max(left, 0.0)))) };
     }
     // What does not fit is left out, the least needed first.
     const int columns = m_console.columns() - 1;

@@ -5,7 +5,6 @@
 #include <QLocale>
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 using namespace Qt::StringLiterals;
@@ -57,19 +56,6 @@ QString counted(qint64 number, const QString &one, const QString &many)
 QString sizeText(qint64 bytes)
 {
     return CCommonUtils::fileSizeToString(bytes, 'f', 1);
-}
-
-QString durationText(double seconds)
-{
-    constexpr qint64 kMinute = 60;
-    constexpr qint64 kHour = 60 * kMinute;
-    const auto whole = std::llround(seconds);
-    const qint64 hours = whole / kHour;
-    const qint64 minutes = whole % kHour / kMinute;
-    const QString tail = u":%1"_s.arg(whole % kMinute, 2, 10, '0'_L1);
-    if (hours == 0)
-        return QString::number(minutes) + tail;
-    return u"%1:%2"_s.arg(hours).arg(minutes, 2, 10, '0'_L1) + tail;
 }
 
 QString elided(const QString &text, int columns)

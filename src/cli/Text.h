@@ -23,9 +23,6 @@ QString counted(qint64 number, const QString &one, const QString &many);
 //! "3.4 MB".
 QString sizeText(qint64 bytes);
 
-//! "0:07", "12:30", "1:02:03".
-QString durationText(double seconds);
-
 //! \a text in at most \a columns, with an ellipsis in its middle where something was left out.
 QString elided(const QString &text, int columns);
 

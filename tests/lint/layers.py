@@ -27,6 +27,7 @@ FLOORS = {
                                "PhoneItems", *(f"PhoneItems/{room}" for room in ROOMS)]
        for room in ROOMS},
     "PhoneBackup/media": [*BELOW_ROOMS, *LIBRARY[:1]],
+    "PhoneBackup/safari": BELOW_ROOMS,
     "PhoneItems/words": ["PhoneBackup/base", *LIBRARY[:1]],
     "PhoneItems/shared": ["PhoneItems/words", *BELOW_ROOMS, *LIBRARY[:1], *ITEM_MODEL],
     **{f"PhoneItems/{room}": ["PhoneItems", "PhoneItems/words", "PhoneItems/shared",

@@ -5,6 +5,7 @@
 #include "PhoneBackup/source/RowDatabase.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/whatsapp/WhatsappCalls.h"
+#include "PhoneItems/shared/DurationText.h"
 #include "PhoneItems/shared/TableData.h"
 #include "platform/CCommonUtils.h"
 #include "platform/Translation_p.h"
@@ -94,12 +95,7 @@ QString durationText(std::optional<double> seconds)
 {
     if (!seconds || !(*seconds >= 0 && *seconds <= kLongestCallSeconds)) // not a number fails both
         return {};
-    const auto whole = qint64(*seconds);
-    const QString rest = u"%1"_s.arg(whole % 60, 2, 10, QChar(u'0'));
-    const qint64 minutes = whole / 60;
-    return minutes < 60
-        ? u"%1:%2"_s.arg(minutes).arg(rest)
-        : u"%1:%2:%3"_s.arg(minutes / 60).arg(minutes % 60, 2, 10, QChar(u'0')).arg(rest);
+    return PhoneItems::durationText(qint64(*seconds));
 }
 
 class CallHistory

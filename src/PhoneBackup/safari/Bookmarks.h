@@ -1,14 +1,19 @@
 #ifndef PHONEBACKUP_SAFARI_BOOKMARKS_H
 #define PHONEBACKUP_SAFARI_BOOKMARKS_H
 
+#include "PhoneBackup/safari/Bookmark.h"
+
+#include <functional>
+
 namespace PhoneBackup {
 
-class SafariData;
 class Source;
 
-//! Adds the bookmarks of \a source and its reading list to \a data, in their stored order; each
-//! bookmark belongs to the folder that it lies in directly.
-void readBookmarks(Source &source, SafariData &data);
+/*!
+    Calls \a bookmark for each bookmark of \a source and each entry of its reading list, folder by
+    folder in their stored order. Folders last until this returns.
+*/
+void readBookmarks(Source &source, const std::function<void(const Bookmark &)> &bookmark);
 
 } // namespace PhoneBackup
 

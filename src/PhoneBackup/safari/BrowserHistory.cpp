@@ -1,19 +1,16 @@
 #include "PhoneBackup/safari/BrowserHistory.h"
 
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/RowDatabase.h"
 #include "PhoneBackup/source/RowSet.h"
 #include "PhoneBackup/source/Source.h"
-#include "PhoneItems/safari/SafariData.h"
-#include "platform/Translation_p.h"
 
 #include <QSet>
 
+#include <algorithm>
 #include <limits>
-#include <vector>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -25,6 +22,7 @@ constexpr QByteArrayView kHome = "HomeDomain";
 constexpr QByteArrayView kBrowser = "AppDomain-com.apple.mobilesafari";
 constexpr int kFirstReleaseWithoutHistory = 13;
 constexpr qint64 kMaxPropertyListBytes = qint64(64) << 20;
+constexpr qint64 kNoDate = std::numeric_limits<qint64>::min(); // sorts behind every date
 
 // What the visits tell of a page.
 struct Visits
@@ -34,7 +32,14 @@ struct Visits
     double last = kNever;
     double lastWithTitle = kNever;
     qint64 visitWithTitle = 0;
+    int count = 0;
 };
+
+// A count of a hostile database may be any number.
+int countOf(qint64 number)
+{
+    return int(std::clamp<qint64>(number, 0, std::numeric_limits<int>::max()));
+}
 
 } // namespace
 
@@ -43,39 +48,33 @@ BrowserHistory::BrowserHistory(Source &source)
 {
 }
 
-void BrowserHistory::read(SafariData &data)
+void BrowserHistory::read(const std::function<void(const VisitedPage &)> &page)
 {
     bool isThere = false;
     for (const QByteArrayView domain : { kHome, kBrowser }) {
-        if (m_pages.count() == 0)
+        if (m_pages.empty())
             isThere |= readDatabases(domain);
     }
     for (const QByteArrayView domain : { kHome, kBrowser }) {
-        if (m_pages.count() == 0)
+        if (m_pages.empty())
             isThere |= readPropertyList(domain);
     }
-    if (!isThere) {
-        m_source.addAbsence(SafariData::kSafari,
-                            kFirstReleaseWithoutHistory,
-                            tr("Phones with iOS 13 or later put the web history into encrypted "
-                               "backups only, and this one is not encrypted."));
-    }
-    m_pages.sortNewestFirst();
+    if (!isThere)
+        m_source.addAbsence(
+            DataType::Safari, kFirstReleaseWithoutHistory, Notice("safari.notInPlainBackups"));
+    std::stable_sort(m_pages.begin(), m_pages.end(), [](const Record &a, const Record &b) {
+        return a.visitedMs > b.visitedMs;
+    });
     QSet<QString> known;
-    for (int i = 0; i < m_pages.count(); ++i) {
+    for (const Record &record : m_pages) {
+        const VisitedPage found = this->page(record);
         if (m_isMerged) {
-            const QString url = m_pages.cell(i, 1);
-            if (known.contains(url)) // by another profile, later
+            if (known.contains(found.address)) // by another profile, later
                 continue;
-            known.insert(url);
+            known.insert(found.address);
         }
-        data.add({ { m_pages.cell(i, 0), m_pages.cell(i, 1) },
-                   m_pages.date(i),
-                   m_pages.id(i),
-                   m_pages.isDeleted(i) },
-                 u"History"_s);
+        page(found);
     }
-    m_pages = {};
 }
 
 // The owner's, then those of the profiles. \return whether there is any.
@@ -97,18 +96,14 @@ bool BrowserHistory::readDatabases(QByteArrayView domain)
 
 bool BrowserHistory::readDatabase(QByteArrayView domain, const QString &path)
 {
-    std::optional<RowDatabase> database = RowDatabase::open(m_source,
-                                                            SafariData::kSafari,
-                                                            domain,
-                                                            path,
-                                                            tr("Pages of the history may be "
-                                                               "missing."));
+    std::optional<RowDatabase> database = RowDatabase::open(
+        m_source, DataType::Safari, domain, path, Notice("safari.pagesMayBeMissing"));
     if (!database)
         return m_source.files().findFile(domain, path) != FileIndex::kNone;
     if (database->hasColumn(u"history_items"_s, u"url"_s))
         readPages(*database);
     else
-        database->addLoss(tr("It has no table of visited pages that can be read."));
+        database->addLoss(Notice("safari.noPages"));
     return true;
 }
 
@@ -133,6 +128,7 @@ void BrowserHistory::readPages(RowDatabase &database)
         Visits &of = visits[std::size_t(page)];
         const double time = row.number(1).value_or(0);
         of.last = std::max(of.last, time);
+        of.count += of.count < std::numeric_limits<int>::max() ? 1 : 0;
         if (row.integer(2) != 0 && time >= of.lastWithTitle) {
             of.lastWithTitle = time;
             of.visitWithTitle = row.integer(3);
@@ -143,7 +139,8 @@ void BrowserHistory::readPages(RowDatabase &database)
         ? database.prepare(u"SELECT %1 FROM %2 WHERE ROWID = ?"_s.arg(title, visitTable))
         : nullptr;
     std::vector<bool> isAdded(visits.size()); // damage makes rows come twice
-    database.query(u"ROWID, url"_s, pageTable, [&](const Statement &row) {
+    const QString counts = database.column(pageTable, u"visit_count"_s);
+    database.query(u"ROWID, url, "_s + counts, pageTable, [&](const Statement &row) {
         const qsizetype position = pages.position(row.integer(0));
         if (position == RowSet::kNone || isAdded[std::size_t(position)])
             return;
@@ -152,13 +149,17 @@ void BrowserHistory::readPages(RowDatabase &database)
         const bool isVisited = of.last != Visits::kNever;
         if (!isVisited && isComplete) // known, but never opened
             return;
-        Row page { { {}, row.text(1) }, {}, row.integer(0), false };
+        VisitedPage page;
+        page.id = row.integer(0);
+        page.address = row.text(1);
+        page.visits = countOf(row.integer(2));
+        page.knownVisits = of.count;
         if (isVisited)
-            page.date = PhoneTime::ofThePast(of.last);
+            page.visited = PhoneTime::ofThePast(of.last);
         if (titles && of.lastWithTitle != Visits::kNever) {
             titles->bind(1, of.visitWithTitle);
             if (titles->step() == Statement::Step::Row)
-                page.cells[0] = titles->text(0).simplified();
+                page.title = titles->text(0).simplified();
             titles->reset();
         }
         add(page);
@@ -175,32 +176,49 @@ bool BrowserHistory::readPropertyList(QByteArrayView domain)
         PropertyList::parse(m_source.files().content(row, kMaxPropertyListBytes));
     const QVariant pages = list.value("WebHistoryDates");
     if (pages.metaType() != QMetaType::fromType<QVariantList>()) {
-        m_source.addProblem(
-            { SafariData::kSafari,
-              m_source.files().place(row),
-              tr("The property list is damaged or missing. Pages of the history are "
-                 "missing."),
-              true });
+        m_source.addProblem({ DataType::Safari,
+                              m_source.files().place(row),
+                              Notice("safari.damagedPropertyList"),
+                              true });
         return true;
     }
     for (const QVariant &entry : pages.toList()) {
         const QVariantMap from = entry.toMap();
         bool isNumber = false;
         const double visit = from.value(u"lastVisitedDate"_s).toDouble(&isNumber);
-        const Row page { { from.value(u"title"_s).toString().simplified(),
-                           from.value(QString()).toString() },
-                         isNumber ? PhoneTime::ofThePast(visit) : QDateTime(),
-                         -1,
-                         false };
+        VisitedPage page;
+        page.title = from.value(u"title"_s).toString().simplified();
+        page.address = from.value(QString()).toString();
+        page.visits = countOf(from.value(u"visitCount"_s).toLongLong());
+        if (isNumber)
+            page.visited = PhoneTime::ofThePast(visit);
         add(page);
     }
     return true;
 }
 
-void BrowserHistory::add(const Row &page)
+void BrowserHistory::add(const VisitedPage &page)
 {
-    if (!page.cells[1].isEmpty())
-        m_pages.add(page);
+    if (page.address.isEmpty())
+        return;
+    m_pages.push_back({ m_texts.add({ page.title, page.address }),
+                        page.visited.isValid() ? page.visited.toMSecsSinceEpoch() : kNoDate,
+                        page.id,
+                        page.visits,
+                        page.knownVisits });
+}
+
+VisitedPage BrowserHistory::page(const Record &record) const
+{
+    VisitedPage page;
+    page.id = record.id;
+    page.title = m_texts.text(record.texts, 0);
+    page.address = m_texts.text(record.texts, 1);
+    if (record.visitedMs != kNoDate)
+        page.visited = QDateTime::fromMSecsSinceEpoch(record.visitedMs, Qt::UTC);
+    page.visits = record.visits;
+    page.knownVisits = record.knownVisits;
+    return page;
 }
 
 } // namespace PhoneBackup

@@ -5,6 +5,7 @@
 #include "PhoneBackup/source/AudioDuration.h"
 #include "PhoneBackup/source/VCardText.h"
 #include "PhoneItems/messages/MessageWords.h"
+#include "PhoneItems/shared/DurationText.h"
 #include "platform/Translation_p.h"
 
 DATAEXPORT_USE_TR(DataExport);
@@ -14,17 +15,6 @@ namespace PhoneBackup {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// "0:12", from an hour on "1:02:03".
-QString durationText(int seconds)
-{
-    const auto padded = [](int number) { return u"%1"_s.arg(number, 2, 10, QChar(u'0')); };
-    const int minutes = seconds / 60;
-    const QString start = minutes < 60
-        ? QString::number(minutes)
-        : QString::number(minutes / 60) + u':' + padded(minutes % 60);
-    return start + u':' + padded(seconds % 60);
-}
 
 // A type that is none of those which the page shows.
 QString otherType(const QString &mimeType)
@@ -65,7 +55,7 @@ QString attachmentLabel(const MessageAttachment &attachment,
         const int seconds = audioDurationSeconds(files.wholeContent(attachment.file));
         if (seconds < 0)
             return MessageWords::voiceMessage(false, transcription);
-        const QString line = tr("[Voice message %1]").arg(durationText(seconds));
+        const QString line = tr("[Voice message %1]").arg(PhoneItems::durationText(seconds));
         return transcription.isEmpty() ? line : line + u' ' + transcription;
     }
     case MessageAttachment::Kind::Contact: {

@@ -3,7 +3,7 @@
 #include "PhoneItems/safari/SafariData.h"
 #include "platform/CCommonUtils.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 using namespace Qt::StringLiterals;
 
@@ -56,4 +56,4 @@ QString LinkItem::bookmarkGroup() const
     return m_data.group(m_index);
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

@@ -3,7 +3,7 @@
 
 #include "table/BkSafariBookmarkItem.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 class SafariData;
 
@@ -27,6 +27,6 @@ private:
     int m_index;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

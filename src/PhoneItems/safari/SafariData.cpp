@@ -1,9 +1,11 @@
 #include "PhoneItems/safari/SafariData.h"
 
-namespace PhoneBackup {
+#include "PhoneBackup/base/DataType.h"
+
+namespace PhoneItems {
 
 SafariData::SafariData()
-    : ItemData(kSafari)
+    : ItemData(PhoneBackup::DataType::Safari)
 {
 }
 
@@ -27,4 +29,4 @@ QString SafariData::group(int index) const
     return m_groups.at(m_groupOf[std::size_t(index)]);
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

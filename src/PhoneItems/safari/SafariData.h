@@ -7,7 +7,7 @@
 
 #include <QHash>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 /*!
     \brief Data type 17: bookmarks, reading list and history; all of them are selected.
@@ -18,8 +18,6 @@ namespace PhoneBackup {
 class SafariData final : public ItemData<LinkItem>
 {
 public:
-    static constexpr int kSafari = 17;
-
     SafariData();
     ~SafariData() override;
 
@@ -36,6 +34,6 @@ private:
     std::vector<int> m_groupOf; // of each link
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -2,7 +2,7 @@
 
 #include "PhoneItems/shared/TableData.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 RowItem::RowItem(const TableData &data, int index)
     : m_data(data)
@@ -32,4 +32,4 @@ QDateTime RowItem::date() const
     return m_data.rows().date(m_index);
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

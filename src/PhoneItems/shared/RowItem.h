@@ -3,7 +3,7 @@
 
 #include "backup/BkAbstractItem.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 class TableData;
 
@@ -27,6 +27,6 @@ private:
     int m_index;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

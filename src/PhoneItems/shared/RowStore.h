@@ -1,13 +1,14 @@
 #ifndef PHONEITEMS_SHARED_ROWSTORE_H
 #define PHONEITEMS_SHARED_ROWSTORE_H
 
-#include <QByteArray>
+#include "PhoneBackup/source/PackedTexts.h"
+
 #include <QDateTime>
 #include <QStringList>
 
 #include <vector>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 //! A row as a reader found it.
 struct Row
@@ -19,8 +20,8 @@ struct Row
 };
 
 /*!
-    \brief Rows of short texts in little memory: the texts as UTF-8 in one piece, and 32 bytes a
-    row. Rows count from 0.
+    \brief Rows of short texts in little memory: the texts packed, and 32 bytes a row. Rows count
+    from 0.
 */
 class RowStore
 {
@@ -33,7 +34,7 @@ public:
     int count() const { return int(m_records.size()); }
 
     //! Cell \a column of \a row, empty when the row has fewer. Costs the length of those before.
-    QString cell(int row, int column) const;
+    QString cell(int row, int column) const { return m_texts.text(record(row).cells, column); }
     bool isDeleted(int row) const { return record(row).deleted; }
     qint64 id(int row) const { return record(row).id; }
     QDateTime date(int row) const;
@@ -41,17 +42,17 @@ public:
 private:
     struct Record
     {
-        qsizetype begin; // of its cells in m_text
+        qsizetype cells; // in m_texts
         qint64 dateMs;
         qint64 id;
         bool deleted;
     };
     const Record &record(int row) const { return m_records[std::size_t(row)]; }
 
-    QByteArray m_text;
+    PhoneBackup::PackedTexts m_texts;
     std::vector<Record> m_records;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

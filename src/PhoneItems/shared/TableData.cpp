@@ -1,6 +1,6 @@
 #include "PhoneItems/shared/TableData.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 TableData::TableData(int dataType, const QStringList &columns)
     : ItemData(dataType)
@@ -31,4 +31,4 @@ QString TableData::value(int row, int col) const
     return m_rows.cell(row, col);
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

@@ -5,7 +5,7 @@
 #include "PhoneItems/shared/RowItem.h"
 #include "PhoneItems/shared/RowStore.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 /*!
     \brief A data set of rows and named columns: what calls, notes, calendar and reminders are.
@@ -34,6 +34,14 @@ private:
     QStringList m_columns;
     RowStore m_rows;
 };
+
+} // namespace PhoneItems
+
+namespace PhoneBackup {
+
+// For readers that still fill the item model.
+using PhoneItems::Row;
+using PhoneItems::TableData;
 
 } // namespace PhoneBackup
 

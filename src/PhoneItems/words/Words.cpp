@@ -66,6 +66,7 @@ std::span<const std::span<const NoticeWords>> allNoticeWords()
         formatNotices(),
         folderNotices(),
         mediaNotices(),
+        safariNotices(),
     };
     return kRooms;
 }
