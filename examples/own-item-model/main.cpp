@@ -5,6 +5,7 @@
 
 #include <backup/BkBackup.h>
 #include <backup/BkData.h>
+#include <backup/BkDataType.h>
 #include <backup/BkFileItem.h>
 #include <backup/CBackupExporter.h>
 #include <cstdio>
@@ -55,7 +56,7 @@ public:
             std::make_unique<Picture>(QStringLiteral("boat.txt"), "another", &m_trip));
         m_items.push_back(std::make_unique<Picture>(QStringLiteral("lost.txt"), "", nullptr));
     }
-    int dataType() const override { return 0; }
+    int dataType() const override { return BkDataType::Photos; }
     int recoverCount() const override { return count(1); }
     QList<int> recoverList() const override { return { 0, 1, 2 }; }
     BkAbstractItem *at(int index, bool) const override
@@ -80,7 +81,7 @@ private:
 class Album : public BkBackup
 {
 public:
-    BkData *getBkData(int code) const override { return code == 0 ? &m_pictures : nullptr; }
+    BkData *getBkData(int code) const override { return code == BkDataType::Photos ? &m_pictures : nullptr; }
     QString dataTypeName(int) const override { return QStringLiteral("Photos"); }
     QString backupProperty(int) const override { return QStringLiteral("Ann's phone"); }
 
