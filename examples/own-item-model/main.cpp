@@ -81,7 +81,10 @@ private:
 class Album : public BkBackup
 {
 public:
-    BkData *getBkData(int code) const override { return code == BkDataType::Photos ? &m_pictures : nullptr; }
+    BkData *getBkData(int code) const override
+    {
+        return code == BkDataType::Photos ? &m_pictures : nullptr;
+    }
     QString dataTypeName(int) const override { return QStringLiteral("Photos"); }
     QString backupProperty(int) const override { return QStringLiteral("Ann's phone"); }
 

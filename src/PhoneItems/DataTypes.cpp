@@ -3,13 +3,13 @@
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/calls/CallHistory.h"
 #include "PhoneBackup/calls/Voicemail.h"
-#include "PhoneBackup/contacts/Contacts.h"
 #include "PhoneBackup/messages/MessageFiles.h"
 #include "PhoneBackup/messages/Messages.h"
 #include "PhoneBackup/notes/Notes.h"
 #include "PhoneBackup/planner/Calendar.h"
 #include "PhoneBackup/planner/Reminders.h"
 #include "PhoneBackup/whatsapp/WhatsappFiles.h"
+#include "PhoneItems/contacts/ContactData.h"
 #include "PhoneItems/media/BookData.h"
 #include "PhoneItems/media/MediaData.h"
 #include "PhoneItems/safari/Safari.h"
@@ -50,7 +50,7 @@ const QList<DataSetReader> &dataTypeTable()
         { DataType::Music, &PhoneItems::readSongs },
         { DataType::Messages, &readMessages },
         { DataType::MessageAttachments, &readMessageFiles },
-        { DataType::Contacts, &readContacts },
+        { DataType::Contacts, &PhoneItems::readContacts },
         { DataType::Notes, &readNotes },
         { DataType::AppDocuments, &PhoneItems::readAppDocuments },
         { DataType::Whatsapp, &readWhatsapp },

@@ -119,7 +119,7 @@ void tst_ContactExport::staysValid_data()
                                  << ""_ba << 1 << QString();
     QTest::newRow("photo that is none")
         << ann << "INSERT INTO ABFullSizeImage(record_id, data) VALUES (1, 'text')"_ba << 1
-        << u"Ann (1): photo"_s;
+        << u"Ann (1),Backup,\"The photo"_s;
     QTest::newRow("photo that cannot be decoded")
         << ann << "INSERT INTO ABFullSizeImage(record_id, data) VALUES (1, x'FFD8FFE000')"_ba << 1
         << u"Ann,Content"_s;

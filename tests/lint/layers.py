@@ -28,6 +28,7 @@ FLOORS = {
        for room in ROOMS},
     "PhoneBackup/media": [*BELOW_ROOMS, *LIBRARY[:1]],
     "PhoneBackup/safari": BELOW_ROOMS,
+    "PhoneBackup/contacts": [*BELOW_ROOMS, *LIBRARY[:1]],
     "PhoneItems/words": ["PhoneBackup/base", *LIBRARY[:1]],
     "PhoneItems/shared": ["PhoneItems/words", *BELOW_ROOMS, *LIBRARY[:1], *ITEM_MODEL],
     **{f"PhoneItems/{room}": ["PhoneItems", "PhoneItems/words", "PhoneItems/shared",

@@ -1,12 +1,10 @@
 #include "PhoneBackup/contacts/ContactPhotos.h"
 
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/source/Source.h"
-#include "platform/Translation_p.h"
 
 #include <algorithm>
 #include <tuple>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -14,8 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kContacts = 8;
 constexpr qint64 kMaxPhotoBytes = 16 << 20;
+
+constexpr qint64 kPhoto = 1; // keeps its problem apart from those of the details
 
 QString table(bool isWhole)
 {
@@ -43,14 +42,14 @@ ContactPhotos::ContactPhotos(Source &source)
     : m_source(source)
 {
     m_database = RowDatabase::open(source,
-                                   kContacts,
+                                   DataType::Contacts,
                                    "HomeDomain",
                                    u"Library/AddressBook/AddressBookImages.sqlitedb"_s,
-                                   tr("Photos of contacts may be missing."));
+                                   Notice("contacts.photosMayBeMissing"));
     if (!m_database)
         return;
     if (!m_database->hasTable(table(true)) && !m_database->hasTable(table(false)))
-        m_database->addLoss(tr("It has no table of pictures that can be read."));
+        m_database->addLoss(Notice("contacts.noPictures"));
     readForms(true);
     readForms(false);
     std::sort(m_forms.begin(), m_forms.end(), [](const Form &a, const Form &b) {
@@ -96,10 +95,11 @@ QByteArray ContactPhotos::best(const AddressBook::Person &person)
         }
     }
     if (isStored && other.isEmpty()) {
-        m_source.addProblem({ kContacts,
-                              tr("%1: photo").arg(person.nameForReport()),
-                              tr("The photo is no picture, too large, or could not be read."),
-                              true });
+        Problem problem {
+            DataType::Contacts, person.nameForReport(), Notice("contacts.photoUnreadable"), true
+        };
+        problem.row = kPhoto;
+        m_source.addProblem(problem);
     }
     return other;
 }

@@ -1,16 +1,16 @@
 #include "PhoneBackup/contacts/ContactReader.h"
 
+#include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/contacts/StoredValue.h"
 #include "PhoneBackup/source/ContactKind.h"
+#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
-#include "PhoneItems/contacts/ContactDetails.h"
-#include "PhoneItems/contacts/ContactWords.h"
-#include "platform/Translation_p.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
-
-DATAEXPORT_USE_TR(DataExport);
+#include <utility>
 
 namespace PhoneBackup {
 
@@ -20,6 +20,55 @@ namespace {
 
 constexpr int kMaxOfAKind = 1000; // each is a column of its own in tables
 constexpr qsizetype kMaxTextBytes = 4 << 20;
+constexpr qsizetype kQuotedCharacters = 40; // of what is no date
+constexpr std::size_t kMaxLeftOut = 5; // that are told of one contact
+
+// What is read of a card, in the order of the query.
+enum Column {
+    Prefix,
+    First,
+    Middle,
+    Last,
+    Suffix,
+    FirstPhonetic,
+    MiddlePhonetic,
+    LastPhonetic,
+    PreviousFamilyName,
+    Nickname,
+    JobTitle,
+    Department,
+    Organization,
+    OrganizationPhonetic,
+    Birthday,
+    Note,
+    Kind,
+    Guid,
+    CreationDate,
+    ModificationDate,
+};
+constexpr std::array kColumns {
+    "Prefix"_L1,
+    "First"_L1,
+    "Middle"_L1,
+    "Last"_L1,
+    "Suffix"_L1,
+    "FirstPhonetic"_L1,
+    "MiddlePhonetic"_L1,
+    "LastPhonetic"_L1,
+    "PreviousFamilyName"_L1,
+    "Nickname"_L1,
+    "JobTitle"_L1,
+    "Department"_L1,
+    "Organization"_L1,
+    "OrganizationPhonetic"_L1,
+    "Birthday"_L1,
+    "Note"_L1,
+    "Kind"_L1,
+    "guid"_L1,
+    "CreationDate"_L1,
+    "ModificationDate"_L1,
+};
+static_assert(kColumns.size() == ModificationDate + 1);
 
 } // namespace
 
@@ -32,6 +81,7 @@ ContactReader::ContactReader(Source &source, const AddressBook &book)
     readTexts(u"ABMultiValueLabel"_s, m_labels);
     readTexts(u"ABMultiValueEntryKey"_s, m_partKeys);
     readPartRows();
+    readGroups();
     prepareStatements();
 }
 
@@ -59,23 +109,29 @@ void ContactReader::readPartRows()
     m_partRows.erase(std::unique(m_partRows.begin(), m_partRows.end()), m_partRows.end());
 }
 
+void ContactReader::readGroups()
+{
+    constexpr int kPerson = 0; // type of a member; 1 is a group in a group
+    const QString groups = u"ABGroup"_s;
+    const QString members = u"ABGroupMembers"_s;
+    if (!m_database.hasColumn(groups, u"Name"_s) || !m_database.hasColumn(members, u"member_id"_s))
+        return;
+    Texts names;
+    m_database.query(u"ROWID, Name"_s, groups, [&names](const Statement &row) {
+        names.insert(row.integer(0), StoredText::cleaned(row.text(1)).simplified());
+    });
+    m_database.query(
+        u"group_id, member_id, member_type"_s, members, [this, &names](const Statement &row) {
+            const QString name = names.value(row.integer(0));
+            if (row.integer(2) == kPerson && !name.isEmpty())
+                m_groups[row.integer(1)].append(name);
+        });
+}
+
 void ContactReader::prepareStatements()
 {
     QStringList columns;
-    for (const QString &column : { u"Prefix"_s,
-                                   u"First"_s,
-                                   u"Middle"_s,
-                                   u"Last"_s,
-                                   u"Suffix"_s,
-                                   u"FirstPhonetic"_s,
-                                   u"LastPhonetic"_s,
-                                   u"Nickname"_s,
-                                   u"JobTitle"_s,
-                                   u"Department"_s,
-                                   u"Organization"_s,
-                                   u"Birthday"_s,
-                                   u"Note"_s,
-                                   u"MiddlePhonetic"_s })
+    for (const QLatin1StringView column : kColumns)
         columns.append(m_database.column(u"ABPerson"_s, column));
     m_person =
         m_database.prepare(u"SELECT %1 FROM ABPerson WHERE ROWID = ?1"_s.arg(columns.join(u',')));
@@ -88,99 +144,101 @@ void ContactReader::prepareStatements()
         : m_database.prepare(u"SELECT key, value FROM ABMultiValueEntry WHERE ROWID = ?1"_s);
 }
 
-bool ContactReader::read(const AddressBook::Person &person, ContactDetails &details)
+bool ContactReader::read(const AddressBook::Person &person, Contact &contact)
 {
-    details.clear();
+    contact = {};
     m_leftOut.clear();
     m_isCut = false;
     m_valueCounts.clear();
     m_seenValues.clear();
     bool isRead = false;
     for (const qint64 card : person.cards)
-        isRead = readFields(card, details) || isRead;
+        isRead = readFields(card, contact) || isRead;
     if (!isRead)
         return false;
-    for (const qint64 card : person.cards)
-        readValues(card, card == person.cards.front(), details);
-    details.setPhotoSource([this, &person] { return m_photos.best(person); });
+    contact.row = person.cards.front();
+    for (const qint64 card : person.cards) {
+        readValues(card, card == person.cards.front(), contact);
+        contact.groups += m_groups.value(card);
+    }
+    contact.groups.removeDuplicates();
     tellWhatIsLeftOut(person);
     return true;
 }
 
-bool ContactReader::readFields(qint64 card, ContactDetails &details)
+bool ContactReader::readFields(qint64 card, Contact &contact)
 {
     if (!m_person || !step(*m_person, card))
         return false;
-    QStringList names;
-    for (int field = 0; field < ContactDetails::kNameCount; ++field)
-        names.append(text(*m_person, field));
-    // The item model has no place of its own for it.
-    const QString middleSpoken = text(*m_person, ContactDetails::kFieldCount);
-    if (!middleSpoken.isEmpty()) {
-        QString &given = names[ContactDetails::GivenNameYomi];
-        given = given.isEmpty() ? middleSpoken : given + u' ' + middleSpoken;
-    }
+    const auto stored = [this](Column column) { return text(*m_person, column); };
+    const auto fill = [&](QString &field, Column column) {
+        if (field.isEmpty())
+            field = stored(column);
+    };
     // The parts of a name are those of one card.
-    bool isNamed = false;
-    for (int field = 0; field < ContactDetails::kNameCount; ++field)
-        isNamed = isNamed || !details.field(field).isEmpty();
-    for (int field = 0; field < ContactDetails::kNameCount && !isNamed; ++field)
-        details.field(field) = names.at(field);
-    for (int field = ContactDetails::kNameCount; field < ContactDetails::kFieldCount; ++field) {
-        if (!details.field(field).isEmpty())
-            continue;
-        const QString stored = text(*m_person, field);
-        if (field == ContactDetails::Birthday)
-            addBirthday(stored, details);
-        else
-            details.field(field) = stored;
+    if (contact.name.isEmpty()) {
+        contact.name = { stored(Prefix),         stored(First),        stored(Middle),
+                         stored(Last),           stored(Suffix),       stored(FirstPhonetic),
+                         stored(MiddlePhonetic), stored(LastPhonetic), stored(PreviousFamilyName) };
     }
+    fill(contact.nickname, Nickname);
+    fill(contact.jobTitle, JobTitle);
+    fill(contact.department, Department);
+    fill(contact.organization, Organization);
+    fill(contact.spokenOrganization, OrganizationPhonetic);
+    if (!contact.birthday.isValid())
+        contact.birthday = dayIn(stored(Birthday), "contacts.birthdayNoDate");
+    fill(contact.note, Note);
+    fill(contact.guid, Guid);
+    constexpr int kOrganization = 1;
+    contact.isOrganization = contact.isOrganization || m_person->integer(Kind) == kOrganization;
+    if (!contact.created.isValid())
+        contact.created = PhoneTime::since2001(m_person->number(CreationDate));
+    if (!contact.modified.isValid())
+        contact.modified = PhoneTime::since2001(m_person->number(ModificationDate));
     m_person->reset();
     return true;
 }
 
-void ContactReader::addBirthday(const QString &stored, ContactDetails &details)
+// An invalid one, which is left out as \a noDay says, for what is stored but is no day.
+QDate ContactReader::dayIn(const QString &stored, const char *noDay)
 {
-    const QString day = ContactWords::day(stored);
-    if (day.isEmpty() && !stored.isEmpty())
-        leaveOut(tr("The birthday “%1” is no date.").arg(stored.left(40)));
-    details.field(ContactDetails::Birthday) = day;
+    const QDate day = StoredValue::day(stored);
+    if (!day.isValid() && !stored.isEmpty())
+        leaveOut(Notice(noDay, { stored.left(kQuotedCharacters) }));
+    return day;
 }
 
-void ContactReader::readValues(qint64 card, bool isFirst, ContactDetails &details)
+void ContactReader::readValues(qint64 card, bool isFirst, Contact &contact)
 {
     const auto [first, last] = m_book.values(card);
     for (auto value = first; value != last && m_value; ++value) {
         if (!step(*m_value, value->row)) {
-            leaveOut(tr("An entry could not be read."));
+            leaveOut(Notice("contacts.entryUnreadable"));
             continue;
         }
-        addValue(*value, isFirst, details);
+        addValue(*value, isFirst, contact);
         m_value->reset();
     }
 }
 
-void ContactReader::addValue(const AddressBook::Value &value, bool isFirst, ContactDetails &details)
+void ContactReader::addValue(const AddressBook::Value &stored, bool isFirst, Contact &contact)
 {
-    const QString label = ContactWords::label(m_labels.value(m_value->integer(0)));
+    Contact::Value value;
+    value.kind = stored.kind;
+    value.label = m_labels.value(m_value->integer(0));
+    value.parts = readParts(stored);
     QString text = this->text(*m_value, 1);
-    QMap<QString, QString> parts = readParts(value);
-    const QString onlyPart = ContactWords::partOfPlainValue(value.kind);
-    if (parts.isEmpty() && !text.isEmpty() && !onlyPart.isEmpty())
-        parts.insert(onlyPart, text);
-    if (parts.isEmpty() && value.kind == ContactKind::kDate && !text.isEmpty()) {
-        const QString day = ContactWords::day(text);
-        if (day.isEmpty())
-            leaveOut(tr("“%1” is no date.").arg(text.left(40)));
-        text = day;
-    }
-    if ((parts.isEmpty() && text.isEmpty()) || !isNew(value.kind, text, parts, isFirst)
-        || ++m_valueCounts[value.kind] > kMaxOfAKind)
-        return;
-    if (parts.isEmpty())
-        details.addProperty(value.kind, label, text);
-    else
-        details.addProperty(value.kind, label, parts);
+    const QString onlyPart = StoredValue::partOfPlainValue(stored.kind);
+    if (value.parts.isEmpty() && !text.isEmpty() && !onlyPart.isEmpty())
+        value.parts.insert(onlyPart, std::exchange(text, {}));
+    if (value.parts.isEmpty() && stored.kind == ContactKind::kDate)
+        value.day = dayIn(std::exchange(text, {}), "contacts.valueNoDate");
+    else if (value.parts.isEmpty())
+        value.text = text;
+    const bool isNothing = value.parts.isEmpty() && value.text.isEmpty() && !value.day.isValid();
+    if (!isNothing && isNew(value, isFirst) && ++m_valueCounts[stored.kind] <= kMaxOfAKind)
+        contact.values.push_back(std::move(value));
 }
 
 QMap<QString, QString> ContactReader::readParts(const AddressBook::Value &value)
@@ -191,11 +249,11 @@ QMap<QString, QString> ContactReader::readParts(const AddressBook::Value &value)
                                std::pair(value.row, std::numeric_limits<qint64>::min()));
     for (; at != m_partRows.cend() && at->first == value.row && m_part; ++at) {
         if (parts.size() >= kMaxOfAKind || !step(*m_part, at->second)) {
-            leaveOut(tr("Part of an address or account could not be read."));
+            leaveOut(Notice("contacts.partUnreadable"));
             continue;
         }
         const QString stored = m_partKeys.value(m_part->integer(0));
-        const QString key = ContactWords::partKey(stored);
+        const QString key = StoredValue::partKey(stored);
         QString text = this->text(*m_part, 1);
         m_part->reset();
         if (value.kind == ContactKind::kSocialProfile && key == "service"_L1)
@@ -208,13 +266,11 @@ QMap<QString, QString> ContactReader::readParts(const AddressBook::Value &value)
 }
 
 // What cards that are shown as one have in common is shown once.
-bool ContactReader::isNew(int kind,
-                          const QString &value,
-                          const QMap<QString, QString> &parts,
-                          bool isFirst)
+bool ContactReader::isNew(const Contact::Value &value, bool isFirst)
 {
-    QString key = QString::number(kind) + u'\n' + value;
-    for (auto part = parts.cbegin(); part != parts.cend(); ++part)
+    QString key =
+        QString::number(value.kind) + u'\n' + value.text + value.day.toString(Qt::ISODate);
+    for (auto part = value.parts.cbegin(); part != value.parts.cend(); ++part)
         key += u'\n' + part.key() + u'\n' + part.value();
     const bool isKnown = m_seenValues.contains(key);
     m_seenValues.insert(key);
@@ -240,11 +296,11 @@ bool ContactReader::step(Statement &statement, qint64 row)
     case Statement::Step::Row:
         return true;
     case Statement::Step::Failed:
-        m_source.addProblem({ kContacts,
-                              AddressBook::place(),
-                              tr("It is damaged: %1.").arg(statement.error()) + u' '
-                                  + tr("Contacts may be missing."),
-                              true });
+        m_source.addProblem(
+            { DataType::Contacts,
+              AddressBook::place(),
+              Notice("contacts.damaged", { statement.error() }) + Notice("contacts.mayBeMissing"),
+              true });
         return false;
     case Statement::Step::Done:
         break;
@@ -252,24 +308,27 @@ bool ContactReader::step(Statement &statement, qint64 row)
     return false;
 }
 
-void ContactReader::leaveOut(const QString &what)
+void ContactReader::leaveOut(const Notice &what)
 {
-    if (!m_leftOut.contains(what) && m_leftOut.size() < 5)
-        m_leftOut.append(what);
+    const bool isKnown = std::find(m_leftOut.cbegin(), m_leftOut.cend(), what) != m_leftOut.cend();
+    if (!isKnown && m_leftOut.size() < kMaxLeftOut)
+        m_leftOut.push_back(what);
 }
 
 void ContactReader::tellWhatIsLeftOut(const AddressBook::Person &person)
 {
     for (const auto &[kind, count] : m_valueCounts) {
         if (count > kMaxOfAKind)
-            leaveOut(
-                tr("Of %1 entries of one kind only %2 are exported.").arg(count).arg(kMaxOfAKind));
+            leaveOut(Notice("contacts.tooManyOfAKind", { qint64(count), qint64(kMaxOfAKind) }));
     }
     if (m_isCut)
-        leaveOut(tr("A text is too long; its end is left out."));
-    if (m_leftOut.isEmpty())
+        leaveOut(Notice("contacts.textTooLong"));
+    if (m_leftOut.empty())
         return;
-    m_source.addProblem({ kContacts, person.nameForReport(), m_leftOut.join(u' '), true });
+    Notice all;
+    for (const Notice &what : m_leftOut)
+        all += what;
+    m_source.addProblem({ DataType::Contacts, person.nameForReport(), all, true });
 }
 
 } // namespace PhoneBackup

@@ -1,6 +1,7 @@
 #ifndef PHONEBACKUP_CONTACTS_CONTACTREADER_H
 #define PHONEBACKUP_CONTACTS_CONTACTREADER_H
 
+#include "PhoneBackup/contacts/Contact.h"
 #include "PhoneBackup/contacts/ContactPhotos.h"
 #include "PhoneBackup/source/AddressBook.h"
 
@@ -11,25 +12,25 @@
 
 namespace PhoneBackup {
 
-class ContactDetails;
-
 /*!
     \brief Reads what the address book knows of one person at a time.
 
-    What a contact has and cannot be shown is a problem of data type 8, under the contact's name.
+    What a contact has and cannot be told is a problem of the contacts, under the contact's name.
     \par Memory
-    The labels, and 16 bytes for each part of an address or account.
+    The labels, the members of groups, and 16 bytes for each part of an address or account.
 */
 class ContactReader
 {
 public:
-    static constexpr int kContacts = 8;
-
     //! \a book has a database.
     ContactReader(Source &source, const AddressBook &book);
 
-    //! Sets \a details to those of \a person. \return false when none of their cards can be read.
-    bool read(const AddressBook::Person &person, ContactDetails &details);
+    //! Sets \a contact to what is known of \a person. \return false when none of their cards can be
+    //! read.
+    bool read(const AddressBook::Person &person, Contact &contact);
+
+    //! The file of the photo of \a person, as it is stored; empty when there is none.
+    QByteArray photo(const AddressBook::Person &person) { return m_photos.best(person); }
 
 private:
     using Texts = QHash<qint64, QString>;
@@ -37,15 +38,16 @@ private:
     void readTexts(const QString &table, Texts &texts);
     void readPartRows();
     void prepareStatements();
-    bool readFields(qint64 card, ContactDetails &details);
-    void addBirthday(const QString &stored, ContactDetails &details);
-    void readValues(qint64 card, bool isFirst, ContactDetails &details);
+    void readGroups();
+    bool readFields(qint64 card, Contact &contact);
+    QDate dayIn(const QString &stored, const char *noDay);
+    void readValues(qint64 card, bool isFirst, Contact &contact);
     QMap<QString, QString> readParts(const AddressBook::Value &value);
-    void addValue(const AddressBook::Value &value, bool isFirst, ContactDetails &details);
-    bool isNew(int kind, const QString &value, const QMap<QString, QString> &parts, bool isFirst);
+    void addValue(const AddressBook::Value &stored, bool isFirst, Contact &contact);
+    bool isNew(const Contact::Value &value, bool isFirst);
     QString text(const Statement &row, int column);
     bool step(Statement &statement, qint64 row);
-    void leaveOut(const QString &what);
+    void leaveOut(const Notice &what);
     void tellWhatIsLeftOut(const AddressBook::Person &person);
 
     Source &m_source;
@@ -54,13 +56,14 @@ private:
     ContactPhotos m_photos;
     Texts m_labels;
     Texts m_partKeys;
+    QHash<qint64, QStringList> m_groups; // by card
     std::vector<std::pair<qint64, qint64>> m_partRows; // ABMultiValue.UID and ROWID of the part
     std::unique_ptr<Statement> m_person;
     std::unique_ptr<Statement> m_value;
     std::unique_ptr<Statement> m_part;
 
     // Of the person that is being read.
-    QStringList m_leftOut;
+    std::vector<Notice> m_leftOut;
     bool m_isCut = false;
     std::map<int, int> m_valueCounts; // by kind
     QSet<QString> m_seenValues;

@@ -1,19 +1,19 @@
 #include "PhoneItems/contacts/ContactData.h"
 
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/contacts/ContactOrder.h"
 #include "PhoneBackup/contacts/ContactReader.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneItems/contacts/ContactDetails.h"
-#include "platform/Translation_p.h"
 
-DATAEXPORT_USE_TR(DataExport);
+namespace PhoneItems {
 
-namespace PhoneBackup {
+using namespace PhoneBackup;
 
 using namespace Qt::StringLiterals;
 
 ContactData::ContactData(Source &source)
-    : ItemData(ContactReader::kContacts)
+    : ItemData(DataType::Contacts)
     , m_book(source.addressBook())
     , m_details(std::make_unique<ContactDetails>())
 {
@@ -31,16 +31,13 @@ void ContactData::tellLosses(Source &source) const
 {
     const QString name = AddressBook::place();
     if (!m_book.loss().isEmpty()) {
-        source.addProblem({ ContactReader::kContacts,
-                            name,
-                            m_book.loss() + tr("Contacts may be missing."),
-                            true });
+        source.addProblem(
+            { DataType::Contacts, name, m_book.loss() + Notice("contacts.mayBeMissing"), true });
     }
     if (m_book.unknownValueCount() > 0) {
-        source.addProblem({ ContactReader::kContacts,
+        source.addProblem({ DataType::Contacts,
                             name + ": ABMultiValue.property"_L1,
-                            tr("Entries of a kind that is not known were left out: %1.")
-                                .arg(m_book.unknownValueCount()),
+                            Notice("contacts.unknownKinds", { qint64(m_book.unknownValueCount()) }),
                             true });
     }
 }
@@ -52,9 +49,20 @@ const AddressBook::Person &ContactData::person(int index) const
 
 ContactDetails *ContactData::details(int index) const
 {
-    if (m_current != index)
-        m_current = m_reader->read(person(index), *m_details) ? index : -1;
+    if (m_current != index) {
+        m_current = -1;
+        Contact contact;
+        if (m_reader->read(person(index), contact)) {
+            m_details->show(contact, [this, index] { return m_reader->photo(person(index)); });
+            m_current = index;
+        }
+    }
     return m_current == index ? m_details.get() : nullptr;
 }
 
-} // namespace PhoneBackup
+void readContacts(Source &source, DataSets &sets)
+{
+    sets[DataType::Contacts] = std::make_unique<ContactData>(source);
+}
+
+} // namespace PhoneItems

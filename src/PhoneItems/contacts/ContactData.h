@@ -2,6 +2,7 @@
 #define PHONEITEMS_CONTACTS_CONTACTDATA_H
 
 #include "PhoneBackup/source/AddressBook.h"
+#include "PhoneItems/DataTypes.h"
 #include "PhoneItems/contacts/ContactItem.h"
 #include "PhoneItems/shared/ItemData.h"
 #include "contact/BkContactData.h"
@@ -10,10 +11,13 @@
 #include <vector>
 
 namespace PhoneBackup {
-
-class ContactDetails;
 class ContactReader;
 class Source;
+} // namespace PhoneBackup
+
+namespace PhoneItems {
+
+class ContactDetails;
 
 /*!
     \brief Data type 8: the people of the address book, by name as the phone lists them; all of them
@@ -27,25 +31,28 @@ class Source;
 class ContactData final : public ItemData<ContactItem, BkContactData>
 {
 public:
-    explicit ContactData(Source &source);
+    explicit ContactData(PhoneBackup::Source &source);
     ~ContactData() override;
 
-    const AddressBook::Person &person(int index) const;
+    const PhoneBackup::AddressBook::Person &person(int index) const;
 
     //! What is known of a contact, valid until another's is asked for; null when that cannot be
     //! read.
     ContactDetails *details(int index) const;
 
 private:
-    void tellLosses(Source &source) const;
+    void tellLosses(PhoneBackup::Source &source) const;
 
-    const AddressBook &m_book;
-    std::unique_ptr<ContactReader> m_reader; // none without a database
+    const PhoneBackup::AddressBook &m_book;
+    std::unique_ptr<PhoneBackup::ContactReader> m_reader; // none without a database
     std::unique_ptr<ContactDetails> m_details;
     std::vector<int> m_order; // numbers of people
     mutable int m_current = -1;
 };
 
-} // namespace PhoneBackup
+//! Puts the address book into \a sets.
+void readContacts(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+
+} // namespace PhoneItems
 
 #endif

@@ -1,73 +1,45 @@
 #ifndef PHONEITEMS_CONTACTS_CONTACTDETAILS_H
 #define PHONEITEMS_CONTACTS_CONTACTDETAILS_H
 
+#include "PhoneBackup/contacts/Contact.h"
 #include "PhoneItems/contacts/ContactProperty.h"
 #include "contact/BkContactPrivate.h"
 
-#include <array>
 #include <deque>
 #include <functional>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 //! What is known of the contact that is open. Its photo is read when it is asked for.
 class ContactDetails final : public BkContactPrivate
 {
 public:
-    //! Names come first.
-    enum Field {
-        NamePrefix,
-        GivenName,
-        AdditionalName,
-        FamilyName,
-        NameSuffix,
-        GivenNameYomi,
-        FamilyNameYomi,
-        Nickname,
-        JobTitle,
-        Department,
-        Organization,
-        Birthday,
-        Notes,
-    };
-    static constexpr int kNameCount = Nickname;
-    static constexpr int kFieldCount = Notes + 1;
+    //! Shows \a contact from now on; \a readPhoto is kept and asked for its photo.
+    void show(const PhoneBackup::Contact &contact, const std::function<QByteArray()> &readPhoto);
 
-    //! Releases everything.
-    void clear();
-
-    QString &field(int field) { return m_fields[std::size_t(field)]; }
-    void setPhotoSource(const std::function<QByteArray()> &read) { m_readPhoto = read; }
-
-    template <class Value>
-    void addProperty(int kind, const QString &label, const Value &value)
-    {
-        m_list.append(&m_properties.emplace_back(kind, label, value));
-    }
-
-    QString namePrefix() const override { return m_fields[NamePrefix]; }
-    QString givenName() const override { return m_fields[GivenName]; }
-    QString additionalName() const override { return m_fields[AdditionalName]; }
-    QString familyName() const override { return m_fields[FamilyName]; }
-    QString nameSuffix() const override { return m_fields[NameSuffix]; }
-    QString givenNameYomi() const override { return m_fields[GivenNameYomi]; }
-    QString familyNameYomi() const override { return m_fields[FamilyNameYomi]; }
-    QString nickname() const override { return m_fields[Nickname]; }
-    QString jobTitle() const override { return m_fields[JobTitle]; }
-    QString department() const override { return m_fields[Department]; }
-    QString organization() const override { return m_fields[Organization]; }
-    QString birthday() const override { return m_fields[Birthday]; }
-    QString notes() const override { return m_fields[Notes]; }
+    QString namePrefix() const override { return m_contact.name.prefix; }
+    QString givenName() const override { return m_contact.name.given; }
+    QString additionalName() const override { return m_contact.name.middle; }
+    QString familyName() const override { return m_contact.name.family; }
+    QString nameSuffix() const override { return m_contact.name.suffix; }
+    QString givenNameYomi() const override;
+    QString familyNameYomi() const override { return m_contact.name.spokenFamily; }
+    QString nickname() const override { return m_contact.nickname; }
+    QString jobTitle() const override { return m_contact.jobTitle; }
+    QString department() const override { return m_contact.department; }
+    QString organization() const override { return m_contact.organization; }
+    QString birthday() const override;
+    QString notes() const override { return m_contact.note; }
     QByteArray photo() const override { return m_readPhoto ? m_readPhoto() : QByteArray(); }
     QList<BkContactProperty *> properties() const override { return m_list; }
 
 private:
-    std::array<QString, kFieldCount> m_fields;
+    PhoneBackup::Contact m_contact;
     std::function<QByteArray()> m_readPhoto;
     std::deque<ContactProperty> m_properties;
     QList<BkContactProperty *> m_list;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

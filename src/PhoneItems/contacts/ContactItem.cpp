@@ -3,7 +3,7 @@
 #include "PhoneItems/contacts/ContactData.h"
 #include "PhoneItems/contacts/ContactDetails.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 ContactItem::ContactItem(const ContactData &data, int index)
     : m_data(data)
@@ -28,7 +28,7 @@ qint64 ContactItem::id() const
 
 QString ContactItem::source() const
 {
-    return AddressBook::place();
+    return PhoneBackup::AddressBook::place();
 }
 
 BkContactPrivate *ContactItem::detailContent() const
@@ -36,4 +36,4 @@ BkContactPrivate *ContactItem::detailContent() const
     return m_data.details(m_index);
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

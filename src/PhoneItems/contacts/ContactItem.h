@@ -3,7 +3,7 @@
 
 #include "contact/BkContactItem.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 class ContactData;
 
@@ -26,6 +26,6 @@ private:
     int m_index;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -3,7 +3,7 @@
 
 #include "contact/BkContactProperty.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 //! A number, address, date … of the contact that is open.
 class ContactProperty final : public BkContactProperty
@@ -34,6 +34,6 @@ private:
     QMap<QString, QString> m_parts;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -1,14 +1,11 @@
 #include "PhoneItems/contacts/ContactWords.h"
 
-#include "PhoneBackup/source/ContactKind.h"
-
 #include <QDateTime>
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
-namespace PhoneBackup::ContactWords {
+namespace PhoneItems::ContactWords {
 
 using namespace Qt::StringLiterals;
 
@@ -47,56 +44,16 @@ QString label(const QString &stored)
     return words.toLower();
 }
 
-QString day(const QString &stored)
+QString day(const QDate &day)
 {
-    constexpr double kDaySeconds = 86400;
-    constexpr double kNoonSeconds = kDaySeconds / 2;
-    constexpr double kFirstDay = -730485; // 0001-01-01
-    constexpr double kLastDay = 2921573; // 9999-12-31
-    bool isNumber = false;
-    double seconds = stored.trimmed().toDouble(&isNumber);
-    if (!isNumber) {
-        const QDate written = QDate::fromString(stored.trimmed(), Qt::ISODate);
-        isNumber = written.isValid();
-        seconds = double(QDate(2001, 1, 1).daysTo(written)) * kDaySeconds;
-    }
-    if (!isNumber || !std::isfinite(seconds))
+    if (!day.isValid())
         return {};
-    double day = std::floor(seconds / kDaySeconds);
-    if (seconds - day * kDaySeconds > kNoonSeconds)
-        ++day; // midnight further east
-    if (day < kFirstDay || day > kLastDay)
-        return {};
+    constexpr qint64 kDaySeconds = 86400;
     // Halfway between noon there and noon here: the same day in both places, whatever the zone.
-    const double noon = day * kDaySeconds + kNoonSeconds;
+    const qint64 noon = QDate(2001, 1, 1).daysTo(day) * kDaySeconds + kDaySeconds / 2;
     const QDateTime here =
-        QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC).addSecs(qint64(noon)).toLocalTime();
-    return QString::number(noon - here.offsetFromUtc() / 2, 'f', 0);
+        QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC).addSecs(noon).toLocalTime();
+    return QString::number(noon - here.offsetFromUtc() / 2);
 }
 
-QString partOfPlainValue(int kind)
-{
-    switch (kind) {
-    case ContactKind::kAddress:
-        return u"Street"_s;
-    case ContactKind::kInstantMessage:
-    case ContactKind::kSocialProfile:
-        return u"username"_s;
-    default:
-        return {};
-    }
-}
-
-QString partKey(const QString &key)
-{
-    constexpr std::array kKeys { "Street"_L1,  "City"_L1,     "State"_L1,
-                                 "ZIP"_L1,     "Country"_L1,  "CountryCode"_L1,
-                                 "service"_L1, "username"_L1, "url"_L1 };
-    for (const QLatin1StringView known : kKeys) {
-        if (key.compare(known, Qt::CaseInsensitive) == 0)
-            return known;
-    }
-    return key;
-}
-
-} // namespace PhoneBackup::ContactWords
+} // namespace PhoneItems::ContactWords

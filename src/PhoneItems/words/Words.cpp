@@ -67,6 +67,7 @@ std::span<const std::span<const NoticeWords>> allNoticeWords()
         folderNotices(),
         mediaNotices(),
         safariNotices(),
+        contactNotices(),
     };
     return kRooms;
 }
