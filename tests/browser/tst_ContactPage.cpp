@@ -16,6 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kPageWidth = 710;
+constexpr int kPhoneWidth = 400;
 
 // A picture fills its box in one direction at least, and the text stands beside it.
 const QString kCardsThatFallApart = uR"js(
@@ -94,7 +95,7 @@ void tst_ContactPage::looksAsItShould_data()
     QTest::addColumn<QSize>("window");
 
     QTest::newRow("every-kind") << Sample::Options::kShowcase << QSize(900, 900);
-    QTest::newRow("every-kind-narrow") << Sample::Options::kShowcase << QSize(kPageWidth, 900);
+    QTest::newRow("every-kind-narrow") << Sample::Options::kShowcase << QSize(kPhoneWidth, 900);
     QTest::newRow("many") << 300 << QSize(1200, 800);
 }
 
@@ -110,7 +111,8 @@ void tst_ContactPage::looksAsItShould()
     QVERIFY(!page.isEmpty());
     QVERIFY2(m_browser.open(page, window), qPrintable(m_browser.error()));
 
-    QCOMPARE(pageFaults(m_browser, QFileInfo(page).path(), kPageWidth), QString());
+    const int width = window.width() < kPageWidth ? 0 : kPageWidth; // as wide as it can be
+    QCOMPARE(pageFaults(m_browser, QFileInfo(page).path(), width), QString());
     QCOMPARE(m_browser.evaluate(u"document.querySelectorAll('.main').length"_s).toInt(),
              countOf(name,
                      u"AddressBook.sqlitedb"_s,

@@ -14,6 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int kPhoneWidth = 400;
+
 // Lines of text in each cell of the fourth column.
 const QString kLinesOfDates = uR"js(
     [...document.querySelectorAll('.main tr:not(.dark)')].map(row => {
@@ -80,6 +82,7 @@ void tst_LinkPages::callsLookAsTheyShould_data()
 
     QTest::newRow("wide") << QSize(1200, 900);
     QTest::newRow("narrow") << QSize(700, 900);
+    QTest::newRow("phone") << QSize(kPhoneWidth, 900);
 }
 
 void tst_LinkPages::callsLookAsTheyShould()
@@ -104,6 +107,8 @@ void tst_LinkPages::linksGoWhereTheySay()
 {
     const QString path = page(u"Safari"_s);
     QVERIFY(!path.isEmpty());
+    QVERIFY2(m_browser.open(path, { kPhoneWidth, 900 }), qPrintable(m_browser.error()));
+    QCOMPARE(pageFaults(m_browser, QFileInfo(path).path(), kPhoneWidth), QString());
     QVERIFY2(m_browser.open(path, { 1000, 900 }), qPrintable(m_browser.error()));
     QCOMPARE(pageFaults(m_browser, QFileInfo(path).path(), 910), QString());
 

@@ -100,7 +100,7 @@ void tst_TablePages::looksAsItShould_data()
     };
     const QSize wide(1280, 900);
     QTest::newRow("notes") << u"Notes"_s << 18 << wide << 9 << u"Old packing list"_s << notes;
-    QTest::newRow("notes-narrow") << u"Notes"_s << 18 << QSize(800, 900) << 9
+    QTest::newRow("notes-narrow") << u"Notes"_s << 18 << QSize(400, 900) << 9
                                   << u"Old packing list"_s << notes;
     QTest::newRow("notes-old") << u"Notes"_s << 8 << wide << 9 << u"Old packing list"_s
                                << QStringList { u"Robin's Notes"_s, u"Grüße 🌊"_s, u"Bilge dry"_s };

@@ -25,6 +25,19 @@ constexpr char kPolicy[] =
     "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
     "img-src 'self' file:; style-src 'unsafe-inline'; base-uri 'none'; form-action 'none'\">";
 
+// Pages are laid out for wide windows; this lets them fit the narrow ones of phones.
+constexpr char kViewport[] = "<meta name=\"viewport\" content=\"width=device-width\">";
+constexpr char kNarrowStyle[] =
+    "<style>"
+    "h1, h2, p, .main-title { overflow-wrap:anywhere; }"
+    "div#wrap { max-width:calc(100% - 10px); }" // beside padding and border
+    "@media (max-width:709px) { " // a contact's name beside its picture
+    ".main-text { width:calc(100% - 170px); margin-left:8px; } "
+    ".main-title { font-size:22px; } }"
+    "@media (max-width:600px) { table#wrap { width:100%; } "
+    "table#wrap .main table tr td { min-width:0; padding:4px 2px; font-size:12px; } }"
+    "</style>";
+
 } // namespace
 
 const QString CHtmlExporter::HTML_IMG_FOLDER = QStringLiteral("image");
@@ -88,9 +101,12 @@ bool CHtmlExporter::openExporter(const QDir &outDir)
     const QString beginning = isHardened()
         ? QStringLiteral("<!DOCTYPE html><html lang=\"%1\">").arg(tr("en"))
         : QString(QLatin1String(kBeginning));
-    m_file->write(beginning + QLatin1String(kEncoding) + QLatin1String(isHardened() ? kPolicy : "")
+    m_file->write(beginning + QLatin1String(kEncoding)
+                  + (isHardened() ? QLatin1String(kPolicy) + QLatin1String(kViewport) : QString())
                   + QLatin1String("<title>") + CUtils::safeFileName(name)
-                  + QLatin1String("</title>") + m_style + QLatin1String("</head><body>"));
+                  + QLatin1String("</title>") + m_style
+                  + QLatin1String(isHardened() ? kNarrowStyle : "")
+                  + QLatin1String("</head><body>"));
     return true;
 }
 
