@@ -109,7 +109,7 @@ AddressBook::Person personOf(const Statement &row, int column)
 
 AddressBook::AddressBook(Source &source)
 {
-    const QString consequence = tr("Names of people may be missing.");
+    const Notice consequence("source.peopleMayBeMissing");
     Result<Database> database = source.files().openDatabase(kDomain, kPath);
     if (!database) {
         if (database.error().fault != Fault::NotFound) {

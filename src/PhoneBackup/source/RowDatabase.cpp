@@ -2,22 +2,27 @@
 
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
-#include "platform/Translation_p.h"
 
 #include <algorithm>
 #include <limits>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
 
+RowDatabase::Consequence RowDatabase::Consequence::filesStay()
+{
+    Consequence consequence(Notice("source.filesStay"));
+    consequence.ofPart = Notice("source.namesMayBeMissing");
+    consequence.loss = false;
+    return consequence;
+}
+
 std::optional<RowDatabase> RowDatabase::open(Source &source,
                                              int dataType,
                                              QByteArrayView domain,
                                              const QString &path,
-                                             const Notice &consequence)
+                                             const Consequence &consequence)
 {
     Result<Database> database = source.files().openDatabase(domain, path);
     if (database)
@@ -25,13 +30,19 @@ std::optional<RowDatabase> RowDatabase::open(Source &source,
     if (database.error().fault == Fault::Cancelled) {
         source.stop();
     } else if (database.error().fault != Fault::NotFound) {
-        source.addProblem(
-            dataType, PathParts::text(domain) + u'/' + path, database.error(), consequence, true);
+        source.addProblem(dataType,
+                          PathParts::text(domain) + u'/' + path,
+                          database.error(),
+                          consequence.ofNone,
+                          consequence.loss);
     }
     return std::nullopt;
 }
 
-RowDatabase::RowDatabase(Source &source, int dataType, Database database, const Notice &consequence)
+RowDatabase::RowDatabase(Source &source,
+                         int dataType,
+                         Database database,
+                         const Consequence &consequence)
     : m_source(&source)
     , m_dataType(dataType)
     , m_database(std::move(database))
@@ -47,7 +58,7 @@ const QStringList &RowDatabase::columns(const QString &table) const
     if (known != m_columns.constEnd())
         return *known;
     if (m_database.refusesTable(table))
-        addLoss(tr("It is damaged: “%1” is not an ordinary table.").arg(table));
+        addLoss(Notice("source.noOrdinaryTable", { table }));
     return *m_columns.insert(table, m_database.columns(table));
 }
 
@@ -98,15 +109,11 @@ bool RowDatabase::readRows(const QString &sql, const std::function<void(const St
         if (step == Statement::Step::Done)
             return true;
         if (step == Statement::Step::Failed) {
-            if (statement->isStopped()) {
-                m_source->stop();
-                return false;
-            }
-            addLoss(tr("It is damaged: %1.").arg(statement->error()));
+            addFailure(*statement);
             return false;
         }
         if (left <= 0) {
-            addLoss(tr("It is damaged: its rows repeat without an end."));
+            addLoss(Notice("source.endlessRows"));
             return false;
         }
         row(*statement);
@@ -175,13 +182,22 @@ std::unique_ptr<Statement> RowDatabase::prepare(const QString &sql)
     return nullptr;
 }
 
+void RowDatabase::addFailure(const Statement &statement) const
+{
+    if (statement.isStopped())
+        m_source->stop();
+    else
+        addLoss(Notice("source.damaged", { statement.error() }));
+}
+
 void RowDatabase::addLoss(const Notice &why) const
 {
     const Error error = m_database.temporaryFolderError().value_or(
         Error { Fault::Corrupt, m_database.path(), why });
     if (m_firstLoss.isEmpty())
         m_firstLoss = error.what;
-    m_source->addProblem(m_dataType, m_database.name(), error, m_consequence, true);
+    m_source->addProblem(
+        m_dataType, m_database.name(), error, m_consequence.ofPart, m_consequence.loss);
 }
 
 } // namespace PhoneBackup

@@ -16,24 +16,46 @@ class Source;
 /*!
     \brief A database whose rows are what is exported, whatever release of the phone wrote it.
 
-    Columns are probed; one that is missing reads as null. What cannot be read is a loss of the data
-    type, which the source is told of; what lies before and behind it is read.
+    Columns are probed; one that is missing reads as null. What cannot be read is a problem of the
+    data type, which the source is told of; what lies before and behind it is read. Rows are read
+    by Table.
 */
 class RowDatabase
 {
 public:
+    //! What follows when the database cannot be read; sentences that come behind the cause.
+    struct Consequence
+    {
+        //! What its rows tell is lost ("Calls may be missing.").
+        Consequence(const Notice &lost) // NOLINT(google-explicit-constructor): the usual case
+            : ofNone(lost)
+            , ofPart(lost)
+        {
+        }
+        Consequence(const QString &lost) // NOLINT(google-explicit-constructor): likewise
+            : Consequence(Notice(lost))
+        {
+        }
+
+        //! For databases that only tell about files: nothing of those is lost.
+        static Consequence filesStay();
+
+        Notice ofNone; //!< When it cannot be opened.
+        Notice ofPart; //!< When it can, but not be read to its end.
+        bool loss = true; //!< As Problem::loss.
+    };
+
     /*!
         The database at this place of the backup. None when the backup has none, and when it cannot
-        be opened: that is a loss of \a dataType. \a consequence is a sentence for a person that
-        follows the cause of any loss ("Calls may be missing.").
+        be opened: that is a problem of \a dataType.
     */
     static std::optional<RowDatabase> open(Source &source,
                                            int dataType,
                                            QByteArrayView domain,
                                            const QString &path,
-                                           const Notice &consequence);
+                                           const Consequence &consequence);
 
-    RowDatabase(Source &source, int dataType, Database database, const Notice &consequence);
+    RowDatabase(Source &source, int dataType, Database database, const Consequence &consequence);
 
     bool hasTable(const QString &table) const { return !columns(table).isEmpty(); }
     bool hasColumn(const QString &table, const QString &column) const;
@@ -46,6 +68,9 @@ public:
 
     //! \a column when \a table has it, else "NULL".
     QString column(const QString &table, const QString &column) const;
+
+    //! Names of its tables, as they are written there, in alphabetical order.
+    QStringList tableNames() const { return m_database.tableNames(); }
 
     enum class Order { ByRow, Any };
 
@@ -66,6 +91,12 @@ public:
     //! Says that something of it is lost, and why.
     void addLoss(const Notice &why) const;
 
+    //! The same of the row that \a statement could not read, unless it was stopped on request.
+    void addFailure(const Statement &statement) const;
+
+    //! Whether all that was asked for so far could be read.
+    bool isComplete() const { return m_firstLoss.isEmpty(); }
+
     //! Why something of it is lost, as it was told first; empty when nothing is.
     Notice firstLoss() const { return m_firstLoss; }
 
@@ -79,7 +110,7 @@ private:
     Source *m_source;
     int m_dataType;
     Database m_database;
-    Notice m_consequence;
+    Consequence m_consequence;
     mutable Notice m_firstLoss;
     mutable QHash<QString, QStringList> m_columns;
 };

@@ -1,11 +1,8 @@
 #include "PhoneBackup/source/Source.h"
 
 #include "PhoneBackup/source/PathParts.h"
-#include "platform/Translation_p.h"
 
 #include <QDir>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -72,10 +69,7 @@ void Source::stop()
     if (m_stopped)
         return;
     m_stopped = true;
-    addProblem({ -1,
-                 m_files->folder().path(),
-                 tr("Reading was stopped on request; lists may be incomplete."),
-                 true });
+    addProblem({ -1, m_files->folder().path(), Notice("source.stopped"), true });
 }
 
 std::optional<Database>
@@ -89,7 +83,7 @@ Source::openDatabase(int dataType, QByteArrayView domain, const QString &path)
             addProblem(dataType,
                        PathParts::text(domain) + u'/' + path,
                        database.error(),
-                       tr("The files that it tells of are exported all the same."),
+                       Notice("source.filesStay"),
                        false);
         }
         return std::nullopt;
@@ -113,8 +107,7 @@ bool Source::query(int dataType,
         switch (statement.value().step()) {
         case Statement::Step::Row:
             if (left <= 0) {
-                addDatabaseProblem(
-                    dataType, database, tr("It is damaged: its rows repeat without an end."));
+                addDatabaseProblem(dataType, database, Notice("source.endlessRows"));
                 return false;
             }
             row(statement.value());
@@ -129,7 +122,7 @@ bool Source::query(int dataType,
                 return false;
             }
             addDatabaseProblem(
-                dataType, database, tr("It is damaged: %1.").arg(statement.value().error()));
+                dataType, database, Notice("source.damaged", { statement.value().error() }));
             return false;
         }
     }
@@ -141,8 +134,7 @@ void Source::addDatabaseProblem(int dataType, const Database &database, const No
         dataType,
         database.name(),
         database.temporaryFolderError().value_or(Error { Fault::Corrupt, database.path(), why }),
-        tr("Names, dates and deleted marks that it holds may be missing; the files "
-           "themselves are exported."),
+        Notice("source.namesMayBeMissing"),
         false);
 }
 
@@ -153,11 +145,7 @@ PropertyList Source::propertyList(int dataType, QByteArrayView domain, const QSt
         return {};
     PropertyList list = PropertyList::parse(m_files->content(row, kMaxPropertyListBytes));
     if (!list.isDict()) {
-        addProblem({ dataType,
-                     m_files->place(row),
-                     tr("The property list is damaged or missing. Files are exported under the "
-                        "names that they have on the phone."),
-                     false });
+        addProblem({ dataType, m_files->place(row), Notice("source.noPropertyList"), false });
     }
     return list;
 }

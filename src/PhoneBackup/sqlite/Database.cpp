@@ -240,12 +240,16 @@ int Database::readTables()
     Statement::Step step = tables.step();
     QSet<QByteArray> refused;
     m_tables.clear();
+    m_tableNames.clear();
     for (; step == Statement::Step::Row; step = tables.step()) {
         const bool isRefused = tables.integer(1) != 0;
         if (isRefused)
             refused.insert(tables.bytes(0).toByteArray());
+        else if (!tables.bytes(0).startsWith("sqlite_"))
+            m_tableNames.append(tables.text(0));
         m_tables.insert(tables.text(0).toLower(), isRefused);
     }
+    m_tableNames.sort();
     if (!refused.isEmpty())
         m_guard->refuse(m_database.get(), refused);
     return step == Statement::Step::Done ? SQLITE_OK : sqlite3_errcode(m_database.get());

@@ -76,6 +76,9 @@ public:
     //! Whether something that is never read, as a view, stands in the place of the table \a name.
     bool refusesTable(const QString &name) const { return m_tables.value(name.toLower(), false); }
 
+    //! Names of the tables that can be read, in alphabetical order.
+    QStringList tableNames() const { return m_tableNames; }
+
     //! Names of the columns of \a table, empty when there is no such table.
     QStringList columns(const QString &table) const;
 
@@ -111,6 +114,7 @@ private:
     int m_code = 0;
     QString m_message;
     Notice m_damage;
+    QStringList m_tableNames;
     QHash<QString, bool> m_tables; // by the name in lower case: whether it may not be read
 };
 

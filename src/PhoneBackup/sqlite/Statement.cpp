@@ -60,6 +60,11 @@ int Statement::columnCount() const
     return sqlite3_column_count(m_statement.get());
 }
 
+bool Statement::isNull(int column) const
+{
+    return sqlite3_column_type(m_statement.get(), column) == SQLITE_NULL;
+}
+
 qint64 Statement::integer(int column) const
 {
     return sqlite3_column_int64(m_statement.get(), column);

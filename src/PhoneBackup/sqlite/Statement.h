@@ -48,6 +48,7 @@ public:
 
     int columnCount() const;
 
+    bool isNull(int column) const;
     qint64 integer(int column) const;
 
     //! The number in \a column, none for a null or a text that is no number.

@@ -12,6 +12,7 @@ std::span<const NoticeWords> folderNotices();
 std::span<const NoticeWords> mediaNotices();
 std::span<const NoticeWords> safariNotices();
 std::span<const NoticeWords> contactNotices();
+std::span<const NoticeWords> sourceNotices();
 
 } // namespace PhoneItems
 

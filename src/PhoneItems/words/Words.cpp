@@ -64,6 +64,11 @@ std::span<const std::span<const NoticeWords>> allNoticeWords()
     // A line a room: adding one is all that a new room needs here.
     static const std::array kRooms {
         formatNotices(), folderNotices(), mediaNotices(), safariNotices(), contactNotices(),
+        formatNotices(),
+        folderNotices(),
+        mediaNotices(),
+        safariNotices(),
+        sourceNotices(),
     };
     return kRooms;
 }
