@@ -25,10 +25,25 @@ QByteArray withoutExtension(const QByteArray &path)
 
 } // namespace
 
+std::optional<Database> PhotosDatabase::open(Source &source, int dataType)
+{
+    return source.openDatabase(dataType, kDomain, u"Media/PhotoData/Photos.sqlite"_s);
+}
+
+QString PhotosDatabase::assetTable(const Database &database)
+{
+    return database.hasTable(u"ZASSET"_s) ? u"ZASSET"_s : u"ZGENERICASSET"_s; // up to iOS 13
+}
+
+QByteArray PhotosDatabase::path(QByteArrayView folder, QByteArrayView name)
+{
+    return "Media/" + folder.toByteArray() + '/' + name.toByteArray();
+}
+
 PhotosDatabase::PhotosDatabase(Source &source, int dataType)
     : m_source(source)
     , m_dataType(dataType)
-    , m_database(source.openDatabase(dataType, kDomain, u"Media/PhotoData/Photos.sqlite"_s))
+    , m_database(open(source, dataType))
 {
 }
 
@@ -37,7 +52,7 @@ PhotoAssets PhotosDatabase::assets()
     PhotoAssets assets;
     if (!m_database)
         return assets;
-    const QString table = m_database->hasTable(u"ZASSET"_s) ? u"ZASSET"_s : u"ZGENERICASSET"_s;
+    const QString table = assetTable(*m_database);
     const QStringList columns = m_database->columns(table);
     if (!columns.contains("ZDIRECTORY"_L1) || !columns.contains("ZFILENAME"_L1)) {
         m_source.addDatabaseProblem(m_dataType, *m_database, Notice("media.noPhotoTable"));
@@ -45,9 +60,7 @@ PhotoAssets PhotosDatabase::assets()
     }
     const QString fields = u"SELECT ZDIRECTORY, ZFILENAME, %1, %2 FROM %3"_s.arg(
         columnOrNull(columns, u"ZKIND"_s), columnOrNull(columns, u"ZTRASHEDSTATE"_s), table);
-    const auto pathOf = [](const Statement &row) {
-        return "Media/" + row.bytes(0).toByteArray() + '/' + row.bytes(1).toByteArray();
-    };
+    const auto pathOf = [](const Statement &row) { return path(row.bytes(0), row.bytes(1)); };
 
     bool complete = true;
     if (columns.contains("ZTRASHEDSTATE"_L1)) {

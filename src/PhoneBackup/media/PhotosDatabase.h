@@ -38,6 +38,14 @@ public:
     static constexpr const char *kEdited = "Media/PhotoData/Mutations/";
     static constexpr const char *kShared = "Media/PhotoData/PhotoCloudSharingData/";
 
+    static std::optional<Database> open(Source &source, int dataType);
+
+    //! The name of the table of photos and videos, which changed once.
+    static QString assetTable(const Database &database);
+
+    //! Path in the domain of the file \a name in \a folder, as the table of photos tells both.
+    static QByteArray path(QByteArrayView folder, QByteArrayView name);
+
     //! Opens it; what is wrong with it becomes a problem of \a dataType.
     PhotosDatabase(Source &source, int dataType);
 

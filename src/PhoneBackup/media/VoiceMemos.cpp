@@ -201,7 +201,9 @@ private:
         const QByteArrayView path = index.path(row);
         const QByteArray stem = recording == path ? PathParts::stem(path).toByteArray()
                                                   : PathParts::name(recording).toByteArray();
-        VoiceMemo memo = m_memos.value(PathParts::name(path).toByteArray());
+        // Layers are called alike in all recordings: their own names tell nothing.
+        VoiceMemo memo =
+            m_memos.value(recording == path ? PathParts::name(path).toByteArray() : stem);
         if (memo.row < 0)
             memo = m_memos.value(stem);
         memo.file = row;

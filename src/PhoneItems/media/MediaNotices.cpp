@@ -12,6 +12,7 @@ std::span<const NoticeWords> mediaNotices()
         NoticeWords {
             "media.noPhotoTable",
             QT_TRANSLATE_NOOP("DataExport", "It has no table of photos that can be read.") },
+        NoticeWords { "media.damagedRow", QT_TRANSLATE_NOOP("DataExport", "It is damaged: %1.") },
         NoticeWords {
             "media.bookPartsMissing",
             QT_TRANSLATE_NOOP("DataExport",
