@@ -2,6 +2,7 @@
 #define TESTS_SUPPORT_CASEFILE_H
 
 #include "PhoneBackup/source/Source.h"
+#include "PhoneItems/Backup.h"
 #include "sample/BackupWriter.h"
 #include "sample/Database.h"
 #include "sample/PropertyList.h"
@@ -12,30 +13,38 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <functional>
 
 /*!
-    \brief A reader's case as a file: what the backup holds, and the records that come of it.
+    \brief Cases of a reader as files: what the backup holds, and what comes of it.
 
-    tests/cases/<room>/<what>.case is made of sections, each of which begins with a line:
+    tests/cases/<room>/<what>.case holds cases, each under a line "=== NAME"; what precedes the
+   first of these lines belongs to all of them. A file without such a line is one case. Sections,
+   each of which begins with a line:
 
-        --- sql [OPTION …] DOMAIN/PATH    a database that these statements make
+        --- sql [OPTION …] DOMAIN/PATH    a database that these statements make, behind the shared
+                                          ones of the same place
         --- plist [OPTION …] DOMAIN/PATH  a binary property list of this JSON
         --- hex [OPTION …] DOMAIN/PATH    these bytes; blanks and line ends are skipped
         --- text [OPTION …] DOMAIN/PATH   this text
         --- records [WHAT]                what is read, as JSON, a record a line
+        --- items [WHAT]                  what the item model makes of it, a line each
         --- problems                      what could not be read: "code place", " (loss)" behind
    some
 
     What precedes the first section says what the case is about. Options: "wal" leaves what a
-    database holds in its write-ahead log; "cut=N" keeps N percent of the bytes;
-    "modified=SECONDS" (since 1970) is the date of the file. Fields that are empty are left out of
-    records. UPDATE_GOLDEN=1 writes records and problems anew.
+    database holds in its write-ahead log; "cut=N" keeps N percent of the bytes; "zero=AT+COUNT"
+   makes zeros of these bytes; "modified=SECONDS" (since 1970) is the date of the file. Fields that
+   are empty are left out of records. UPDATE_GOLDEN=1 writes records, items and problems anew.
 */
 class CaseFile
 {
 public:
     using Records = QList<QJsonObject>;
+
+    using ReadRecords = std::function<Records(PhoneBackup::Source &, const QString &what)>;
+    using ReadItems = std::function<QStringList(PhoneItems::Backup &, const QString &what)>;
 
     //! Adds a row for each case of \a room, with the column "path".
     static void addRows(const QString &room)
@@ -45,43 +54,59 @@ public:
         const QStringList names = folder.entryList({ QStringLiteral("*.case") });
         if (names.isEmpty())
             qFatal("There are no cases in %s", qPrintable(folder.path()));
-        for (const QString &name : names)
-            QTest::newRow(qPrintable(name.chopped(5))) << folder.filePath(name);
+        for (const QString &name : names) {
+            const QString path = folder.filePath(name);
+            const QList<Case> cases = casesOf(Files::read(path));
+            for (qsizetype i = cases.size() > 1 ? 1 : 0; i < cases.size(); ++i) {
+                QByteArray row = name.chopped(5).toUtf8();
+                if (i > 0)
+                    row += ": " + cases[i].head.mid(4).trimmed();
+                QTest::newRow(row.constData()) << path + QLatin1Char('#') + QString::number(i);
+            }
+        }
     }
 
     /*!
-        Makes the backup of the case \a path, and holds against it what \a read yields for each
-       WHAT. \return what differs, empty when nothing does.
+        Makes the backup of the case \a path, and holds against it what \a readRecords and \a
+       readItems yield for each WHAT. \return what differs, empty when nothing does.
     */
     static QByteArray
-    difference(const QString &path,
-               const std::function<Records(PhoneBackup::Source &, const QString &what)> &read)
+    difference(const QString &path, const ReadRecords &readRecords, const ReadItems &readItems = {})
     {
-        const QByteArray expected = Files::read(path);
+        const QString file = path.section(QLatin1Char('#'), 0, -2);
+        const QByteArray expected = Files::read(file);
+        QList<Case> cases = casesOf(expected);
+        Case &wanted = cases[path.section(QLatin1Char('#'), -1).toInt()];
         QTemporaryDir folder;
         const QString root = folder.filePath(QStringLiteral("backup"));
         Sample::BackupWriter writer(root);
-        QList<Section> sections = split(expected);
-        for (const Section &section : sections) {
-            if (!section.isResult())
-                section.addTo(writer);
-        }
+        for (const Section &section : inputs(cases.first(), wanted))
+            section.addTo(writer);
         if (!writer.finish())
             return writer.error().toUtf8();
         auto files = PhoneBackup::BackupFiles::open(root, {});
-        if (!files)
+        auto backup = PhoneItems::Backup::open(root);
+        if (!files || !backup)
             return "the backup cannot be opened";
         PhoneBackup::Source source(files.take(), {});
-        QByteArray actual;
-        for (Section &section : sections) {
+        for (Section &section : wanted.sections) {
             if (section.kind == "records")
-                section.body = lines(read(source, section.place));
+                section.body = lines(readRecords(source, section.place));
+            else if (section.kind == "items")
+                section.body = lines(readItems(*backup.value(), section.place));
             else if (section.kind == "problems")
                 section.body = lines(source.problems());
-            actual += section.head + section.body;
+        }
+        QByteArray actual;
+        for (const Case &one : cases) {
+            actual += one.head;
+            for (const Section &section : one.sections)
+                actual += section.head + section.body;
+            if (&one != &cases.last() && !actual.isEmpty() && !actual.endsWith("\n\n"))
+                actual += '\n';
         }
         if (Golden::isUpdating() && actual != expected)
-            Files::write(path, actual);
+            Files::write(file, actual);
         return Golden::difference(actual, expected);
     }
 
@@ -113,7 +138,7 @@ private:
         QString place;
         QByteArray body;
 
-        bool isResult() const { return kind == "records" || kind == "problems"; }
+        bool isResult() const { return kind == "records" || kind == "items" || kind == "problems"; }
 
         QByteArray option(const QByteArray &name) const
         {
@@ -156,9 +181,61 @@ private:
             }
             if (const QByteArray percent = option("cut"); !percent.isEmpty())
                 whole.truncate(whole.size() * percent.toInt() / 100);
+            if (const QList<QByteArray> range = option("zero").split('+'); range.size() == 2) {
+                const QByteArray zeros(range[1].toInt(), '\0');
+                whole.replace(range[0].toInt(), zeros.size(), zeros);
+            }
             writer.addFile(domain, path, whole, traits);
         }
     };
+
+    struct Case
+    {
+        QByteArray head; // the line with its name; empty for what is shared
+        QList<Section> sections;
+    };
+
+    static QList<Case> casesOf(const QByteArray &file)
+    {
+        QList<Case> cases;
+        qsizetype at = 0;
+        do {
+            const bool isFirst = cases.isEmpty() && !file.startsWith("=== ");
+            const qsizetype behindName = isFirst ? at : file.indexOf('\n', at) + 1;
+            const qsizetype next = file.indexOf("\n=== ", at);
+            const qsizetype end = next < 0 ? file.size() : next + 1;
+            if (cases.isEmpty() && !isFirst)
+                cases.append(Case {});
+            cases.append(
+                { file.mid(at, behindName - at), split(file.mid(behindName, end - behindName)) });
+            at = end;
+        } while (at < file.size());
+        return cases;
+    }
+
+    // What the backup holds: the shared files and those of the case.
+    static QList<Section> inputs(const Case &shared, const Case &wanted)
+    {
+        QList<Section> all;
+        for (const Case *one : { &shared, &wanted }) {
+            for (const Section &section : one->sections) {
+                const auto same = std::find_if(all.begin(), all.end(), [&](const Section &other) {
+                    return other.place == section.place;
+                });
+                if (section.isResult() || section.kind.isEmpty())
+                    continue;
+                if (same == all.end()) {
+                    all.append(section);
+                } else {
+                    same->body += section.body;
+                    same->options += section.options;
+                }
+            }
+            if (&shared == &wanted)
+                break;
+        }
+        return all;
+    }
 
     static QList<Section> split(const QByteArray &file)
     {
@@ -181,6 +258,14 @@ private:
             sections.append(section);
         }
         return sections;
+    }
+
+    static QByteArray lines(const QStringList &items)
+    {
+        QByteArray all;
+        for (const QString &item : items)
+            all += QString(item).replace(QLatin1Char('\n'), QLatin1String("\\n")).toUtf8() + '\n';
+        return all;
     }
 
     static QByteArray lines(const Records &records)

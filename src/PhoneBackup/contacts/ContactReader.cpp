@@ -331,4 +331,20 @@ void ContactReader::tellWhatIsLeftOut(const AddressBook::Person &person)
     m_source.addProblem({ DataType::Contacts, person.nameForReport(), all, true });
 }
 
+void reportContactLosses(Source &source)
+{
+    const AddressBook &book = source.addressBook();
+    const QString name = AddressBook::place();
+    if (!book.loss().isEmpty()) {
+        source.addProblem(
+            { DataType::Contacts, name, book.loss() + Notice("contacts.mayBeMissing"), true });
+    }
+    if (book.unknownValueCount() > 0) {
+        source.addProblem({ DataType::Contacts,
+                            name + ": ABMultiValue.property"_L1,
+                            Notice("contacts.unknownKinds", { qint64(book.unknownValueCount()) }),
+                            true });
+    }
+}
+
 } // namespace PhoneBackup

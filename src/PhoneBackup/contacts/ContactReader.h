@@ -69,6 +69,9 @@ private:
     QSet<QString> m_seenValues;
 };
 
+//! Tells \a source that people or values of its address book may be missing, where that is so.
+void reportContactLosses(Source &source);
+
 } // namespace PhoneBackup
 
 #endif

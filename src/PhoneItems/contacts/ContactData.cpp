@@ -19,28 +19,13 @@ ContactData::ContactData(Source &source)
 {
     if (m_book.database())
         m_reader = std::make_unique<ContactReader>(source, m_book);
-    tellLosses(source); // the reader's first look, at labels, has met some
+    reportContactLosses(source); // the reader's first look, at labels, has met some
     m_order = contactOrder(m_book.people(), phoneLocale(source));
     for (int i = 0; i < int(m_order.size()); ++i)
         m_items.emplace_back(*this, i);
 }
 
 ContactData::~ContactData() = default;
-
-void ContactData::tellLosses(Source &source) const
-{
-    const QString name = AddressBook::place();
-    if (!m_book.loss().isEmpty()) {
-        source.addProblem(
-            { DataType::Contacts, name, m_book.loss() + Notice("contacts.mayBeMissing"), true });
-    }
-    if (m_book.unknownValueCount() > 0) {
-        source.addProblem({ DataType::Contacts,
-                            name + ": ABMultiValue.property"_L1,
-                            Notice("contacts.unknownKinds", { qint64(m_book.unknownValueCount()) }),
-                            true });
-    }
-}
 
 const AddressBook::Person &ContactData::person(int index) const
 {

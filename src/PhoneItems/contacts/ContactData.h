@@ -41,8 +41,6 @@ public:
     ContactDetails *details(int index) const;
 
 private:
-    void tellLosses(PhoneBackup::Source &source) const;
-
     const PhoneBackup::AddressBook &m_book;
     std::unique_ptr<PhoneBackup::ContactReader> m_reader; // none without a database
     std::unique_ptr<ContactDetails> m_details;

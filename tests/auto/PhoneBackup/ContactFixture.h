@@ -89,7 +89,11 @@ public:
     QStringList details(int index = 0)
     {
         BkContactItem *contact = item(index);
-        const BkContactPrivate *about = contact ? contact->detailContent() : nullptr;
+        return lines(contact ? contact->detailContent() : nullptr);
+    }
+
+    static QStringList lines(const BkContactPrivate *about)
+    {
         if (!about)
             return { QStringLiteral("not read") };
         QStringList lines;
