@@ -3,6 +3,7 @@
 #include "HeifStructure.h"
 #include "PlaneAverages.h"
 #include "ReducedHevc.h"
+#include "platform/PictureFormat_p.h"
 
 #include <QColorSpace>
 #include <QIODevice>
@@ -223,7 +224,6 @@ HeifPicture::~HeifPicture() = default;
 bool HeifPicture::isHeif(QIODevice &device)
 {
     // The first brand says what the file is best for, those that follow what it can be read as.
-    static constexpr std::array kBrands { "heic", "heix", "hevc", "mif1", "msf1", "avif" };
     constexpr qsizetype kFirstBrand = 16;
     constexpr qint64 kMaxBytes = 256;
     const QByteArray start = device.peek(kMaxBytes);
@@ -232,7 +232,7 @@ bool HeifPicture::isHeif(QIODevice &device)
     const auto stated = qsizetype { qFromBigEndian<quint32>(start.constData()) };
     const qsizetype end = std::min(stated, start.size());
     for (qsizetype at = kFirstBrand; at + 4 <= end; at += 4) {
-        if (std::find(kBrands.cbegin(), kBrands.cend(), start.sliced(at, 4)) != kBrands.cend())
+        if (PictureFormat::isPictureBrand(QByteArrayView(start).sliced(at, 4)))
             return true;
     }
     return false;

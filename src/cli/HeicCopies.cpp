@@ -3,8 +3,8 @@
 #include "HeicExif.h"
 #include "NewFile.h"
 #include "export/JpegScans_p.h"
-#include "export/PictureFormat_p.h"
 #include "platform/CCommonUtils.h"
+#include "platform/PictureFormat_p.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -35,19 +35,12 @@ bool holdsHeic(const QString &path)
 {
     static constexpr std::array kNames { "jpg"_L1,  "jpeg"_L1, "jpe"_L1,  "png"_L1, "gif"_L1,
                                          "webp"_L1, "tif"_L1,  "tiff"_L1, "bmp"_L1 };
-    static constexpr std::array kBrands { "heic", "heix", "heim", "heis", "hevc",
-                                          "hevx", "hevm", "hevs", "mif1", "msf1" };
-    constexpr qsizetype kBoxNameAt = 4;
-    constexpr qsizetype kBrandAt = 8;
-    constexpr qsizetype kBrandEnd = 12;
     const QString suffix = QFileInfo(path).suffix().toLower();
     QFile file(path);
     if (std::find(kNames.begin(), kNames.end(), suffix) == kNames.end()
         || !file.open(QIODevice::ReadOnly))
         return false;
-    const QByteArray start = file.read(kBrandEnd);
-    return start.sliced(std::min(kBoxNameAt, start.size())).startsWith("ftyp")
-        && std::find(kBrands.begin(), kBrands.end(), start.sliced(kBrandAt)) != kBrands.end();
+    return PictureFormat::isHeicBrand(PictureFormat::brand(file.read(PictureFormat::kStartBytes)));
 }
 
 // What a JPEG cannot let shine through is paper.
@@ -65,7 +58,7 @@ QImage decoded(const QString &path, QString &why)
     QFile file(path);
     if (!CCommonUtils::openForReading(file, &why))
         return {};
-    const QByteArray format = PictureFormat::of(file);
+    const QByteArray format = PictureFormat::of(file.peek(PictureFormat::kStartBytes));
     if (format.isEmpty()) {
         why = u"It is in none of the formats that are read"_s;
         return {};

@@ -1,9 +1,9 @@
 #include "export/CIDataExporter.h"
 #include "export/JpegScans_p.h"
-#include "export/PictureFormat_p.h"
 #include "export/QuietDecoding_p.h"
 #include "export/StoredOrientation_p.h"
 #include "export/Thumbnail_p.h"
+#include "platform/PictureFormat_p.h"
 #include "platform/Translation_p.h"
 
 #include <QBuffer>
@@ -72,7 +72,7 @@ QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
 {
     const AllocationLimit limit;
     const QuietDecoding quiet;
-    const QByteArray format = PictureFormat::of(source);
+    const QByteArray format = PictureFormat::of(source.peek(PictureFormat::kStartBytes));
     if (format.isEmpty()) {
         *why = DataExport::tr("It is in none of the formats that are read");
         return {};

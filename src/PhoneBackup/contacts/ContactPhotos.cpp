@@ -2,6 +2,7 @@
 
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/source/Source.h"
+#include "platform/PictureFormat_p.h"
 
 #include <algorithm>
 #include <tuple>
@@ -21,19 +22,11 @@ QString table(bool isWhole)
     return isWhole ? u"ABFullSizeImage"_s : u"ABThumbnailImage"_s;
 }
 
+// What every program can show.
 bool isCommonPicture(QByteArrayView bytes)
 {
-    return bytes.startsWith("\xFF\xD8\xFF") || bytes.startsWith("\x89PNG\r\n");
-}
-
-bool isPicture(QByteArrayView bytes)
-{
-    constexpr qsizetype kBoxType = 4;
-    constexpr qsizetype kRiffType = 8;
-    return isCommonPicture(bytes) || bytes.startsWith("GIF8") || bytes.startsWith("BM")
-        || bytes.startsWith("II*") || bytes.startsWith("MM\0*"_ba)
-        || (bytes.size() > kRiffType && bytes.sliced(kRiffType).startsWith("WEBP"))
-        || (bytes.size() > kBoxType && bytes.sliced(kBoxType).startsWith("ftyp"));
+    const QByteArrayView format = PictureFormat::of(bytes);
+    return format == "jpeg" || format == "png";
 }
 
 } // namespace
@@ -113,7 +106,7 @@ QByteArray ContactPhotos::read(const Form &form)
     statement->bind(1, form.row);
     const bool isRead = statement->step() == Statement::Step::Row;
     const QByteArrayView bytes = isRead ? statement->bytes(0) : QByteArrayView();
-    const QByteArray photo = isPicture(bytes) ? bytes.toByteArray() : QByteArray();
+    const QByteArray photo = PictureFormat::of(bytes) ? bytes.toByteArray() : QByteArray();
     statement->reset();
     return photo;
 }

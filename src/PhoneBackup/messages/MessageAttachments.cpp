@@ -5,6 +5,7 @@
 #include "PhoneBackup/source/MediaKind.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
+#include "platform/PictureFormat_p.h"
 #include "platform/Translation_p.h"
 
 #include <algorithm>
@@ -77,22 +78,14 @@ std::optional<Kind> kindByType(const QString &mimeType, const QString &uti)
 
 Kind kindByContent(const QByteArray &bytes)
 {
-    if (bytes.startsWith("\xFF\xD8\xFF") || bytes.startsWith("\x89PNG") || bytes.startsWith("GIF8")
-        || bytes.startsWith("II*") || bytes.startsWith("MM\0*"_ba)
-        || (bytes.startsWith("RIFF") && bytes.mid(8).startsWith("WEBP")))
-        return Kind::Picture;
     if (bytes.startsWith("caff") || bytes.startsWith("#!AMR") || bytes.startsWith("ID3"))
         return Kind::Audio;
     if (bytes.startsWith("BEGIN:VCARD"))
         return Kind::Contact;
-    if (bytes.size() >= 12 && bytes.sliced(4, 4) == "ftyp") {
-        const QByteArray brand = bytes.sliced(8, 4);
-        if (brand == "heic" || brand == "heix" || brand == "hevc" || brand == "mif1"
-            || brand == "msf1" || brand == "avif")
-            return Kind::Picture;
+    const QByteArrayView brand = PictureFormat::brand(bytes);
+    if (!brand.isEmpty() && !PictureFormat::isPictureBrand(brand))
         return brand == "M4A " ? Kind::Audio : Kind::Video;
-    }
-    return Kind::Other;
+    return PictureFormat::of(bytes) ? Kind::Picture : Kind::Other;
 }
 
 } // namespace

@@ -5,7 +5,10 @@
 
 namespace PhoneBackup {
 
-//! What kind of content a file's extension promises.
+/*!
+    What kind of content a file's extension promises: the only list of extensions in the reader.
+   What a file is by its bytes, PictureFormat tells.
+*/
 enum class MediaKind {
     Unknown,
     Picture,

@@ -114,7 +114,7 @@ void tst_MessageFiles::showsFilesInTheirPlaces()
         fixture.writer.addFile(u"MediaDomain"_s, folder + name, content);
     };
     add(u"a.jpg"_s, "a");
-    add(u"png"_s, "\x89PNG....");
+    add(u"png"_s, "\x89PNG\r\n\x1a\n....");
     add(u"still"_s, QByteArray("\0\0\0\x18", 4) + "ftypheic");
     add(u"moving"_s, QByteArray("\0\0\0\x18", 4) + "ftyphevc");
     add(u"avif"_s, QByteArray("\0\0\0\x18", 4) + "ftypavif");
