@@ -6,12 +6,12 @@
 #include "PhoneBackup/messages/MessageFiles.h"
 #include "PhoneBackup/messages/Messages.h"
 #include "PhoneBackup/notes/Notes.h"
-#include "PhoneBackup/planner/Calendar.h"
-#include "PhoneBackup/planner/Reminders.h"
 #include "PhoneBackup/whatsapp/WhatsappFiles.h"
 #include "PhoneItems/contacts/ContactData.h"
 #include "PhoneItems/media/BookData.h"
 #include "PhoneItems/media/MediaData.h"
+#include "PhoneItems/planner/EventTable.h"
+#include "PhoneItems/planner/ReminderTable.h"
 #include "PhoneItems/safari/Safari.h"
 #include "PhoneItems/whatsapp/WhatsappData.h"
 #include "backup/BkDataType.h"
@@ -55,8 +55,8 @@ const QList<DataSetReader> &dataTypeTable()
         { DataType::AppDocuments, &PhoneItems::readAppDocuments },
         { DataType::Whatsapp, &readWhatsapp },
         { DataType::WhatsappAttachments, &readWhatsappFiles },
-        { DataType::Reminders, &readReminders },
-        { DataType::Calendar, &readCalendar },
+        { DataType::Reminders, &PhoneItems::readReminderTable },
+        { DataType::Calendar, &PhoneItems::readEventTable },
         { DataType::Calls, &readCallHistory },
         { DataType::Voicemail, &readVoicemail },
         { DataType::Safari, &PhoneItems::readSafari },

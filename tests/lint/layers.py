@@ -27,6 +27,7 @@ FLOORS = {
                                "PhoneItems", *(f"PhoneItems/{room}" for room in ROOMS)]
        for room in ROOMS},
     "PhoneBackup/media": [*BELOW_ROOMS, *LIBRARY[:1]],
+    "PhoneBackup/planner": BELOW_ROOMS,
     "PhoneBackup/safari": BELOW_ROOMS,
     "PhoneBackup/contacts": [*BELOW_ROOMS, *LIBRARY[:1]],
     "PhoneItems/words": ["PhoneBackup/base", *LIBRARY[:1]],

@@ -1,6 +1,7 @@
 #ifndef PHONEBACKUP_PLANNER_PLANNEDTIME_H
 #define PHONEBACKUP_PLANNER_PLANNEDTIME_H
 
+#include <QDateTime>
 #include <QString>
 
 #include <optional>
@@ -21,28 +22,43 @@ public:
         Day, //!< All day: the hour does not matter.
     };
 
-    //! \a seconds since 2001. \a zone: the name of a time zone, "_float" for the time on the clock
-    //! wherever one is, empty when not known.
+    //! No time at all.
+    PlannedTime() = default;
+
+    //! \a seconds since 2001. \a zone: the name of a time zone, floating() for the time on the
+    //! clock wherever one is, empty when not known.
     PlannedTime(std::optional<double> seconds, const QString &zone, Kind kind);
 
-    bool isValid() const { return m_seconds.has_value(); }
-    std::optional<double> seconds() const { return m_seconds; }
+    //! What stands in the place of a zone where a time on the clock is meant.
+    static QString floating();
 
-    //! "2023-03-08 21:26" in local time or as planned on the clock, or "2023-03-08".
-    QString text() const;
+    bool isValid() const { return m_moment.isValid(); }
+    Kind kind() const { return m_kind; }
+
+    //! The zone that it was planned in, empty when none is known.
+    const QString &zone() const { return m_zone; }
+
+    //! Whether it is a time on the clock: then the clock's time is what moment() has in UTC.
+    bool isFloating() const { return m_zone == floating(); }
+
+    //! The moment, in UTC; of a day its beginning or end. Invalid when there is none.
+    const QDateTime &moment() const { return m_moment; }
+
+    //! The day of something that takes days. Invalid when there is none.
+    QDate day() const { return dayOf(m_moment); }
 
     /*!
-        The end of something that begins at \a start: for days the last one that it takes, whether
-        the end is stored as the last second of that day or as the midnight after it.
+        The last day of something that begins at \a start and ends at this, whether that is stored
+        as the last second of the day or as the midnight after it.
     */
-    QString endText(const PlannedTime &start) const;
+    QDate lastDay(const PlannedTime &start) const;
 
 private:
-    QString dayText(double seconds) const;
+    QDate dayOf(const QDateTime &moment) const;
 
-    std::optional<double> m_seconds;
+    QDateTime m_moment;
     QString m_zone;
-    Kind m_kind;
+    Kind m_kind = Kind::Moment;
 };
 
 } // namespace PhoneBackup

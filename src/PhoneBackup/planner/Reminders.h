@@ -1,12 +1,16 @@
 #ifndef PHONEBACKUP_PLANNER_REMINDERS_H
 #define PHONEBACKUP_PLANNER_REMINDERS_H
 
-#include "PhoneItems/DataTypes.h"
+#include "PhoneBackup/planner/Reminder.h"
+
+#include <vector>
 
 namespace PhoneBackup {
 
-//! Data type 13: the reminders, list by list.
-void readReminders(Source &source, DataSets &sets);
+class Source;
+
+//! The reminders of the phone, list by list, the parts of each behind it.
+std::vector<Reminder> readReminders(Source &source);
 
 } // namespace PhoneBackup
 

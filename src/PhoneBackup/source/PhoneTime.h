@@ -24,6 +24,12 @@ constexpr qint64 kNoMs = std::numeric_limits<qint64>::min();
 //! Milliseconds since 1970-01-01 UTC; invalid for kNoMs.
 QDateTime ofMs(qint64 ms);
 
+//! Seconds since 2001-01-01 UTC, in 1700 to 2400: for what a person plans.
+QDateTime planned(std::optional<double> seconds);
+
+//! \a moment where it lies in 1970 to 2200, else no moment.
+QDateTime withinBounds(const QDateTime &moment);
+
 //! Order for lists with the newest first; what has no date comes last.
 bool isNewer(const QDateTime &a, const QDateTime &b);
 

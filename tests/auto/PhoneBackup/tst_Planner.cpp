@@ -1,5 +1,5 @@
 #include "BackupFixture.h"
-#include "PhoneBackup/planner/RepeatRule.h"
+#include "PhoneItems/planner/RepeatText.h"
 #include "auto/sample/SqliteRows.h"
 #include "sample/PlannerSample.h"
 
@@ -172,8 +172,17 @@ void tst_Planner::saysHowItRepeats()
     QFETCH(QString, until);
     QFETCH(QString, specifier);
     QFETCH(QString, expected);
-    QCOMPARE((PhoneBackup::RepeatRule { frequency, interval, count, until, specifier }.sentence()),
-             expected);
+    using PhoneBackup::PlannedTime;
+    const QDateTime base(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC);
+    PhoneBackup::RepeatRule rule;
+    rule.interval = interval;
+    rule.count = count;
+    if (!until.isEmpty()) {
+        const QDateTime day(QDate::fromString(until, Qt::ISODate), QTime(0, 0), Qt::UTC);
+        rule.until = PlannedTime(double(base.secsTo(day)), {}, PlannedTime::Kind::Day);
+    }
+    rule.setSpecifier(specifier, frequency);
+    QCOMPARE(PhoneItems::repeatText(rule), expected);
 }
 
 void tst_Planner::readsEvents_data()
