@@ -1,11 +1,8 @@
 #include "PhoneBackup/crypto/ClassKeys.h"
 
 #include "PhoneBackup/crypto/KeyWrap.h"
-#include "platform/Translation_p.h"
 
 #include <QtEndian>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -23,19 +20,15 @@ void ClassKeys::insert(int protectionClass, Secret key)
 Result<Secret> ClassKeys::unwrap(QByteArrayView wrapped) const
 {
     if (wrapped.size() != kClassBytes + KeyWrap::kWrappedBytes)
-        return Error { Fault::Corrupt, {}, tr("It cannot be decrypted: its key is damaged.") };
+        return Error { Fault::Corrupt, {}, Notice("crypto.keyDamaged") };
     const auto number = qFromLittleEndian<quint32>(wrapped.data());
     const auto found = m_keys.find(int(number));
     if (found == m_keys.end()) {
-        return Error {
-            Fault::Locked,
-            {},
-            tr("It is locked: the backup holds no key for its protection class %1.").arg(number)
-        };
+        return Error { Fault::Locked, {}, Notice("crypto.locked", { qint64(number) }) };
     }
     Secret key = KeyWrap::unwrap(found->second, wrapped.sliced(kClassBytes));
     if (key.isEmpty())
-        return Error { Fault::Corrupt, {}, tr("It cannot be decrypted: its key is damaged.") };
+        return Error { Fault::Corrupt, {}, Notice("crypto.keyDamaged") };
     return key;
 }
 

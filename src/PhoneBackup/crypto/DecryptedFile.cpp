@@ -1,12 +1,12 @@
 #include "PhoneBackup/crypto/DecryptedFile.h"
 
 #include "platform/CCommonUtils.h"
-#include "platform/Translation_p.h"
 
 #include <openssl/evp.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
 
 namespace PhoneBackup {
@@ -124,7 +124,7 @@ bool DecryptedFile::fill()
     if (got > 0
         && EVP_DecryptUpdate(m_context.get(), m_plain.get(), &m_size, m_cipher.get(), int(got))
             != 1) {
-        setErrorString(DataExport::tr("it could not be decrypted"));
+        setErrorString(qt_error_string(EIO)); // nothing of a file can make it fail
         return false;
     }
     if (m_left == 0)
@@ -140,10 +140,7 @@ void DecryptedFile::end()
     const bool isEmpty = m_size == 0 && m_used == 0 && !m_cutOff;
     if (padding > 0 || isEmpty || !m_onDamage)
         return;
-    m_onDamage(
-        m_cutOff ? DataExport::tr("It is cut off in the middle.")
-                 : DataExport::tr("Its end is damaged or cut off: the padding of the last block is "
-                                  "wrong."));
+    m_onDamage(Notice(m_cutOff ? "crypto.cutOff" : "crypto.endDamaged"));
 }
 
 } // namespace PhoneBackup

@@ -1,6 +1,7 @@
 #ifndef PHONEBACKUP_CRYPTO_DECRYPTEDFILE_H
 #define PHONEBACKUP_CRYPTO_DECRYPTEDFILE_H
 
+#include "PhoneBackup/base/Notice.h"
 #include "PhoneBackup/crypto/Secret.h"
 
 #include <QFile>
@@ -26,7 +27,7 @@ class DecryptedFile final : public QIODevice
 {
 public:
     //! Told once the end is reached and found to be damaged: what is wrong, for a person.
-    using OnDamage = std::function<void(const QString &what)>;
+    using OnDamage = std::function<void(const Notice &what)>;
 
     DecryptedFile(const QString &path, const Secret &key, OnDamage onDamage);
     ~DecryptedFile() override;

@@ -2,13 +2,10 @@
 
 #include "PhoneBackup/crypto/KeyDerivation.h"
 #include "PhoneBackup/crypto/KeyWrap.h"
-#include "platform/Translation_p.h"
 
 #include <QtEndian>
 
 #include <algorithm>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -90,26 +87,19 @@ void Keybag::readRecord(ClassRecord &record, QByteArrayView tag, QByteArrayView 
         record.wrappedKey = value.toByteArray();
 }
 
-Error Keybag::damaged(const QString &why) const
+Error Keybag::damaged(const Notice &why) const
 {
-    const QString what = isCutOff()
-        ? tr(
-            "The keybag in “Manifest.plist”, without which nothing of the backup can be decrypted, "
-            "is cut off: %1.")
-        : tr(
-            "The keybag in “Manifest.plist”, without which nothing of the backup can be decrypted, "
-            "is damaged: %1.");
+    const char *what = isCutOff() ? "crypto.keybagCutOff" : "crypto.keybagDamaged";
     return Error { Fault::Corrupt,
                    u"Manifest.plist"_s,
-                   what.arg(why) + u' '
-                       + tr("Copy the backup again from where it was made, or make a new one.") };
+                   Notice(what, { why }) + Notice("base.copyAgain") };
 }
 
 Result<ClassKeys> Keybag::unlock(const Secret &password, const Progress &progress) const
 {
     const auto opens = [](const ClassRecord &record) { return record.opensWithPassword(); };
     if (std::none_of(m_records.begin(), m_records.end(), opens))
-        return damaged(tr("it holds no key"));
+        return damaged(Notice("crypto.noKey"));
     const Result<Secret> passwordKey = this->passwordKey(password, progress);
     if (!passwordKey)
         return passwordKey.error();
@@ -130,9 +120,7 @@ Result<ClassKeys> Keybag::unlock(const Secret &password, const Progress &progres
         keys.insert(record.protectionClass, std::move(key));
     }
     if (!opened) {
-        return Error { Fault::WrongPassword,
-                       u"Manifest.plist"_s,
-                       tr("The password is not that of the backup.") };
+        return Error { Fault::WrongPassword, u"Manifest.plist"_s, Notice("crypto.wrongPassword") };
     }
     return keys;
 }
@@ -140,16 +128,14 @@ Result<ClassKeys> Keybag::unlock(const Secret &password, const Progress &progres
 Result<Secret> Keybag::passwordKey(const Secret &password, const Progress &progress) const
 {
     if (!m_last.iterations || m_last.salt.isEmpty())
-        return damaged(tr("it does not say how keys are made from the password"));
+        return damaged(Notice("crypto.noDerivation"));
     const bool twoSteps = m_first.iterations && !m_first.salt.isEmpty();
     qint64 total = 0;
     const auto refusal = [&](Digest digest, quint32 iterations) -> std::optional<Error> {
         total += KeyDerivation::roundsOf(digest, iterations);
         if (iterations > 0 && iterations <= kMaxIterations)
             return std::nullopt;
-        return damaged(tr("it asks for %1 rounds of key derivation, and 1 to %2 are possible")
-                           .arg(iterations)
-                           .arg(kMaxIterations));
+        return damaged(Notice("crypto.rounds", { qint64(iterations), qint64(kMaxIterations) }));
     };
     if (const auto error = refusal(Digest::Sha1, *m_last.iterations))
         return *error;
@@ -163,7 +149,7 @@ Result<Secret> Keybag::passwordKey(const Secret &password, const Progress &progr
         done += rounds;
         return !progress || progress(int(done * 100 / total));
     };
-    const Error stopped { Fault::Cancelled, {}, tr("Stopped on request.") };
+    const Error stopped { Fault::Cancelled, {}, Notice("base.stopped") };
     if (!goesOn(0))
         return stopped;
     Secret first;

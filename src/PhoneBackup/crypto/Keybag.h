@@ -56,7 +56,7 @@ private:
 
     void readHeader(QByteArrayView tag, QByteArrayView value);
     static void readRecord(ClassRecord &record, QByteArrayView tag, QByteArrayView value);
-    Error damaged(const QString &why) const;
+    Error damaged(const Notice &why) const;
     Result<Secret> passwordKey(const Secret &password, const Progress &progress) const;
 
     Step m_first; // only of systems from 10.2 on

@@ -2,10 +2,8 @@
 
 #include "PhoneBackup/crypto/DecryptedFile.h"
 #include "PhoneBackup/crypto/Keybag.h"
-#include "PhoneBackup/folder/ManifestDb.h"
-#include "PhoneBackup/folder/ManifestMbdb.h"
+#include "PhoneBackup/folder/ManifestFile.h"
 #include "platform/CCommonUtils.h"
-#include "platform/Translation_p.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,8 +14,6 @@
 #include <tuple>
 #include <utility>
 
-DATAEXPORT_USE_TR(DataExport);
-
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
@@ -25,25 +21,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint64 kBlockBytes = 16; // of the cipher
-constexpr QByteArrayView kDatabaseMagic("SQLite format 3\0", 16);
 
 // Sizes in the index are those of another moment: a file may have shrunk a little since.
 constexpr qint64 kToleratedPart = 8;
 
-// Stands for a content that cannot be had.
-class NoContent final : public QIODevice
+Notice notReadable(const QString &why)
 {
-public:
-    explicit NoContent(const QString &why) { setErrorString(why); }
-
-protected:
-    qint64 readData(char * /*data*/, qint64 /*size*/) override { return -1; }
-    qint64 writeData(const char * /*data*/, qint64 /*size*/) override { return -1; }
-};
-
-QString notReadable(const QString &why)
-{
-    return tr("Its file could not be read: %1.").arg(why);
+    return Notice("folder.fileUnreadable", { why });
 }
 
 } // namespace
@@ -74,18 +58,10 @@ std::optional<Error> BackupFiles::refusal(const BackupFolder &folder)
     const QString &path = folder.path();
     switch (folder.kind()) {
     case IndexKind::TooOld:
-        return Error {
-            Fault::NotSupported,
-            path,
-            tr("“%1” is a backup of system version 3 or 4, which is too old to be read.").arg(path)
-        };
+        return Error { Fault::NotSupported, path, Notice("folder.tooOld", { path }) };
     case IndexKind::Missing:
     case IndexKind::None:
-        return Error { Fault::Corrupt,
-                       path,
-                       tr("The backup “%1” has no index: “Manifest.db” is missing. Copy the whole "
-                          "backup folder again from where it was made.")
-                           .arg(path) };
+        return Error { Fault::Corrupt, path, Notice("folder.noIndex", { path }) };
     case IndexKind::Records:
     case IndexKind::Database:
         break;
@@ -103,11 +79,9 @@ BackupFiles::BackupFiles(BackupFolder folder, const KeepGoing &keepGoing)
 Result<> BackupFiles::unlock(const Password &password)
 {
     if (password.text.isEmpty()) {
-        return Error {
-            Fault::Encrypted,
-            m_folder.path(),
-            tr("The backup “%1” is encrypted: its password is needed.").arg(m_folder.path())
-        };
+        return Error { Fault::Encrypted,
+                       m_folder.path(),
+                       Notice("folder.encrypted", { m_folder.path() }) };
     }
     const Keybag bag = Keybag::parse(m_folder.keybag());
     int shown = -1;
@@ -124,118 +98,22 @@ Result<> BackupFiles::unlock(const Password &password)
     }
     m_keys = keys.take();
     if (bag.isCutOff())
-        m_folder.addRemark({ u"Manifest.plist"_s,
-                             tr("The keybag is cut off: files whose keys were behind that place "
-                                "cannot be decrypted.") });
+        m_folder.addRemark({ u"Manifest.plist"_s, Notice("crypto.keysCutOff") });
     return Done {};
 }
 
 Result<> BackupFiles::load(const Password &password)
 {
-    const Result<> opened = openManifest(password);
+    Result<std::unique_ptr<Manifest>> opened =
+        openManifest(m_folder, m_keys, password, m_private, m_keepGoing);
     if (!opened)
         return opened.error();
+    m_manifest = opened.take();
     Result<Manifest::Findings> findings = m_manifest->load(m_index, m_keepGoing);
     if (!findings)
         return findings.error();
     m_findings = findings.take();
     return Done {};
-}
-
-Result<> BackupFiles::openManifest(const Password &password)
-{
-    const QDir dir(m_folder.path());
-    const bool isDatabase = m_folder.kind() == IndexKind::Database;
-    const QString name = isDatabase ? u"Manifest.db"_s : u"Manifest.mbdb"_s;
-    DatabaseFiles files { name, dir.filePath(name), {}, {} };
-
-    for (const char *suffix : { "", "-wal", "-journal" }) {
-        const QString part = name + QLatin1StringView(suffix);
-        if (m_folder.isLink(part))
-            return Error { Fault::Io, dir.filePath(part), BackupFolder::linkText(part) };
-    }
-    // SQLite tells a folder or a forbidden file from a missing one less clearly.
-    QFile probe(files.path);
-    QString why;
-    if (!CCommonUtils::openForReading(probe, &why)) {
-        return Error { Fault::Io,
-                       files.path,
-                       tr("The index “%1” could not be read: %2.").arg(files.path, why) };
-    }
-    probe.close();
-    if (!isDatabase) {
-        Result<std::unique_ptr<ManifestMbdb>> manifest = ManifestMbdb::open(files.path);
-        if (!manifest)
-            return manifest.error();
-        m_manifest = manifest.take();
-        return Done {};
-    }
-
-    if (dir.exists(u"Manifest.db-wal"_s))
-        files.walPath = dir.filePath(u"Manifest.db-wal"_s);
-    if (dir.exists(u"Manifest.db-journal"_s))
-        files.journalPath = dir.filePath(u"Manifest.db-journal"_s);
-    const Result<bool> decrypted = m_keys ? decryptManifest(files) : Result<bool>(false);
-    if (!decrypted)
-        return decrypted.error();
-    Result<std::unique_ptr<ManifestDb>> manifest = ManifestDb::open(files, m_private, m_keepGoing);
-    if (!manifest) {
-        Error error = manifest.error();
-        if (error.fault == Fault::Corrupt && !m_folder.isManifestReadable())
-            error.what += tr("Or it is encrypted: “Manifest.plist” cannot be read to tell.");
-        return error;
-    }
-    if (m_keys && !decrypted.value())
-        manifest.value()->openRecords(password.text);
-    m_manifest = manifest.take();
-    return Done {};
-}
-
-// Whether there was something to decrypt: before system version 10.2 the index is plain.
-Result<bool> BackupFiles::decryptManifest(DatabaseFiles &files)
-{
-    QFile stored(files.path);
-    if (!CCommonUtils::openForReading(stored))
-        return false;
-    if (m_folder.indexKey().isEmpty() || stored.read(kDatabaseMagic.size()) == kDatabaseMagic)
-        return false;
-    const auto damaged = [&](const Notice &why) {
-        return Error { Fault::Corrupt, files.path, Notice("folder.indexEncrypted", { why }) };
-    };
-    const Result<Secret> key = m_keys->unwrap(m_folder.indexKey());
-    if (!key)
-        return damaged(key.error().what);
-    qint64 bytes = 0;
-    for (const QString &path : { files.path, files.walPath, files.journalPath })
-        bytes += path.isEmpty() ? 0 : QFileInfo(path).size();
-    const Result<QString> place = m_private.newSubFolder(bytes);
-    if (!place)
-        return place.error();
-    const QString target = place.value() + "/copy.db"_L1;
-    DecryptedFile plain(files.path, key.value(), {});
-    if (!plain.open(QIODevice::ReadOnly))
-        return damaged(notReadable(plain.errorString()));
-    const Result<> copied = PrivateFolder::copy(plain, files.name, target, m_keepGoing);
-    if (!copied)
-        return copied.error();
-    QFile result(target);
-    if (!CCommonUtils::openForReading(result)
-        || result.read(kDatabaseMagic.size()) != kDatabaseMagic)
-        return damaged(tr("It is damaged."));
-    // A log beside it is of the computer's making, and not encrypted.
-    for (const auto &[companion, suffix] :
-         { std::pair(&files.walPath, "-wal"_L1), std::pair(&files.journalPath, "-journal"_L1) }) {
-        if (companion->isEmpty())
-            continue;
-        const Result<> beside =
-            PrivateFolder::copy(*companion, files.name + suffix, target + suffix);
-        if (!beside)
-            return beside.error();
-        *companion = target + suffix;
-    }
-    files.path = target;
-    files.isPrivate = true;
-    return true;
 }
 
 QList<BackupFiles::Remark> BackupFiles::takeRemarks()
@@ -276,34 +154,29 @@ Result<Secret> BackupFiles::keyOf(Row row)
         return m_keys->unwrap(file.encryptionKey);
     if (file.isSet())
         return Secret();
-    return Error { Fault::Corrupt,
-                   place(row),
-                   tr("It cannot be decrypted: what the index records of it is damaged.") };
+    return Error { Fault::Corrupt, place(row), Notice("folder.recordDamaged") };
 }
 
-std::unique_ptr<QIODevice> BackupFiles::openContent(Row row)
+Result<std::unique_ptr<QIODevice>> BackupFiles::openContent(Row row)
 {
     if (m_folder.contentSize(m_index.id(row)) < 0)
-        return std::make_unique<NoContent>(tr("Its file is missing."));
+        return Error { Fault::NotFound, place(row), Notice("folder.fileMissing") };
+    const Result<Secret> key = m_keys ? keyOf(row) : Secret();
+    if (!key)
+        return Error { key.error().fault, place(row), key.error().what };
     const QString path = contentPath(row);
     std::unique_ptr<QIODevice> device;
     QString why;
-    if (m_keys) {
-        const Result<Secret> key = keyOf(row);
-        if (!key)
-            return std::make_unique<NoContent>(key.error().what.ownText());
-        if (!key.value().isEmpty()) {
-            const auto onDamage = [this, row](const QString &what) {
-                addRemark(row, what + u' ' + tr("What there is of it was taken."), true);
-            };
-            device = std::make_unique<DecryptedFile>(path, key.value(), onDamage);
-            if (!device->open(QIODevice::ReadOnly))
-                why = device->errorString();
-        } else {
-            addRemark(row, tr("It has no key, and so was taken as it is."), false);
-        }
-    }
-    if (!device) {
+    if (!key.value().isEmpty()) {
+        const auto onDamage = [this, row](const Notice &what) {
+            addRemark(row, what + Notice("folder.restWasTaken"), true);
+        };
+        device = std::make_unique<DecryptedFile>(path, key.value(), onDamage);
+        if (!device->open(QIODevice::ReadOnly))
+            why = device->errorString();
+    } else {
+        if (m_keys)
+            addRemark(row, Notice("folder.noKey"), false);
         record(row); // which holds the content against its size
         auto file = std::make_unique<QFile>(path);
         CCommonUtils::openForReading(*file, &why);
@@ -311,17 +184,18 @@ std::unique_ptr<QIODevice> BackupFiles::openContent(Row row)
     }
     if (device->isOpen())
         return device;
-    return std::make_unique<NoContent>(notReadable(why));
+    return Error { Fault::Io, place(row), notReadable(why) };
 }
 
 QByteArray BackupFiles::content(Row row, qint64 maxBytes)
 {
-    const std::unique_ptr<QIODevice> device = openContent(row);
-    if (!device->isOpen()) {
+    const Result<std::unique_ptr<QIODevice>> opened = openContent(row);
+    if (!opened) {
         if (isEncrypted())
-            addRemark(row, device->errorString(), true);
+            addRemark(row, opened.error());
         return {};
     }
+    QIODevice *device = opened.value().get();
     QByteArray bytes(std::min(maxBytes, m_folder.contentSize(m_index.id(row))), Qt::Uninitialized);
     qint64 size = 0;
     for (qint64 count = 1; count > 0 && size < bytes.size(); size += count) {
@@ -341,7 +215,7 @@ QByteArray BackupFiles::wholeContent(Row row)
         return {};
     const qint64 size = m_folder.contentSize(m_index.id(row));
     if (size > kMaxWholeBytes)
-        addRemark(row, tr("It is too large to be shown in a page."), false);
+        addRemark(row, Notice("folder.tooLargeForPage"), false);
     return size < 0 || size > kMaxWholeBytes ? QByteArray() : content(row, size);
 }
 
@@ -368,10 +242,10 @@ QString BackupFiles::plainPath(Row row)
 
 Result<> BackupFiles::decryptTo(Row row, const QString &target)
 {
-    const std::unique_ptr<QIODevice> device = openContent(row);
-    if (!device->isOpen())
-        return Error { Fault::Locked, place(row), device->errorString() };
-    return PrivateFolder::copy(*device, place(row), target, m_keepGoing);
+    const Result<std::unique_ptr<QIODevice>> device = openContent(row);
+    if (!device)
+        return device.error();
+    return PrivateFolder::copy(*device.value(), place(row), target, m_keepGoing);
 }
 
 FileRecord BackupFiles::record(Row row)
@@ -394,10 +268,7 @@ void BackupFiles::checkSize(Row row)
     if (!isShort || isRewritten(row))
         return;
     addRemark(row,
-              tr("It is cut off: the index records %1 bytes, the backup holds %2.")
-                      .arg(recorded)
-                      .arg(stored)
-                  + u' ' + tr("What there is of it was taken."),
+              Notice("folder.cutOff", { recorded, stored }) + Notice("folder.restWasTaken"),
               true,
               Fault::CutOff);
 }
@@ -411,7 +282,7 @@ bool BackupFiles::isRewritten(Row row)
     };
     return name.contains(".log")
         || std::any_of(kEnds.begin(), kEnds.end(), [&](auto end) { return name.endsWith(end); })
-        || content(row, kDatabaseMagic.size()) == kDatabaseMagic;
+        || content(row, Database::kMagic.size()) == Database::kMagic;
 }
 
 bool BackupFiles::hasAttribute(Row row, QByteArrayView name)
@@ -436,15 +307,13 @@ Result<Database> BackupFiles::openDatabase(QByteArrayView domain, const QString 
     const Row row = findFile(domain, path);
     const QString name = QString::fromUtf8(domain) + u'/' + path;
     if (row == FileIndex::kNone)
-        return Error { Fault::NotFound, name, tr("The backup has no “%1”.").arg(name) };
+        return Error { Fault::NotFound, name, Notice("folder.noFile", { name }) };
     if (m_folder.contentSize(m_index.id(row)) < 0) {
-        return Error { Fault::Io, name, tr("The file of the database “%1” is missing.").arg(name) };
+        return Error { Fault::Io, name, Notice("folder.databaseMissing", { name }) };
     }
     // SQLite takes an empty file for a database without tables.
     if (m_folder.contentSize(m_index.id(row)) == 0 && record(row).sizeBytes > 0) {
-        return Error { Fault::CutOff,
-                       name,
-                       tr("The file of the database “%1” is empty.").arg(name) };
+        return Error { Fault::CutOff, name, Notice("folder.databaseEmpty", { name }) };
     }
     Notice lost;
     const auto companion = [&](QLatin1StringView suffix) {
@@ -478,8 +347,7 @@ Notice BackupFiles::missingLog(Row row)
 {
     if (m_folder.contentSize(m_index.id(row)) >= 0 || record(row).sizeBytes == 0)
         return {};
-    return tr("The file of “%1” is missing, which held the newest changes of the database.")
-        .arg(place(row));
+    return Notice("folder.changesMissing", { place(row) });
 }
 
 Result<DatabaseFiles> BackupFiles::decrypted(Row row, Row wal, Row journal)

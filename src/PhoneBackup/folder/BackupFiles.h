@@ -69,10 +69,10 @@ public:
     qint64 contentSize(Row row);
 
     /*!
-        The content of \a row as a stream, open for reading; when that is impossible it is not open,
-        and its errorString() says why in a sentence. It borrows from this object.
+        The content of \a row as a stream that is open for reading; Fault::NotFound when its file is
+        missing. It borrows from this object.
     */
-    std::unique_ptr<QIODevice> openContent(Row row);
+    Result<std::unique_ptr<QIODevice>> openContent(Row row);
 
     //! The content of \a row, at most \a maxBytes of it; empty when it cannot be read.
     QByteArray content(Row row, qint64 maxBytes);
@@ -122,8 +122,6 @@ private:
     static std::optional<Error> refusal(const BackupFolder &folder);
     Result<> unlock(const Password &password);
     Result<> load(const Password &password);
-    Result<> openManifest(const Password &password);
-    Result<bool> decryptManifest(DatabaseFiles &files);
     Result<DatabaseFiles> decrypted(Row row, Row wal, Row journal);
     Result<> decryptTo(Row row, const QString &target);
     QString contentPath(Row row) const { return m_folder.contentPath(m_index.id(row)); }

@@ -2,14 +2,11 @@
 
 #include "PhoneBackup/base/FolderReader.h"
 #include "PhoneBackup/folder/BackupFolder.h"
-#include "platform/Translation_p.h"
 
 #include <QDir>
 #include <QFile>
 
 #include <algorithm>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -73,7 +70,8 @@ Result<QList<BackupInfo>> findBackups(const QString &path)
         if (!readable.isOpen()) {
             return Error { Fault::Io,
                            path,
-                           tr("“%1” could not be read: %2.").arg(path, readable.error()) };
+                           Notice("base.unreadable", { path, readable.error() }),
+                           readable.errorCode() };
         }
         folders = backupsIn(path);
         // The folder above the one that the computer's software keeps its backups in.
@@ -90,11 +88,7 @@ Result<QList<BackupInfo>> findBackups(const QString &path)
             return opened.error();
     }
     if (backups.isEmpty()) {
-        return Error { Fault::NotABackup,
-                       path,
-                       tr("There is no phone backup at “%1”: neither it nor a folder in it holds a "
-                          "“Manifest.db” beside a “Manifest.plist”.")
-                           .arg(path) };
+        return Error { Fault::NotABackup, path, Notice("folder.noBackupAt", { path }) };
     }
     std::sort(backups.begin(), backups.end(), [](const BackupInfo &a, const BackupInfo &b) {
         if (a.date.isValid() != b.date.isValid())

@@ -2,7 +2,6 @@
 
 #include "PhoneBackup/base/FolderReader.h"
 #include "PhoneBackup/plist/PropertyList.h"
-#include "platform/Translation_p.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,8 +12,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -124,22 +121,18 @@ Result<IndexKind> BackupFolder::kindOf(const QString &path)
     const QByteArray native = QFile::encodeName(path);
     if (::stat(native.constData(), &status) != 0) {
         if (errno == ENOENT || errno == ENOTDIR)
-            return Error { Fault::NotFound, path, tr("There is no folder “%1”.").arg(path) };
+            return Error { Fault::NotFound, path, Notice("folder.none", { path }) };
         return Error { Fault::Io,
                        path,
-                       tr("“%1” could not be read: %2.").arg(path, qt_error_string(errno)) };
+                       Notice("base.unreadable", { path, qt_error_string(errno) }) };
     }
     if (!S_ISDIR(status.st_mode)) {
-        return Error { Fault::NotABackup,
-                       path,
-                       tr("“%1” is a file. A phone backup is a folder: name the one that holds "
-                          "“Manifest.db”.")
-                           .arg(path) };
+        return Error { Fault::NotABackup, path, Notice("folder.isFile", { path }) };
     }
     if (::faccessat(AT_FDCWD, native.constData(), X_OK, AT_EACCESS) != 0) {
         return Error { Fault::Io,
                        path,
-                       tr("“%1” could not be read: %2.").arg(path, qt_error_string(errno)) };
+                       Notice("base.unreadable", { path, qt_error_string(errno) }) };
     }
     const QDir dir(path);
     if (dir.exists(u"Manifest.db"_s))
@@ -160,17 +153,13 @@ Result<BackupFolder> BackupFolder::open(const QString &path)
     if (!kind)
         return kind.error();
     if (kind.value() == IndexKind::None) {
-        return Error { Fault::NotABackup,
-                       path,
-                       tr("“%1” is not a phone backup: it holds no “Manifest.db” beside a "
-                          "“Manifest.plist”.")
-                           .arg(path) };
+        return Error { Fault::NotABackup, path, Notice("folder.notABackup", { path }) };
     }
     BackupFolder folder(path);
     if (folder.m_handle->descriptor < 0) {
         return Error { Fault::Io,
                        path,
-                       tr("“%1” could not be read: %2.").arg(path, qt_error_string(errno)) };
+                       Notice("base.unreadable", { path, qt_error_string(errno) }) };
     }
     folder.m_kind = kind.value();
     folder.readPropertyLists();
@@ -190,25 +179,21 @@ BackupFolder &BackupFolder::operator=(BackupFolder &&other) noexcept = default;
 void BackupFolder::readPropertyLists()
 {
     const QDir dir(m_info.path);
-    const auto read = [&](const QString &name, const QString &consequence) {
+    const auto read = [&](const QString &name, const Notice &consequence) {
         if (isLink(name)) {
-            m_remarks.append({ name, Notice(linkText(name)) + consequence });
+            m_remarks.append({ name, linkText(name) + consequence });
             return PropertyList();
         }
         Result<PropertyList> list = PropertyList::read(dir.filePath(name));
         if (list && list.value().isDict())
             return list.take();
-        const Notice what = list ? Notice(tr("“%1” is damaged: it is not a dictionary.").arg(name))
-                                 : list.error().what;
+        const Notice what = list ? Notice("folder.noDictionary", { name }) : list.error().what;
         m_remarks.append({ name, what + consequence });
         return PropertyList();
     };
-    const PropertyList manifest =
-        read(u"Manifest.plist"_s, tr("Whether the backup is encrypted is not known."));
-    const PropertyList info =
-        read(u"Info.plist"_s, tr("The device's name and system may not be known."));
-    const PropertyList status =
-        read(u"Status.plist"_s, tr("Whether the backup was completed is not known."));
+    const PropertyList manifest = read(u"Manifest.plist"_s, Notice("folder.encryptionUnknown"));
+    const PropertyList info = read(u"Info.plist"_s, Notice("folder.deviceUnknown"));
+    const PropertyList status = read(u"Status.plist"_s, Notice("folder.completionUnknown"));
     const QVariantMap lockdown = manifest.value("Lockdown").toMap();
 
     m_manifestReadable = manifest.isDict();
@@ -244,12 +229,7 @@ bool BackupFolder::isEncrypted(const QVariant &flag)
     if (m_manifestReadable) {
         m_remarks.append(
             { u"Manifest.plist"_s,
-              encrypted
-                  ? tr("“Manifest.plist” does not say clearly whether the backup is encrypted. It "
-                       "holds a key for the index, and so the backup is taken for encrypted.")
-                  : tr(
-                      "“Manifest.plist” does not say clearly whether the backup is encrypted. It "
-                      "holds no key for the index, and so the backup is taken for a plain one.") });
+              Notice(encrypted ? "folder.takenForEncrypted" : "folder.takenForPlain") });
     }
     return encrypted;
 }
@@ -283,10 +263,9 @@ bool BackupFolder::isLink(const QString &name) const
     return m_handle->status(QFile::encodeName(name).constData(), status) && S_ISLNK(status.st_mode);
 }
 
-QString BackupFolder::linkText(const QString &name)
+Notice BackupFolder::linkText(const QString &name)
 {
-    return tr("“%1” is a link. Links in a backup are not followed: put the file itself there.")
-        .arg(name);
+    return Notice("folder.isLink", { name });
 }
 
 qint64 BackupFolder::contentSize(const FileIndex::Id &id) const

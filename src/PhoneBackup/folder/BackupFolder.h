@@ -66,7 +66,7 @@ public:
     //! Whether the file \a name of the backup folder itself is a symbolic link, and what to say
     //! then.
     bool isLink(const QString &name) const;
-    static QString linkText(const QString &name);
+    static Notice linkText(const QString &name);
 
     //! Bytes of the content file \a id, -1 when there is no such regular file.
     qint64 contentSize(const FileIndex::Id &id) const;

@@ -1,11 +1,7 @@
 #include "PhoneBackup/folder/ManifestDb.h"
 
-#include "platform/Translation_p.h"
-
 #include <algorithm>
 #include <limits>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -31,7 +27,7 @@ FileIndex::Kind kindOf(qint64 flags)
 
 Notice withAdvice(const Notice &sentence)
 {
-    return sentence + Notice("folder.copyAgain");
+    return sentence + Notice("base.copyAgain");
 }
 
 // Whole sentences stay as they are.
@@ -40,9 +36,9 @@ Notice notReadable(const Error &error)
     return withAdvice(Notice("folder.indexDamaged") + error.what);
 }
 
-QString damageSentence(const QString &why)
+Notice damageSentence(const Notice &why)
 {
-    return tr("The index “Manifest.db” is damaged: %1.").arg(why);
+    return Notice("folder.indexDamagedBy", { why });
 }
 
 } // namespace
@@ -98,7 +94,7 @@ Result<Manifest::Findings> ManifestDb::load(FileIndex &index,
         }
     }
     if (outcome == Outcome::Stopped)
-        return Error { Fault::Cancelled, m_database.path(), tr("Stopped on request.") };
+        return Error { Fault::Cancelled, m_database.path(), Notice("base.stopped") };
     if (index.count() == 0 && outcome == Outcome::Broken)
         return Error { Fault::Corrupt, m_database.path(), withAdvice(damageSentence(m_error)) };
     if (m_findings.damage.isEmpty())
@@ -120,7 +116,7 @@ ManifestDb::Outcome ManifestDb::scan(Statement &query,
         case Statement::Step::Done:
             return Outcome::Complete;
         case Statement::Step::Failed:
-            m_error = query.error();
+            m_error = query.failure();
             return query.isStopped() ? Outcome::Stopped : Outcome::Broken;
         case Statement::Step::Row:
             break;
@@ -129,7 +125,7 @@ ManifestDb::Outcome ManifestDb::scan(Statement &query,
         const qint64 key = query.integer(4);
         // Damaged pages that point at each other would give the same rows for ever.
         if (descending ? key >= previous : key <= previous) {
-            m_error = tr("its pages are mixed up");
+            m_error = Notice("folder.pagesMixedUp");
             return Outcome::Broken;
         }
         previous = key;

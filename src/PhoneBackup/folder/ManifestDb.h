@@ -46,7 +46,7 @@ private:
     std::optional<Statement> m_recordQuery;
     std::optional<RecordKey> m_recordKey;
     Findings m_findings;
-    QString m_error;
+    Notice m_error;
 };
 
 } // namespace PhoneBackup

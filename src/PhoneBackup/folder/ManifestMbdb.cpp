@@ -1,7 +1,6 @@
 #include "PhoneBackup/folder/ManifestMbdb.h"
 
 #include "platform/CCommonUtils.h"
-#include "platform/Translation_p.h"
 
 #include <QFile>
 #include <QtEndian>
@@ -9,8 +8,6 @@
 #include <algorithm>
 #include <limits>
 #include <optional>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -154,19 +151,16 @@ Result<std::unique_ptr<ManifestMbdb>> ManifestMbdb::open(const QString &path)
     if (!isOpen || bytes.size() < file.size()) {
         return Error { Fault::Io,
                        path,
-                       tr("The index “%1” could not be read: %2.")
-                           .arg(path,
-                                !isOpen                       ? why
-                                    : file.size() > kMaxBytes ? tr("it is too large")
-                                                              : file.errorString()) };
+                       Notice("folder.indexUnreadable",
+                              { path,
+                                file.size() > kMaxBytes
+                                    ? Notice("folder.indexTooLarge")
+                                    : Notice(isOpen ? file.errorString() : why) }) };
     }
     if (!bytes.startsWith(kMagic)) {
-        return Error {
-            Fault::Corrupt,
-            path,
-            tr("The index “Manifest.mbdb” is damaged: it does not begin as one. Copy the "
-               "backup again from where it was made, or make a new one.")
-        };
+        return Error { Fault::Corrupt,
+                       path,
+                       Notice("folder.noRecords") + Notice("base.copyAgain") };
     }
     return std::unique_ptr<ManifestMbdb>(new ManifestMbdb(path, bytes));
 }
@@ -185,14 +179,13 @@ Result<Manifest::Findings> ManifestMbdb::load(FileIndex &index,
     qsizetype position = kMagic.size();
     for (int records = 0; position < bytes.size(); ++records) {
         if (records % kRecordsBetweenQuestions == 0 && keepGoing && !keepGoing())
-            return Error { Fault::Cancelled, m_path, tr("Stopped on request.") };
+            return Error { Fault::Cancelled, m_path, Notice("base.stopped") };
         Cursor cursor(bytes, position);
         const MbdbRecord record = readRecord(cursor, false);
         if (!isPossible(record, cursor)) {
             const qsizetype next = nextRecord(bytes, position + 1);
-            findings.damage = next < bytes.size()
-                ? tr("Entries of the index “Manifest.mbdb” cannot be read.")
-                : tr("The index “Manifest.mbdb” ends in the middle of an entry.");
+            findings.damage = next < bytes.size() ? Notice("folder.recordsUnreadable")
+                                                  : Notice("folder.recordsCutOff");
             position = next;
             continue;
         }

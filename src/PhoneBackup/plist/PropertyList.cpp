@@ -3,11 +3,8 @@
 #include "PhoneBackup/plist/BinaryPropertyList.h"
 #include "PhoneBackup/plist/XmlPropertyList.h"
 #include "platform/CCommonUtils.h"
-#include "platform/Translation_p.h"
 
 #include <QFile>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -27,25 +24,19 @@ Result<PropertyList> PropertyList::read(const QString &path)
     QString why;
     if (!CCommonUtils::openForReading(file, &why)) {
         if (!file.exists())
-            return Error { Fault::NotFound, path, tr("“%1” is missing.").arg(path) };
-        return Error { Fault::Io, path, tr("“%1” could not be read: %2.").arg(path, why) };
+            return Error { Fault::NotFound, path, Notice("base.missing", { path }) };
+        return Error { Fault::Io, path, Notice("base.unreadable", { path, why }) };
     }
     if (file.size() > kMaxBytes) {
-        return Error { Fault::Corrupt,
-                       path,
-                       tr("“%1” is too large for a property list.").arg(path) };
+        return Error { Fault::Corrupt, path, Notice("plist.tooLarge", { path }) };
     }
     const QByteArray data = file.readAll();
     if (data.size() < file.size()) {
-        return Error { Fault::Io,
-                       path,
-                       tr("“%1” could not be read: %2.").arg(path, file.errorString()) };
+        return Error { Fault::Io, path, Notice("base.unreadable", { path, file.errorString() }) };
     }
     PropertyList list = parse(data);
     if (list.isNull()) {
-        return Error { Fault::Corrupt,
-                       path,
-                       tr("“%1” is damaged: it is not a property list.").arg(path) };
+        return Error { Fault::Corrupt, path, Notice("plist.damaged", { path }) };
     }
     return list;
 }

@@ -2,7 +2,6 @@
 
 #include "PhoneBackup/base/PrivateFolder.h"
 #include "platform/CCommonUtils.h"
-#include "platform/Translation_p.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -14,8 +13,6 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <utility>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -97,10 +94,8 @@ Database::open(const DatabaseFiles &files, PrivateFolder &folder, const KeepGoin
     }
     if (database.connect(files.path, Access::Immutable, false)) {
         if (hasCompanion) {
-            database.m_damage = error.what.isEmpty()
-                ? Notice(tr("The newest changes of “%1” are damaged and could not be read.")
-                             .arg(files.name))
-                : error.what;
+            database.m_damage =
+                error.what.isEmpty() ? Notice("sqlite.changesDamaged", { files.name }) : error.what;
         }
         return database;
     }
@@ -260,12 +255,10 @@ Error Database::lastError() const
     switch (m_code & 0xFF) {
     case SQLITE_INTERRUPT:
         if (m_keepGoing && !m_keepGoing())
-            return Error { Fault::Cancelled, m_files.path, tr("Stopped on request.") };
-        return Error {
-            Fault::Corrupt,
-            m_files.path,
-            tr("The database “%1” is damaged: its tables cannot be listed.").arg(m_files.name)
-        };
+            return Error { Fault::Cancelled, m_files.path, Notice("base.stopped") };
+        return Error { Fault::Corrupt,
+                       m_files.path,
+                       Notice("sqlite.tablesNotListed", { m_files.name }) };
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
     case SQLITE_IOERR:
@@ -274,12 +267,11 @@ Error Database::lastError() const
     case SQLITE_FULL:
         return Error { Fault::Io,
                        m_files.path,
-                       tr("The database “%1” could not be opened: %2. Check that you may read it.")
-                           .arg(m_files.name, m_message) };
+                       Notice("sqlite.notOpened", { m_files.name, m_message }) };
     default:
         return Error { Fault::Corrupt,
                        m_files.path,
-                       tr("The database “%1” is damaged: %2.").arg(m_files.name, m_message) };
+                       Notice("sqlite.damaged", { m_files.name, m_message }) };
     }
 }
 
@@ -293,8 +285,8 @@ Result<Statement> Database::prepare(const QString &sql) const
         return Statement(statement, m_guard);
     return Error { Fault::Corrupt,
                    m_files.path,
-                   tr("The database “%1” could not be asked: %2.")
-                       .arg(m_files.name, QString::fromUtf8(sqlite3_errmsg(m_database.get()))) };
+                   Notice("sqlite.notAsked",
+                          { m_files.name, QString::fromUtf8(sqlite3_errmsg(m_database.get())) }) };
 }
 
 qint64 Database::maxRowCount() const

@@ -46,6 +46,9 @@ struct DatabaseFiles
 class Database
 {
 public:
+    //! How the file of each database begins.
+    static constexpr QByteArrayView kMagic { "SQLite format 3\0", 16 };
+
     /*!
         \a keepGoing is kept and asked while queries run, from the thread that runs them; false ends
         the query, which then is Statement::isStopped(), and makes opening Fault::Cancelled.

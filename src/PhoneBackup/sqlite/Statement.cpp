@@ -101,6 +101,15 @@ QByteArrayView Statement::bytes(int column) const
     return data ? QByteArrayView(static_cast<const char *>(data), size) : QByteArrayView();
 }
 
+Notice Statement::failure() const
+{
+    if (m_share.stopped)
+        return Notice("sqlite.stopped");
+    if (m_share.exhausted)
+        return Notice("sqlite.circles");
+    return QString::fromUtf8(sqlite3_errmsg(sqlite3_db_handle(m_statement.get())));
+}
+
 QString Statement::error() const
 {
     if (m_share.stopped)

@@ -1,6 +1,7 @@
 #ifndef PHONEBACKUP_SQLITE_STATEMENT_H
 #define PHONEBACKUP_SQLITE_STATEMENT_H
 
+#include "PhoneBackup/base/Notice.h"
 #include "PhoneBackup/sqlite/QueryGuard.h"
 
 #include <QByteArray>
@@ -61,6 +62,7 @@ public:
     QByteArrayView bytes(int column) const;
 
     //! Why step() failed, to be put into a sentence: it has no full stop.
+    Notice failure() const;
     QString error() const;
 
 private:

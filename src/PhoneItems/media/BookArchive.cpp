@@ -115,14 +115,14 @@ Result<QStringList> writeBookArchive(BackupFiles &files,
         const QByteArray name = nameOf(row).toByteArray();
         if (!staysInside(name))
             continue;
-        const std::unique_ptr<QIODevice> content = files.openContent(row);
-        if (!content->isOpen()) {
+        const Result<std::unique_ptr<QIODevice>> content = files.openContent(row);
+        if (!content) {
             missing.append(files.place(row));
             continue;
         }
         if (!openEntry(zip.get(), name, files.record(row).modified, nameOf(row) == kMimeType))
             return notWritten();
-        const Copied copied = writeContent(zip.get(), *content);
+        const Copied copied = writeContent(zip.get(), *content.value());
         if (copied == Copied::Unreadable)
             missing.append(files.place(row));
         if (copied == Copied::Unwritable || zipCloseFileInZip(zip.get()) != ZIP_OK)

@@ -2,12 +2,28 @@
 
 #include "PhoneBackup/folder/BackupFiles.h"
 #include "PhoneBackup/source/PathParts.h"
+#include "PhoneItems/words/Words.h"
 
 #include <QIODevice>
 
 namespace PhoneItems {
 
 using namespace PhoneBackup;
+
+namespace {
+
+// Stands for a content that cannot be had: the library asks a stream why.
+class NoContent final : public QIODevice
+{
+public:
+    explicit NoContent(const QString &why) { setErrorString(why); }
+
+protected:
+    qint64 readData(char * /*data*/, qint64 /*size*/) override { return -1; }
+    qint64 writeData(const char * /*data*/, qint64 /*size*/) override { return -1; }
+};
+
+} // namespace
 
 FileData::FileData(int dataType, BackupFiles &files)
     : ItemData(dataType)
@@ -89,7 +105,10 @@ bool FileData::isStreamed(int /*index*/) const
 
 std::unique_ptr<QIODevice> FileData::openStream(int index) const
 {
-    return m_files.openContent(record(index).row);
+    Result<std::unique_ptr<QIODevice>> content = m_files.openContent(record(index).row);
+    if (content)
+        return content.take();
+    return std::make_unique<NoContent>(words(content.error().what));
 }
 
 qint64 FileData::sizeBytes(int index) const
