@@ -4,6 +4,18 @@
 
 namespace PhoneBackup {
 
+Notice::Notice() = default;
+Notice::~Notice() = default;
+Notice::Notice(const Notice &other) = default;
+Notice::Notice(Notice &&other) noexcept = default;
+Notice &Notice::operator=(const Notice &other) = default;
+Notice &Notice::operator=(Notice &&other) noexcept = default;
+
+Notice::Notice(const char *code)
+    : Notice(code, {})
+{
+}
+
 Notice::Notice(const char *code, std::vector<Fact> facts)
 {
     m_sentences.push_back({ code, std::move(facts), {} });
@@ -13,6 +25,11 @@ Notice::Notice(const QString &text)
 {
     if (!text.isEmpty())
         m_sentences.push_back({ "", {}, text });
+}
+
+bool Notice::isEmpty() const
+{
+    return m_sentences.empty();
 }
 
 QByteArrayView Notice::code() const

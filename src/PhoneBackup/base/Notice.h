@@ -30,22 +30,29 @@ public:
         qint64 count = 0;
         friend bool operator==(Bytes a, Bytes b) { return a.count == b.count; }
     };
-    using Fact = std::variant<QString, qint64, Bytes, Notice>;
+    struct Fact;
     struct Sentence;
 
     //! Nothing to tell.
-    Notice() = default;
+    Notice();
 
     //! The sentence \a code, a literal, with its \a facts in the order of their places.
-    explicit Notice(const char *code, std::vector<Fact> facts = {});
+    explicit Notice(const char *code);
+    Notice(const char *code, std::vector<Fact> facts);
 
     //! Words of somebody else, as a library's message.
     Notice(const QString &text); // NOLINT(google-explicit-constructor): for readers that make words
 
+    ~Notice();
+    Notice(const Notice &other);
+    Notice(Notice &&other) noexcept;
+    Notice &operator=(const Notice &other);
+    Notice &operator=(Notice &&other) noexcept;
+
     //! The words of somebody else alone; goes when no reader makes words any more.
     QString ownText() const;
 
-    bool isEmpty() const { return m_sentences.empty(); }
+    bool isEmpty() const;
     const std::vector<Sentence> &sentences() const { return m_sentences; }
 
     //! The code of the first sentence; empty for the words of somebody else, and without any.
@@ -59,6 +66,33 @@ public:
 
 private:
     std::vector<Sentence> m_sentences;
+};
+
+//! A name, a number, an amount of data, or a notice in its turn.
+struct Notice::Fact
+{
+    // NOLINTBEGIN(google-explicit-constructor): facts are listed as what they are
+    Fact(const QString &text)
+        : value(text)
+    {
+    }
+    Fact(qint64 number)
+        : value(number)
+    {
+    }
+    Fact(Bytes bytes)
+        : value(bytes)
+    {
+    }
+    Fact(const Notice &notice)
+        : value(notice)
+    {
+    }
+    // NOLINTEND(google-explicit-constructor)
+
+    std::variant<QString, qint64, Bytes, Notice> value;
+
+    friend bool operator==(const Fact &a, const Fact &b) { return a.value == b.value; }
 };
 
 struct Notice::Sentence

@@ -32,13 +32,13 @@ const char *textOf(QByteArrayView code)
 
 QString words(const Notice::Fact &fact)
 {
-    if (const auto *text = std::get_if<QString>(&fact))
+    if (const auto *text = std::get_if<QString>(&fact.value))
         return *text;
-    if (const auto *number = std::get_if<qint64>(&fact))
+    if (const auto *number = std::get_if<qint64>(&fact.value))
         return QString::number(*number);
-    if (const auto *bytes = std::get_if<Notice::Bytes>(&fact))
+    if (const auto *bytes = std::get_if<Notice::Bytes>(&fact.value))
         return CCommonUtils::fileSizeToString(bytes->count, 'f', 1);
-    return PhoneItems::words(std::get<Notice>(fact));
+    return PhoneItems::words(std::get<Notice>(fact.value));
 }
 
 // All places at once: a fact may hold what looks like a place.
