@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <csignal>
 #include <linux/capability.h>
 #include <sys/prctl.h>
 
@@ -69,6 +70,12 @@ Result runOnFailingMedia(const QStringList &arguments, const QMap<QString, QStri
     process.setProcessEnvironment(all);
     process.start();
     return finish(process);
+}
+
+bool sendSignal(const QProcess &process, int number)
+{
+    const auto id = static_cast<pid_t>(process.processId());
+    return id > 0 && ::kill(id, number) == 0;
 }
 
 void obeyFileModes()

@@ -37,6 +37,10 @@ Result run(const QStringList &arguments, const ChildSetup &setup = {});
 //! The same on media that fail in the way that \a environment asks of FailingMedia.cpp.
 Result runOnFailingMedia(const QStringList &arguments, const QMap<QString, QString> &environment);
 
+//! Sends the signal \a number to \a process. \return false when that has ended: id 0 is the group
+//! of the test itself.
+bool sendSignal(const QProcess &process, int number);
+
 //! A ChildSetup under which file modes hold for root, too.
 void obeyFileModes();
 

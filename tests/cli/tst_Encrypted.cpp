@@ -436,7 +436,7 @@ void tst_Encrypted::leavesNothingBehind()
     while (!said.contains("Making the keys") && process.waitForReadyRead(kPatienceMs))
         said += process.readAllStandardError();
     QVERIFY(said.contains("Making the keys"));
-    ::kill(static_cast<pid_t>(process.processId()), signal);
+    QVERIFY(sendSignal(process, signal));
     QCOMPARE(finish(process).exitCode, exitCode);
     QCOMPARE(temporary(), QStringList());
     QVERIFY(!QFileInfo::exists(output()));

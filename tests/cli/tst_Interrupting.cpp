@@ -197,7 +197,7 @@ void tst_Interrupting::stopsWithinAFile()
     prepare(process, { u"--json"_s, u"--no-space-check"_s, m_backup, output() });
     process.start();
     QVERIFY(waitForHugeCopy());
-    ::kill(static_cast<pid_t>(process.processId()), number);
+    QVERIFY(sendSignal(process, number));
     const Result result = finish(process);
 
     QCOMPARE(result.exitCode, 130);
@@ -247,16 +247,10 @@ void tst_Interrupting::stopsInAnyOutput()
     const QString backup = m_dir.filePath(u"texts"_s);
     if (!QFileInfo::exists(backup))
         QVERIFY(writeLongTexts(backup));
-    QProcess process;
-    prepare(process, { u"--json"_s, u"--only"_s, type, backup, output() });
-    process.start();
-    const QDir written(output() + u'/' + folder);
-    const auto isBegun = [&] {
-        return written.entryList(QDir::Files | QDir::Hidden).size() >= files;
-    };
-    QVERIFY(QTest::qWaitFor(isBegun, kPatienceMs));
-    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
-    const Result result = finish(process);
+    const Result result =
+        runOnFailingMedia({ u"--json"_s, u"--only"_s, type, backup, output() },
+                          { { u"DATAEXPORT_TEST_INTERRUPT"_s, output() + u'/' + folder },
+                            { u"DATAEXPORT_TEST_INTERRUPT_FILE"_s, QString::number(files) } });
 
     const QJsonObject told = result.json().value(u"types"_s)[0].toObject();
     const int items = told.value(u"items"_s).toInt();
@@ -311,7 +305,7 @@ void tst_Interrupting::endsAnEndlessQuery()
     };
     QVERIFY(QTest::qWaitFor(isBusy, kPatienceMs));
     QCOMPARE(process.state(), QProcess::Running);
-    ::kill(static_cast<pid_t>(process.processId()), number);
+    QVERIFY(sendSignal(process, number));
     QElapsedTimer clock;
     clock.start();
     const Result result = finish(process);
@@ -350,7 +344,7 @@ void tst_Interrupting::drawsABarThatFits()
                           : shown.count('%') > 18;
         },
         kPatienceMs);
-    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    QVERIFY(sendSignal(process, SIGINT));
     QElapsedTimer clock;
     clock.start();
     while (process.state() != QProcess::NotRunning && clock.elapsed() < kPatienceMs) {
@@ -386,7 +380,7 @@ void tst_Interrupting::logsPlainLinesElsewhere()
     prepare(process, { u"--no-space-check"_s, m_backup, output() });
     process.start();
     QVERIFY(waitForHugeCopy());
-    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    QVERIFY(sendSignal(process, SIGINT));
     const Result result = finish(process);
     QVERIFY(!hasControlBytes(result.err));
     QVERIFY2(result.err.contains("Photos: 3 items, 55.1 KB\nPhotos: 3 exported\nVideos: 2 items, "),

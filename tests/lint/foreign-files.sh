@@ -23,7 +23,7 @@ exceptions=$(
 ^src/PhoneBackup/base/FolderReader\.cpp:.*::openat\(parent           # folders, never files
 ^src/PhoneBackup/folder/BackupFolder\.cpp:.*O_PATH \| O_DIRECTORY      # likewise, and not read
 ^src/PhoneBackup/base/PrivateFolder\.cpp:.*m_descriptor\(::open\(    # the lock of our own folder
-^src/PhoneBackup/folder/BackupFiles\.cpp:.*(device->|plain\.)open\(    # decrypted as it is read
+^src/PhoneBackup/folder/(BackupFiles|ManifestFile)\.cpp:.*(device->|plain\.)open\( # decrypted as it is read
 ^src/PhoneBackup/sqlite/Database\.cpp:.*::open\(path, flags            # in that way, for SQLite
 ^src/PhoneBackup/sqlite/Database\.cpp:.*sqlite3_open_v2                # with the line above
 ^src/PhoneItems/media/BookArchive\.cpp:.*zipOpen64\(                   # writes into our own folder
