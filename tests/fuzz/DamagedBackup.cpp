@@ -149,8 +149,8 @@ void DamagedBackup::read(const QByteArray &changes) const
     }
     for (const qsizetype number : touched)
         write(changed.at(number).path, changed.at(number).bytes);
-    if (const auto backup = Backup::open(m_folder)) {
-        for (const int code : Backup::dataTypes()) {
+    if (const auto backup = PhoneItems::Backup::open(m_folder)) {
+        for (const int code : PhoneItems::Backup::dataTypes()) {
             if (const BkData *data = backup.value()->getBkData(code))
                 walk(*data);
             backup.value()->messageCount(code);

@@ -10,6 +10,7 @@
 #include "PhoneBackup/plist/KeyedArchive.h"
 #include "PhoneBackup/plist/PropertyList.h"
 #include "PhoneBackup/source/VCardText.h"
+#include "PhoneItems/planner/RepeatText.h"
 #include "export/JpegScans_p.h"
 #include "heif/HeifStructure.h"
 
@@ -131,10 +132,10 @@ void vCard(const QByteArray &bytes)
 
 void repeatRule(const QByteArray &bytes)
 {
+    constexpr qsizetype kFrequencies = 5;
     RepeatRule rule;
-    rule.frequency = bytes.size() % 5;
-    rule.specifier = QString::fromUtf8(bytes);
-    rule.sentence();
+    rule.setSpecifier(QString::fromUtf8(bytes), bytes.size() % kFrequencies);
+    PhoneItems::repeatText(rule);
 }
 
 const std::map<std::string, Parser> kParsers {

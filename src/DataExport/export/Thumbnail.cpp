@@ -1,5 +1,6 @@
 #include "export/CIDataExporter.h"
 #include "export/JpegScans_p.h"
+#include "export/PngChunks_p.h"
 #include "export/QuietDecoding_p.h"
 #include "export/StoredOrientation_p.h"
 #include "export/Thumbnail_p.h"
@@ -19,6 +20,8 @@ namespace {
 constexpr qint64 kMaxPixels = 256LL * 1024 * 1024; // beyond any camera, far below a bomb
 constexpr qint64 kMaxHeldPixels = 64LL * 1024 * 1024; // of a JPEG that is held whole
 constexpr int kMaxDecodedMb = 256;
+constexpr char kPngEnd[] = "\0\0\0\0IEND\xAE\x42\x60\x82"; // with its length and check sum
+constexpr qsizetype kPngEndBytes = 12;
 constexpr int kPngQuality = 80; // quick compression: the best one takes as long as the decoding
 
 // The image library's limit is one for the process: it is ours while any picture is read, and what
@@ -76,6 +79,20 @@ QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
     if (format.isEmpty()) {
         *why = DataExport::tr("It is in none of the formats that are read");
         return {};
+    }
+    if (format == "png") {
+        const PngChunks chunks = PngChunks::read(source);
+        if (chunks.state == PngChunks::State::CutOff) {
+            *why = DataExport::tr("It is cut off");
+            return {};
+        }
+        if (chunks.state == PngChunks::State::DamagedEnd) {
+            QByteArray mended =
+                source.read(chunks.endOfPicture) + QByteArray(kPngEnd, kPngEndBytes);
+            QBuffer buffer(&mended);
+            buffer.open(QIODevice::ReadOnly);
+            return readReduced(buffer, box, why);
+        }
     }
     const int orientation = StoredOrientation::read(source);
     const JpegScans scans = JpegScans::read(source);

@@ -201,6 +201,7 @@ private Q_SLOTS:
     void showsAPlaceholder();
     void keepsDecodersQuiet_data();
     void keepsDecodersQuiet();
+    void refusesNoPngThatCanBeRead();
     void keepsTheLimitAcrossThreads();
     void namesTheConversationInTheReport_data();
     void namesTheConversationInTheReport();
@@ -444,12 +445,45 @@ void tst_MessagePictures::keepsDecodersQuiet_data()
     QByteArray tiff = encoded(image, "TIFF");
     qToLittleEndian(quint32 { 0x7fffffff }, tiff.data() + 4); // where its directory is
     QTest::newRow("TIFF that leads out of the file") << tiff;
+    const QByteArray png = encoded(image, "PNG");
+    for (const qsizetype bytes : { 8, 20, 40, 200 })
+        QTest::addRow("PNG of %d bytes", int(bytes)) << png.first(bytes);
+    QTest::newRow("PNG without its end") << png.chopped(12);
+    QTest::newRow("PNG that is cut in its end") << png.chopped(3);
     QTest::newRow("PNG with a damaged remark") << [&image] {
         constexpr qsizetype kBehindHeader = 8 + 25;
         QByteArray remark = chunk("tEXt", "Comment");
         remark.back() = static_cast<char>(~remark.back());
         return encoded(image, "PNG").insert(kBehindHeader, remark);
     }();
+}
+
+// What is refused for the structure of a file is nothing that could be shown.
+void tst_MessagePictures::refusesNoPngThatCanBeRead()
+{
+    QList<QByteArray> pictures;
+    for (const QImage::Format format : { QImage::Format_ARGB32,
+                                         QImage::Format_Indexed8,
+                                         QImage::Format_Grayscale8,
+                                         QImage::Format_RGBA64,
+                                         QImage::Format_Mono })
+        pictures.append(encoded(redCorner(40, 30).convertToFormat(format), "PNG"));
+    constexpr qsizetype kEdge = 80; // where every byte is tried
+    for (const QByteArray &picture : std::as_const(pictures)) {
+        for (qsizetype at = 8; at < picture.size(); ++at) {
+            if (at > kEdge && at < picture.size() - kEdge && at % 61 != 0)
+                continue;
+            QByteArray flipped = picture;
+            flipped[at] = char(flipped[at] ^ 0x10);
+            for (const QByteArray &bytes : { picture.first(at), flipped }) {
+                RecordingSink sink;
+                QVERIFY(::exportPicture(bytes, sink));
+                const bool isShown = !sink.images.isEmpty();
+                QVERIFY2(isShown || QImage::fromData(bytes, "PNG").isNull(),
+                         QByteArray::number(at));
+            }
+        }
+    }
 }
 
 // Qt would hand remarks to the test's own handler, so another process makes them.
