@@ -17,12 +17,17 @@ struct Song
 {
     FileIndex::Row file = FileIndex::kNone;
     bool ringtone = false;
-    QString identifier; //!< A ringtone's own; empty when no list tells it.
-    QString title; //!< A ringtone's, likewise.
-    std::optional<double> seconds; //!< How long it plays, likewise.
+    QString identifier; //!< The same from backup to backup; empty when nothing tells it.
+    QString title; //!< Likewise.
+    QString artist;
+    QString album;
+    std::optional<double> seconds; //!< How long it plays.
 };
 
-//! Tells \a sink all ringtones and songs, in the order of the index.
+/*!
+    Tells \a sink all ringtones, with what their lists tell, and all songs, of which a MusicLibrary
+    tells more; in the order of the index.
+*/
 void readSongs(Source &source, const std::function<void(const Song &)> &sink);
 
 } // namespace PhoneBackup

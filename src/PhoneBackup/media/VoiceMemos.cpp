@@ -1,11 +1,14 @@
 #include "PhoneBackup/media/VoiceMemos.h"
 
 #include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/media/Transcript.h"
 #include "PhoneBackup/source/MediaKind.h"
+#include "PhoneBackup/source/MovieBoxes.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 
+#include <QIODevice>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -237,6 +240,13 @@ private:
 std::vector<VoiceMemo> voiceMemos(Source &source)
 {
     return VoiceMemos(source).read();
+}
+
+QString transcriptOf(Source &source, const VoiceMemo &memo)
+{
+    constexpr qint64 kMaxMovieBytes = 32 << 20; // hours of speech, each word with its time
+    const Result<std::unique_ptr<QIODevice>> file = source.files().openContent(memo.file);
+    return file ? recordingTranscript(MovieBoxes::movie(*file.value(), kMaxMovieBytes)) : QString();
 }
 
 } // namespace PhoneBackup

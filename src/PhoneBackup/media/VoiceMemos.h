@@ -34,6 +34,9 @@ struct VoiceMemo
 */
 std::vector<VoiceMemo> voiceMemos(Source &source);
 
+//! What the phone wrote down of what is said in \a memo, as its file holds it; empty without that.
+QString transcriptOf(Source &source, const VoiceMemo &memo);
+
 } // namespace PhoneBackup
 
 #endif

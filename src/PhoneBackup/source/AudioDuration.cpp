@@ -1,5 +1,7 @@
 #include "PhoneBackup/source/AudioDuration.h"
 
+#include "PhoneBackup/source/MovieBoxes.h"
+
 #include <QtEndian>
 
 #include <array>
@@ -28,6 +30,8 @@ T bigEndian(QByteArrayView data, qsizetype offset)
         : T(0);
 }
 
+// Chunks of a Core Audio file: "desc" is a rate (64-bit floating point), format, flags, bytes and
+// frames of a packet; "pakt" counts packets, then frames, of packets that differ in size.
 int cafDuration(QByteArrayView file)
 {
     double rate = 0;
@@ -58,7 +62,8 @@ int cafDuration(QByteArrayView file)
 int amrDuration(QByteArrayView file)
 {
     const bool wide = file.startsWith("#!AMR-WB\n");
-    // Bytes of a frame's speech by its mode; a frame is 20 ms.
+    // RFC 4867, 5.3: bytes of a frame's speech by its mode, which is in bits 3 to 6 of the byte
+    // before them; a frame is 20 ms.
     static constexpr std::array<quint8, 16> kNarrow { 12, 13, 15, 17, 19, 20, 26, 31,
                                                       5,  0,  0,  0,  0,  0,  0,  0 };
     static constexpr std::array<quint8, 16> kWide { 17, 23, 32, 36, 40, 46, 50, 58,
@@ -70,31 +75,11 @@ int amrDuration(QByteArrayView file)
     return rounded(frames * 0.02);
 }
 
-// The content of the box \a type in \a data, empty when there is none.
-QByteArrayView box(QByteArrayView data, QByteArrayView type)
-{
-    qsizetype offset = 0;
-    while (offset <= data.size() - 8) {
-        qsizetype header = 8;
-        quint64 size = bigEndian<quint32>(data, offset);
-        if (size == 1) {
-            header = 16;
-            size = bigEndian<quint64>(data, offset + 8);
-        } else if (size == 0) {
-            size = quint64(data.size() - offset);
-        }
-        if (size < quint64(header) || size > quint64(data.size() - offset))
-            return {};
-        if (data.sliced(offset + 4, 4) == type)
-            return data.sliced(offset + header, qsizetype(size) - header);
-        offset += qsizetype(size);
-    }
-    return {};
-}
-
+// ISO/IEC 14496-12, 8.2.2: version and flags, two dates, ticks a second, ticks; since version 1
+// dates and ticks have 64 bits.
 int movieDuration(QByteArrayView file)
 {
-    const QByteArrayView header = box(box(file, "moov"), "mvhd");
+    const QByteArrayView header = MovieBoxes::first(MovieBoxes::first(file, "moov"), "mvhd");
     const bool isLong = !header.isEmpty() && header.front() == 1;
     const quint32 scale = bigEndian<quint32>(header, isLong ? 20 : 12);
     const double length =

@@ -1,5 +1,6 @@
 #include "PhoneBackup/media/AppDocuments.h"
 #include "PhoneBackup/media/Books.h"
+#include "PhoneBackup/media/MusicLibrary.h"
 #include "PhoneBackup/media/PhotoFacts.h"
 #include "PhoneBackup/media/PhotoReader.h"
 #include "PhoneBackup/media/SharedAlbums.h"
@@ -103,6 +104,7 @@ CaseFile::Records memos(Source &source)
             { u"seconds"_s, number(memo.seconds) },
             { u"deleted"_s, memo.deleted },
             { u"deletedOn"_s, CaseFile::text(memo.deletedOn) },
+            { u"transcript"_s, transcriptOf(source, memo) },
         }));
     }
     return records;
@@ -129,12 +131,16 @@ CaseFile::Records bookList(Source &source)
 CaseFile::Records songs(Source &source)
 {
     CaseFile::Records records;
-    readSongs(source, [&](const Song &song) {
+    const MusicLibrary library(source);
+    readSongs(source, [&](Song song) {
+        library.describe(song);
         records.append(CaseFile::filled({
             { u"file"_s, nameOf(source, song.file) },
             { u"ringtone"_s, song.ringtone },
             { u"id"_s, song.identifier },
             { u"title"_s, song.title },
+            { u"artist"_s, song.artist },
+            { u"album"_s, song.album },
             { u"seconds"_s, number(song.seconds) },
         }));
     });
