@@ -12,12 +12,12 @@ DATAEXPORT_USE_TR(DataExport);
 QString OutputFolder::Made::reason(const QString &path) const
 {
     if (error == ENOTDIR || error == EEXIST)
-        return tr("A file stands where the folder “%1” is to be made.").arg(path);
+        return tr("The folder “%1” could not be created: a file of that name exists.").arg(path);
     if (error == ELOOP)
-        return tr("“%1” is a link, and nothing is written through links. Remove it or choose "
-                  "another folder.")
+        return tr("“%1” is a symbolic link, and nothing is written through links. Remove it or "
+                  "choose another folder.")
             .arg(path);
-    return tr("The folder “%1” could not be made: %2.").arg(path, qt_error_string(error));
+    return tr("The folder “%1” could not be created: %2.").arg(path, qt_error_string(error));
 }
 
 OutputFolder::Made OutputFolder::make(const QString &path, Links links)

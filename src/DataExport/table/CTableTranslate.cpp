@@ -16,7 +16,7 @@ constexpr int kDateOfCall = 3;
 
 CIExportReport::Fault withoutColumns()
 {
-    return { CIExportReport::Cause::Content, tr("It is a table without columns.") };
+    return { CIExportReport::Cause::Content, tr("The table has no columns.") };
 }
 
 QString header(const BkData &data, const QString &title)

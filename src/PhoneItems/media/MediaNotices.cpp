@@ -9,15 +9,13 @@ namespace PhoneItems {
 std::span<const NoticeWords> mediaNotices()
 {
     static constexpr std::array kWords {
-        NoticeWords {
-            "media.noPhotoTable",
-            QT_TRANSLATE_NOOP("DataExport", "It has no table of photos that can be read.") },
+        NoticeWords { "media.noPhotoTable",
+                      QT_TRANSLATE_NOOP("DataExport", "It has no readable table of photos.") },
         NoticeWords { "media.damagedRow", QT_TRANSLATE_NOOP("DataExport", "It is damaged: %1.") },
-        NoticeWords {
-            "media.bookPartsMissing",
-            QT_TRANSLATE_NOOP("DataExport",
-                              "%1 of the book's files could not be read and are missing from it, "
-                              "“%2” among them.") },
+        NoticeWords { "media.bookPartsMissing",
+                      QT_TRANSLATE_NOOP("DataExport",
+                                        "%1 of the book's files could not be read and are missing "
+                                        "from the copy, including “%2”.") },
         NoticeWords {
             "media.noBookFiles",
             QT_TRANSLATE_NOOP("DataExport", "None of the book's files is in the backup.") },

@@ -8,12 +8,11 @@ namespace {
 
 constexpr NoticeWords kNotices[] = {
     { "planner.eventsMayBeMissing", QT_TRANSLATE_NOOP("DataExport", "Events may be missing.") },
-    { "planner.noEvents",
-      QT_TRANSLATE_NOOP("DataExport", "It has no table of events that can be read.") },
+    { "planner.noEvents", QT_TRANSLATE_NOOP("DataExport", "It has no readable table of events.") },
     { "planner.remindersMayBeMissing",
       QT_TRANSLATE_NOOP("DataExport", "Reminders may be missing.") },
     { "planner.noReminders",
-      QT_TRANSLATE_NOOP("DataExport", "It has no table of reminders that can be read.") },
+      QT_TRANSLATE_NOOP("DataExport", "It has no readable table of reminders.") },
 };
 
 } // namespace

@@ -10,19 +10,19 @@ constexpr NoticeWords kNotices[] = {
     { "safari.bookmarksMayBeMissing",
       QT_TRANSLATE_NOOP("DataExport", "Bookmarks may be missing.") },
     { "safari.noBookmarks",
-      QT_TRANSLATE_NOOP("DataExport", "It has no table of bookmarks that can be read.") },
+      QT_TRANSLATE_NOOP("DataExport", "It has no readable table of bookmarks.") },
     { "safari.pagesMayBeMissing",
-      QT_TRANSLATE_NOOP("DataExport", "Pages of the history may be missing.") },
+      QT_TRANSLATE_NOOP("DataExport", "Part of the browsing history may be missing.") },
     { "safari.noPages",
-      QT_TRANSLATE_NOOP("DataExport", "It has no table of visited pages that can be read.") },
+      QT_TRANSLATE_NOOP("DataExport", "It has no readable table of visited pages.") },
     { "safari.damagedPropertyList",
-      QT_TRANSLATE_NOOP("DataExport",
-                        "The property list is damaged or missing. Pages of the history are "
-                        "missing.") },
+      QT_TRANSLATE_NOOP(
+          "DataExport",
+          "The property list is damaged or missing. Part of the browsing history is missing.") },
     { "safari.notInPlainBackups",
       QT_TRANSLATE_NOOP("DataExport",
-                        "Phones with iOS 13 or later put the web history into encrypted backups "
-                        "only, and this one is not encrypted.") },
+                        "Since iOS 13, phones store the browsing history in encrypted backups "
+                        "only, and this backup is not encrypted.") },
 };
 
 } // namespace

@@ -7,50 +7,50 @@ namespace PhoneItems {
 namespace {
 
 constexpr NoticeWords kNotices[] = {
-    { "folder.none", QT_TRANSLATE_NOOP("DataExport", "There is no folder “%1”.") },
+    { "folder.none", QT_TRANSLATE_NOOP("DataExport", "The folder “%1” does not exist.") },
     { "folder.isFile",
-      QT_TRANSLATE_NOOP(
-          "DataExport",
-          "“%1” is a file. A phone backup is a folder: name the one that holds “Manifest.db”.") },
+      QT_TRANSLATE_NOOP("DataExport",
+                        "“%1” is a file, but a phone backup is a folder. Specify the folder that "
+                        "contains “Manifest.db”.") },
     { "folder.isLink",
-      QT_TRANSLATE_NOOP(
-          "DataExport",
-          "“%1” is a link. Links in a backup are not followed: put the file itself there.") },
+      QT_TRANSLATE_NOOP("DataExport",
+                        "“%1” is a symbolic link. Links inside a backup are not followed; replace "
+                        "the link with the file itself.") },
     { "folder.notABackup",
-      QT_TRANSLATE_NOOP(
-          "DataExport",
-          "“%1” is not a phone backup: it holds no “Manifest.db” beside a “Manifest.plist”.") },
+      QT_TRANSLATE_NOOP("DataExport",
+                        "“%1” is not a phone backup: it does not contain both “Manifest.db” and "
+                        "“Manifest.plist”.") },
     { "folder.noBackupAt",
       QT_TRANSLATE_NOOP("DataExport",
-                        "There is no phone backup at “%1”: neither it nor a folder in it holds a "
-                        "“Manifest.db” beside a “Manifest.plist”.") },
+                        "No phone backup was found at “%1”: neither this folder nor a folder in it "
+                        "contains both “Manifest.db” and “Manifest.plist”.") },
     { "folder.tooOld",
-      QT_TRANSLATE_NOOP(
-          "DataExport",
-          "“%1” is a backup of system version 3 or 4, which is too old to be read.") },
+      QT_TRANSLATE_NOOP("DataExport",
+                        "“%1” was made by system version 3 or 4, which is too old to be read.") },
     { "folder.noDictionary",
       QT_TRANSLATE_NOOP("DataExport", "“%1” is damaged: it is not a dictionary.") },
     { "folder.encryptionUnknown",
-      QT_TRANSLATE_NOOP("DataExport", "Whether the backup is encrypted is not known.") },
+      QT_TRANSLATE_NOOP("DataExport", "It is not known whether the backup is encrypted.") },
     { "folder.deviceUnknown",
-      QT_TRANSLATE_NOOP("DataExport", "The device's name and system may not be known.") },
+      QT_TRANSLATE_NOOP("DataExport", "The device's name and system version may be missing.") },
     { "folder.completionUnknown",
-      QT_TRANSLATE_NOOP("DataExport", "Whether the backup was completed is not known.") },
+      QT_TRANSLATE_NOOP("DataExport", "It is not known whether the backup was completed.") },
     { "folder.takenForEncrypted",
       QT_TRANSLATE_NOOP("DataExport",
-                        "“Manifest.plist” does not say clearly whether the backup is encrypted. It "
-                        "holds a key for the index, and so the backup is taken for encrypted.") },
+                        "“Manifest.plist” does not clearly say whether the backup is encrypted. It "
+                        "contains a key for the index, so the backup is treated as encrypted.") },
     { "folder.takenForPlain",
       QT_TRANSLATE_NOOP(
           "DataExport",
-          "“Manifest.plist” does not say clearly whether the backup is encrypted. It holds no key "
-          "for the index, and so the backup is taken for a plain one.") },
+          "“Manifest.plist” does not clearly say whether the backup is encrypted. It contains no "
+          "key for the index, so the backup is treated as not encrypted.") },
     { "folder.encrypted",
-      QT_TRANSLATE_NOOP("DataExport", "The backup “%1” is encrypted: its password is needed.") },
+      QT_TRANSLATE_NOOP("DataExport",
+                        "The backup “%1” is encrypted, and its password is needed.") },
     { "folder.noIndex",
       QT_TRANSLATE_NOOP("DataExport",
                         "The backup “%1” has no index: “Manifest.db” is missing. Copy the whole "
-                        "backup folder again from where it was made.") },
+                        "backup folder again from its original location.") },
     { "folder.indexUnreadable",
       QT_TRANSLATE_NOOP("DataExport", "The index “%1” could not be read: %2.") },
     { "folder.indexTooLarge", QT_TRANSLATE_NOOP("DataExport", "it is too large") },
@@ -64,10 +64,10 @@ constexpr NoticeWords kNotices[] = {
     { "folder.notDecrypted", QT_TRANSLATE_NOOP("DataExport", "It is damaged.") },
     { "folder.orEncrypted",
       QT_TRANSLATE_NOOP("DataExport",
-                        "Or it is encrypted: “Manifest.plist” cannot be read to tell.") },
+                        "Or it is encrypted; “Manifest.plist” could not be read to find out.") },
     { "folder.noRecords",
       QT_TRANSLATE_NOOP("DataExport",
-                        "The index “Manifest.mbdb” is damaged: it does not begin as one.") },
+                        "The index “Manifest.mbdb” is damaged: its header is wrong.") },
     { "folder.recordsUnreadable",
       QT_TRANSLATE_NOOP("DataExport", "Entries of the index “Manifest.mbdb” cannot be read.") },
     { "folder.recordsCutOff",
@@ -78,25 +78,23 @@ constexpr NoticeWords kNotices[] = {
     { "folder.fileUnreadable", QT_TRANSLATE_NOOP("DataExport", "Its file could not be read: %1.") },
     { "folder.recordDamaged",
       QT_TRANSLATE_NOOP("DataExport",
-                        "It cannot be decrypted: what the index records of it is damaged.") },
+                        "It cannot be decrypted: its entry in the index is damaged.") },
     { "folder.noKey",
-      QT_TRANSLATE_NOOP("DataExport", "It has no key, and so was taken as it is.") },
+      QT_TRANSLATE_NOOP("DataExport", "It has no key, so it was used without decryption.") },
     { "folder.cutOff",
       QT_TRANSLATE_NOOP("DataExport",
-                        "It is cut off: the index records %1 bytes, the backup holds %2.") },
-    { "folder.restWasTaken", QT_TRANSLATE_NOOP("DataExport", "What there is of it was taken.") },
+                        "It is cut off: it should have %1 bytes, but the backup holds %2.") },
+    { "folder.restWasTaken", QT_TRANSLATE_NOOP("DataExport", "The rest of it was used.") },
     { "folder.tooLargeForPage",
-      QT_TRANSLATE_NOOP("DataExport", "It is too large to be shown in a page.") },
+      QT_TRANSLATE_NOOP("DataExport", "It is too large to be shown on a page.") },
     { "folder.databaseMissing",
-      QT_TRANSLATE_NOOP("DataExport", "The file of the database “%1” is missing.") },
-    { "folder.databaseEmpty",
-      QT_TRANSLATE_NOOP("DataExport", "The file of the database “%1” is empty.") },
+      QT_TRANSLATE_NOOP("DataExport", "The database file “%1” is missing.") },
+    { "folder.databaseEmpty", QT_TRANSLATE_NOOP("DataExport", "The database file “%1” is empty.") },
     { "folder.databaseUnreadable",
       QT_TRANSLATE_NOOP("DataExport", "The database “%1” cannot be read. %2") },
     { "folder.changesMissing",
-      QT_TRANSLATE_NOOP(
-          "DataExport",
-          "The file of “%1” is missing, which held the newest changes of the database.") },
+      QT_TRANSLATE_NOOP("DataExport",
+                        "“%1” is missing. It held the newest changes to the database.") },
 };
 
 } // namespace

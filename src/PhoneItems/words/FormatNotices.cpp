@@ -11,36 +11,37 @@ constexpr NoticeWords kNotices[] = {
     { "base.unreadable", QT_TRANSLATE_NOOP("DataExport", "“%1” could not be read: %2.") },
     { "temporary.notMade",
       QT_TRANSLATE_NOOP("DataExport",
-                        "No temporary folder could be made in “%1”: %2. Set the environment "
+                        "No temporary folder could be created in “%1”: %2. Set the environment "
                         "variable TMPDIR to a folder with free space.") },
-    { "temporary.inBackup", QT_TRANSLATE_NOOP("DataExport", "it lies in the backup") },
+    { "temporary.inBackup", QT_TRANSLATE_NOOP("DataExport", "it is inside the backup") },
     { "temporary.notLocked", QT_TRANSLATE_NOOP("DataExport", "it cannot be locked") },
     { "temporary.tooSmall",
       QT_TRANSLATE_NOOP("DataExport",
-                        "The temporary folder “%1” has too little room: %2 are needed, %3 are "
-                        "free. Set the environment variable TMPDIR to a folder with more.") },
+                        "There is not enough space in the temporary folder “%1”: %2 needed, %3 "
+                        "free. Set the environment variable TMPDIR to a folder with more space.") },
     { "temporary.notWritten",
       QT_TRANSLATE_NOOP("DataExport",
-                        "The temporary folder “%1” could not be written: %2. Set the environment "
-                        "variable TMPDIR to a folder with free space.") },
+                        "The temporary folder “%1” could not be written to: %2. Set the "
+                        "environment variable TMPDIR to a folder with free space.") },
     { "base.missing", QT_TRANSLATE_NOOP("DataExport", "“%1” is missing.") },
     { "base.copyAgain",
       QT_TRANSLATE_NOOP("DataExport",
-                        "Copy the backup again from where it was made, or make a new one.") },
+                        "Copy the backup again from its original location, or make a new one.") },
     { "sqlite.stopped", QT_TRANSLATE_NOOP("DataExport", "reading was stopped on request") },
     { "sqlite.circles", QT_TRANSLATE_NOOP("DataExport", "its pages lead round in circles") },
     { "sqlite.changesDamaged",
       QT_TRANSLATE_NOOP("DataExport",
-                        "The newest changes of “%1” are damaged and could not be read.") },
+                        "The newest changes to “%1” are damaged and could not be read.") },
     { "sqlite.tablesNotListed",
       QT_TRANSLATE_NOOP("DataExport",
                         "The database “%1” is damaged: its tables cannot be listed.") },
     { "sqlite.notOpened",
       QT_TRANSLATE_NOOP("DataExport",
-                        "The database “%1” could not be opened: %2. Check that you may read it.") },
+                        "The database “%1” could not be opened: %2. Check that you have permission "
+                        "to read it.") },
     { "sqlite.damaged", QT_TRANSLATE_NOOP("DataExport", "The database “%1” is damaged: %2.") },
     { "sqlite.notAsked",
-      QT_TRANSLATE_NOOP("DataExport", "The database “%1” could not be asked: %2.") },
+      QT_TRANSLATE_NOOP("DataExport", "The database “%1” could not be queried: %2.") },
     { "plist.tooLarge", QT_TRANSLATE_NOOP("DataExport", "“%1” is too large for a property list.") },
     { "plist.damaged",
       QT_TRANSLATE_NOOP("DataExport", "“%1” is damaged: it is not a property list.") },
@@ -55,24 +56,25 @@ constexpr NoticeWords kNotices[] = {
                         "Its end is damaged or cut off: the padding of the last block is wrong.") },
     { "crypto.keybagCutOff",
       QT_TRANSLATE_NOOP("DataExport",
-                        "The keybag in “Manifest.plist”, without which nothing of the backup can "
-                        "be decrypted, is cut off: %1.") },
+                        "The keybag in “Manifest.plist”, which is needed to decrypt anything in "
+                        "the backup, is cut off: %1.") },
     { "crypto.keybagDamaged",
       QT_TRANSLATE_NOOP("DataExport",
-                        "The keybag in “Manifest.plist”, without which nothing of the backup can "
-                        "be decrypted, is damaged: %1.") },
-    { "crypto.noKey", QT_TRANSLATE_NOOP("DataExport", "it holds no key") },
+                        "The keybag in “Manifest.plist”, which is needed to decrypt anything in "
+                        "the backup, is damaged: %1.") },
+    { "crypto.noKey", QT_TRANSLATE_NOOP("DataExport", "it contains no key") },
     { "crypto.noDerivation",
-      QT_TRANSLATE_NOOP("DataExport", "it does not say how keys are made from the password") },
+      QT_TRANSLATE_NOOP("DataExport", "it does not say how to derive keys from the password") },
     { "crypto.rounds",
-      QT_TRANSLATE_NOOP("DataExport",
-                        "it asks for %1 rounds of key derivation, and 1 to %2 are possible") },
+      QT_TRANSLATE_NOOP(
+          "DataExport",
+          "it asks for %1 rounds of key derivation, but only 1 to %2 are supported") },
     { "crypto.wrongPassword",
       QT_TRANSLATE_NOOP("DataExport", "The password is not that of the backup.") },
     { "crypto.keysCutOff",
       QT_TRANSLATE_NOOP(
           "DataExport",
-          "The keybag is cut off: files whose keys were behind that place cannot be decrypted.") },
+          "The keybag is cut off: files whose keys came after that point cannot be decrypted.") },
 };
 
 } // namespace

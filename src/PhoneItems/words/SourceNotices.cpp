@@ -11,21 +11,21 @@ constexpr NoticeWords kNotices[] = {
       QT_TRANSLATE_NOOP("DataExport", "Reading was stopped on request; lists may be incomplete.") },
     { "source.damaged", QT_TRANSLATE_NOOP("DataExport", "It is damaged: %1.") },
     { "source.endlessRows",
-      QT_TRANSLATE_NOOP("DataExport", "It is damaged: its rows repeat without an end.") },
+      QT_TRANSLATE_NOOP("DataExport", "It is damaged: its rows repeat endlessly.") },
     { "source.noOrdinaryTable",
       QT_TRANSLATE_NOOP("DataExport", "It is damaged: “%1” is not an ordinary table.") },
     { "source.filesStay",
-      QT_TRANSLATE_NOOP("DataExport", "The files that it tells of are exported all the same.") },
+      QT_TRANSLATE_NOOP("DataExport", "The files it refers to are exported anyway.") },
     { "source.namesMayBeMissing",
       QT_TRANSLATE_NOOP("DataExport",
-                        "Names, dates and deleted marks that it holds may be missing; the files "
+                        "Names, dates and deletion marks stored in it may be missing; the files "
                         "themselves are exported.") },
     { "source.peopleMayBeMissing",
       QT_TRANSLATE_NOOP("DataExport", "Names of people may be missing.") },
     { "source.noPropertyList",
       QT_TRANSLATE_NOOP("DataExport",
                         "The property list is damaged or missing. Files are exported under the "
-                        "names that they have on the phone.") },
+                        "names they have on the phone.") },
 };
 
 } // namespace

@@ -110,7 +110,7 @@ void tst_Backup::refusesWhatItCannotRead_data()
                               << u"“Manifest.db” is missing"_s;
     QTest::newRow("nothing of a backup")
         << QStringList { u"Manifest.db"_s, u"Manifest.plist"_s, u"Info.plist"_s, u"Status.plist"_s }
-        << QVariantMap() << Fault::NotABackup << u"“Manifest.db” beside a “Manifest.plist”"_s;
+        << QVariantMap() << Fault::NotABackup << u"both “Manifest.db” and “Manifest.plist”"_s;
     QTest::newRow("older index, damaged")
         << QStringList { u"Manifest.db"_s } << file(u"Manifest.mbdb"_s, "mbdx\5") << Fault::Corrupt
         << u"Manifest.mbdb"_s;
@@ -174,7 +174,8 @@ void tst_Backup::refusesAnIndexThatMayNotBeRead()
 
     QFile::setPermissions(index, QFile::ReadOwner);
     QVERIFY(QFile::rename(index, index + u".real"_s) && QFile::link(index + u".real"_s, index));
-    QVERIFY(PhoneItems::words(Backup::open(fixture.root()).error().what).contains(u"is a link"_s));
+    QVERIFY(PhoneItems::words(Backup::open(fixture.root()).error().what)
+                .contains(u"is a symbolic link"_s));
 
     QVERIFY(QFile::remove(index));
     QVERIFY(QDir().mkdir(index));

@@ -273,10 +273,10 @@ void tst_Crypto::refusesOddKeybags_data()
         QByteArray bag = good;
         return bag.replace(bag.indexOf(tag) + 8, 4, QByteArray::fromHex(number));
     };
-    QTest::newRow("nothing") << QByteArray() << u"holds no key"_s;
+    QTest::newRow("nothing") << QByteArray() << u"contains no key"_s;
     QTest::newRow("noise") << QByteArray(500, 'x') << u"cut off"_s;
     QTest::newRow("no class") << good.first(good.indexOf("UUID", good.indexOf("UUID") + 4))
-                              << u"holds no key"_s;
+                              << u"contains no key"_s;
     QTest::newRow("no salt") << QByteArray(good).replace("SALT", "PALT") << u"does not say how"_s;
     QTest::newRow("no iterations")
         << QByteArray(good).replace("ITER", "JTER") << u"does not say how"_s;
