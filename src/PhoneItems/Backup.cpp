@@ -2,6 +2,7 @@
 
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/source/Source.h"
+#include "PhoneBackup/source/StoredText.h"
 #include "PhoneItems/DataTypes.h"
 #include "PhoneItems/messages/MessageData.h"
 #include "PhoneItems/whatsapp/WhatsappData.h"
@@ -174,12 +175,10 @@ QString Backup::backupProperty(int key) const
 {
     if (key != kOwnerName)
         return {};
-    QString name = OutputNames::clean(info().displayName);
-    if (name.size() > kMaxOwnerCharacters) {
-        const bool insidePair = name[kMaxOwnerCharacters - 1].isHighSurrogate();
-        name = OutputNames::clean(name.first(kMaxOwnerCharacters - (insidePair ? 1 : 0)));
-    }
-    return name;
+    const QString name = OutputNames::clean(info().displayName);
+    return name.size() <= kMaxOwnerCharacters
+        ? name
+        : OutputNames::clean(StoredText::beginning(name, kMaxOwnerCharacters));
 }
 
 } // namespace PhoneItems

@@ -1,9 +1,9 @@
 #include "PhoneBackup/contacts/ContactReader.h"
 
 #include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/contacts/StoredValue.h"
 #include "PhoneBackup/source/ContactKind.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
 
@@ -205,7 +205,7 @@ QDate ContactReader::dayIn(const QString &stored, const char *noDay)
 {
     const QDate day = StoredValue::day(stored);
     if (!day.isValid() && !stored.isEmpty())
-        leaveOut(Notice(noDay, { stored.left(kQuotedCharacters) }));
+        leaveOut(Notice(noDay, { StoredText::beginning(stored, kQuotedCharacters) }));
     return day;
 }
 

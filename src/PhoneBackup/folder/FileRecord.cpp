@@ -1,5 +1,6 @@
 #include "PhoneBackup/folder/FileRecord.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/plist/KeyedArchive.h"
 #include "PhoneBackup/plist/PropertyList.h"
 
@@ -13,7 +14,7 @@ QDateTime fromUnix(const QVariant &value)
 {
     bool ok = false;
     const qint64 seconds = value.toLongLong(&ok);
-    return ok ? FileRecord::dateOf(seconds) : QDateTime();
+    return ok ? PhoneTime::sinceUnix(double(seconds)) : QDateTime();
 }
 
 // Data, or an object that wraps it.
@@ -42,14 +43,6 @@ FileRecord FileRecord::parse(const QByteArray &archive)
     record.attributes = bytes(graph, root.value(u"ExtendedAttributes"_s));
     record.encryptionKey = bytes(graph, root.value(u"EncryptionKey"_s));
     return record;
-}
-
-QDateTime FileRecord::dateOf(qint64 unixSeconds)
-{
-    constexpr qint64 kYear2200 = 7258118400;
-    if (unixSeconds <= 0 || unixSeconds >= kYear2200)
-        return {};
-    return QDateTime::fromSecsSinceEpoch(unixSeconds, Qt::UTC);
 }
 
 QMap<QString, QByteArray> FileRecord::extendedAttributes() const

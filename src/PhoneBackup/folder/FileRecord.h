@@ -25,9 +25,6 @@ struct FileRecord
     //! Parses the keyed archive that Manifest.db holds for a file.
     static FileRecord parse(const QByteArray &archive);
 
-    //! The date of a time stamp of the index; 0 and what lies outside 1970 to 2200 is none.
-    static QDateTime dateOf(qint64 unixSeconds);
-
     //! The extended attributes by name.
     QMap<QString, QByteArray> extendedAttributes() const;
 };

@@ -1,5 +1,6 @@
 #include "PhoneBackup/folder/ManifestMbdb.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "platform/CCommonUtils.h"
 
 #include <QFile>
@@ -205,8 +206,8 @@ FileRecord ManifestMbdb::record(qint64 recordKey)
     record.mode = stored.mode;
     record.sizeBytes =
         stored.size > quint64(std::numeric_limits<qint64>::max()) ? -1 : qint64(stored.size);
-    record.modified = FileRecord::dateOf(stored.modified);
-    record.created = FileRecord::dateOf(stored.created);
+    record.modified = PhoneTime::sinceUnix(double(stored.modified));
+    record.created = PhoneTime::sinceUnix(double(stored.created));
     record.properties = stored.properties;
     record.encryptionKey = stored.encryptionKey.toByteArray();
     return record;

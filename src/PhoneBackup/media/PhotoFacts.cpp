@@ -1,8 +1,8 @@
 #include "PhoneBackup/media/PhotoFacts.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/media/PhotosDatabase.h"
 #include "PhoneBackup/source/PathParts.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 
 #include <algorithm>

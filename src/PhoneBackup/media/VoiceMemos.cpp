@@ -1,11 +1,11 @@
 #include "PhoneBackup/media/VoiceMemos.h"
 
 #include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/media/Transcript.h"
 #include "PhoneBackup/source/MediaKind.h"
 #include "PhoneBackup/source/MovieBoxes.h"
 #include "PhoneBackup/source/PathParts.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 
 #include <QIODevice>

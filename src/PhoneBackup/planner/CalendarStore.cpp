@@ -1,7 +1,7 @@
 #include "PhoneBackup/planner/CalendarStore.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/planner/CalendarDetails.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Table.h"
 
 namespace PhoneBackup {

@@ -1,6 +1,6 @@
 #include "PhoneBackup/planner/PlannedTime.h"
 
-#include "PhoneBackup/source/PhoneTime.h"
+#include "PhoneBackup/base/PhoneTime.h"
 
 #include <QTimeZone>
 

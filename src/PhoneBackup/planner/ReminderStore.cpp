@@ -1,9 +1,9 @@
 #include "PhoneBackup/planner/ReminderStore.h"
 
 #include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/planner/ReminderObjects.h"
 #include "PhoneBackup/source/ObjectStore.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/Table.h"
 

@@ -1,7 +1,7 @@
 #include "PhoneBackup/plist/BinaryPropertyList.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/plist/PropertyList.h"
-#include "platform/CCommonUtils.h"
 
 #include <QVarLengthArray>
 #include <QtEndian>
@@ -193,7 +193,7 @@ private:
         const double number = size == sizeof(float) ? double(qFromBigEndian<float>(m_data + m_at))
                                                     : qFromBigEndian<double>(m_data + m_at);
         if (kind == Kind::Date)
-            value = CCommonUtils::buildDateTimeBase2001(number);
+            value = PhoneTime::ofAnyYear(number);
         else
             value = number;
         return true;

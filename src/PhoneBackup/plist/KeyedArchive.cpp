@@ -1,7 +1,7 @@
 #include "PhoneBackup/plist/KeyedArchive.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/plist/PropertyList.h"
-#include "platform/CCommonUtils.h"
 
 #include <QUrl>
 #include <QVarLengthArray>
@@ -129,7 +129,7 @@ QVariant KeyedArchive::decodeObject(const QVariantMap &object, Walk &walk) const
     if (object.contains(u"NS.data"_s))
         return resolve(object.value(u"NS.data"_s)).toByteArray();
     if (object.contains(u"NS.time"_s))
-        return CCommonUtils::buildDateTimeBase2001(object.value(u"NS.time"_s).toDouble());
+        return PhoneTime::ofAnyYear(object.value(u"NS.time"_s).toDouble());
     if (object.contains(u"NS.relative"_s)) {
         const QString relative = decode(object.value(u"NS.relative"_s), walk).toString();
         walk.budget -= relative.size() / kTextPerValue;

@@ -1,8 +1,8 @@
 #include "PhoneBackup/safari/Bookmarks.h"
 
 #include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/plist/PropertyList.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/RowDatabase.h"
 
 #include <QSet>

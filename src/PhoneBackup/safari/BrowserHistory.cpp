@@ -1,8 +1,8 @@
 #include "PhoneBackup/safari/BrowserHistory.h"
 
 #include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/source/PathParts.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/RowDatabase.h"
 #include "PhoneBackup/source/RowSet.h"
 #include "PhoneBackup/source/Source.h"

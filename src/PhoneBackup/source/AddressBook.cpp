@@ -28,13 +28,12 @@ constexpr qsizetype kMaxNameBytes = 8 * kMaxNameCharacters;
 QString nameIn(const Statement &row, int column)
 {
     const QByteArrayView bytes = row.bytes(column);
-    QString name =
+    const QString name =
         StoredText::cleaned(QString::fromUtf8(bytes.first(std::min(bytes.size(), kMaxNameBytes))))
             .simplified();
-    if (name.size() <= kMaxNameCharacters)
-        return name;
-    name.truncate(kMaxNameCharacters - (name[kMaxNameCharacters - 1].isHighSurrogate() ? 1 : 0));
-    return name + u'…';
+    return name.size() <= kMaxNameCharacters
+        ? name
+        : StoredText::beginning(name, kMaxNameCharacters) + u'…';
 }
 
 QByteArray keyIn(const Statement &row, int column)

@@ -35,4 +35,12 @@ QString cleaned(const QString &text)
     return result;
 }
 
+QString beginning(const QString &text, qsizetype longest)
+{
+    if (text.size() <= longest)
+        return text;
+    const bool insidePair = longest > 0 && text[longest - 1].isHighSurrogate();
+    return text.first(longest - (insidePair ? 1 : 0));
+}
+
 } // namespace PhoneBackup::StoredText

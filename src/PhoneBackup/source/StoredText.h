@@ -14,6 +14,9 @@ namespace StoredText {
 */
 QString cleaned(const QString &text);
 
+//! The first \a longest characters of \a text; one less where they would end inside a pair.
+QString beginning(const QString &text, qsizetype longest);
+
 } // namespace StoredText
 
 } // namespace PhoneBackup

@@ -1,12 +1,13 @@
 #include "PhoneItems/contacts/ContactWords.h"
 
-#include <QDateTime>
+#include "PhoneBackup/base/PhoneTime.h"
 
 #include <algorithm>
 #include <array>
 
 namespace PhoneItems::ContactWords {
 
+using namespace PhoneBackup;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -51,8 +52,7 @@ QString day(const QDate &day)
     constexpr qint64 kDaySeconds = 86400;
     // Halfway between noon there and noon here: the same day in both places, whatever the zone.
     const qint64 noon = QDate(2001, 1, 1).daysTo(day) * kDaySeconds + kDaySeconds / 2;
-    const QDateTime here =
-        QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC).addSecs(noon).toLocalTime();
+    const QDateTime here = PhoneTime::ofAnyYear(double(noon)).toLocalTime();
     return QString::number(noon - here.offsetFromUtc() / 2);
 }
 

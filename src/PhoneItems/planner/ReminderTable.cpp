@@ -1,8 +1,8 @@
 #include "PhoneItems/planner/ReminderTable.h"
 
 #include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/planner/Reminders.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneItems/planner/PlannedText.h"
 #include "PhoneItems/shared/TableData.h"
 #include "platform/CCommonUtils.h"

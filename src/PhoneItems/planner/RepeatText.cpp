@@ -1,5 +1,6 @@
 #include "PhoneItems/planner/RepeatText.h"
 
+#include "PhoneBackup/source/StoredText.h"
 #include "PhoneItems/planner/PlannedText.h"
 #include "platform/Translation_p.h"
 
@@ -154,7 +155,7 @@ QString repeatText(const RepeatRule &rule)
     if (rule.until.isValid())
         text += u' ' + tr("until %1").arg(plannedText(rule.until));
     if (!isTold)
-        text += u" ("_s + rule.specifier.left(kLongestShown) + u')';
+        text += u" ("_s + StoredText::beginning(rule.specifier, kLongestShown) + u')';
     return text;
 }
 

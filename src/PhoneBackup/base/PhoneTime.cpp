@@ -1,4 +1,4 @@
-#include "PhoneBackup/source/PhoneTime.h"
+#include "PhoneBackup/base/PhoneTime.h"
 
 #include <cmath>
 
@@ -6,13 +6,11 @@ namespace PhoneBackup::PhoneTime {
 
 namespace {
 
-constexpr double kBase2001 = 978307200;
 constexpr double kYear1700 = -8520249600;
-constexpr double kYear2200 = 7258118400;
 constexpr double kYear2400 = 13569465600;
 
 // Not a number lies within no bounds.
-QDateTime moment(double unixSeconds, double after = 0, double before = kYear2200)
+QDateTime moment(double unixSeconds, double after = 0, double before = double(kYear2200))
 {
     if (!(unixSeconds > after && unixSeconds < before))
         return {};
@@ -23,12 +21,12 @@ QDateTime moment(double unixSeconds, double after = 0, double before = kYear2200
 
 QDateTime since2001(std::optional<double> seconds)
 {
-    return !seconds || *seconds == 0 ? QDateTime() : moment(*seconds + kBase2001);
+    return !seconds || *seconds == 0 ? QDateTime() : moment(*seconds + double(kYear2001));
 }
 
 QDateTime ofThePast(std::optional<double> seconds)
 {
-    return seconds.value_or(0) > kBase2001 ? sinceUnix(seconds) : since2001(seconds);
+    return seconds.value_or(0) > double(kYear2001) ? sinceUnix(seconds) : since2001(seconds);
 }
 
 QDateTime sinceUnix(std::optional<double> seconds)
@@ -44,7 +42,15 @@ QDateTime ofMs(qint64 ms)
 QDateTime planned(std::optional<double> seconds)
 {
     return !seconds || *seconds == 0 ? QDateTime()
-                                     : moment(*seconds + kBase2001, kYear1700, kYear2400);
+                                     : moment(*seconds + double(kYear2001), kYear1700, kYear2400);
+}
+
+QDateTime ofAnyYear(double seconds)
+{
+    constexpr double kLimitMs = 9.2e18; // near what 64 bits of milliseconds hold
+    const double ms = std::round(seconds * 1000) + double(kYear2001) * 1000;
+    return std::abs(ms) < kLimitMs ? QDateTime::fromMSecsSinceEpoch(qint64(ms), Qt::UTC)
+                                   : QDateTime();
 }
 
 QDateTime withinBounds(const QDateTime &moment)
