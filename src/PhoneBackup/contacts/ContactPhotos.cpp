@@ -53,16 +53,18 @@ ContactPhotos::ContactPhotos(Source &source)
 
 void ContactPhotos::readForms(bool isWhole)
 {
-    const QString name = table(isWhole);
-    if (!m_database->hasColumn(name, u"record_id"_s) || !m_database->hasColumn(name, u"data"_s))
+    Table list(*m_database, table(isWhole));
+    if (!list.hasColumn(u"record_id"_s) || !list.hasColumn(u"data"_s))
         return;
-    m_database->query(
-        u"ROWID, record_id, length(data)"_s, name, [this, isWhole](const Statement &row) {
-            if (row.integer(2) > 0)
-                m_forms.push_back({ row.integer(1), row.integer(2), row.integer(0), isWhole });
-        });
-    (isWhole ? m_whole : m_part) =
-        m_database->prepare(u"SELECT data FROM %1 WHERE ROWID = ?1"_s.arg(name));
+    const auto card = list.column(u"record_id"_s);
+    const auto bytes = list.expression(u"length(data)"_s);
+    list.forEach([&, this](const Table::Row &row) {
+        if (row.integer(bytes) > 0)
+            m_forms.push_back({ row.integer(card), row.integer(bytes), row.id(), isWhole });
+    });
+    Table pictures(*m_database, table(isWhole));
+    const Table::Column data = pictures.column(u"data"_s);
+    (isWhole ? m_whole : m_part).emplace(Pictures { data, pictures.lookup() });
 }
 
 QByteArray ContactPhotos::best(const AddressBook::Person &person)
@@ -100,15 +102,12 @@ QByteArray ContactPhotos::best(const AddressBook::Person &person)
 // Empty for what is no picture.
 QByteArray ContactPhotos::read(const Form &form)
 {
-    Statement *statement = (form.isWhole ? m_whole : m_part).get();
-    if (!statement || form.bytes > kMaxPhotoBytes)
+    std::optional<Pictures> &pictures = form.isWhole ? m_whole : m_part;
+    if (!pictures || form.bytes > kMaxPhotoBytes)
         return {};
-    statement->bind(1, form.row);
-    const bool isRead = statement->step() == Statement::Step::Row;
-    const QByteArrayView bytes = isRead ? statement->bytes(0) : QByteArrayView();
-    const QByteArray photo = PictureFormat::of(bytes) ? bytes.toByteArray() : QByteArray();
-    statement->reset();
-    return photo;
+    const Table::Row *row = pictures->lookup.find(form.row);
+    const QByteArrayView bytes = row ? row->bytes(pictures->data) : QByteArrayView();
+    return PictureFormat::of(bytes) ? bytes.toByteArray() : QByteArray();
 }
 
 } // namespace PhoneBackup

@@ -2,6 +2,7 @@
 #define PHONEBACKUP_CONTACTS_CONTACTPHOTOS_H
 
 #include "PhoneBackup/source/AddressBook.h"
+#include "PhoneBackup/source/Table.h"
 
 namespace PhoneBackup {
 
@@ -31,14 +32,21 @@ private:
         bool isWhole;
     };
 
+    // The pictures of a table by the numbers of its rows.
+    struct Pictures
+    {
+        Table::Column data;
+        Table::Lookup lookup;
+    };
+
     void readForms(bool isWhole);
     QByteArray read(const Form &form);
 
     Source &m_source;
     std::optional<RowDatabase> m_database;
     std::vector<Form> m_forms;
-    std::unique_ptr<Statement> m_whole;
-    std::unique_ptr<Statement> m_part;
+    std::optional<Pictures> m_whole;
+    std::optional<Pictures> m_part;
 };
 
 } // namespace PhoneBackup

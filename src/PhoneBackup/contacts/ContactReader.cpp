@@ -8,7 +8,6 @@
 #include "PhoneBackup/source/StoredText.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 #include <utility>
 
@@ -23,88 +22,99 @@ constexpr qsizetype kMaxTextBytes = 4 << 20;
 constexpr qsizetype kQuotedCharacters = 40; // of what is no date
 constexpr std::size_t kMaxLeftOut = 5; // that are told of one contact
 
-// What is read of a card, in the order of the query.
-enum Column {
-    Prefix,
-    First,
-    Middle,
-    Last,
-    Suffix,
-    FirstPhonetic,
-    MiddlePhonetic,
-    LastPhonetic,
-    PreviousFamilyName,
-    Nickname,
-    JobTitle,
-    Department,
-    Organization,
-    OrganizationPhonetic,
-    Birthday,
-    Note,
-    Kind,
-    Guid,
-    CreationDate,
-    ModificationDate,
-};
-constexpr std::array kColumns {
-    "Prefix"_L1,
-    "First"_L1,
-    "Middle"_L1,
-    "Last"_L1,
-    "Suffix"_L1,
-    "FirstPhonetic"_L1,
-    "MiddlePhonetic"_L1,
-    "LastPhonetic"_L1,
-    "PreviousFamilyName"_L1,
-    "Nickname"_L1,
-    "JobTitle"_L1,
-    "Department"_L1,
-    "Organization"_L1,
-    "OrganizationPhonetic"_L1,
-    "Birthday"_L1,
-    "Note"_L1,
-    "Kind"_L1,
-    "guid"_L1,
-    "CreationDate"_L1,
-    "ModificationDate"_L1,
-};
-static_assert(kColumns.size() == ModificationDate + 1);
-
 } // namespace
+
+struct ContactReader::Cards
+{
+    explicit Cards(RowDatabase &database)
+        : table(database, u"ABPerson"_s)
+    {
+    }
+
+    Table table;
+    Table::Column prefix = table.column(u"Prefix"_s);
+    Table::Column first = table.column(u"First"_s);
+    Table::Column middle = table.column(u"Middle"_s);
+    Table::Column last = table.column(u"Last"_s);
+    Table::Column suffix = table.column(u"Suffix"_s);
+    Table::Column spokenFirst = table.column(u"FirstPhonetic"_s);
+    Table::Column spokenMiddle = table.column(u"MiddlePhonetic"_s);
+    Table::Column spokenLast = table.column(u"LastPhonetic"_s);
+    Table::Column former = table.column(u"PreviousFamilyName"_s);
+    Table::Column nickname = table.column(u"Nickname"_s);
+    Table::Column jobTitle = table.column(u"JobTitle"_s);
+    Table::Column department = table.column(u"Department"_s);
+    Table::Column organization = table.column(u"Organization"_s);
+    Table::Column spokenOrganization = table.column(u"OrganizationPhonetic"_s);
+    Table::Column birthday = table.column(u"Birthday"_s);
+    Table::Column note = table.column(u"Note"_s);
+    Table::Column kind = table.column(u"Kind"_s);
+    Table::Column guid = table.column(u"guid"_s);
+    Table::Column created = table.column(u"CreationDate"_s);
+    Table::Column modified = table.column(u"ModificationDate"_s);
+    Table::Lookup lookup = table.lookup();
+};
+
+struct ContactReader::Values
+{
+    explicit Values(RowDatabase &database)
+        : table(database, u"ABMultiValue"_s)
+    {
+    }
+
+    Table table;
+    Table::Column label = table.column(u"label"_s);
+    Table::Column value = table.column(u"value"_s);
+    Table::Lookup lookup = table.lookup();
+};
+
+struct ContactReader::Parts
+{
+    explicit Parts(RowDatabase &database)
+        : table(database, u"ABMultiValueEntry"_s)
+    {
+    }
+
+    Table table;
+    Table::Column key = table.column(u"key"_s);
+    Table::Column value = table.column(u"value"_s);
+    Table::Lookup lookup = table.lookup();
+};
 
 ContactReader::ContactReader(Source &source, const AddressBook &book)
     : m_source(source)
     , m_book(book)
-    , m_database(*book.database())
+    , m_details(book.database()->readFor(DataType::Contacts, Notice("contacts.mayBeMissing")))
     , m_photos(source)
 {
-    readTexts(u"ABMultiValueLabel"_s, m_labels);
-    readTexts(u"ABMultiValueEntryKey"_s, m_partKeys);
+    readTexts(u"ABMultiValueLabel"_s, u"value"_s, m_labels);
+    readTexts(u"ABMultiValueEntryKey"_s, u"value"_s, m_partKeys);
     readPartRows();
     readGroups();
-    prepareStatements();
+    m_cards = std::make_unique<Cards>(m_details);
+    m_values = std::make_unique<Values>(m_details);
+    m_parts = std::make_unique<Parts>(m_details);
 }
 
-void ContactReader::readTexts(const QString &table, Texts &texts)
+ContactReader::~ContactReader() = default;
+
+// By the numbers of the rows, by which they are referred to.
+void ContactReader::readTexts(const QString &table, const QString &column, Texts &texts)
 {
-    if (!m_database.hasColumn(table, u"value"_s))
-        return;
-    // Their ROWIDs are the numbers by which they are referred to.
-    m_database.query(u"ROWID, value"_s, table, [&](const Statement &row) {
-        texts.insert(row.integer(0), StoredText::cleaned(row.text(1)).simplified());
+    Table stored(*m_book.database(), table);
+    const Table::Column text = stored.column(column);
+    stored.forEach([&](const Table::Row &row) {
+        texts.insert(row.id(), StoredText::cleaned(row.text(text)).simplified());
     });
 }
 
 void ContactReader::readPartRows()
 {
-    const QString table = u"ABMultiValueEntry"_s;
-    if (!m_database.hasTable(table))
-        return;
-    m_database.query(
-        u"ROWID, parent_id"_s,
-        table,
-        [this](const Statement &row) { m_partRows.emplace_back(row.integer(1), row.integer(0)); },
-        RowDatabase::Order::Any);
+    Table parts(*m_book.database(), u"ABMultiValueEntry"_s);
+    const Table::Column value = parts.column(u"parent_id"_s);
+    parts.forEach(
+        [&, this](const Table::Row &row) { m_partRows.emplace_back(row.integer(value), row.id()); },
+        Table::Order::Any);
     std::sort(m_partRows.begin(), m_partRows.end());
     m_partRows.erase(std::unique(m_partRows.begin(), m_partRows.end()), m_partRows.end());
 }
@@ -112,36 +122,16 @@ void ContactReader::readPartRows()
 void ContactReader::readGroups()
 {
     constexpr int kPerson = 0; // type of a member; 1 is a group in a group
-    const QString groups = u"ABGroup"_s;
-    const QString members = u"ABGroupMembers"_s;
-    if (!m_database.hasColumn(groups, u"Name"_s) || !m_database.hasColumn(members, u"member_id"_s))
-        return;
     Texts names;
-    m_database.query(u"ROWID, Name"_s, groups, [&names](const Statement &row) {
-        names.insert(row.integer(0), StoredText::cleaned(row.text(1)).simplified());
+    readTexts(u"ABGroup"_s, u"Name"_s, names);
+    Table members(*m_book.database(), u"ABGroupMembers"_s);
+    const auto [group, member, type] =
+        members.columns(u"group_id"_s, u"member_id"_s, u"member_type"_s);
+    members.forEach([&, this, group = group, member = member, type = type](const Table::Row &row) {
+        const QString name = names.value(row.integer(group));
+        if (row.integer(type) == kPerson && !name.isEmpty())
+            m_groups[row.integer(member)].append(name);
     });
-    m_database.query(
-        u"group_id, member_id, member_type"_s, members, [this, &names](const Statement &row) {
-            const QString name = names.value(row.integer(0));
-            if (row.integer(2) == kPerson && !name.isEmpty())
-                m_groups[row.integer(1)].append(name);
-        });
-}
-
-void ContactReader::prepareStatements()
-{
-    QStringList columns;
-    for (const QLatin1StringView column : kColumns)
-        columns.append(m_database.column(u"ABPerson"_s, column));
-    m_person =
-        m_database.prepare(u"SELECT %1 FROM ABPerson WHERE ROWID = ?1"_s.arg(columns.join(u',')));
-    m_value = m_database.hasTable(u"ABMultiValue"_s)
-        ? m_database.prepare(u"SELECT %1, value FROM ABMultiValue WHERE ROWID = ?1"_s.arg(
-            m_database.column(u"ABMultiValue"_s, u"label"_s)))
-        : nullptr;
-    m_part = m_partRows.empty()
-        ? nullptr
-        : m_database.prepare(u"SELECT key, value FROM ABMultiValueEntry WHERE ROWID = ?1"_s);
 }
 
 bool ContactReader::read(const AddressBook::Person &person, Contact &contact)
@@ -168,35 +158,38 @@ bool ContactReader::read(const AddressBook::Person &person, Contact &contact)
 
 bool ContactReader::readFields(qint64 card, Contact &contact)
 {
-    if (!m_person || !step(*m_person, card))
+    const Table::Row *row = m_cards->lookup.find(card);
+    if (!row)
         return false;
-    const auto stored = [this](Column column) { return text(*m_person, column); };
-    const auto fill = [&](QString &field, Column column) {
+    const Cards &cards = *m_cards;
+    const auto stored = [&](Table::Column column) { return text(*row, column); };
+    const auto fill = [&](QString &field, Table::Column column) {
         if (field.isEmpty())
             field = stored(column);
     };
     // The parts of a name are those of one card.
     if (contact.name.isEmpty()) {
-        contact.name = { stored(Prefix),         stored(First),        stored(Middle),
-                         stored(Last),           stored(Suffix),       stored(FirstPhonetic),
-                         stored(MiddlePhonetic), stored(LastPhonetic), stored(PreviousFamilyName) };
+        contact.name = { stored(cards.prefix),       stored(cards.first),
+                         stored(cards.middle),       stored(cards.last),
+                         stored(cards.suffix),       stored(cards.spokenFirst),
+                         stored(cards.spokenMiddle), stored(cards.spokenLast),
+                         stored(cards.former) };
     }
-    fill(contact.nickname, Nickname);
-    fill(contact.jobTitle, JobTitle);
-    fill(contact.department, Department);
-    fill(contact.organization, Organization);
-    fill(contact.spokenOrganization, OrganizationPhonetic);
+    fill(contact.nickname, cards.nickname);
+    fill(contact.jobTitle, cards.jobTitle);
+    fill(contact.department, cards.department);
+    fill(contact.organization, cards.organization);
+    fill(contact.spokenOrganization, cards.spokenOrganization);
     if (!contact.birthday.isValid())
-        contact.birthday = dayIn(stored(Birthday), "contacts.birthdayNoDate");
-    fill(contact.note, Note);
-    fill(contact.guid, Guid);
+        contact.birthday = dayIn(stored(cards.birthday), "contacts.birthdayNoDate");
+    fill(contact.note, cards.note);
+    fill(contact.guid, cards.guid);
     constexpr int kOrganization = 1;
-    contact.isOrganization = contact.isOrganization || m_person->integer(Kind) == kOrganization;
+    contact.isOrganization = contact.isOrganization || row->integer(cards.kind) == kOrganization;
     if (!contact.created.isValid())
-        contact.created = PhoneTime::since2001(m_person->number(CreationDate));
+        contact.created = PhoneTime::since2001(row->number(cards.created));
     if (!contact.modified.isValid())
-        contact.modified = PhoneTime::since2001(m_person->number(ModificationDate));
-    m_person->reset();
+        contact.modified = PhoneTime::since2001(row->number(cards.modified));
     return true;
 }
 
@@ -212,23 +205,24 @@ QDate ContactReader::dayIn(const QString &stored, const char *noDay)
 void ContactReader::readValues(qint64 card, bool isFirst, Contact &contact)
 {
     const auto [first, last] = m_book.values(card);
-    for (auto value = first; value != last && m_value; ++value) {
-        if (!step(*m_value, value->row)) {
+    for (auto value = first; value != last; ++value) {
+        if (const Table::Row *row = m_values->lookup.find(value->row))
+            addValue(*value, *row, isFirst, contact);
+        else
             leaveOut(Notice("contacts.entryUnreadable"));
-            continue;
-        }
-        addValue(*value, isFirst, contact);
-        m_value->reset();
     }
 }
 
-void ContactReader::addValue(const AddressBook::Value &stored, bool isFirst, Contact &contact)
+void ContactReader::addValue(const AddressBook::Value &stored,
+                             const Table::Row &row,
+                             bool isFirst,
+                             Contact &contact)
 {
     Contact::Value value;
     value.kind = stored.kind;
-    value.label = m_labels.value(m_value->integer(0));
+    value.label = m_labels.value(row.integer(m_values->label));
     value.parts = readParts(stored);
-    QString text = this->text(*m_value, 1);
+    QString text = this->text(row, m_values->value);
     const QString onlyPart = StoredValue::partOfPlainValue(stored.kind);
     if (value.parts.isEmpty() && !text.isEmpty() && !onlyPart.isEmpty())
         value.parts.insert(onlyPart, std::exchange(text, {}));
@@ -247,15 +241,16 @@ QMap<QString, QString> ContactReader::readParts(const AddressBook::Value &value)
     auto at = std::lower_bound(m_partRows.cbegin(),
                                m_partRows.cend(),
                                std::pair(value.row, std::numeric_limits<qint64>::min()));
-    for (; at != m_partRows.cend() && at->first == value.row && m_part; ++at) {
-        if (parts.size() >= kMaxOfAKind || !step(*m_part, at->second)) {
+    for (; at != m_partRows.cend() && at->first == value.row; ++at) {
+        const Table::Row *row =
+            parts.size() < kMaxOfAKind ? m_parts->lookup.find(at->second) : nullptr;
+        if (!row) {
             leaveOut(Notice("contacts.partUnreadable"));
             continue;
         }
-        const QString stored = m_partKeys.value(m_part->integer(0));
+        const QString stored = m_partKeys.value(row->integer(m_parts->key));
         const QString key = StoredValue::partKey(stored);
-        QString text = this->text(*m_part, 1);
-        m_part->reset();
+        QString text = this->text(*row, m_parts->value);
         if (value.kind == ContactKind::kSocialProfile && key == "service"_L1)
             text = text.toLower(); // the words for it are found by this spelling only
         const bool goesFirst = stored == key || !parts.contains(key);
@@ -278,7 +273,7 @@ bool ContactReader::isNew(const Contact::Value &value, bool isFirst)
 }
 
 // As it is stored, but for control characters.
-QString ContactReader::text(const Statement &row, int column)
+QString ContactReader::text(const Table::Row &row, Table::Column column)
 {
     const QByteArrayView bytes = row.bytes(column);
     m_isCut = m_isCut || bytes.size() > kMaxTextBytes;
@@ -286,26 +281,6 @@ QString ContactReader::text(const Statement &row, int column)
         StoredText::cleaned(QString::fromUtf8(bytes.first(std::min(bytes.size(), kMaxTextBytes))));
     const auto isBlank = [](QChar c) { return c.isSpace(); };
     return std::all_of(text.cbegin(), text.cend(), isBlank) ? QString() : text;
-}
-
-bool ContactReader::step(Statement &statement, qint64 row)
-{
-    statement.reset();
-    statement.bind(1, row);
-    switch (statement.step()) {
-    case Statement::Step::Row:
-        return true;
-    case Statement::Step::Failed:
-        m_source.addProblem(
-            { DataType::Contacts,
-              AddressBook::place(),
-              Notice("contacts.damaged", { statement.error() }) + Notice("contacts.mayBeMissing"),
-              true });
-        return false;
-    case Statement::Step::Done:
-        break;
-    }
-    return false;
 }
 
 void ContactReader::leaveOut(const Notice &what)

@@ -4,6 +4,7 @@
 #include "PhoneBackup/contacts/Contact.h"
 #include "PhoneBackup/contacts/ContactPhotos.h"
 #include "PhoneBackup/source/AddressBook.h"
+#include "PhoneBackup/source/Table.h"
 
 #include <QSet>
 
@@ -24,6 +25,7 @@ class ContactReader
 public:
     //! \a book has a database.
     ContactReader(Source &source, const AddressBook &book);
+    ~ContactReader();
 
     //! Sets \a contact to what is known of \a person. \return false when none of their cards can be
     //! read.
@@ -34,33 +36,37 @@ public:
 
 private:
     using Texts = QHash<qint64, QString>;
+    struct Cards;
+    struct Values;
+    struct Parts;
 
-    void readTexts(const QString &table, Texts &texts);
+    void readTexts(const QString &table, const QString &column, Texts &texts);
     void readPartRows();
-    void prepareStatements();
     void readGroups();
     bool readFields(qint64 card, Contact &contact);
     QDate dayIn(const QString &stored, const char *noDay);
     void readValues(qint64 card, bool isFirst, Contact &contact);
     QMap<QString, QString> readParts(const AddressBook::Value &value);
-    void addValue(const AddressBook::Value &stored, bool isFirst, Contact &contact);
+    void addValue(const AddressBook::Value &stored,
+                  const Table::Row &row,
+                  bool isFirst,
+                  Contact &contact);
     bool isNew(const Contact::Value &value, bool isFirst);
-    QString text(const Statement &row, int column);
-    bool step(Statement &statement, qint64 row);
+    QString text(const Table::Row &row, Table::Column column);
     void leaveOut(const Notice &what);
     void tellWhatIsLeftOut(const AddressBook::Person &person);
 
     Source &m_source;
     const AddressBook &m_book;
-    RowDatabase &m_database;
+    RowDatabase m_details; // of the book, for what is read of each person
     ContactPhotos m_photos;
     Texts m_labels;
     Texts m_partKeys;
     QHash<qint64, QStringList> m_groups; // by card
     std::vector<std::pair<qint64, qint64>> m_partRows; // ABMultiValue.UID and ROWID of the part
-    std::unique_ptr<Statement> m_person;
-    std::unique_ptr<Statement> m_value;
-    std::unique_ptr<Statement> m_part;
+    std::unique_ptr<Cards> m_cards;
+    std::unique_ptr<Values> m_values;
+    std::unique_ptr<Parts> m_parts;
 
     // Of the person that is being read.
     std::vector<Notice> m_leftOut;

@@ -3,6 +3,7 @@
 #include "PhoneBackup/source/ContactKind.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
+#include "PhoneBackup/source/Table.h"
 #include "platform/Translation_p.h"
 
 #include <algorithm>
@@ -25,7 +26,7 @@ constexpr qsizetype kMaxNameCharacters = 500; // a list shows no more; the detai
 constexpr qsizetype kMaxNameBytes = 8 * kMaxNameCharacters;
 
 // In one line. Of a name that someone made a book of, as much as can be a name.
-QString nameIn(const Statement &row, int column)
+QString nameIn(const Table::Row &row, Table::Column column)
 {
     const QByteArrayView bytes = row.bytes(column);
     const QString name =
@@ -36,7 +37,7 @@ QString nameIn(const Statement &row, int column)
         : StoredText::beginning(name, kMaxNameCharacters) + u'…';
 }
 
-QByteArray keyIn(const Statement &row, int column)
+QByteArray keyIn(const Table::Row &row, Table::Column column)
 {
     const QByteArrayView bytes = row.bytes(column);
     return bytes.first(std::min(bytes.size(), kMaxNameBytes)).toByteArray();
@@ -55,50 +56,68 @@ QString firstOf(const QStringList &texts)
     return found == texts.cend() ? QString() : *found;
 }
 
-AddressBook::Person personOf(const Statement &row, int column)
+// The cards, with what names and orders them.
+class Cards
 {
-    enum {
-        Prefix,
-        First,
-        Middle,
-        Last,
-        Suffix,
-        Nickname,
-        Organization,
-        Display,
-        Fallback,
-        Kind,
-        FirstSpoken,
-        LastSpoken,
-        OrganizationSpoken,
-        Alphabet,
-        Section,
-        Key
-    };
-    const auto text = [&](int place) { return nameIn(row, column + place); };
-    const QString organization = text(Organization);
-    const bool isOrganization =
-        row.integer(column + Kind) == kOrganisation && !organization.isEmpty();
+public:
+    explicit Cards(RowDatabase &database)
+        : table(database, u"ABPerson"_s)
+    {
+    }
+
+    AddressBook::Person person(const Table::Row &row) const;
+
+    Table table;
+    Table::Column link = table.column(u"PersonLink"_s);
+    Table::Column isPreferred = table.column(u"IsPreferredName"_s);
+
+private:
+    Table::Column m_prefix = table.column(u"Prefix"_s);
+    Table::Column m_first = table.column(u"First"_s);
+    Table::Column m_middle = table.column(u"Middle"_s);
+    Table::Column m_last = table.column(u"Last"_s);
+    Table::Column m_suffix = table.column(u"Suffix"_s);
+    Table::Column m_nickname = table.column(u"Nickname"_s);
+    Table::Column m_organization = table.column(u"Organization"_s);
+    Table::Column m_display = table.column(u"DisplayName"_s);
+    Table::Column m_fallback = table.column(u"CompositeNameFallback"_s);
+    Table::Column m_kind = table.column(u"Kind"_s);
+    Table::Column m_firstSpoken = table.column(u"FirstPhonetic"_s);
+    Table::Column m_lastSpoken = table.column(u"LastPhonetic"_s);
+    Table::Column m_organizationSpoken = table.column(u"OrganizationPhonetic"_s);
+    Table::Column m_alphabet = table.column(u"LastSortLanguageIndex"_s);
+    Table::Column m_section = table.column(u"LastSortSection"_s);
+    Table::Column m_key = table.column(u"LastSort"_s);
+};
+
+AddressBook::Person Cards::person(const Table::Row &row) const
+{
+    const auto text = [&row](Table::Column column) { return nameIn(row, column); };
+    const QString organization = text(m_organization);
+    const bool isOrganization = row.integer(m_kind) == kOrganisation && !organization.isEmpty();
 
     AddressBook::Person person;
     AddressBook::SortKeys &sort = person.sort;
-    if (!row.bytes(column + Alphabet).isEmpty())
-        sort.alphabet = row.integer(column + Alphabet);
-    sort.section = keyIn(row, column + Section);
-    sort.key = keyIn(row, column + Key);
+    if (!row.bytes(m_alphabet).isEmpty())
+        sort.alphabet = row.integer(m_alphabet);
+    sort.section = keyIn(row, m_section);
+    sort.key = keyIn(row, m_key);
+    const QString first = text(m_first);
+    const QString middle = text(m_middle);
+    const QString last = text(m_last);
     person.name = isOrganization
         ? organization
-        : firstOf({ joined({ text(Prefix), text(First), text(Middle), text(Last), text(Suffix) }),
-                    text(Nickname),
+        : firstOf({ joined({ text(m_prefix), first, middle, last, text(m_suffix) }),
+                    text(m_nickname),
                     organization,
-                    text(Display),
-                    text(Fallback) });
+                    text(m_display),
+                    text(m_fallback) });
     if (isOrganization) {
-        sort.name = firstOf({ text(OrganizationSpoken), organization });
+        sort.name = firstOf({ text(m_organizationSpoken), organization });
         return person;
     }
-    const QString family = firstOf({ text(LastSpoken), text(Last) });
-    const QString given = joined({ firstOf({ text(FirstSpoken), text(First) }), text(Middle) });
+    const QString family = firstOf({ text(m_lastSpoken), last });
+    const QString given = joined({ firstOf({ text(m_firstSpoken), first }), middle });
     sort.name = firstOf({ family, given, person.name });
     sort.rest = family.isEmpty() ? QString() : given;
     return person;
@@ -141,54 +160,28 @@ Notice AddressBook::loss() const
 
 void AddressBook::readPeople()
 {
-    const auto column = [this](const QString &name) {
-        return m_database->column(u"ABPerson"_s, name);
-    };
     QHash<qint64, Link> links;
-    const QString linkTable = u"ABPersonLink"_s;
-    if (m_database->hasTable(linkTable)) {
-        m_database->query(
-            u"ROWID, %1, %2"_s.arg(m_database->column(linkTable, u"PreferredNamePersonID"_s),
-                                   m_database->column(linkTable, u"PreferredImagePersonID"_s)),
-            linkTable,
-            [&links](const Statement &row) {
-                if (!links.contains(row.integer(0)))
-                    links.insert(row.integer(0), { row.integer(1), row.integer(2) });
-            });
-    }
-    QStringList wanted { u"ROWID"_s, column(u"PersonLink"_s), column(u"IsPreferredName"_s) };
-    constexpr int kNames = 3; // the column that these begin at, in the order of personOf()
-    for (const QString &name : { u"Prefix"_s,
-                                 u"First"_s,
-                                 u"Middle"_s,
-                                 u"Last"_s,
-                                 u"Suffix"_s,
-                                 u"Nickname"_s,
-                                 u"Organization"_s,
-                                 u"DisplayName"_s,
-                                 u"CompositeNameFallback"_s,
-                                 u"Kind"_s,
-                                 u"FirstPhonetic"_s,
-                                 u"LastPhonetic"_s,
-                                 u"OrganizationPhonetic"_s,
-                                 u"LastSortLanguageIndex"_s,
-                                 u"LastSortSection"_s,
-                                 u"LastSort"_s })
-        wanted.append(column(name));
-    m_database->query(wanted.join(u','), u"ABPerson"_s, [&](const Statement &row) {
-        const qint64 link = row.integer(1);
+    Table linkTable(*m_database, u"ABPersonLink"_s);
+    const auto [nameCard, imageCard] =
+        linkTable.columns(u"PreferredNamePersonID"_s, u"PreferredImagePersonID"_s);
+    linkTable.forEach([&, nameCard = nameCard, imageCard = imageCard](const Table::Row &row) {
+        links.insert(row.id(), { row.integer(nameCard), row.integer(imageCard) });
+    });
+    const Cards cards(*m_database);
+    if (!cards.table.isThere())
+        return;
+    cards.table.forEach([&](const Table::Row &row) {
+        const qint64 link = row.integer(cards.link);
         const auto known = link > 0 ? links.find(link) : links.end();
-        addCard({ row.integer(0),
+        addCard({ row.id(),
                   known == links.end() ? nullptr : &*known,
-                  row.integer(2) != 0,
-                  personOf(row, kNames) });
+                  row.integer(cards.isPreferred) != 0,
+                  cards.person(row) });
     });
 }
 
 void AddressBook::addCard(Card &&card)
 {
-    if (m_personOfCard.contains(card.row))
-        return;
     const bool isNameCard = !card.link || card.link->nameCard == card.row;
     if (!card.link || card.link->person == kNobody) {
         const int number = int(m_people.size());
@@ -220,9 +213,6 @@ void AddressBook::addCard(Card &&card)
 
 void AddressBook::readValues()
 {
-    const QString table = u"ABMultiValue"_s;
-    if (!m_database->hasTable(table))
-        return;
     // Of a person without any name: the number or address that stands first.
     struct FirstAddress
     {
@@ -233,31 +223,31 @@ void AddressBook::readValues()
         return std::tie(a.card, a.kind, a.place, a.row) < std::tie(b.card, b.kind, b.place, b.row);
     };
     QHash<int, FirstAddress> names;
-    QSet<qint64> unknown;
-    const QString what = u"ROWID, record_id, property, %1, CASE WHEN property IN (%2, %3) THEN "
-                         "value END"_s.arg(m_database->column(table, u"identifier"_s))
-                             .arg(ContactKind::kPhone)
-                             .arg(ContactKind::kEmail);
-    m_database->query(what, table, [&](const Statement &row) {
-        const auto person = m_personOfCard.constFind(row.integer(1));
-        if (person == m_personOfCard.constEnd())
+    Table table(*m_database, u"ABMultiValue"_s);
+    const auto [card, kind, place] = table.columns(u"record_id"_s, u"property"_s, u"identifier"_s);
+    const auto address = table.expression(
+        u"CASE WHEN %1 IN (%2, %3) THEN %4 END"_s.arg(table.sql(u"property"_s),
+                                                      QString::number(ContactKind::kPhone),
+                                                      QString::number(ContactKind::kEmail),
+                                                      table.sql(u"value"_s)));
+    table.forEach([&, card = card, kind = kind, place = place](const Table::Row &row) {
+        const auto person = m_personOfCard.constFind(row.integer(card));
+        const qint64 number = row.integer(kind);
+        if (person == m_personOfCard.constEnd() || number == ContactKind::kSound)
             return;
-        const auto kind = row.integer(2);
-        if (kind == ContactKind::kSound)
-            return;
-        if (kind < 0 || kind > std::numeric_limits<int>::max()
-            || !ContactKind::isShown(int(kind))) {
-            unknown.insert(row.integer(0));
+        if (number < 0 || number > std::numeric_limits<int>::max()
+            || !ContactKind::isShown(int(number))) {
+            ++m_unknownValues;
             return;
         }
-        const Value value { row.integer(1),
-                            int(kind),
-                            int(std::clamp<qint64>(row.integer(3),
+        const Value value { row.integer(card),
+                            int(number),
+                            int(std::clamp<qint64>(row.integer(place),
                                                    std::numeric_limits<int>::min(),
                                                    std::numeric_limits<int>::max())),
-                            row.integer(0) };
+                            row.id() };
         m_values.push_back(value);
-        const QString text = nameIn(row, 4);
+        const QString text = nameIn(row, address);
         if (text.isEmpty())
             return;
         addAddress(*person, text);
@@ -268,9 +258,6 @@ void AddressBook::readValues()
         }
     });
     std::sort(m_values.begin(), m_values.end(), isBefore);
-    const auto isSame = [](const Value &a, const Value &b) { return a.row == b.row; };
-    m_values.erase(std::unique(m_values.begin(), m_values.end(), isSame), m_values.end());
-    m_unknownValues = int(unknown.size());
     for (auto it = names.cbegin(); it != names.cend(); ++it) {
         Person &person = m_people[std::size_t(it.key())];
         person.name = it->text;

@@ -1,6 +1,6 @@
 #include "PhoneBackup/source/ObjectStore.h"
 
-#include "PhoneBackup/source/RowDatabase.h"
+#include "PhoneBackup/source/Table.h"
 
 #include <QStringList>
 
@@ -11,12 +11,13 @@ using namespace Qt::StringLiterals;
 QHash<qint64, QString> entityNames(RowDatabase &store)
 {
     QHash<qint64, QString> names;
-    const QString table = u"Z_PRIMARYKEY"_s;
-    if (store.hasColumn(table, u"Z_ENT"_s) && store.hasColumn(table, u"Z_NAME"_s)) {
-        store.query(u"Z_ENT, Z_NAME"_s, table, [&names](const Statement &row) {
-            names.insert(row.integer(0), row.text(1));
-        });
-    }
+    Table table(store, u"Z_PRIMARYKEY"_s);
+    if (!table.hasColumn(u"Z_ENT"_s) || !table.hasColumn(u"Z_NAME"_s))
+        return names;
+    const auto [number, name] = table.columns(u"Z_ENT"_s, u"Z_NAME"_s);
+    table.forEach([&, number = number, name = name](const Table::Row &row) {
+        names.insert(row.integer(number), row.text(name));
+    });
     return names;
 }
 

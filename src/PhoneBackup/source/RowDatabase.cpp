@@ -45,11 +45,20 @@ RowDatabase::RowDatabase(Source &source,
                          const Consequence &consequence)
     : m_source(&source)
     , m_dataType(dataType)
-    , m_database(std::move(database))
+    , m_database(std::make_shared<const Database>(std::move(database)))
     , m_consequence(consequence)
 {
-    if (m_database.isDamaged())
-        addLoss(m_database.damage());
+    if (m_database->isDamaged())
+        addLoss(m_database->damage());
+}
+
+RowDatabase RowDatabase::readFor(int dataType, const Consequence &consequence) const
+{
+    RowDatabase other = *this;
+    other.m_dataType = dataType;
+    other.m_consequence = consequence;
+    other.m_firstLoss = {};
+    return other;
 }
 
 const QStringList &RowDatabase::columns(const QString &table) const
@@ -57,9 +66,9 @@ const QStringList &RowDatabase::columns(const QString &table) const
     const auto known = m_columns.constFind(table);
     if (known != m_columns.constEnd())
         return *known;
-    if (m_database.refusesTable(table))
+    if (m_database->refusesTable(table))
         addLoss(Notice("source.noOrdinaryTable", { table }));
-    return *m_columns.insert(table, m_database.columns(table));
+    return *m_columns.insert(table, m_database->columns(table));
 }
 
 bool RowDatabase::hasColumn(const QString &table, const QString &column) const
@@ -104,7 +113,7 @@ bool RowDatabase::readRows(const QString &sql, const std::function<void(const St
     const std::unique_ptr<Statement> statement = prepare(sql);
     if (!statement)
         return false;
-    for (qint64 left = m_database.maxRowCount();; --left) {
+    for (qint64 left = m_database->maxRowCount();; --left) {
         const Statement::Step step = statement->step();
         if (step == Statement::Step::Done)
             return true;
@@ -145,7 +154,7 @@ void RowDatabase::readBetween(const QString &sql,
             m_source->stop();
         return step;
     };
-    qint64 left = m_database.maxRowCount();
+    qint64 left = m_database->maxRowCount();
     for (int place = 0; place < kMaxDamagedPlaces && m_source->keepGoing(); ++place) {
         qint64 failing = after;
         qint64 answering = after + 1;
@@ -175,7 +184,7 @@ void RowDatabase::readBetween(const QString &sql,
 
 std::unique_ptr<Statement> RowDatabase::prepare(const QString &sql)
 {
-    Result<Statement> statement = m_database.prepare(sql);
+    Result<Statement> statement = m_database->prepare(sql);
     if (statement)
         return std::make_unique<Statement>(statement.take());
     addLoss(statement.error().what);
@@ -192,12 +201,12 @@ void RowDatabase::addFailure(const Statement &statement) const
 
 void RowDatabase::addLoss(const Notice &why) const
 {
-    const Error error = m_database.temporaryFolderError().value_or(
-        Error { Fault::Corrupt, m_database.path(), why });
+    const Error error = m_database->temporaryFolderError().value_or(
+        Error { Fault::Corrupt, m_database->path(), why });
     if (m_firstLoss.isEmpty())
         m_firstLoss = error.what;
     m_source->addProblem(
-        m_dataType, m_database.name(), error, m_consequence.ofPart, m_consequence.loss);
+        m_dataType, m_database->name(), error, m_consequence.ofPart, m_consequence.loss);
 }
 
 } // namespace PhoneBackup

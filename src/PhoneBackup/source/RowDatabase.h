@@ -57,6 +57,12 @@ public:
 
     RowDatabase(Source &source, int dataType, Database database, const Consequence &consequence);
 
+    /*!
+        The same database, read for \a dataType: what cannot be read is a problem of that one, with
+        its own \a consequence.
+    */
+    RowDatabase readFor(int dataType, const Consequence &consequence) const;
+
     bool hasTable(const QString &table) const { return !columns(table).isEmpty(); }
     bool hasColumn(const QString &table, const QString &column) const;
 
@@ -70,7 +76,7 @@ public:
     QString column(const QString &table, const QString &column) const;
 
     //! Names of its tables, as they are written there, in alphabetical order.
-    QStringList tableNames() const { return m_database.tableNames(); }
+    QStringList tableNames() const { return m_database->tableNames(); }
 
     enum class Order { ByRow, Any };
 
@@ -109,7 +115,7 @@ private:
 
     Source *m_source;
     int m_dataType;
-    Database m_database;
+    std::shared_ptr<const Database> m_database;
     Consequence m_consequence;
     mutable Notice m_firstLoss;
     mutable QHash<QString, QStringList> m_columns;

@@ -12,6 +12,11 @@ Table::Table(RowDatabase &database, const QString &name)
 {
 }
 
+bool Table::isThere() const
+{
+    return exists() || m_database->prepare(u"SELECT 1 FROM "_s + m_name) != nullptr; // says why
+}
+
 Table::Column Table::expression(const QString &sql)
 {
     Column column;

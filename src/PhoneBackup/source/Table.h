@@ -70,6 +70,10 @@ public:
     Table(RowDatabase &database, const QString &name);
 
     bool exists() const { return m_database->hasTable(m_name); }
+
+    //! The same for a table that every database of the kind has: without it, something is lost.
+    bool isThere() const;
+
     bool hasColumn(const QString &name) const { return m_database->hasColumn(m_name, name); }
 
     //! Binds the column \a name.

@@ -8,7 +8,6 @@ namespace {
 
 constexpr NoticeWords kNotices[] = {
     { "contacts.mayBeMissing", QT_TRANSLATE_NOOP("DataExport", "Contacts may be missing.") },
-    { "contacts.damaged", QT_TRANSLATE_NOOP("DataExport", "It is damaged: %1.") },
     { "contacts.unknownKinds",
       QT_TRANSLATE_NOOP("DataExport", "Entries of unknown kinds were left out: %1.") },
     { "contacts.birthdayNoDate",
