@@ -1,44 +1,34 @@
 #include "BackupAccess.h"
 
 #include "Console.h"
+#include "Export/Text.h"
 #include "Interrupt.h"
 #include "Options.h"
 #include "PasswordSource.h"
-#include "PhoneBackup/folder/BackupFinder.h"
-#include "PhoneItems/words/Words.h"
-#include "Text.h"
-#include "platform/CCommonUtils.h"
+#include "TextTable.h"
 
 using namespace Qt::StringLiterals;
-using PhoneBackup::BackupInfo;
+using Export::BackupInfo;
+using Export::Failure;
 
 namespace Cli {
 
 namespace {
 
-QString dateText(const BackupInfo &info)
-{
-    return info.date.isValid() ? CCommonUtils::datetimeToMinute(info.date, true) : u"no date"_s;
-}
-
 NoChoice several(Console &console, const QString &path, const QList<BackupInfo> &backups)
 {
+    constexpr int kNameColumns = 40;
     QList<QStringList> rows { { u"Device"_s, u"Date"_s, u"Size"_s, u"BACKUP"_s } };
     for (const BackupInfo &info : backups) {
         if (Interrupt::requested())
-            return { stoppedEarly(), {}, {} };
+            return { Export::stoppedEarly(), {}, {} };
         console.status(u"Measuring “%1” …"_s.arg(info.path));
-        rows += { elided(info.displayName, 40),
-                  dateText(info),
-                  sizeText(PhoneBackup::backupSizeBytes(info.path)),
+        rows += { elided(info.displayName, kNameColumns),
+                  Export::dateText(info),
+                  Export::sizeText(Export::backupSizeBytes(info.path)),
                   info.path };
     }
-    return { { ExitCode::Usage,
-               u"There are %1 backups in “%2”."_s.arg(backups.size()).arg(path),
-               {},
-               u"Give the folder of one of them as BACKUP."_s },
-             backups,
-             tableLines(rows, "llrl") };
+    return { Export::severalBackups(path, backups.size()), backups, tableLines(rows, "llrl") };
 }
 
 // It takes some seconds: nobody is to believe that nothing happens.
@@ -56,56 +46,41 @@ void showKeyMaking(Console &console, int percent)
 
 std::variant<BackupInfo, NoChoice> chooseBackup(Console &console, const QString &path)
 {
-    auto found = PhoneBackup::findBackups(path);
-    if (!found)
-        return NoChoice { failureOf(found.error()), {}, {} };
-    const QList<BackupInfo> backups = found.take();
+    auto found = Export::backupsAt(path);
+    if (const auto *failure = std::get_if<Failure>(&found))
+        return NoChoice { *failure, {}, {} };
+    const auto &backups = std::get<QList<BackupInfo>>(found);
     if (backups.size() == 1)
         return backups.first();
     return several(console, path, backups);
 }
 
-std::variant<std::unique_ptr<PhoneItems::Backup>, Failure>
+std::variant<std::unique_ptr<Export::Backup>, Failure>
 openBackup(Console &console, const BackupInfo &info, const Options &options)
 {
     PasswordSource passwords(options.passwordFile, info.displayName);
     for (;;) {
-        PhoneBackup::Password password;
+        Export::Password password;
         if (info.encrypted) {
             auto next = passwords.next();
             if (const auto *failure = std::get_if<Failure>(&next))
                 return *failure;
-            password.text = std::get<PhoneBackup::Secret>(std::move(next));
+            password.text = std::get<Export::Secret>(std::move(next));
             password.progress = [&console](int percent) { showKeyMaking(console, percent); };
         } else {
             console.status(u"Reading the index of the backup …"_s);
         }
-        auto opened = PhoneItems::Backup::open(
-            info.path, [] { return !Interrupt::requested(); }, password);
+        auto opened = Export::openBackup(info, options.messages, &Interrupt::mayGoOn, password);
         console.clearStatus();
-        if (opened) {
-            console.say(u"Backup: %1"_s.arg(describe(info)));
-            auto backup = opened.take();
-            backup->setMessageFilter(options.messages);
-            return backup;
+        const auto *failure = std::get_if<Failure>(&opened);
+        if (!failure) {
+            console.say(u"Backup: %1"_s.arg(Export::describe(info)));
+            return opened;
         }
-        const bool again =
-            opened.error().fault == PhoneBackup::Fault::WrongPassword && passwords.canTryAgain();
-        if (!again)
-            return failureOf(opened.error());
-        console.error(PhoneItems::words(opened.error().what));
+        if (failure->cause != Failure::Cause::WrongPassword || !passwords.canTryAgain())
+            return opened;
+        console.error(failure->what);
     }
-}
-
-QString describe(const BackupInfo &info)
-{
-    QStringList device;
-    if (!info.productName.isEmpty())
-        device += info.productName;
-    if (!info.productVersion.isEmpty())
-        device += u"version %1"_s.arg(info.productVersion);
-    const QString traits = device.isEmpty() ? QString() : u" (%1)"_s.arg(device.join(u", "_s));
-    return info.displayName + traits + u", "_s + dateText(info);
 }
 
 } // namespace Cli

@@ -1,13 +1,16 @@
 #include "Console.h"
 
-#include "NewFile.h"
-#include "Text.h"
+#include "Export/NewFile.h"
+#include "Export/Text.h"
+#include "TextTable.h"
 
 #include <cerrno>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using Export::printable;
+using Export::writeAll;
 
 namespace Cli {
 
@@ -102,7 +105,8 @@ bool Console::result(const QByteArray &text)
     const int fault = writeAll(STDOUT_FILENO, text);
     if (fault == 0 || fault == EPIPE)
         return true;
-    error(u"The result could not be written to standard output: %1."_s.arg(errorText(fault)));
+    error(
+        u"The result could not be written to standard output: %1."_s.arg(Export::errorText(fault)));
     return false;
 }
 

@@ -1,42 +1,27 @@
 #include "ConsoleProgress.h"
 
 #include "Console.h"
-#include "PhoneItems/shared/DurationText.h"
-#include "RunReport.h"
-#include "Summary.h"
-#include "Text.h"
+#include "Export/Inventory.h"
+#include "Export/Outcome.h"
+#include "Export/Text.h"
+#include "Options.h"
 
 #include <algorithm>
-#include <cmath>
-#include <utility>
 
 using namespace Qt::StringLiterals;
+using Export::grouped;
 
 namespace Cli {
 
 namespace {
 
-constexpr double kUnitsPerItem = 100;
-constexpr double kWorkPerItem = 16384; // opening and closing a file costs about as much as this
-
-constexpr qint64 kDrawEveryMs = 100;
 constexpr qint64 kLogEveryMs = 2000;
 constexpr int kLogEveryPercent = 10;
-constexpr double kSpeedMemorySeconds = 4;
-constexpr qint64 kSureOfSpeedMs = 1500;
-
-// Between two looks at the clock as many calls as take about this long.
-constexpr qint64 kLookEveryMs = 20;
-constexpr int kMostCallsBetweenLooks = 1024;
-
 constexpr int kMostBarColumns = 30;
 constexpr int kFewestBarColumns = 8;
-constexpr double kMsPerSecond = 1000;
 
-double workOf(const TypeTotals &type)
-{
-    return static_cast<double>(type.sizeBytes) + kWorkPerItem * type.items;
-}
+// A backup with a million broken rows is not to push what matters off the screen.
+constexpr qsizetype kProblemsSaid = 20;
 
 QString bar(int columns, double fraction)
 {
@@ -45,172 +30,105 @@ QString bar(int columns, double fraction)
     return u'[' + QString(full, u'#') + QString(inner - full, u'-') + u']';
 }
 
+QString rateText(const Export::Progress &progress)
+{
+    if (progress.type.sizeBytes > 0)
+        return Export::sizeText(static_cast<qint64>(progress.bytesPerSecond)) + u"/s"_s;
+    return u"%1 items/s"_s.arg(grouped(static_cast<qint64>(progress.itemsPerSecond)));
+}
+
 } // namespace
 
-void ConsoleProgress::Speed::advance(double position, double seconds)
-{
-    if (seconds <= 0)
-        return;
-    const double now = (position - m_position) / seconds;
-    const double weight = m_known ? 1 - std::exp(-seconds / kSpeedMemorySeconds) : 1;
-    m_perSecond += (now - m_perSecond) * weight;
-    m_position = position;
-    m_known = true;
-}
-
-ConsoleProgress::ConsoleProgress(Console &console,
-                                 const Inventory &inventory,
-                                 const RunReport &report,
-                                 KeepGoing keepGoing)
+ConsoleProgress::ConsoleProgress(Console &console, const Options &options)
     : m_console(console)
-    , m_inventory(inventory)
-    , m_report(report)
-    , m_keepGoing(std::move(keepGoing))
+    , m_options(options)
 {
-    for (const TypeTotals &type : inventory.types)
-        m_workTotal += workOf(type);
-    m_clock.start();
 }
 
-void ConsoleProgress::typeStarts(int code)
+void ConsoleProgress::readingType(const QString &typeName)
 {
-    endType();
-    m_type = m_inventory.find(code);
-    m_units = 0;
-    if (m_type && !m_console.isTerminal()) {
-        // Conversations and the like have no size before they are written.
-        const QString size =
-            m_type->sizeBytes > 0 ? u", "_s + sizeText(m_type->sizeBytes) : QString();
-        m_console.say(
-            u"%1: %2%3"_s.arg(m_type->name, counted(m_type->items, u"item"_s, u"items"_s), size));
-    }
+    m_console.status(u"Reading %1 …"_s.arg(typeName));
 }
 
-void ConsoleProgress::initRange(int total)
+void ConsoleProgress::inventoryRead(const Export::Inventory &inventory)
 {
-    m_range = total;
-}
-
-int ConsoleProgress::range()
-{
-    return m_range;
-}
-
-bool ConsoleProgress::progress(double delta)
-{
-    m_units += delta;
-    if (--m_callsLeft <= 0)
-        lookAtClock();
-    return m_keepGoing();
-}
-
-bool ConsoleProgress::finish()
-{
-    endType();
     m_console.clearStatus();
-    return m_keepGoing();
+    if (!m_options.messages.isEmpty() && !inventory.hasMessages())
+        m_console.warn(u"No messages fit what --since, --until and --chat ask for."_s);
 }
 
-void ConsoleProgress::endType()
+void ConsoleProgress::problemsFound(const QList<Export::Problem> &problems)
 {
-    if (!m_type)
+    const QList<Export::Problem> said = problems.first(std::min(kProblemsSaid, problems.size()));
+    for (const Export::Problem &problem : said)
+        m_console.warn(problem.sentence());
+    if (problems.size() > said.size())
+        m_console.warn(u"%1 more of that kind."_s.arg(grouped(problems.size() - said.size())));
+}
+
+void ConsoleProgress::typeStarts(const Export::TypeTotals &type)
+{
+    if (m_console.isTerminal())
         return;
-    if (!m_console.isTerminal()) {
-        const TypeOutcome type = typeOutcome(*m_type, m_report);
-        const QString failed =
-            type.failed > 0 ? u", %1 failed"_s.arg(grouped(type.failed)) : QString();
-        m_console.say(u"%1: %2 exported%3"_s.arg(m_type->name, grouped(type.exported), failed));
-    }
-    m_workBefore += workOf(*m_type);
-    m_bytesBefore += m_type->sizeBytes;
-    m_itemsBefore += m_type->items;
-    m_type = nullptr;
+    // Conversations and the like have no size before they are written.
+    const QString size =
+        type.sizeBytes > 0 ? u", "_s + Export::sizeText(type.sizeBytes) : QString();
+    m_console.say(
+        u"%1: %2%3"_s.arg(type.name, Export::counted(type.items, u"item"_s, u"items"_s), size));
 }
 
-void ConsoleProgress::lookAtClock()
+void ConsoleProgress::progressed(const Export::Progress &progress)
 {
-    const qint64 now = m_clock.elapsed();
-    const qint64 passed = now - m_lookedAtMs;
-    if (passed < kLookEveryMs / 2)
-        m_callsBetweenLooks = std::min(m_callsBetweenLooks * 2, kMostCallsBetweenLooks);
-    else if (passed > kLookEveryMs * 2)
-        m_callsBetweenLooks = std::max(m_callsBetweenLooks / 4, 1);
-    m_callsLeft = m_callsBetweenLooks;
-    m_lookedAtMs = now;
-    if (!m_type || m_console.isQuiet())
+    if (m_console.isTerminal())
+        draw(progress);
+    else
+        logStep(progress);
+}
+
+void ConsoleProgress::typeEnds(const Export::TypeOutcome &type)
+{
+    if (m_console.isTerminal())
         return;
-    if (!m_console.isTerminal())
-        logStep(now);
-    else if (now - m_drawnAtMs >= kDrawEveryMs)
-        draw();
+    const QString failed = type.failed > 0 ? u", %1 failed"_s.arg(grouped(type.failed)) : QString();
+    m_console.say(u"%1: %2 exported%3"_s.arg(type.totals.name, grouped(type.exported), failed));
 }
 
-void ConsoleProgress::draw()
+void ConsoleProgress::allTypesEnded()
 {
-    const qint64 now = m_clock.elapsed();
-    const double seconds = static_cast<double>(now - m_drawnAtMs) / kMsPerSecond;
-    const double fraction = typeFraction();
-    m_workSpeed.advance(workDone(), seconds);
-    m_byteSpeed.advance(static_cast<double>(m_bytesBefore)
-                            + fraction * static_cast<double>(m_type->sizeBytes),
-                        seconds);
-    m_itemSpeed.advance(static_cast<double>(m_itemsBefore) + fraction * m_type->items, seconds);
-    m_drawnAtMs = now;
+    m_console.clearStatus();
+}
 
-    const double whole = m_workTotal > 0 ? std::min(workDone() / m_workTotal, 1.0) : 0;
-    const QString percent = u"%1%"_s.arg(static_cast<int>(whole * 100), 3);
-    const RunReport::Counts counts = m_report.counts(m_type->code);
+void ConsoleProgress::draw(const Export::Progress &progress)
+{
+    const QString percent = u"%1%"_s.arg(static_cast<int>(progress.fraction * 100), 3);
     QStringList parts { u"%1  %2 of %3"_s.arg(
-        m_type->name,
-        grouped(std::min(counts.exported + counts.faults, m_type->items)),
-        grouped(m_type->items)) };
-    if (now >= kSureOfSpeedMs && m_workSpeed.perSecond() > 0) {
-        const double left = (m_workTotal - workDone()) / m_workSpeed.perSecond();
-        parts += { rateText(),
-                   u"%1 left"_s.arg(PhoneItems::durationText(std::llround(std::max(left, 0.0)))) };
-    }
+        progress.type.name, grouped(progress.items), grouped(progress.type.items)) };
+    if (progress.secondsLeft)
+        parts +=
+            { rateText(progress), u"%1 left"_s.arg(Export::durationText(*progress.secondsLeft)) };
     // What does not fit is left out, the least needed first.
     const int columns = m_console.columns() - 1;
     const auto width = [&] { return parts.join(u"  "_s).size() + 2 + percent.size(); };
     while (parts.size() > 1 && width() > columns)
         parts.removeAt(parts.size() == 3 ? 1 : parts.size() - 1);
     if (width() > columns)
-        parts = { m_type->name };
+        parts = { progress.type.name };
     const auto room = static_cast<int>(columns - width() - 2);
     if (room >= kFewestBarColumns)
-        parts.insert(1, bar(std::min(room, kMostBarColumns), whole));
+        parts.insert(1, bar(std::min(room, kMostBarColumns), progress.fraction));
     parts.insert(room >= kFewestBarColumns ? 2 : 1, percent);
     m_console.status(parts.join(u"  "_s));
 }
 
-void ConsoleProgress::logStep(qint64 nowMs)
+void ConsoleProgress::logStep(const Export::Progress &progress)
 {
-    if (nowMs - m_loggedAtMs < kLogEveryMs || m_workTotal <= 0)
+    const int percent = static_cast<int>(progress.fraction * 100);
+    if (progress.milliseconds - m_loggedAtMs < kLogEveryMs
+        || percent < m_loggedPercent + kLogEveryPercent)
         return;
-    const int percent = static_cast<int>(workDone() / m_workTotal * 100);
-    if (percent < m_loggedPercent + kLogEveryPercent)
-        return;
-    m_loggedAtMs = nowMs;
+    m_loggedAtMs = progress.milliseconds;
     m_loggedPercent = percent;
     m_console.say(u"%1% done"_s.arg(percent));
-}
-
-double ConsoleProgress::typeFraction() const
-{
-    return m_type && m_type->items > 0 ? std::min(m_units / (kUnitsPerItem * m_type->items), 1.0)
-                                       : 0;
-}
-
-double ConsoleProgress::workDone() const
-{
-    return m_workBefore + (m_type ? typeFraction() * workOf(*m_type) : 0);
-}
-
-QString ConsoleProgress::rateText() const
-{
-    if (m_type->sizeBytes > 0)
-        return sizeText(static_cast<qint64>(m_byteSpeed.perSecond())) + u"/s"_s;
-    return u"%1 items/s"_s.arg(grouped(static_cast<qint64>(m_itemSpeed.perSecond())));
 }
 
 } // namespace Cli

@@ -1,6 +1,8 @@
 #ifndef CLI_EXITCODE_H
 #define CLI_EXITCODE_H
 
+#include "Export/Failure.h"
+
 namespace Cli {
 
 //! What the program answers to its caller; docs/exit-codes.md explains each.
@@ -14,6 +16,9 @@ enum class ExitCode {
     Output = 12,
     Cancelled = 130,
 };
+
+//! What the program answers when a run, or an attempt at one, came to \a status.
+ExitCode exitCode(Export::Status status);
 
 } // namespace Cli
 

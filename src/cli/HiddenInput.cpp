@@ -1,13 +1,13 @@
 #include "HiddenInput.h"
 
+#include "Export/Text.h"
 #include "Interrupt.h"
-#include "Text.h"
 
 #include <fcntl.h>
 #include <termios.h>
 #include <unistd.h>
 
-using PhoneBackup::Secret;
+using Export::Secret;
 
 namespace Cli {
 
@@ -69,7 +69,7 @@ std::optional<Secret> HiddenInput::line(const QString &question)
     const EchoOff quiet(m_terminal);
     if (!quiet.isOff())
         return std::nullopt;
-    show(m_terminal, printable(question).toUtf8());
+    show(m_terminal, Export::printable(question).toUtf8());
     Secret typed(kLongestBytes);
     const ssize_t count = Interrupt::waitForInput(m_terminal)
         ? ::read(m_terminal, typed.data(), static_cast<std::size_t>(typed.size()))

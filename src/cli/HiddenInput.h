@@ -1,7 +1,7 @@
 #ifndef CLI_HIDDENINPUT_H
 #define CLI_HIDDENINPUT_H
 
-#include "PhoneBackup/crypto/Secret.h"
+#include "Export/Backups.h"
 
 #include <QString>
 
@@ -24,7 +24,7 @@ public:
 
     //! The line that is typed after \a question, without its end; none when the input ends or the
     //! program is asked to stop.
-    std::optional<PhoneBackup::Secret> line(const QString &question);
+    std::optional<Export::Secret> line(const QString &question);
 
 private:
     int m_terminal = -1;

@@ -36,6 +36,11 @@ bool requested()
     return stopRequested != 0;
 }
 
+bool mayGoOn()
+{
+    return !requested();
+}
+
 bool waitForInput(int descriptor)
 {
     constexpr int kLookMs = 200; // a signal may come just before the wait begins

@@ -11,6 +11,9 @@ void install();
 //! Whether the program was asked to stop.
 bool requested();
 
+//! The opposite, for those who ask so.
+bool mayGoOn();
+
 //! Waits until \a descriptor has something to read, or its end. \return false when the program was
 //! asked to stop before.
 bool waitForInput(int descriptor);

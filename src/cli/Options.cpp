@@ -1,11 +1,11 @@
 #include "Options.h"
 
 #include "Console.h"
-#include "Failure.h"
+#include "Export/Backups.h"
+#include "Export/Inventory.h"
 #include "HelpFormatter.h"
-#include "Inventory.h"
 #include "Moment.h"
-#include "PhoneItems/Backup.h"
+#include "Result.h"
 #include "TypeNames.h"
 
 #include <QCoreApplication>
@@ -19,6 +19,7 @@
 #include <vector>
 
 using namespace Qt::StringLiterals;
+using Export::Failure;
 
 namespace Cli {
 
@@ -136,7 +137,7 @@ QString fromArgument(const std::string &text)
 
 Failure usage(const QString &what, const QString &advice = u"See dataexport --help."_s)
 {
-    return { ExitCode::Usage, what, {}, advice };
+    return { Failure::Cause::Unsuitable, what, {}, advice };
 }
 
 QString possibleTypes()
@@ -175,7 +176,7 @@ std::variant<QList<int>, Failure> selectedTypes(const Raw &raw)
     const auto &wanted = std::get<0>(only);
     const auto &unwanted = std::get<0>(skip);
     QList<int> types;
-    const QList<int> offered = PhoneItems::Backup::dataTypes();
+    const QList<int> offered = Export::Backup::dataTypes();
     for (const int code : offered) {
         if ((wanted.isEmpty() || wanted.contains(code)) && !unwanted.contains(code))
             types += code;
@@ -199,10 +200,9 @@ std::optional<Failure> readMoment(const char *option,
                  u"Write YYYY-MM-DD, or \"YYYY-MM-DD hh:mm\" with the time."_s);
 }
 
-std::variant<PhoneBackup::MessageFilter, Failure> messageFilter(const Raw &raw,
-                                                                const QList<int> &types)
+std::variant<Export::MessageFilter, Failure> messageFilter(const Raw &raw, const QList<int> &types)
 {
-    PhoneBackup::MessageFilter filter;
+    Export::MessageFilter filter;
     if (auto failure = readMoment("--since", raw.since, &Moment::first, filter.since))
         return *failure;
     if (auto failure = readMoment("--until", raw.until, &Moment::behind, filter.until))
@@ -215,7 +215,7 @@ std::variant<PhoneBackup::MessageFilter, Failure> messageFilter(const Raw &raw,
             return usage(u"--chat needs a name, a phone number or an address."_s);
     }
     // Somebody who wants the photos of last year must not believe to have got them.
-    if (!filter.isEmpty() && !holdMessages(types))
+    if (!filter.isEmpty() && !Export::holdMessages(types))
         return usage(u"--since, --until and --chat are for messages, and no type with messages is"
                      " to be exported."_s);
     return filter;
@@ -248,7 +248,7 @@ ExitCode refuse(const Failure &failure)
 {
     Console console(false);
     say(console, failure);
-    return failure.exitCode;
+    return exitCode(failure.status());
 }
 
 } // namespace

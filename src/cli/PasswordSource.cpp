@@ -1,8 +1,8 @@
 #include "PasswordSource.h"
 
+#include "Export/NewFile.h"
 #include "HiddenInput.h"
 #include "Interrupt.h"
-#include "NewFile.h"
 
 #include <QFile>
 
@@ -14,7 +14,9 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
-using PhoneBackup::Secret;
+using Export::errorText;
+using Export::Failure;
+using Export::Secret;
 
 namespace Cli {
 
@@ -27,7 +29,7 @@ constexpr qsizetype kLongestBytes = 4096;
 
 Failure missing(const QString &what)
 {
-    return { ExitCode::Password,
+    return { Failure::Cause::NoPassword,
              what,
              {},
              u"Give the password with --password-file FILE or in the environment variable "
@@ -74,7 +76,7 @@ std::variant<Secret, Failure> readFile(const QString &path)
     const int number = errno;
     ::close(descriptor);
     if (Interrupt::requested())
-        return stoppedEarly();
+        return Export::stoppedEarly();
     if (count < 0)
         return refuse(errorText(number));
     Secret password(firstLine(bytes.view().first(size)));
@@ -122,7 +124,7 @@ std::variant<Secret, Failure> PasswordSource::ask()
         ++m_asked;
         auto password = input.line(u"Password of the backup “%1”: "_s.arg(m_backup));
         if (Interrupt::requested())
-            return stoppedEarly();
+            return Export::stoppedEarly();
         if (!password)
             break;
         if (!password->isEmpty())

@@ -1,8 +1,7 @@
 #ifndef CLI_PASSWORDSOURCE_H
 #define CLI_PASSWORDSOURCE_H
 
-#include "Failure.h"
-#include "PhoneBackup/crypto/Secret.h"
+#include "Export/Backups.h"
 
 #include <QString>
 
@@ -21,13 +20,13 @@ public:
     PasswordSource(const QString &file, const QString &backup);
 
     //! The password to try next, or why there is none.
-    std::variant<PhoneBackup::Secret, Failure> next();
+    std::variant<Export::Secret, Export::Failure> next();
 
     //! Whether another try makes sense: a person was asked, and not yet three times.
     bool canTryAgain() const;
 
 private:
-    std::variant<PhoneBackup::Secret, Failure> ask();
+    std::variant<Export::Secret, Export::Failure> ask();
 
     QString m_file;
     QString m_backup;

@@ -1,6 +1,7 @@
 #include "TypeNames.h"
 
-#include "PhoneItems/Backup.h"
+#include "Export/Backups.h"
+#include "Export/Inventory.h"
 #include "backup/BkDataType.h"
 
 #include <algorithm>
@@ -18,25 +19,13 @@ QString asWord(const QString &text)
 
 } // namespace
 
-QString word(int code)
-{
-    const BkDataType *type = BkDataType::find(code);
-    return type ? QString::fromLatin1(type->word) : QString::number(code);
-}
-
-bool isPage(int code)
-{
-    const BkDataType *type = BkDataType::find(code);
-    return type && type->isPage();
-}
-
 std::optional<int> code(const QString &text)
 {
     const QString wanted = asWord(text);
-    const QList<int> offered = PhoneItems::Backup::dataTypes();
+    const QList<int> offered = Export::Backup::dataTypes();
     const auto found = std::find_if(offered.begin(), offered.end(), [&](int candidate) {
         const BkDataType *type = BkDataType::find(candidate);
-        return wanted == word(candidate) || wanted == QString::number(candidate)
+        return wanted == Export::typeWord(candidate) || wanted == QString::number(candidate)
             || (type && type->longWord && wanted == QLatin1StringView(type->longWord));
     });
     if (found == offered.end())
@@ -47,9 +36,9 @@ std::optional<int> code(const QString &text)
 QStringList words()
 {
     QStringList all;
-    const QList<int> offered = PhoneItems::Backup::dataTypes();
+    const QList<int> offered = Export::Backup::dataTypes();
     for (const int code : offered)
-        all += word(code);
+        all += Export::typeWord(code);
     return all;
 }
 

@@ -6,14 +6,8 @@
 
 #include <optional>
 
-//! The words that name a data type on the command line and in machine-readable results.
+//! The words that name a data type on the command line.
 namespace Cli::TypeNames {
-
-//! The word of data type \a code: "photos"; its number when it has none.
-QString word(int code);
-
-//! Whether data type \a code is written as a page, and not as copies of files.
-bool isPage(int code);
 
 //! The data type that \a text names by its word, a longer form of it, or its number. None when
 //! this program cannot export such a type.

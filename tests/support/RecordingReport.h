@@ -19,6 +19,10 @@ public:
         int systemError;
     };
 
+    void typeStarts(int code, const QString &typeName) override
+    {
+        starts.append(QString::number(code) + QLatin1String(": ") + typeName);
+    }
     void itemFailed(const QString &typeName, const QString &itemName, const Fault &fault) override
     {
         failures.append({ typeName, itemName, fault.cause, fault.reason, fault.systemError });
@@ -26,12 +30,6 @@ public:
     void itemExported(const QString &typeName, const QString &itemName) override
     {
         exported.append(typeName + QLatin1String(": ") + itemName);
-    }
-
-    void
-    fileWritten(const QString & /*typeName*/, const QString &itemName, const QString &path) override
-    {
-        files.append(itemName + QLatin1String(" -> ") + path);
     }
 
     void outputEnded(const QString &typeName, Output output, End end) override
@@ -51,7 +49,7 @@ public:
     QList<Failure> failures;
     QStringList ends; //!< "Photos: copies complete".
     QStringList exported;
-    QStringList files;
+    QStringList starts; //!< "0: Photos".
 };
 
 #endif

@@ -3,6 +3,7 @@
 #include "backup/BkBackup.h"
 #include "backup/BkData.h"
 #include "backup/BkDataType.h"
+#include "export/CIExportReport.h"
 #include "platform/CSubProgress.h"
 
 #include <QDir>
@@ -68,6 +69,16 @@ CIExportReport *CBackupExporter::report() const
     return m_report;
 }
 
+void CBackupExporter::setCopyStep(CICopyStep *step)
+{
+    m_copyStep = step;
+}
+
+CICopyStep *CBackupExporter::copyStep() const
+{
+    return m_copyStep;
+}
+
 void CBackupExporter::setHardened(bool hardened)
 {
     m_hardened = hardened;
@@ -98,6 +109,8 @@ bool CBackupExporter::exportBackup(BkBackup *backup, const QDir &dir, CIProgress
         CSubProgress sub(progress, weights[i]);
         sub.initRange(weights[i]);
         const QString typeName = backup->dataTypeName(types[i].code);
+        if (m_report)
+            m_report->typeStarts(types[i].code, typeName);
         functionOf(types[i].form)(data, dir, owner, typeName, &sub, this);
         if (!sub.finish())
             break;

@@ -7,6 +7,7 @@
 
 class BkBackup;
 class BkData;
+class CICopyStep;
 class CIExportReport;
 class CIProgressCallback;
 class QDir;
@@ -51,6 +52,10 @@ public:
     //! Who is told what could not be exported; null (as at first) for nobody.
     void setReport(CIExportReport *report);
     CIExportReport *report() const; //!< As set.
+
+    //! What is done with each file that is copied; null (as at first) for nothing.
+    void setCopyStep(CICopyStep *step);
+    CICopyStep *copyStep() const; //!< As set.
 
     /*!
         Whether pages are proof against the text of strangers: encoded wherever it would stand as
@@ -121,6 +126,7 @@ private:
     bool m_fromDFU = false;
     bool m_hardened = false;
     CIExportReport *m_report = nullptr;
+    CICopyStep *m_copyStep = nullptr;
 };
 
 #endif

@@ -109,6 +109,8 @@ bool CBackupExporter::exportFile(BkData *data,
     CFileExporter sink;
     bool result = false;
     applySettings(exporter, sink);
+    if (exporter)
+        sink.setCopyStep(exporter->copyStep());
     if (sink.initExporter(dir, owner, typeName)) {
         const bool protect =
             exporter && exporter->fromDFU() && data->dataType() != BkDataType::Voicemail;

@@ -1,5 +1,6 @@
 #include "export/CFileExporter.h"
 
+#include "export/CICopyStep.h"
 #include "export/CUtils.h"
 #include "export/FileName_p.h"
 #include "platform/CCommonUtils.h"
@@ -128,6 +129,8 @@ bool complete(OutputFile &target,
 
 } // namespace
 
+CICopyStep::~CICopyStep() = default;
+
 CFileExporter::CFileExporter()
     : CIDataExporter(CIExportReport::Output::Copies)
 {
@@ -220,6 +223,11 @@ void CFileExporter::setExportProgress(CIProgressCallback *progress)
     m_progress = progress;
 }
 
+void CFileExporter::setCopyStep(CICopyStep *step)
+{
+    m_copyStep = step;
+}
+
 void CFileExporter::setFileDate(const QDateTime &date)
 {
     m_fileDate = date;
@@ -284,6 +292,9 @@ QString CFileExporter::reportName(const QString &name) const
 void CFileExporter::tellWritten(const QString &name, const QString &path)
 {
     m_hasWritten = true;
-    reportFile(reportName(name), path);
-    reportExported(reportName(name));
+    const auto fault = m_copyStep ? m_copyStep->fileCopied(path) : std::nullopt;
+    if (fault)
+        reportFailure(reportName(name), *fault);
+    else
+        reportExported(reportName(name));
 }

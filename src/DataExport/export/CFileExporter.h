@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QMap>
 
+class CICopyStep;
 class CIProgressCallback;
 class QIODevice;
 
@@ -20,7 +21,8 @@ class QIODevice;
     The progress callback is asked after every 16384 bytes. A cancelled copy leaves no file and is
     not a failure: it answers true.
     \par Report
-    Every file that could not be copied, and every one that was.
+    Every file that could not be copied, and every one that was; of those what the copy step failed
+    to do with them.
     \par Memory
     Constant, whatever the size of a file.
 */
@@ -59,6 +61,9 @@ public:
     //! The callback that is told of copied bytes; null for none. Borrowed.
     void setExportProgress(CIProgressCallback *progress);
 
+    //! Done with each file that was copied; null (as at first) for nothing. Borrowed.
+    void setCopyStep(CICopyStep *step);
+
     //! The date that the files from now on bear; an invalid one leaves them the time of writing.
     void setFileDate(const QDateTime &date);
 
@@ -90,6 +95,7 @@ private:
     QString m_curPath; //!< Folder that files go to now, absolute.
     QMap<QString, QString> m_subDirs; //!< Group to the folder made for it.
     CIProgressCallback *m_progress = nullptr;
+    CICopyStep *m_copyStep = nullptr;
     bool m_hasWritten = false;
     QString m_group; //!< Group whose folder is the current one; empty outside of any.
     QDateTime m_fileDate;

@@ -166,12 +166,6 @@ void CIDataExporter::reportFailure(const QString &itemName, const CIExportReport
         m_report->itemFailed(m_typeName, itemName, fault);
 }
 
-void CIDataExporter::reportFile(const QString &itemName, const QString &path)
-{
-    if (m_report)
-        m_report->fileWritten(m_folder, itemName, path);
-}
-
 void CIDataExporter::reportExported(const QString &itemName)
 {
     if (m_report)

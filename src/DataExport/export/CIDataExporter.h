@@ -105,9 +105,6 @@ public:
     //! Hands a fault with \a itemName to the report, if there is one.
     void reportFailure(const QString &itemName, const CIExportReport::Fault &fault);
 
-    //! Tells the report, if there is one, that \a itemName was copied to the file \a path.
-    void reportFile(const QString &itemName, const QString &path);
-
     //! Tells the report, if there is one, that \a itemName is completely in the output.
     void reportExported(const QString &itemName);
 

@@ -2,11 +2,7 @@
 
 CIExportReport::~CIExportReport() = default;
 
-void CIExportReport::fileWritten(const QString & /*typeName*/,
-                                 const QString & /*itemName*/,
-                                 const QString & /*path*/)
-{
-}
+void CIExportReport::typeStarts(int /*code*/, const QString & /*typeName*/) { }
 
 void CIExportReport::itemExported(const QString & /*typeName*/, const QString & /*itemName*/) { }
 

@@ -53,18 +53,19 @@ public:
     virtual ~CIExportReport();
 
     /*!
+        Data type \a code, whose display name is \a typeName, is exported from now on: all that is
+        told until the next one starts belongs to it. Said by CBackupExporter::exportBackup() for
+        each data type with items. Does nothing by default.
+    */
+    virtual void typeStarts(int code, const QString &typeName);
+
+    /*!
         An item could not be exported as it should. \a typeName is the data type's display name,
         \a itemName the item with its group ("100APPLE/IMG_0001.HEIC"), empty when the fault
         concerns the data type as a whole.
     */
     virtual void
     itemFailed(const QString &typeName, const QString &itemName, const Fault &fault) = 0;
-
-    /*!
-        The item was copied to the file \a path, an absolute one, which is complete and closed; said
-        before itemExported(). Does nothing by default.
-    */
-    virtual void fileWritten(const QString &typeName, const QString &itemName, const QString &path);
 
     //! An item is completely in the output. Names as in itemFailed(). Does nothing by default.
     virtual void itemExported(const QString &typeName, const QString &itemName);

@@ -110,11 +110,14 @@ void tst_CBackupExporter::walksInOrderAndWeights()
     QVERIFY(exporter.exportBackup(m_backup.get(), QDir(m_temp->filePath(u"out"_s)), &progress));
 
     QStringList expected;
+    QStringList starts;
     for (int i = 0; i < order.size(); ++i) {
+        starts.append(u"%1: Type %1"_s.arg(order[i]));
         for (int file = 0; file <= i; ++file)
             expected.append(u"Type %1: f%2"_s.arg(order[i]).arg(file));
     }
     QCOMPARE(report.exported, expected);
+    QCOMPARE(report.starts, starts);
     QCOMPARE(progress.ranges, QList<int> { 100 * int(expected.size()) });
     QVERIFY(qAbs(progress.sum - 100.0 * double(expected.size())) < 1e-6);
     QCOMPARE(progress.finishes, 1);

@@ -1,4 +1,5 @@
 #include "export/CFileExporter.h"
+#include "export/CICopyStep.h"
 #include "export/FileProgress.h"
 #include "support/Files.h"
 #include "support/FullDevice.h"
@@ -14,6 +15,25 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+//! Keeps the paths that it is told of, and finds fault with those that end in "bad".
+class RecordingStep final : public CICopyStep
+{
+public:
+    std::optional<CIExportReport::Fault> fileCopied(const QString &path) override
+    {
+        paths += path;
+        if (!path.endsWith("bad"_L1))
+            return std::nullopt;
+        return CIExportReport::Fault { CIExportReport::Cause::Content, u"bad"_s };
+    }
+
+    QStringList paths;
+};
+
+} // namespace
+
 class tst_CFileExporter : public QObject
 {
     Q_OBJECT
@@ -24,6 +44,7 @@ private Q_SLOTS:
     void makesOutputNames();
     void copies_data();
     void copies();
+    void takesAStepWithEachCopy();
     void numbersEqualNames();
     void neverLeavesItsFolder_data();
     void neverLeavesItsFolder();
@@ -121,7 +142,6 @@ void tst_CFileExporter::copies()
     QCOMPARE(Files::read(out(u"a.bin"_s)), content);
     QTEST(progress.deltas, "steps");
     QCOMPARE(m_report->exported, QStringList { u"T: a.bin"_s });
-    QCOMPARE(m_report->files, QStringList { u"a.bin -> "_s + out(u"a.bin"_s) });
 
     // The bytes form tells the callback once, and of an empty content, too.
     progress.deltas.clear();
@@ -129,6 +149,21 @@ void tst_CFileExporter::copies()
     QCOMPARE(Files::read(out(u"b.bin"_s)), content);
     QCOMPARE(progress.deltas, QList<double> { static_cast<double>(size) });
     QVERIFY(m_report->failures.isEmpty());
+}
+
+// An item with which the step failed is told once, as a failure; its copy stays.
+void tst_CFileExporter::takesAStepWithEachCopy()
+{
+    RecordingStep step;
+    m_sink->setCopyStep(&step);
+    QVERIFY(m_sink->exportDepends("1"_ba, u"good"_s));
+    QVERIFY(m_sink->exportDepends("2"_ba, u"bad"_s));
+    QVERIFY(!m_sink->exportData(m_temp->filePath(u"nowhere"_s), u"none"_s));
+    QCOMPARE(step.paths, QStringList({ out(u"good"_s), out(u"bad"_s) }));
+    QCOMPARE(m_report->exported, QStringList { u"T: good"_s });
+    QCOMPARE(m_report->failures.size(), 2);
+    QCOMPARE(m_report->failures.first().item, u"bad"_s);
+    QCOMPARE(Files::read(out(u"bad"_s)), QByteArray("2"));
 }
 
 void tst_CFileExporter::numbersEqualNames()

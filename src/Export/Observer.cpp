@@ -1,0 +1,21 @@
+#include "Export/Observer.h"
+
+namespace Export {
+
+Observer::~Observer() = default;
+
+void Observer::readingType(const QString & /*typeName*/) { }
+
+void Observer::inventoryRead(const Inventory & /*inventory*/) { }
+
+void Observer::problemsFound(const QList<Problem> & /*problems*/) { }
+
+void Observer::typeStarts(const TypeTotals & /*type*/) { }
+
+void Observer::progressed(const Progress & /*progress*/) { }
+
+void Observer::typeEnds(const TypeOutcome & /*type*/) { }
+
+void Observer::allTypesEnded() { }
+
+} // namespace Export
