@@ -8,8 +8,8 @@ namespace Sample {
 
 class Random;
 
-//! Draws a landscape: sea with boats, mountains or meadows, at some time of the day. Each call
-//! draws another one. \a moment moves what moves in it, from 0 to 1, for the frames of a film.
+//! Draws a landscape: hills or water at some time of the day. Each call
+//! draws another one. \a moment, from 0 to 1, moves the sun, for the frames of a film.
 QImage drawLandscape(Random &random, QSize size, double moment = 0.3);
 
 //! Draws something that looks like a picture of a phone's screen.
