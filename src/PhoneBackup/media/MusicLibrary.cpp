@@ -2,8 +2,7 @@
 
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/source/Source.h"
-
-#include <algorithm>
+#include "PhoneBackup/source/Table.h"
 
 namespace PhoneBackup {
 
@@ -13,22 +12,15 @@ namespace {
 
 constexpr QByteArrayView kDomain = "MediaDomain";
 
-// Names are kept apart from what bears them: "SELECT \a column" of \a table by the number \a key.
-QString
-nameIn(const Database &database, const QString &table, const QString &key, const QString &column)
+// Texts by the numbers of their rows.
+QHash<qint64, QString> texts(RowDatabase &database, const QString &table, const QString &column)
 {
-    const QStringList columns = database.columns(table);
-    return columns.contains(key) && columns.contains(column)
-        ? u"(SELECT %1 FROM %2 WHERE %2.%3 = item.%3)"_s.arg(column, table, key)
-        : u"NULL"_s;
-}
-
-bool hasColumns(const Database &database, const QString &table, const QStringList &wanted)
-{
-    const QStringList columns = database.columns(table);
-    return std::all_of(wanted.cbegin(), wanted.cend(), [&columns](const QString &column) {
-        return columns.contains(column);
-    });
+    QHash<qint64, QString> texts;
+    Table stored(database, table);
+    const auto text = stored.column(column);
+    stored.forEach(
+        [&](const Table::Row &row) { texts.insert(row.id(), row.text(text).trimmed()); });
+    return texts;
 }
 
 } // namespace
@@ -36,35 +28,46 @@ bool hasColumns(const Database &database, const QString &table, const QStringLis
 // item_extra.location is the name of a file in the folder base_location.path below "Media/".
 MusicLibrary::MusicLibrary(Source &source)
 {
-    enum Column { Folder, File, Number, Title, DurationMs, Artist, Album };
     constexpr double kMsPerSecond = 1000;
-    const std::optional<Database> database = source.openDatabase(
-        DataType::Music, kDomain, u"Media/iTunes_Control/iTunes/MediaLibrary.sqlitedb"_s);
-    if (!database
-        || !hasColumns(
-            *database,
-            u"item"_s,
-            { u"item_pid"_s, u"base_location_id"_s, u"item_artist_pid"_s, u"album_pid"_s })
-        || !hasColumns(*database, u"item_extra"_s, { u"item_pid"_s, u"location"_s, u"title"_s })
-        || !hasColumns(*database, u"base_location"_s, { u"base_location_id"_s, u"path"_s }))
+    std::optional<RowDatabase> database =
+        RowDatabase::open(source,
+                          DataType::Music,
+                          kDomain,
+                          u"Media/iTunes_Control/iTunes/MediaLibrary.sqlitedb"_s,
+                          RowDatabase::Consequence::filesStay());
+    if (!database)
         return;
-    const QString sql =
-        u"SELECT base_location.path, item_extra.location, item.item_pid, item_extra.title, %1, %2, "
-        "%3 FROM item JOIN item_extra USING (item_pid) JOIN base_location USING (base_location_id)"_s
-            .arg(columnOrNull(database->columns(u"item_extra"_s), u"total_time_ms"_s),
-                 nameIn(*database, u"item_artist"_s, u"item_artist_pid"_s, u"item_artist"_s),
-                 nameIn(*database, u"album"_s, u"album_pid"_s, u"album"_s));
-    source.query(DataType::Music, *database, sql, [&](const Statement &row) {
-        const FileIndex::Row file =
-            source.index().find(kDomain, "Media/"_L1 + row.text(Folder) + u'/' + row.text(File));
+    const QHash<qint64, QString> folders = texts(*database, u"base_location"_s, u"path"_s);
+    const QHash<qint64, QString> artists = texts(*database, u"item_artist"_s, u"item_artist"_s);
+    const QHash<qint64, QString> albums = texts(*database, u"album"_s, u"album"_s);
+    Table extras(*database, u"item_extra"_s);
+    const auto [name, title, durationMs] =
+        extras.columns(u"location"_s, u"title"_s, u"total_time_ms"_s);
+    Table::Lookup extraOf = extras.lookup();
+    Table items(*database, u"item"_s);
+    const auto [folder, artist, album] =
+        items.columns(u"base_location_id"_s, u"item_artist_pid"_s, u"album_pid"_s);
+    items.forEach([&,
+                   this,
+                   name = name,
+                   title = title,
+                   durationMs = durationMs,
+                   folder = folder,
+                   artist = artist,
+                   album = album](const Table::Row &row) {
+        const Table::Row *extra = extraOf.find(row.id());
+        if (!extra)
+            return;
+        const FileIndex::Row file = source.index().find(
+            kDomain, "Media/"_L1 + folders.value(row.integer(folder)) + u'/' + extra->text(name));
         if (file == FileIndex::kNone) // streamed, or a film's chapter
             return;
         Song song;
-        song.identifier = QString::number(row.integer(Number));
-        song.title = row.text(Title).trimmed();
-        song.artist = row.text(Artist).trimmed();
-        song.album = row.text(Album).trimmed();
-        if (const double ms = row.number(DurationMs).value_or(0); ms > 0)
+        song.identifier = QString::number(row.id());
+        song.title = extra->text(title).trimmed();
+        song.artist = artists.value(row.integer(artist));
+        song.album = albums.value(row.integer(album));
+        if (const double ms = extra->number(durationMs).value_or(0); ms > 0)
             song.seconds = ms / kMsPerSecond;
         m_songs.insert(file, song);
     });

@@ -15,30 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The columns that are looked up, in the order of the lists below.
-enum Asset {
-    Uuid,
-    IsVideo,
-    SubKind,
-    IsScreenshot,
-    Taken,
-    Added,
-    Favourite,
-    Hidden,
-    Trashed,
-    TrashedOn,
-    HasAdjustments, // up to iOS 17
-    AdjustmentsState, // since
-    Width,
-    Height,
-    Seconds,
-    Latitude,
-    Longitude,
-    BurstUuid,
-    BurstPick,
-};
-enum Attribute { OriginalName, Title, ZoneSeconds, Description };
-
 // ZGENERICALBUM.ZKIND of what the phone's owner sees as albums; others are folders and the phone's
 // own collections.
 constexpr int kOwnAlbum = 2;
@@ -90,115 +66,106 @@ std::optional<Photo::Place> placeOf(std::optional<double> latitude, std::optiona
 
 } // namespace
 
+struct PhotoFacts::Assets
+{
+    explicit Assets(RowDatabase &database)
+        : table(database, PhotosDatabase::assetTable(database))
+    {
+    }
+
+    Table table;
+    Table::Column uuid = table.column(u"ZUUID"_s);
+    Table::Column kind = table.column(u"ZKIND"_s);
+    Table::Column subKind = table.column(u"ZKINDSUBTYPE"_s);
+    Table::Column isScreenshot = table.column(u"ZISDETECTEDSCREENSHOT"_s);
+    Table::Column taken = table.column(u"ZDATECREATED"_s);
+    Table::Column added = table.column(u"ZADDEDDATE"_s);
+    Table::Column favourite = table.column(u"ZFAVORITE"_s);
+    Table::Column hidden = table.column(u"ZHIDDEN"_s);
+    Table::Column trashed = table.column(u"ZTRASHEDSTATE"_s);
+    Table::Column trashedOn = table.column(u"ZTRASHEDDATE"_s);
+    Table::Column hasAdjustments = table.column(u"ZHASADJUSTMENTS"_s); // up to iOS 17
+    Table::Column adjustmentsState = table.column(u"ZADJUSTMENTSSTATE"_s); // since
+    Table::Column width = table.column(u"ZWIDTH"_s);
+    Table::Column height = table.column(u"ZHEIGHT"_s);
+    Table::Column seconds = table.column(u"ZDURATION"_s);
+    Table::Column latitude = table.column(u"ZLATITUDE"_s);
+    Table::Column longitude = table.column(u"ZLONGITUDE"_s);
+    Table::Column burstUuid = table.column(u"ZAVALANCHEUUID"_s);
+    Table::Column burstPick = table.column(u"ZAVALANCHEPICKTYPE"_s);
+    Table::Lookup lookup = table.lookup();
+};
+
+struct PhotoFacts::Attributes
+{
+    explicit Attributes(RowDatabase &database)
+        : table(database, u"ZADDITIONALASSETATTRIBUTES"_s)
+    {
+    }
+
+    Table table;
+    Table::Column originalName = table.column(u"ZORIGINALFILENAME"_s);
+    Table::Column title = table.column(u"ZTITLE"_s);
+    Table::Column zoneSeconds = table.column(u"ZTIMEZONEOFFSET"_s);
+    Table::Column caption = table.column(u"ZASSETDESCRIPTION"_s);
+    Table::Lookup lookup = table.lookup();
+};
+
+struct PhotoFacts::Captions
+{
+    explicit Captions(RowDatabase &database)
+        : table(database, u"ZASSETDESCRIPTION"_s)
+    {
+    }
+
+    Table table;
+    Table::Column text = table.column(u"ZLONGDESCRIPTION"_s);
+    Table::Lookup lookup = table.lookup();
+};
+
 PhotoFacts::PhotoFacts(Source &source, DataType::Code type)
     : m_source(source)
-    , m_type(type)
     , m_database(PhotosDatabase::open(source, type))
 {
     if (!m_database)
         return;
-    m_table = PhotosDatabase::assetTable(*m_database);
-    if (!prepare(m_asset,
-                 m_table,
-                 { "ZUUID",
-                   "ZKIND",
-                   "ZKINDSUBTYPE",
-                   "ZISDETECTEDSCREENSHOT",
-                   "ZDATECREATED",
-                   "ZADDEDDATE",
-                   "ZFAVORITE",
-                   "ZHIDDEN",
-                   "ZTRASHEDSTATE",
-                   "ZTRASHEDDATE",
-                   "ZHASADJUSTMENTS",
-                   "ZADJUSTMENTSSTATE",
-                   "ZWIDTH",
-                   "ZHEIGHT",
-                   "ZDURATION",
-                   "ZLATITUDE",
-                   "ZLONGITUDE",
-                   "ZAVALANCHEUUID",
-                   "ZAVALANCHEPICKTYPE" }))
-        return;
+    m_assets = std::make_unique<Assets>(*m_database);
+    m_details = std::make_unique<Attributes>(*m_database);
+    m_captions = std::make_unique<Captions>(*m_database);
     readFiles();
-    readAttributes();
+    readPairs(u"ZADDITIONALASSETATTRIBUTES"_s, u"ZASSET"_s, {}, m_attributes);
     readAlbums();
 }
 
 PhotoFacts::~PhotoFacts() = default;
 
-// A look-up in \a table by the number of the row; columns that it lacks are null.
-bool PhotoFacts::prepare(std::optional<Statement> &statement,
-                         const QString &table,
-                         std::initializer_list<const char *> columns)
+// Without a column \a to it is the number of the row.
+void PhotoFacts::readPairs(const QString &table,
+                           const QString &from,
+                           const QString &to,
+                           Pairs &pairs)
 {
-    const QStringList known = m_database->columns(table);
-    if (!known.contains("Z_PK"_L1))
-        return false;
-    QStringList wanted;
-    for (const char *column : columns)
-        wanted.append(columnOrNull(known, QString::fromLatin1(column)));
-    Result<Statement> prepared =
-        m_database->prepare(u"SELECT %1 FROM %2 WHERE Z_PK = ?"_s.arg(wanted.join(u", "_s), table));
-    if (!prepared) {
-        m_source.addDatabaseProblem(m_type, *m_database, prepared.error().what);
-        return false;
-    }
-    statement.emplace(prepared.take());
-    return true;
-}
-
-bool PhotoFacts::find(std::optional<Statement> &statement, qint64 row)
-{
-    if (!statement)
-        return false;
-    statement->reset();
-    statement->bind(1, row);
-    const Statement::Step step = statement->step();
-    if (step == Statement::Step::Failed) {
-        if (statement->isStopped())
-            m_source.stop();
-        else
-            m_source.addDatabaseProblem(
-                m_type, *m_database, Notice("media.damagedRow", { statement->error() }));
-    }
-    return step == Statement::Step::Row;
-}
-
-void PhotoFacts::readPairs(const QString &sql, Pairs &pairs)
-{
-    m_source.query(m_type, *m_database, sql, [&pairs](const Statement &row) {
-        pairs.emplace_back(row.integer(0), row.integer(1));
+    Table stored(*m_database, table);
+    const auto first = stored.column(from);
+    const auto second = stored.expression(to.isEmpty() ? u"ROWID"_s : stored.sql(to));
+    stored.forEach([&](const Table::Row &row) {
+        pairs.emplace_back(row.integer(first), row.integer(second));
     });
     std::sort(pairs.begin(), pairs.end());
 }
 
 void PhotoFacts::readFiles()
 {
-    const QStringList columns = m_database->columns(m_table);
-    if (!columns.contains("ZDIRECTORY"_L1) || !columns.contains("ZFILENAME"_L1))
-        return;
-    const QString sql = u"SELECT Z_PK, ZDIRECTORY, ZFILENAME FROM %1"_s.arg(m_table);
-    m_source.query(m_type, *m_database, sql, [this](const Statement &row) {
-        const QByteArray path = PhotosDatabase::path(row.bytes(1), row.bytes(2));
+    Table files(*m_database, PhotosDatabase::assetTable(*m_database));
+    const auto [folder, name] = files.columns(u"ZDIRECTORY"_s, u"ZFILENAME"_s);
+    files.forEach([&, this, folder = folder, name = name](const Table::Row &row) {
+        const QByteArray path = PhotosDatabase::path(row.bytes(folder), row.bytes(name));
         const FileIndex::Row file =
             m_source.index().find(QByteArrayView(PhotosDatabase::kDomain), QByteArrayView(path));
         if (file != FileIndex::kNone) // else it lies in the cloud only
-            m_rows.emplace_back(file, row.integer(0));
+            m_rows.emplace_back(file, row.id());
     });
     std::sort(m_rows.begin(), m_rows.end());
-}
-
-void PhotoFacts::readAttributes()
-{
-    const QString table = u"ZADDITIONALASSETATTRIBUTES"_s;
-    if (!prepare(m_attribute,
-                 table,
-                 { "ZORIGINALFILENAME", "ZTITLE", "ZTIMEZONEOFFSET", "ZASSETDESCRIPTION" })
-        || !m_database->columns(table).contains("ZASSET"_L1))
-        return;
-    readPairs(u"SELECT ZASSET, Z_PK FROM "_s + table, m_attributes);
-    prepare(m_description, u"ZASSETDESCRIPTION"_s, { "ZLONGDESCRIPTION" });
 }
 
 // The table that joins assets and albums bears the number of the albums in the model, and its
@@ -207,28 +174,26 @@ void PhotoFacts::readAttributes()
 void PhotoFacts::readAlbums()
 {
     constexpr int kHighestNumber = 99;
-    const QStringList columns = m_database->columns(u"ZGENERICALBUM"_s);
-    if (!columns.contains("Z_PK"_L1) || !columns.contains("ZTITLE"_L1))
-        return;
-    const QString sql =
-        u"SELECT Z_PK, ZTITLE, %1 FROM ZGENERICALBUM WHERE ZKIND IN (%2, %3) AND %4 IS NOT 1"_s
-            .arg(columnOrNull(columns, u"ZUUID"_s))
-            .arg(kOwnAlbum)
-            .arg(kSharedAlbum)
-            .arg(columnOrNull(columns, u"ZTRASHEDSTATE"_s));
-    m_source.query(m_type, *m_database, sql, [this](const Statement &row) {
-        if (const QString title = row.text(1).trimmed(); !title.isEmpty())
-            m_albums.insert(row.integer(0), { row.text(2), title });
-    });
+    Table albums(*m_database, u"ZGENERICALBUM"_s);
+    const auto [title, uuid] = albums.columns(u"ZTITLE"_s, u"ZUUID"_s);
+    albums.forEach(
+        [&, this, title = title, uuid = uuid](const Table::Row &row) {
+            if (const QString name = row.text(title).trimmed(); !name.isEmpty())
+                m_albums.insert(row.id(), { row.text(uuid), name });
+        },
+        u"%1 IN (%2, %3) AND %4 IS NOT 1"_s.arg(albums.sql(u"ZKIND"_s),
+                                                QString::number(kOwnAlbum),
+                                                QString::number(kSharedAlbum),
+                                                albums.sql(u"ZTRASHEDSTATE"_s)));
     for (int number = 1; number <= kHighestNumber; ++number) {
         const QString table = u"Z_%1ASSETS"_s.arg(number);
-        const QString albums = u"Z_%1ALBUMS"_s.arg(number);
+        const QString album = u"Z_%1ALBUMS"_s.arg(number);
         const QStringList joined = m_database->columns(table);
-        if (!joined.contains(albums))
+        if (!joined.contains(album))
             continue;
         for (const QString &assets : joined) {
             if (assets.endsWith("ASSETS"_L1) && !assets.contains("FOK"_L1))
-                readPairs(u"SELECT %1, %2 FROM %3"_s.arg(assets, albums, table), m_albumsOf);
+                readPairs(table, assets, album, m_albumsOf);
         }
     }
 }
@@ -245,13 +210,14 @@ void PhotoFacts::describe(FileIndex::Row file, Photo &photo)
     photo.row = rowOf(file);
     if (photo.row < 0)
         return;
-    if (find(m_asset, photo.row))
-        fillAsset(photo);
+    if (const Table::Row *asset = m_assets->lookup.find(photo.row))
+        fillAsset(*asset, photo);
     const auto attributes = std::lower_bound(
         m_attributes.cbegin(), m_attributes.cend(), std::pair(photo.row, qint64(0)));
-    if (attributes != m_attributes.cend() && attributes->first == photo.row
-        && find(m_attribute, attributes->second))
-        fillAttributes(photo);
+    if (attributes != m_attributes.cend() && attributes->first == photo.row) {
+        if (const Table::Row *row = m_details->lookup.find(attributes->second))
+            fillAttributes(*row, photo);
+    }
     for (auto album = std::lower_bound(
              m_albumsOf.cbegin(), m_albumsOf.cend(), std::pair(photo.row, qint64(0)));
          album != m_albumsOf.cend() && album->first == photo.row;
@@ -261,42 +227,44 @@ void PhotoFacts::describe(FileIndex::Row file, Photo &photo)
     }
 }
 
-void PhotoFacts::fillAsset(Photo &photo)
+void PhotoFacts::fillAsset(const Table::Row &row, Photo &photo) const
 {
     constexpr int kVideo = 1;
-    const Statement &asset = *m_asset;
-    photo.identifier = asset.text(Uuid);
-    photo.kind = kindOf(
-        asset.integer(IsVideo) == kVideo, asset.integer(SubKind), asset.integer(IsScreenshot) != 0);
-    photo.taken = PhoneTime::since2001(asset.number(Taken));
-    photo.added = PhoneTime::since2001(asset.number(Added));
-    photo.favourite = asset.integer(Favourite) != 0;
-    photo.hidden = asset.integer(Hidden) != 0;
-    photo.deleted = asset.integer(Trashed) != 0;
-    photo.deletedOn = PhoneTime::since2001(asset.number(TrashedOn));
-    photo.edited = asset.integer(HasAdjustments) != 0 || asset.integer(AdjustmentsState) > 0;
-    photo.widthPx = pixels(asset.integer(Width));
-    photo.heightPx = pixels(asset.integer(Height));
+    const Assets &assets = *m_assets;
+    photo.identifier = row.text(assets.uuid);
+    photo.kind = kindOf(row.integer(assets.kind) == kVideo,
+                        row.integer(assets.subKind),
+                        row.integer(assets.isScreenshot) != 0);
+    photo.taken = PhoneTime::since2001(row.number(assets.taken));
+    photo.added = PhoneTime::since2001(row.number(assets.added));
+    photo.favourite = row.integer(assets.favourite) != 0;
+    photo.hidden = row.integer(assets.hidden) != 0;
+    photo.deleted = row.integer(assets.trashed) != 0;
+    photo.deletedOn = PhoneTime::since2001(row.number(assets.trashedOn));
+    photo.edited =
+        row.integer(assets.hasAdjustments) != 0 || row.integer(assets.adjustmentsState) > 0;
+    photo.widthPx = pixels(row.integer(assets.width));
+    photo.heightPx = pixels(row.integer(assets.height));
     if (photo.isVideo())
-        photo.seconds = asset.number(Seconds);
-    photo.place = placeOf(asset.number(Latitude), asset.number(Longitude));
-    if (const QString burst = asset.text(BurstUuid); !burst.isEmpty()) {
-        const qint64 pick = asset.integer(BurstPick);
+        photo.seconds = row.number(assets.seconds);
+    photo.place = placeOf(row.number(assets.latitude), row.number(assets.longitude));
+    if (const QString burst = row.text(assets.burstUuid); !burst.isEmpty()) {
+        const qint64 pick = row.integer(assets.burstPick);
         photo.burst = Photo::Burst { burst, (pick & kChosen) != 0, (pick & kOnTop) != 0 };
     }
 }
 
-void PhotoFacts::fillAttributes(Photo &photo)
+void PhotoFacts::fillAttributes(const Table::Row &row, Photo &photo) const
 {
-    const Statement &attributes = *m_attribute;
-    photo.originalName = attributes.text(OriginalName);
-    photo.title = attributes.text(Title).trimmed();
-    const std::optional<double> zone = attributes.number(ZoneSeconds);
+    photo.originalName = row.text(m_details->originalName);
+    photo.title = row.text(m_details->title).trimmed();
+    const std::optional<double> zone = row.number(m_details->zoneSeconds);
     if (zone && std::abs(*zone) <= kFarthestZone)
         photo.zoneSeconds = int(*zone);
-    const qint64 description = attributes.integer(Description);
-    if (description > 0 && find(m_description, description))
-        photo.caption = m_description->text(0).trimmed();
+    if (const qint64 caption = row.integer(m_details->caption); caption > 0) {
+        if (const Table::Row *text = m_captions->lookup.find(caption))
+            photo.caption = text->text(m_captions->text).trimmed();
+    }
 }
 
 } // namespace PhoneBackup

@@ -3,7 +3,7 @@
 
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/media/Photo.h"
-#include "PhoneBackup/sqlite/Database.h"
+#include "PhoneBackup/source/Table.h"
 
 #include <QHash>
 
@@ -37,32 +37,29 @@ public:
     void describe(FileIndex::Row file, Photo &photo);
 
 private:
+    struct Assets;
+    struct Attributes;
+    struct Captions;
+
     // Numbers of rows by those of others, sorted once they are all there.
     using Pairs = std::vector<std::pair<qint64, qint64>>;
 
     qint64 rowOf(FileIndex::Row file) const;
-    bool prepare(std::optional<Statement> &statement,
-                 const QString &table,
-                 std::initializer_list<const char *> columns);
-    bool find(std::optional<Statement> &statement, qint64 row);
-    void readPairs(const QString &sql, Pairs &pairs);
+    void readPairs(const QString &table, const QString &from, const QString &to, Pairs &pairs);
     void readFiles();
-    void readAttributes();
     void readAlbums();
-    void fillAsset(Photo &photo);
-    void fillAttributes(Photo &photo);
+    void fillAsset(const Table::Row &row, Photo &photo) const;
+    void fillAttributes(const Table::Row &row, Photo &photo) const;
 
     Source &m_source;
-    DataType::Code m_type;
-    std::optional<Database> m_database;
-    QString m_table; // of the assets
+    std::optional<RowDatabase> m_database;
     Pairs m_rows; // of assets by files
     Pairs m_attributes; // by assets
     Pairs m_albumsOf; // by assets
     QHash<qint64, PhotoAlbum> m_albums;
-    std::optional<Statement> m_asset;
-    std::optional<Statement> m_attribute;
-    std::optional<Statement> m_description;
+    std::unique_ptr<Assets> m_assets;
+    std::unique_ptr<Attributes> m_details;
+    std::unique_ptr<Captions> m_captions;
 };
 
 } // namespace PhoneBackup

@@ -2,6 +2,7 @@
 
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
+#include "PhoneBackup/source/Table.h"
 
 namespace PhoneBackup {
 
@@ -25,12 +26,16 @@ QByteArray withoutExtension(const QByteArray &path)
 
 } // namespace
 
-std::optional<Database> PhotosDatabase::open(Source &source, int dataType)
+std::optional<RowDatabase> PhotosDatabase::open(Source &source, int dataType)
 {
-    return source.openDatabase(dataType, kDomain, u"Media/PhotoData/Photos.sqlite"_s);
+    return RowDatabase::open(source,
+                             dataType,
+                             kDomain,
+                             u"Media/PhotoData/Photos.sqlite"_s,
+                             RowDatabase::Consequence::filesStay());
 }
 
-QString PhotosDatabase::assetTable(const Database &database)
+QString PhotosDatabase::assetTable(const RowDatabase &database)
 {
     return database.hasTable(u"ZASSET"_s) ? u"ZASSET"_s : u"ZGENERICASSET"_s; // up to iOS 13
 }
@@ -42,7 +47,6 @@ QByteArray PhotosDatabase::path(QByteArrayView folder, QByteArrayView name)
 
 PhotosDatabase::PhotosDatabase(Source &source, int dataType)
     : m_source(source)
-    , m_dataType(dataType)
     , m_database(open(source, dataType))
 {
 }
@@ -52,66 +56,61 @@ PhotoAssets PhotosDatabase::assets()
     PhotoAssets assets;
     if (!m_database)
         return assets;
-    const QString table = assetTable(*m_database);
-    const QStringList columns = m_database->columns(table);
-    if (!columns.contains("ZDIRECTORY"_L1) || !columns.contains("ZFILENAME"_L1)) {
-        m_source.addDatabaseProblem(m_dataType, *m_database, Notice("media.noPhotoTable"));
+    Table table(*m_database, assetTable(*m_database));
+    if (!table.hasColumn(u"ZDIRECTORY"_s) || !table.hasColumn(u"ZFILENAME"_s)) {
+        m_database->addLoss(Notice("media.noPhotoTable"));
         return assets;
     }
-    const QString fields = u"SELECT ZDIRECTORY, ZFILENAME, %1, %2 FROM %3"_s.arg(
-        columnOrNull(columns, u"ZKIND"_s), columnOrNull(columns, u"ZTRASHEDSTATE"_s), table);
-    const auto pathOf = [](const Statement &row) { return path(row.bytes(0), row.bytes(1)); };
-
-    bool complete = true;
-    if (columns.contains("ZTRASHEDSTATE"_L1)) {
-        complete = m_source.query(m_dataType,
-                                  *m_database,
-                                  fields + " WHERE CAST(ZTRASHEDSTATE AS INTEGER) <> 0"_L1,
-                                  [&](const Statement &row) {
-                                      const QByteArray path = pathOf(row);
-                                      assets.deleted.insert(path);
-                                      assets.deletedStems.insert(withoutExtension(path));
-                                  });
-    }
-    complete &= m_source.query(m_dataType, *m_database, fields, [&](const Statement &row) {
-        const QByteArrayView name = row.bytes(1);
-        const QByteArrayView folder = row.bytes(0);
+    const auto [directory, file, kind, trashed] =
+        table.columns(u"ZDIRECTORY"_s, u"ZFILENAME"_s, u"ZKIND"_s, u"ZTRASHEDSTATE"_s);
+    const auto pathOf = [directory = directory, file = file](const Table::Row &row) {
+        return path(row.bytes(directory), row.bytes(file));
+    };
+    const bool isMarked = table.forEach(
+        [&](const Table::Row &row) {
+            const QByteArray path = pathOf(row);
+            assets.deleted.insert(path);
+            assets.deletedStems.insert(withoutExtension(path));
+        },
+        u"CAST(%1 AS INTEGER) <> 0"_s.arg(table.sql(u"ZTRASHEDSTATE"_s)));
+    const auto add = [&, directory = directory, file = file, kind = kind, trashed = trashed](
+                         const Table::Row &row) {
+        const QByteArrayView name = row.bytes(file);
+        const QByteArrayView folder = row.bytes(directory);
         if (name.isEmpty() || folder.isEmpty())
             return;
         const bool known = mediaKind(name) != MediaKind::Unknown;
         if (known && assets.deletedStems.isEmpty() && folder.startsWith("DCIM/"))
             return; // nothing to be learned: the usual case, and there are many
         const QByteArray path = pathOf(row);
-        if (row.integer(3) == 0 && assets.deletedStems.contains(withoutExtension(path)))
+        if (row.integer(trashed) == 0 && assets.deletedStems.contains(withoutExtension(path)))
             assets.kept.insert(path);
         if (!known) {
             assets.kinds.insert(
-                path, row.integer(2) == kKindVideo ? MediaKind::Video : MediaKind::Picture);
+                path, row.integer(kind) == kKindVideo ? MediaKind::Video : MediaKind::Picture);
         }
         if (!liesInCameraRoll(path) && !path.startsWith(kShared)) {
             const FileIndex::Row found = m_source.files().findFile(kDomain, PathParts::text(path));
             if (found != FileIndex::kNone)
                 assets.elsewhere.push_back(found);
         }
-    });
-    assets.complete = complete;
+    };
+    assets.complete = table.forEach(add) && isMarked && m_database->isComplete();
     return assets;
 }
 
 QHash<QByteArray, QString> PhotosDatabase::sharedAlbumTitles()
 {
     QHash<QByteArray, QString> titles;
-    const QStringList columns =
-        m_database ? m_database->columns(u"ZGENERICALBUM"_s) : QStringList();
-    if (!columns.contains("ZTITLE"_L1) || !columns.contains("ZCLOUDGUID"_L1))
+    if (!m_database)
         return titles;
-    m_source.query(m_dataType,
-                   *m_database,
-                   u"SELECT ZCLOUDGUID, ZTITLE FROM ZGENERICALBUM WHERE ZCLOUDGUID <> '' AND "
-                   "ZTITLE <> ''"_s,
-                   [&titles](const Statement &row) {
-                       titles.insert(row.bytes(0).toByteArray().toLower(), row.text(1).trimmed());
-                   });
+    Table albums(*m_database, u"ZGENERICALBUM"_s);
+    const auto [title, identifier] = albums.columns(u"ZTITLE"_s, u"ZCLOUDGUID"_s);
+    albums.forEach([&, title = title, identifier = identifier](const Table::Row &row) {
+        if (!row.bytes(identifier).isEmpty() && !row.bytes(title).isEmpty()) {
+            titles.insert(row.bytes(identifier).toByteArray().toLower(), row.text(title).trimmed());
+        }
+    });
     return titles;
 }
 

@@ -3,7 +3,7 @@
 
 #include "PhoneBackup/folder/FileIndex.h"
 #include "PhoneBackup/source/MediaKind.h"
-#include "PhoneBackup/sqlite/Database.h"
+#include "PhoneBackup/source/RowDatabase.h"
 
 #include <QHash>
 #include <QSet>
@@ -38,10 +38,10 @@ public:
     static constexpr const char *kEdited = "Media/PhotoData/Mutations/";
     static constexpr const char *kShared = "Media/PhotoData/PhotoCloudSharingData/";
 
-    static std::optional<Database> open(Source &source, int dataType);
+    static std::optional<RowDatabase> open(Source &source, int dataType);
 
     //! The name of the table of photos and videos, which changed once.
-    static QString assetTable(const Database &database);
+    static QString assetTable(const RowDatabase &database);
 
     //! Path in the domain of the file \a name in \a folder, as the table of photos tells both.
     static QByteArray path(QByteArrayView folder, QByteArrayView name);
@@ -56,8 +56,7 @@ public:
 
 private:
     Source &m_source;
-    int m_dataType;
-    std::optional<Database> m_database;
+    std::optional<RowDatabase> m_database;
 };
 
 } // namespace PhoneBackup

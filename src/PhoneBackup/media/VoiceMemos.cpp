@@ -7,6 +7,7 @@
 #include "PhoneBackup/source/MovieBoxes.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
+#include "PhoneBackup/source/Table.h"
 
 #include <QIODevice>
 #include <QRegularExpression>
@@ -88,8 +89,12 @@ public:
 private:
     void readDatabase(const Place &place, const QString &name)
     {
-        const std::optional<Database> database = m_source.openDatabase(
-            DataType::VoiceMemos, place.domain, PathParts::text(place.folder) + name);
+        std::optional<RowDatabase> database =
+            RowDatabase::open(m_source,
+                              DataType::VoiceMemos,
+                              place.domain,
+                              PathParts::text(place.folder) + name,
+                              RowDatabase::Consequence::filesStay());
         if (!database)
             return;
         const QHash<qint64, QString> folders = readFolders(*database);
@@ -97,71 +102,48 @@ private:
             readTable(*database, table, folders);
     }
 
-    QHash<qint64, QString> readFolders(const Database &database)
+    static QHash<qint64, QString> readFolders(RowDatabase &database)
     {
         QHash<qint64, QString> folders;
-        const QStringList columns = database.columns(u"ZFOLDER"_s);
-        if (columns.contains("Z_PK"_L1) && columns.contains("ZENCRYPTEDNAME"_L1)) {
-            m_source.query(DataType::VoiceMemos,
-                           database,
-                           u"SELECT Z_PK, ZENCRYPTEDNAME FROM ZFOLDER"_s,
-                           [&folders](const Statement &row) {
-                               folders.insert(row.integer(0), row.text(1).trimmed());
-                           });
-        }
+        Table table(database, u"ZFOLDER"_s);
+        const auto name = table.column(u"ZENCRYPTEDNAME"_s);
+        table.forEach(
+            [&](const Table::Row &row) { folders.insert(row.id(), row.text(name).trimmed()); });
         return folders;
     }
 
     void
-    readTable(const Database &database, const QString &table, const QHash<qint64, QString> &folders)
+    readTable(RowDatabase &database, const QString &name, const QHash<qint64, QString> &folders)
     {
-        enum Column {
-            Path,
-            Title,
-            SortingLabel,
-            Label,
-            Date,
-            Evicted,
-            Number,
-            Seconds,
-            Folder,
-            Id
-        };
-        const QStringList columns = database.columns(table);
-        if (!columns.contains("ZPATH"_L1))
-            return;
-        QStringList wanted;
-        for (const char *name : { "ZPATH",
-                                  "ZENCRYPTEDTITLE", // plain text, whatever it is called
-                                  "ZCUSTOMLABELFORSORTING",
-                                  "ZCUSTOMLABEL",
-                                  "ZDATE",
-                                  "ZEVICTIONDATE",
-                                  "Z_PK",
-                                  "ZDURATION",
-                                  "ZFOLDER",
-                                  "ZUNIQUEID" })
-            wanted.append(columnOrNull(columns, QString::fromLatin1(name)));
-        const QString sql = u"SELECT %1 FROM %2"_s.arg(wanted.join(u", "_s), table);
-        m_source.query(DataType::VoiceMemos, database, sql, [&](const Statement &row) {
-            const QByteArray name = PathParts::name(row.bytes(Path)).toByteArray();
-            if (name.isEmpty()) // not downloaded
+        Table table(database, name);
+        const auto path = table.column(u"ZPATH"_s);
+        const auto title = table.column(u"ZENCRYPTEDTITLE"_s); // plain text, whatever it is called
+        const auto labels = table.columns(u"ZCUSTOMLABELFORSORTING"_s, u"ZCUSTOMLABEL"_s);
+        const auto date = table.column(u"ZDATE"_s);
+        const auto evicted = table.column(u"ZEVICTIONDATE"_s);
+        const auto seconds = table.column(u"ZDURATION"_s);
+        const auto folder = table.column(u"ZFOLDER"_s);
+        const auto identifier = table.column(u"ZUNIQUEID"_s);
+        table.forEach([&, this](const Table::Row &row) {
+            const QByteArray file = PathParts::name(row.bytes(path)).toByteArray();
+            if (file.isEmpty()) // not downloaded
                 return;
             VoiceMemo memo;
-            for (const Column column : { Title, SortingLabel, Label }) {
-                const QString title = row.text(column).trimmed();
-                if (memo.title.isEmpty() && (column == Title || !isTime(title)))
-                    memo.title = title;
+            memo.title = row.text(title).trimmed();
+            for (const Table::Column label : labels) {
+                const QString text = row.text(label).trimmed();
+                if (memo.title.isEmpty() && !isTime(text))
+                    memo.title = text;
             }
-            memo.date = PhoneTime::since2001(row.number(Date));
-            memo.deleted = row.number(Evicted).value_or(0) != 0;
-            memo.deletedOn = PhoneTime::since2001(row.number(Evicted));
-            memo.row = row.integer(Number);
-            memo.seconds = row.number(Seconds);
-            memo.folder = folders.value(row.integer(Folder));
-            memo.identifier = row.text(Id);
+            memo.date = PhoneTime::since2001(row.number(date));
+            memo.deleted = row.number(evicted).value_or(0) != 0;
+            memo.deletedOn = PhoneTime::since2001(row.number(evicted));
+            memo.row = row.id();
+            memo.seconds = row.number(seconds);
+            memo.folder = folders.value(row.integer(folder));
+            memo.identifier = row.text(identifier);
             // Newer places come first, and what they tell is kept.
-            for (const QByteArray &key : { name, PathParts::stem(name).toByteArray() }) {
+            for (const QByteArray &key : { file, PathParts::stem(file).toByteArray() }) {
                 if (!m_memos.contains(key))
                     m_memos.insert(key, memo);
             }

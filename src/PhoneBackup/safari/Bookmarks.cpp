@@ -3,9 +3,7 @@
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/plist/PropertyList.h"
-#include "PhoneBackup/source/RowDatabase.h"
-
-#include <QSet>
+#include "PhoneBackup/source/Table.h"
 
 #include <algorithm>
 #include <array>
@@ -19,40 +17,32 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kTable = u"bookmarks"_s;
 constexpr qint64 kRoot = 0; // number of its row
 constexpr qint64 kFolder = 1; // among the values of "type"
 
-// What a bookmark is read as, in the order of the query.
-enum Column {
-    Id,
-    Parent,
-    Type,
-    Special,
-    Title,
-    Url,
-    OrderIndex,
-    Read,
-    Deleted,
-    Uuid,
-    Modified,
-    ArchiveStatus,
-    Extra,
-};
+class BookmarkTable
+{
+public:
+    explicit BookmarkTable(RowDatabase &database)
+        : table(database, u"bookmarks"_s)
+    {
+    }
 
-const QStringList kColumns { u"id"_s,
-                             u"parent"_s,
-                             u"type"_s,
-                             u"special_id"_s,
-                             u"title"_s,
-                             u"url"_s,
-                             u"order_index"_s,
-                             u"read"_s,
-                             u"deleted"_s,
-                             u"external_uuid"_s,
-                             u"last_modified"_s,
-                             u"archive_status"_s,
-                             u"extra_attributes"_s };
+    Table table;
+    Table::Column id = table.column(u"id"_s);
+    Table::Column parent = table.column(u"parent"_s);
+    Table::Column type = table.column(u"type"_s);
+    Table::Column special = table.column(u"special_id"_s);
+    Table::Column title = table.column(u"title"_s);
+    Table::Column url = table.column(u"url"_s);
+    Table::Column orderIndex = table.column(u"order_index"_s);
+    Table::Column read = table.column(u"read"_s);
+    Table::Column deleted = table.column(u"deleted"_s);
+    Table::Column uuid = table.column(u"external_uuid"_s);
+    Table::Column modified = table.column(u"last_modified"_s);
+    Table::Column archiveStatus = table.column(u"archive_status"_s);
+    Table::Column extra = table.column(u"extra_attributes"_s);
+};
 
 // By the row and the number in "special_id" that marks the phone's own folders.
 BookmarkFolder::Kind kindOf(qint64 id, qint64 special)
@@ -72,23 +62,15 @@ BookmarkFolder::Kind kindOf(qint64 id, qint64 special)
 class Bookmarks
 {
 public:
-    explicit Bookmarks(RowDatabase &database)
-        : m_database(database)
+    explicit Bookmarks(const BookmarkTable &stored)
+        : m_stored(stored)
     {
     }
 
     void read()
     {
-        QStringList wanted;
-        for (const QString &column : kColumns)
-            wanted.append(m_database.column(kTable, column));
-        QSet<qint64> known; // damage makes rows come twice
-        m_database.query(wanted.join(u','), kTable, [&](const Statement &row) {
-            const qint64 id = row.integer(Id);
-            if (known.contains(id))
-                return;
-            known.insert(id);
-            if (row.integer(Type) == kFolder)
+        m_stored.table.forEach([this](const Table::Row &row) {
+            if (row.integer(m_stored.type) == kFolder)
                 addFolder(row);
             else
                 addLink(row);
@@ -130,48 +112,48 @@ private:
         ReadingListEntry readLater;
     };
 
-    static qint64 parentOf(const Statement &row)
+    qint64 parentOf(const Table::Row &row) const
     {
         constexpr qint64 kNone = -1;
-        return row.number(Parent) ? row.integer(Parent) : kNone;
+        return row.number(m_stored.parent) ? row.integer(m_stored.parent) : kNone;
     }
 
-    void addFolder(const Statement &row)
+    void addFolder(const Table::Row &row)
     {
         BookmarkFolder folder;
-        folder.id = row.integer(Id);
-        folder.kind = kindOf(folder.id, row.integer(Special));
-        folder.uuid = row.text(Uuid);
-        folder.title = row.text(Title).simplified();
-        folder.modified = PhoneTime::sinceUnix(row.number(Modified));
-        folder.deleted = row.integer(Deleted) != 0;
+        folder.id = row.integer(m_stored.id);
+        folder.kind = kindOf(folder.id, row.integer(m_stored.special));
+        folder.uuid = row.text(m_stored.uuid);
+        folder.title = row.text(m_stored.title).simplified();
+        folder.modified = PhoneTime::sinceUnix(row.number(m_stored.modified));
+        folder.deleted = row.integer(m_stored.deleted) != 0;
         m_folders.insert_or_assign(folder.id, Folder { folder, parentOf(row) });
     }
 
-    void addLink(const Statement &row)
+    void addLink(const Table::Row &row)
     {
         Bookmark bookmark;
-        bookmark.id = row.integer(Id);
-        bookmark.title = row.text(Title).simplified();
-        bookmark.address = row.text(Url);
-        bookmark.deleted = row.integer(Deleted) != 0;
+        bookmark.id = row.integer(m_stored.id);
+        bookmark.title = row.text(m_stored.title).simplified();
+        bookmark.address = row.text(m_stored.url);
+        bookmark.deleted = row.integer(m_stored.deleted) != 0;
         if (bookmark.address.isEmpty() && (bookmark.deleted || bookmark.title.isEmpty()))
             return;
-        bookmark.uuid = row.text(Uuid);
-        bookmark.modified = PhoneTime::sinceUnix(row.number(Modified));
+        bookmark.uuid = row.text(m_stored.uuid);
+        bookmark.modified = PhoneTime::sinceUnix(row.number(m_stored.modified));
         m_links.push_back({ std::move(bookmark),
                             parentOf(row),
-                            row.integer(OrderIndex),
-                            row.number(Read).has_value(),
+                            row.integer(m_stored.orderIndex),
+                            row.number(m_stored.read).has_value(),
                             readLaterOf(row) });
     }
 
-    static ReadingListEntry readLaterOf(const Statement &row)
+    ReadingListEntry readLaterOf(const Table::Row &row) const
     {
         ReadingListEntry entry;
-        entry.isRead = row.integer(Read) != 0;
-        entry.isSaved = row.integer(ArchiveStatus) != 0;
-        const QByteArrayView extra = row.bytes(Extra);
+        entry.isRead = row.integer(m_stored.read) != 0;
+        entry.isSaved = row.integer(m_stored.archiveStatus) != 0;
+        const QByteArrayView extra = row.bytes(m_stored.extra);
         if (extra.isEmpty())
             return entry;
         const QVariantMap facts =
@@ -208,7 +190,7 @@ private:
         }
     }
 
-    RowDatabase &m_database;
+    const BookmarkTable &m_stored;
     std::unordered_map<qint64, Folder> m_folders; // which never move
     std::vector<Link> m_links;
 };
@@ -224,11 +206,12 @@ void readBookmarks(Source &source, const std::function<void(const Bookmark &)> &
                                                             Notice("safari.bookmarksMayBeMissing"));
     if (!database)
         return;
-    if (!database->hasColumn(kTable, u"url"_s)) {
+    const BookmarkTable stored(*database);
+    if (!stored.table.hasColumn(u"url"_s)) {
         database->addLoss(Notice("safari.noBookmarks"));
         return;
     }
-    Bookmarks bookmarks(*database);
+    Bookmarks bookmarks(stored);
     bookmarks.read();
     bookmarks.yield(bookmark);
 }

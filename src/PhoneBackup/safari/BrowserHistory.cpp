@@ -3,9 +3,9 @@
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/source/PathParts.h"
-#include "PhoneBackup/source/RowDatabase.h"
 #include "PhoneBackup/source/RowSet.h"
 #include "PhoneBackup/source/Source.h"
+#include "PhoneBackup/source/Table.h"
 
 #include <QSet>
 
@@ -24,6 +24,12 @@ constexpr int kFirstReleaseWithoutHistory = 13;
 constexpr qint64 kMaxPropertyListBytes = qint64(64) << 20;
 constexpr qint64 kNoDate = std::numeric_limits<qint64>::min(); // sorts behind every date
 
+// A count of a hostile database may be any number.
+int countOf(qint64 number)
+{
+    return int(std::clamp<qint64>(number, 0, std::numeric_limits<int>::max()));
+}
+
 // What the visits tell of a page.
 struct Visits
 {
@@ -35,10 +41,26 @@ struct Visits
     int count = 0;
 };
 
-// A count of a hostile database may be any number.
-int countOf(qint64 number)
+// \return whether all visits were read.
+bool readVisits(RowDatabase &database, const RowSet &pages, std::vector<Visits> &visits)
 {
-    return int(std::clamp<qint64>(number, 0, std::numeric_limits<int>::max()));
+    Table stored(database, u"history_visits"_s);
+    const auto [page, time] = stored.columns(u"history_item"_s, u"visit_time"_s);
+    const auto hasTitle =
+        stored.expression(u"ifnull(length(%1), 0) > 0"_s.arg(stored.sql(u"title"_s)));
+    return stored.isThere() && stored.forEach([&, page = page, time = time](const Table::Row &row) {
+        const qsizetype position = pages.position(row.integer(page));
+        if (position == RowSet::kNone)
+            return;
+        Visits &of = visits[std::size_t(position)];
+        const double seconds = row.number(time).value_or(0);
+        of.last = std::max(of.last, seconds);
+        of.count += of.count < std::numeric_limits<int>::max() ? 1 : 0;
+        if (row.integer(hasTitle) != 0 && seconds >= of.lastWithTitle) {
+            of.lastWithTitle = seconds;
+            of.visitWithTitle = row.id();
+        }
+    });
 }
 
 } // namespace
@@ -109,58 +131,35 @@ bool BrowserHistory::readDatabase(QByteArrayView domain, const QString &path)
 
 void BrowserHistory::readPages(RowDatabase &database)
 {
-    const QString pageTable = u"history_items"_s;
-    const QString visitTable = u"history_visits"_s;
+    Table stored(database, u"history_items"_s);
     RowSet pages;
-    database.query(u"ROWID"_s, pageTable, [&](const Statement &row) { pages.add(row.integer(0)); });
+    stored.forEach([&pages](const Table::Row &row) { pages.add(row.id()); });
     pages.sort();
-
     std::vector<Visits> visits(std::size_t(pages.count()));
-    const QString title = database.column(visitTable, u"title"_s);
-    const QString what = u"%1, %2, ifnull(length(%3), 0) > 0, ROWID"_s.arg(
-        database.column(visitTable, u"history_item"_s),
-        database.column(visitTable, u"visit_time"_s),
-        title);
-    const bool isComplete = database.query(what, visitTable, [&](const Statement &row) {
-        const qsizetype page = pages.position(row.integer(0));
-        if (page == RowSet::kNone)
-            return;
-        Visits &of = visits[std::size_t(page)];
-        const double time = row.number(1).value_or(0);
-        of.last = std::max(of.last, time);
-        of.count += of.count < std::numeric_limits<int>::max() ? 1 : 0;
-        if (row.integer(2) != 0 && time >= of.lastWithTitle) {
-            of.lastWithTitle = time;
-            of.visitWithTitle = row.integer(3);
-        }
-    });
+    const bool isComplete = readVisits(database, pages, visits);
 
-    const std::unique_ptr<Statement> titles = database.hasTable(visitTable)
-        ? database.prepare(u"SELECT %1 FROM %2 WHERE ROWID = ?"_s.arg(title, visitTable))
-        : nullptr;
-    std::vector<bool> isAdded(visits.size()); // damage makes rows come twice
-    const QString counts = database.column(pageTable, u"visit_count"_s);
-    database.query(u"ROWID, url, "_s + counts, pageTable, [&](const Statement &row) {
-        const qsizetype position = pages.position(row.integer(0));
-        if (position == RowSet::kNone || isAdded[std::size_t(position)])
+    Table titles(database, u"history_visits"_s);
+    const auto title = titles.column(u"title"_s);
+    Table::Lookup titleOf = titles.lookup();
+    const auto [url, count] = stored.columns(u"url"_s, u"visit_count"_s);
+    stored.forEach([&, this, url = url, count = count](const Table::Row &row) {
+        const qsizetype position = pages.position(row.id());
+        if (position == RowSet::kNone)
             return;
-        isAdded[std::size_t(position)] = true;
         const Visits &of = visits[std::size_t(position)];
         const bool isVisited = of.last != Visits::kNever;
         if (!isVisited && isComplete) // known, but never opened
             return;
         VisitedPage page;
-        page.id = row.integer(0);
-        page.address = row.text(1);
-        page.visits = countOf(row.integer(2));
+        page.id = row.id();
+        page.address = row.text(url);
+        page.visits = countOf(row.integer(count));
         page.knownVisits = of.count;
         if (isVisited)
             page.visited = PhoneTime::ofThePast(of.last);
-        if (titles && of.lastWithTitle != Visits::kNever) {
-            titles->bind(1, of.visitWithTitle);
-            if (titles->step() == Statement::Step::Row)
-                page.title = titles->text(0).simplified();
-            titles->reset();
+        if (of.lastWithTitle != Visits::kNever) {
+            if (const Table::Row *visit = titleOf.find(of.visitWithTitle))
+                page.title = visit->text(title).simplified();
         }
         add(page);
     });

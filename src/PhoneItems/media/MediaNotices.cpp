@@ -11,7 +11,6 @@ std::span<const NoticeWords> mediaNotices()
     static constexpr std::array kWords {
         NoticeWords { "media.noPhotoTable",
                       QT_TRANSLATE_NOOP("DataExport", "It has no readable table of photos.") },
-        NoticeWords { "media.damagedRow", QT_TRANSLATE_NOOP("DataExport", "It is damaged: %1.") },
         NoticeWords { "media.bookPartsMissing",
                       QT_TRANSLATE_NOOP("DataExport",
                                         "%1 of the book's files could not be read and are missing "
