@@ -2,16 +2,19 @@
 
 #include <QLoggingCategory>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdarg>
-#include <cstring>
 #include <mutex>
+#include <string_view>
 #include <thread>
 #include <tiffio.h>
 
 namespace {
 
-constexpr char kPictureCategory[] = "qt.gui.imageio"; // and those below it
+constexpr std::array<std::string_view, 2> kPictureCategories { "qt.gui.imageio",
+                                                               "qt.gui.icc" }; // and those below
 constexpr QLatin1StringView kSeekRemark("QBuffer::seek"); // a place that a broken picture names
 
 thread_local int t_decodings = 0;
@@ -24,8 +27,11 @@ std::atomic<TIFFErrorHandler> s_tiffWarnings { nullptr };
 
 bool isOnPicture(const QMessageLogContext &context, const QString &message)
 {
-    const bool isOfImages = context.category != nullptr
-        && std::strncmp(context.category, kPictureCategory, sizeof kPictureCategory - 1) == 0;
+    const std::string_view category(context.category != nullptr ? context.category : "");
+    const bool isOfImages =
+        std::any_of(kPictureCategories.begin(),
+                    kPictureCategories.end(),
+                    [category](std::string_view known) { return category.starts_with(known); });
     return isOfImages || message.startsWith(kSeekRemark);
 }
 

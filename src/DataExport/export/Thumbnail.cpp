@@ -1,6 +1,6 @@
 #include "export/CIDataExporter.h"
 #include "export/JpegScans_p.h"
-#include "export/PngChunks_p.h"
+#include "export/PngCheck_p.h"
 #include "export/QuietDecoding_p.h"
 #include "export/StoredOrientation_p.h"
 #include "export/Thumbnail_p.h"
@@ -20,6 +20,7 @@ namespace {
 constexpr qint64 kMaxPixels = 256LL * 1024 * 1024; // beyond any camera, far below a bomb
 constexpr qint64 kMaxHeldPixels = 64LL * 1024 * 1024; // of a JPEG that is held whole
 constexpr int kMaxDecodedMb = 256;
+constexpr qint64 kMaxMendedBytes = qint64 { kMaxDecodedMb } * 1024 * 1024; // they are held
 constexpr char kPngEnd[] = "\0\0\0\0IEND\xAE\x42\x60\x82"; // with its length and check sum
 constexpr qsizetype kPngEndBytes = 12;
 constexpr int kPngQuality = 80; // quick compression: the best one takes as long as the decoding
@@ -71,29 +72,8 @@ bool isTurned(const QImageReader &reader)
     return reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
 }
 
-QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
+QImage decodeReduced(QIODevice &source, const QByteArray &format, Thumbnail::Box box, QString *why)
 {
-    const AllocationLimit limit;
-    const QuietDecoding quiet;
-    const QByteArray format = PictureFormat::of(source.peek(PictureFormat::kStartBytes));
-    if (format.isEmpty()) {
-        *why = DataExport::tr("It is in none of the formats that are read");
-        return {};
-    }
-    if (format == "png") {
-        const PngChunks chunks = PngChunks::read(source);
-        if (chunks.state == PngChunks::State::CutOff) {
-            *why = DataExport::tr("It is cut off");
-            return {};
-        }
-        if (chunks.state == PngChunks::State::DamagedEnd) {
-            QByteArray mended =
-                source.read(chunks.endOfPicture) + QByteArray(kPngEnd, kPngEndBytes);
-            QBuffer buffer(&mended);
-            buffer.open(QIODevice::ReadOnly);
-            return readReduced(buffer, box, why);
-        }
-    }
     const int orientation = StoredOrientation::read(source);
     const JpegScans scans = JpegScans::read(source);
     QImageReader reader(&source, format);
@@ -128,10 +108,51 @@ QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
         : StoredOrientation::applied(picture, orientation);
 }
 
+// As the picture would be with nothing behind it.
+QImage decodeWithoutEnd(QIODevice &source, qint64 bytes, Thumbnail::Box box, QString *why)
+{
+    if (bytes > kMaxMendedBytes) {
+        *why = DataExport::tr("It is damaged");
+        return {};
+    }
+    QByteArray mended = source.read(bytes);
+    mended.append(kPngEnd, kPngEndBytes);
+    QBuffer buffer(&mended);
+    buffer.open(QIODevice::ReadOnly);
+    return decodeReduced(buffer, "png", box, why);
+}
+
+QImage readReduced(QIODevice &source, Thumbnail::Box box, QString *why)
+{
+    const AllocationLimit limit;
+    const QByteArray format = PictureFormat::of(source.peek(PictureFormat::kStartBytes));
+    if (format.isEmpty()) {
+        *why = DataExport::tr("It is in none of the formats that are read");
+        return {};
+    }
+    if (format != "png")
+        return decodeReduced(source, format, box, why);
+    const PngCheck check = PngCheck::of(source, kMaxPixels);
+    switch (check.state) {
+    case PngCheck::State::Sound:
+        return decodeReduced(source, format, box, why);
+    case PngCheck::State::DamagedEnd:
+        return decodeWithoutEnd(source, check.endOfPixels, box, why);
+    case PngCheck::State::CutOff:
+        *why = DataExport::tr("It is cut off");
+        return {};
+    case PngCheck::State::Damaged:
+        *why = DataExport::tr("It is damaged (%1)").arg(check.remark);
+        return {};
+    }
+    return {};
+}
+
 } // namespace
 
 QByteArray Thumbnail::makePng(QIODevice &source, Box box, QString *why)
 {
+    const QuietDecoding quiet; // writing remarks on what was read, too
     const QImage picture = readReduced(source, box, why);
     QByteArray png;
     if (picture.isNull())

@@ -85,9 +85,11 @@ QByteArray chunk(const QByteArray &type, const QByteArray &content)
     return bytes + checked + sum;
 }
 
+constexpr qsizetype kPngSignatureBytes = 8;
+
 QByteArray pngHeld(const QImage &image, int orientation)
 {
-    constexpr qsizetype kBehindHeader = 8 + 25;
+    constexpr qsizetype kBehindHeader = kPngSignatureBytes + 25;
     return encoded(image, "PNG")
         .insert(kBehindHeader, chunk("eXIf", exifBlock(orientation).sliced(6)));
 }
@@ -136,16 +138,21 @@ QByteArray heicHeld(const QImage &image, int orientation)
     return Sample::encodeHeic(image, { orientation, exifBlock(orientation) });
 }
 
-// The header of a PNG of so many pixels, with a few bytes of data.
-QByteArray pngHeader(quint32 width, quint32 height)
+// A PNG of so many pixels of one byte for each colour, whatever else it holds.
+QByteArray pngOf(quint32 width, quint32 height, const QByteArray &rest)
 {
     QByteArray header(13, '\0');
     qToBigEndian(width, header.data());
     qToBigEndian(height, header.data() + 4);
     header[8] = 8;
     header[9] = 2;
-    return QByteArray("\x89PNG\r\n\x1a\n") + chunk("IHDR", header)
-        + chunk("IDAT", qCompress(QByteArray(1000, 'x')).mid(4)) + chunk("IEND", {});
+    return QByteArray("\x89PNG\r\n\x1a\n") + chunk("IHDR", header) + rest + chunk("IEND", {});
+}
+
+// The header of a PNG of so many pixels, with a few bytes of data.
+QByteArray pngHeader(quint32 width, quint32 height)
+{
+    return pngOf(width, height, chunk("IDAT", qCompress(QByteArray(1000, 'x')).mid(4)));
 }
 
 // A small JPEG whose frame header promises so many pixels.
@@ -442,6 +449,11 @@ void tst_MessagePictures::keepsDecodersQuiet_data()
     const QByteArray jpeg = encoded(image, "JPG");
     QTest::newRow("JPEG with data between its marks")
         << jpeg.first(2) + QByteArray(40, 'x') + jpeg.sliced(2);
+    QTest::newRow("JPEG with a profile of colours that is none") << [&jpeg] {
+        const QByteArray profile = QByteArray("ICC_PROFILE\0\1\1", 14) + QByteArray(200, 'x');
+        QByteArray block = QByteArray("\xff\xe2\0", 3) + char(profile.size() + 2);
+        return jpeg.first(2) + block + profile + jpeg.sliced(2);
+    }();
     QByteArray tiff = encoded(image, "TIFF");
     qToLittleEndian(quint32 { 0x7fffffff }, tiff.data() + 4); // where its directory is
     QTest::newRow("TIFF that leads out of the file") << tiff;
@@ -451,11 +463,45 @@ void tst_MessagePictures::keepsDecodersQuiet_data()
     QTest::newRow("PNG without its end") << png.chopped(12);
     QTest::newRow("PNG that is cut in its end") << png.chopped(3);
     QTest::newRow("PNG with a damaged remark") << [&image] {
-        constexpr qsizetype kBehindHeader = 8 + 25;
+        constexpr qsizetype kBehindHeader = kPngSignatureBytes + 25;
         QByteArray remark = chunk("tEXt", "Comment");
         remark.back() = static_cast<char>(~remark.back());
         return encoded(image, "PNG").insert(kBehindHeader, remark);
     }();
+    QTest::newRow("grey PNG that states the colours of its screen") << [&image] {
+        const QByteArray gamma = chunk("gAMA", QByteArray::fromHex("0000b18f"));
+        return encoded(image.convertToFormat(QImage::Format_Grayscale8), "PNG")
+            .insert(kPngSignatureBytes + 25, gamma);
+    }();
+    // One bit of each part of each chunk.
+    const QByteArray palette = encoded(image.convertToFormat(QImage::Format_Indexed8), "PNG");
+    for (qsizetype at = kPngSignatureBytes; at < palette.size();) {
+        constexpr qsizetype kSizeBytes = 4;
+        constexpr qsizetype kHeadBytes = 8;
+        const auto size = qsizetype { qFromBigEndian<quint32>(palette.constData() + at) };
+        const qsizetype end = at + kHeadBytes + size;
+        const QByteArray type = palette.sliced(at + kSizeBytes, kSizeBytes);
+        for (const qsizetype damaged : { at + 3, at + 5, end - 1, end }) {
+            QByteArray bytes = palette;
+            bytes[damaged] = char(bytes[damaged] ^ 1);
+            QTest::addRow("PNG with a bit of %s changed at %d", type.constData(), int(damaged))
+                << bytes;
+        }
+        at = end + kSizeBytes;
+    }
+    QTest::newRow("PNG of seven bits a colour") << [&] {
+        QByteArray header = palette.sliced(kPngSignatureBytes + 8, 13);
+        header[8] = 7;
+        return QByteArray(palette).replace(kPngSignatureBytes, 25, chunk("IHDR", header));
+    }();
+    QTest::newRow("PNG whose pixels are no stream") << pngOf(24, 24, chunk("IDAT", "no stream"));
+    QTest::newRow("PNG of too few rows") << pngHeader(24, 24);
+    QTest::newRow("PNG of a filter that there is not")
+        << pngOf(24, 24, chunk("IDAT", qCompress(QByteArray(73 * 24, 'x')).mid(4)));
+    QTest::newRow("PNG of too many pixels") << pngHeader(60000, 60000);
+    QTest::newRow("PNG of 2^31 - 1 squared") << pngHeader(0x7fffffff, 0x7fffffff);
+    QTest::newRow("PNG with a chunk that must be known") << pngOf(
+        24, 24, chunk("ABCD", {}) + chunk("IDAT", qCompress(QByteArray(73 * 24, 0)).mid(4)));
 }
 
 // What is refused for the structure of a file is nothing that could be shown.
