@@ -50,9 +50,10 @@ NEIGHBOURS = {
 # Headers of the item model say what an item is; the reader and the program see nothing else of these
 # folders.
 ITEM_HEADER = re.compile(r"(backup|message|contact|table)/Bk\w+\.h")
-# What decides on a picture before it is decoded is for all who decode; nothing else that the library
-# keeps to itself is for a run or the program.
-PRIVATE_HEADER = re.compile(r"(?!export/JpegScans_p|platform/PictureFormat_p).*_p\.h")
+# What decodes pictures is for a run, too; nothing else that the library keeps to itself is for it or for
+# the program.
+PRIVATE_HEADER = re.compile(
+    r"(?!export/(PictureReader|QuietDecoding)_p|platform/PictureFormat_p).*_p\.h")
 LONGEST_FILE = 650
 
 

@@ -1,7 +1,8 @@
 #include "Export/HeicToJpeg/HeicToJpeg.h"
 
 #include "Export/HeicToJpeg/HeicExif.h"
-#include "export/JpegScans_p.h"
+#include "export/PictureReader_p.h"
+#include "export/QuietDecoding_p.h"
 #include "platform/CCommonUtils.h"
 #include "platform/PictureFormat_p.h"
 
@@ -9,7 +10,6 @@
 #include <QColorSpace>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QImageWriter>
 #include <QPainter>
 
@@ -25,7 +25,6 @@ namespace {
 
 constexpr int kQuality = 92;
 constexpr int kMaxDecodedMb = 1024; // a quarter of a billion pixels
-constexpr qint64 kMaxJpegPixels = 64LL * 1024 * 1024; // ten bytes each, whatever the limit above
 constexpr qsizetype kStartOfImage = 2;
 
 // Whether a file that is called like a picture of another kind holds HEIC.
@@ -56,31 +55,7 @@ QImage decoded(const QString &path, QString &why)
     QFile file(path);
     if (!CCommonUtils::openForReading(file, &why))
         return {};
-    const QByteArray format = PictureFormat::of(file.peek(PictureFormat::kStartBytes));
-    if (format.isEmpty()) {
-        why = u"It is in none of the formats that are read"_s;
-        return {};
-    }
-    const JpegScans scans = JpegScans::read(file);
-    QImageReader reader(&file, format);
-    reader.setAutoDetectImageFormat(false);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    const qint64 pixels = qint64 { size.width() } * size.height();
-    if (format == "jpeg" && pixels > kMaxJpegPixels) {
-        why = u"It is too large (%1 × %2 pixels)"_s.arg(size.width()).arg(size.height());
-        return {};
-    }
-    if (scans.areTooMany(pixels)) {
-        why = u"It would have to be read too often (%1 times)"_s.arg(scans.count());
-        return {};
-    }
-    const int before = QImageReader::allocationLimit();
-    QImageReader::setAllocationLimit(kMaxDecodedMb);
-    const QImage picture = reader.read();
-    QImageReader::setAllocationLimit(before);
-    if (picture.isNull())
-        why = reader.errorString();
+    const QImage picture = PictureReader::read(file, kMaxDecodedMb, {}, why);
     return picture.hasAlphaChannel() ? onWhite(picture) : picture;
 }
 
@@ -118,6 +93,7 @@ qint64 roomFor(qint64 heicBytes)
 
 Conversion convert(const QString &path)
 {
+    const QuietDecoding quiet; // writing remarks on what was read, too
     Conversion result;
     const QImage picture = decoded(path, result.why);
     if (!picture.isNull())
