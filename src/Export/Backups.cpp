@@ -1,38 +1,73 @@
 #include "Export/Backups.h"
 
+#include "Export/Observer.h"
 #include "platform/CCommonUtils.h"
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
 namespace Export {
 
-std::variant<QList<BackupInfo>, Failure> backupsAt(const QString &path)
+namespace {
+
+constexpr int kDonePercent = 100;
+
+} // namespace
+
+std::variant<BackupInfo, Refusal> chooseBackup(const QString &path)
 {
     auto found = PhoneBackup::findBackups(path);
     if (!found)
-        return failureOf(found.error());
-    return found.take();
-}
-
-Failure severalBackups(const QString &path, qsizetype count)
-{
-    return { Failure::Cause::Unsuitable,
-             u"There are %1 backups in “%2”."_s.arg(count).arg(path),
-             {},
-             u"Give the folder of one of them as BACKUP."_s };
+        return Refusal { failureOf(found.error()), {} };
+    const QList<BackupInfo> backups = found.take();
+    if (backups.size() == 1)
+        return backups.first();
+    return Refusal { { Failure::Cause::Unsuitable,
+                       u"There are %1 backups in “%2”."_s.arg(backups.size()).arg(path),
+                       {},
+                       u"Give the folder of one of them as BACKUP."_s },
+                     backups };
 }
 
 std::variant<std::unique_ptr<Backup>, Failure> openBackup(const BackupInfo &info,
                                                           const MessageFilter &messages,
-                                                          const KeepGoing &keepGoing,
-                                                          const Password &password)
+                                                          Observer &observer,
+                                                          const KeepGoing &keepGoing)
 {
-    auto opened = Backup::open(info.path, keepGoing, password);
-    if (!opened)
-        return failureOf(opened.error());
-    auto backup = opened.take();
-    backup->setMessageFilter(messages);
-    return backup;
+    std::optional<Failure> wrong;
+    for (;;) {
+        PhoneBackup::Password password;
+        if (info.encrypted) {
+            auto answer = observer.password(info, wrong ? &*wrong : nullptr);
+            if (const auto *none = std::get_if<Failure>(&answer))
+                return *none;
+            password.text = std::get<Secret>(std::move(answer));
+            password.progress = [&observer](int percent) {
+                if (percent < kDonePercent)
+                    observer.makingKeys(percent);
+                else
+                    observer.readingIndex();
+            };
+        } else {
+            observer.readingIndex();
+        }
+        auto opened = Backup::open(info.path, keepGoing, password);
+        if (opened) {
+            observer.opened(info);
+            opened.value()->setMessageFilter(messages);
+            return opened.take();
+        }
+        wrong = failureOf(opened.error());
+        if (wrong->cause != Failure::Cause::WrongPassword)
+            return *wrong;
+    }
+}
+
+Failure noPassword(const BackupInfo &info)
+{
+    return { Failure::Cause::NoPassword,
+             u"The backup “%1” is encrypted, and no password was given."_s.arg(info.displayName) };
 }
 
 QString dateText(const BackupInfo &info)

@@ -22,24 +22,33 @@ using PhoneBackup::BackupInfo;
 using PhoneBackup::backupSizeBytes;
 using PhoneBackup::KeepGoing;
 using PhoneBackup::MessageFilter;
-using PhoneBackup::Password;
 using PhoneBackup::Secret;
 using PhoneItems::Backup;
 
-//! The backup at \a path, or those that lie in it, newest first; never none.
-std::variant<QList<BackupInfo>, Failure> backupsAt(const QString &path);
+class Observer;
 
-//! That \a count backups lie in \a path, and one of them is to be chosen.
-Failure severalBackups(const QString &path, qsizetype count);
+//! Why there is nothing to work on.
+struct Refusal
+{
+    Failure failure;
+    QList<BackupInfo> several; //!< Of which one is to be chosen, newest first; mostly none.
+};
+
+//! The backup at \a path, or the only one that lies in it.
+std::variant<BackupInfo, Refusal> chooseBackup(const QString &path);
 
 /*!
-    Opens the backup \a info for what \a messages accepts. \a keepGoing is kept, and asked while
-    data sets are read, too. Failure::Cause::WrongPassword: another \a password may be tried.
+    Opens the backup \a info for what \a messages accepts. The password of an encrypted one comes
+    from \a observer, which is asked until it is right or there is none. \a keepGoing is kept, and
+    asked while data sets are read, too.
 */
 std::variant<std::unique_ptr<Backup>, Failure> openBackup(const BackupInfo &info,
                                                           const MessageFilter &messages,
-                                                          const KeepGoing &keepGoing,
-                                                          const Password &password);
+                                                          Observer &observer,
+                                                          const KeepGoing &keepGoing);
+
+//! The failure when nobody gave the password of the encrypted backup \a info.
+Failure noPassword(const BackupInfo &info);
 
 //! "2023-03-01 12:00" in local time, or that there is no date.
 QString dateText(const BackupInfo &info);

@@ -43,8 +43,8 @@ Failure failureOf(const PhoneBackup::Error &error)
                  "letters in capitals and small ones differ."_s };
     }
     if (error.fault == Fault::TemporaryFolder)
-        return { Cause::TemporaryFolder, what };
-    Failure failure { Cause::NoBackup, what };
+        return { Cause::TemporaryFolder, what, {}, {}, error.systemError };
+    Failure failure { Cause::NoBackup, what, {}, {}, error.systemError };
     if (!error.path.isEmpty() && !what.contains(error.path))
         failure.details += u"  in “%1”"_s.arg(error.path);
     return failure;

@@ -40,6 +40,7 @@ struct Failure
     QString what; //!< What is wrong and where, for a person.
     QStringList details = {}; //!< Further lines; may be empty.
     QString advice = {}; //!< What to do about it; may be empty.
+    int systemError = 0; //!< The system's error number, where it was the system that refused.
 
     Status status() const;
 };

@@ -4,6 +4,17 @@ namespace Export {
 
 Observer::~Observer() = default;
 
+std::variant<Secret, Failure> Observer::password(const BackupInfo &info, const Failure *wrong)
+{
+    return wrong ? *wrong : noPassword(info);
+}
+
+void Observer::makingKeys(int /*percent*/) { }
+
+void Observer::readingIndex() { }
+
+void Observer::opened(const BackupInfo & /*info*/) { }
+
 void Observer::readingType(const QString & /*typeName*/) { }
 
 void Observer::inventoryRead(const Inventory & /*inventory*/) { }

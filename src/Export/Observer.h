@@ -1,12 +1,14 @@
 #ifndef EXPORT_OBSERVER_H
 #define EXPORT_OBSERVER_H
 
+#include "Export/Backups.h"
 #include "Export/Problems.h"
 
 #include <QList>
 #include <QString>
 
 #include <optional>
+#include <variant>
 
 namespace Export {
 
@@ -29,9 +31,10 @@ struct Progress
 /*!
     \brief Told what a run does, as it does it: a terminal, a window.
 
-    In this order: readingType() for each data type, inventoryRead(); then typeStarts(),
-    progressed() and typeEnds() for each type that has items. Problems may come before, between and
-    behind. Nothing has to be done about any of it.
+    In this order: password() and makingKeys() if the backup is encrypted, readingIndex(), opened();
+    readingType() for each data type, inventoryRead(); then typeStarts(), progressed() and
+    typeEnds() for each type that has items. Problems may come before, between and behind. Nothing
+    has to be done about any of it.
     \par Thread
     Called on the thread of the run, which waits.
 */
@@ -39,6 +42,22 @@ class Observer
 {
 public:
     virtual ~Observer();
+
+    /*!
+        The password of the encrypted backup \a info, or why there is none, which then is why the
+        run failed. \a wrong tells that the last answer was not it; null at the first time. By
+        default there is none.
+    */
+    virtual std::variant<Secret, Failure> password(const BackupInfo &info, const Failure *wrong);
+
+    //! The keys are made from the password, which takes some seconds: \a percent of it are done.
+    virtual void makingKeys(int percent);
+
+    //! The index of the backup's files is read.
+    virtual void readingIndex();
+
+    //! The backup \a info is open.
+    virtual void opened(const BackupInfo &info);
 
     //! The data set of the type called \a typeName is read to see how much there is.
     virtual void readingType(const QString &typeName);

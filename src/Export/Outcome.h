@@ -5,6 +5,7 @@
 #include "Export/Inventory.h"
 #include "Export/Problems.h"
 #include "Export/RunReport.h"
+#include "PhoneBackup/folder/BackupInfo.h"
 
 #include <QList>
 #include <QString>
@@ -52,6 +53,9 @@ struct Outcome
 {
     Status status = Status::Complete;
     std::optional<Failure> failure; //!< Why it ended early; none when it did not.
+    QList<PhoneBackup::BackupInfo> several; //!< Those to choose from when there was not only one.
+    bool hasStarted = false; //!< Otherwise nothing was written, and what follows tells nothing.
+    PhoneBackup::BackupInfo backup;
     QString output; //!< As the user wrote it.
     QString absoluteOutput;
     QList<TypeOutcome> types;

@@ -175,12 +175,15 @@ std::optional<Failure> checkOutput(const QString &output, const QString &backup,
                          u"OUTPUT “%1” would lie in “%2”, which is a file."_s.arg(output, folder),
                          {},
                          u"Choose a new or an empty folder."_s };
-    if (::access(QFile::encodeName(folder).constData(), W_OK | X_OK) != 0)
+    if (::access(QFile::encodeName(folder).constData(), W_OK | X_OK) != 0) {
+        const int number = errno;
         return Failure { Failure::Cause::Output,
                          u"OUTPUT “%1” cannot be written: %2 (“%3”)."_s.arg(
-                             output, errorText(errno), folder),
+                             output, errorText(number), folder),
                          {},
-                         u"Choose a folder that you may write to."_s };
+                         u"Choose a folder that you may write to."_s,
+                         number };
+    }
     return std::nullopt;
 }
 
@@ -225,7 +228,8 @@ std::optional<Failure> createOutput(const QString &output)
                          ? u"OUTPUT “%1” could not be made: %2."_s.arg(output, errorText(number))
                          : u"OUTPUT “%1” could not be made."_s.arg(output),
                      {},
-                     u"Choose a folder that you may write to."_s };
+                     u"Choose a folder that you may write to."_s,
+                     number };
 }
 
 } // namespace Export::Preflight

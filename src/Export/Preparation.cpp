@@ -8,17 +8,9 @@
 
 #include <QFileInfo>
 
-#include <sys/stat.h>
-
 namespace Export {
 
 namespace {
-
-// Who encrypted a backup does not want its contents to be readable for all.
-void keepFilesPrivate()
-{
-    ::umask(::umask(0) | S_IRWXG | S_IRWXO);
-}
 
 qint64 neededBytes(const Inventory &inventory, bool convertHeic)
 {
@@ -55,8 +47,6 @@ Preparation::prepare(const Backup &backup, Observer &observer, const KeepGoing &
         if (auto failure = Preflight::checkSpace(m_output, bytes))
             return *failure;
     }
-    if (m_info.encrypted)
-        keepFilesPrivate();
     if (auto failure = makeOutput())
         return *failure;
     return taken;

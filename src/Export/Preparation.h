@@ -35,8 +35,7 @@ public:
 
     /*!
         Reads what there is in the open \a backup and makes OUTPUT, unless there is too little room
-        for it. From then on files of an encrypted backup are made for this user alone; that is a
-        setting of the process.
+        for it.
     */
     std::variant<Inventory, Failure>
     prepare(const Backup &backup, Observer &observer, const KeepGoing &keepGoing) const;

@@ -39,7 +39,8 @@ QList<Problem> problems(const PhoneItems::Backup &backup, qsizetype known)
                    problem.dataType,
                    problem.dataType >= 0 ? backup.dataTypeName(problem.dataType) : u"Backup"_s,
                    problem.source,
-                   PhoneItems::words(problem.what) };
+                   PhoneItems::words(problem.what),
+                   problem.systemError };
     }
     return found;
 }

@@ -30,6 +30,7 @@ struct Problem
     QString type; //!< Display name of that: a data type, or "Backup".
     QString source; //!< What could not be read; may be empty.
     QString what; //!< For a person.
+    int systemError = 0; //!< The system's error number, where it was the system that refused.
 
     bool isFault() const { return kind == Kind::Loss || kind == Kind::Warning; }
 

@@ -1,212 +1,95 @@
 #include "Export/Run.h"
 
-#include "Export/IndexPage.h"
 #include "Export/Observer.h"
-#include "Export/Problems.h"
+#include "Export/Preparation.h"
+#include "Export/PreparedRun.h"
 #include "Export/Request.h"
-#include "backup/CBackupExporter.h"
-
-#include <QDir>
-#include <QStorageInfo>
 
 #include <algorithm>
-#include <cerrno>
-
-using namespace Qt::StringLiterals;
+#include <sys/stat.h>
 
 namespace Export {
 
 namespace {
 
-// Lets the selected data types of a backup through and hides the others.
-class SelectedBackup final : public BkBackup
+// Who encrypted a backup does not want its contents to be readable for all.
+class FilesForUserAlone
 {
 public:
-    SelectedBackup(const BkBackup &backup, const QList<int> &codes)
-        : m_backup(backup)
-        , m_codes(codes)
+    FilesForUserAlone()
+        : m_before(::umask(0))
     {
+        ::umask(m_before | S_IRWXG | S_IRWXO);
     }
+    ~FilesForUserAlone() { ::umask(m_before); }
 
-    BkData *getBkData(int code) const override
-    {
-        return m_codes.contains(code) ? m_backup.getBkData(code) : nullptr;
-    }
-    QString dataTypeName(int code) const override { return m_backup.dataTypeName(code); }
-    QString backupProperty(int key) const override { return m_backup.backupProperty(key); }
+    FilesForUserAlone(const FilesForUserAlone &) = delete;
+    FilesForUserAlone &operator=(const FilesForUserAlone &) = delete;
 
 private:
-    const BkBackup &m_backup;
-    const QList<int> &m_codes;
+    mode_t m_before;
 };
 
-// Folders that were made for files of which none came. Whatever holds a file stays.
-void removeEmptyFolders(const QDir &parent, const QString &name)
+Outcome refused(const Refusal &refusal)
 {
-    const QDir folder(parent.filePath(name));
-    const QStringList groups =
-        folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks | QDir::Hidden);
-    for (const QString &group : groups)
-        folder.rmdir(group);
-    parent.rmdir(name);
-}
-
-QStringList foldersBefore(const QDir &output)
-{
-    return output.entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
-}
-
-Failure outputFailure(const RunReport::OutputFault &fault, const QString &output)
-{
-    const bool full = fault.systemError == ENOSPC || fault.systemError == EDQUOT;
-    const QStorageInfo disk(output);
-    const QString mount = disk.isValid() ? u" (mounted at “%1”)"_s.arg(disk.rootPath()) : QString();
-    const QString what = full ? u"The disk of OUTPUT “%1”%2 is full: “%3” could not be written."_s
-                              : u"OUTPUT “%1”%2 can no longer be written: it refused “%3”."_s;
-    return {
-        full ? Failure::Cause::DiskFull : Failure::Cause::Output,
-        what.arg(output, mount, fault.what),
-        {},
-        full ? u"Make room or choose an OUTPUT on another disk, and export again."_s
-             : u"See that the disk is there, has room and may be written, and export again."_s
-    };
+    Outcome outcome;
+    outcome.status = refusal.failure.status();
+    outcome.failure = refusal.failure;
+    outcome.several = refusal.several;
+    return outcome;
 }
 
 } // namespace
 
-Run::Run(const Request &request,
-         const Backup &backup,
-         const Inventory &inventory,
-         const QString &output,
-         Observer &observer,
-         const KeepGoing &keepGoing)
-    : m_request(request)
-    , m_backup(backup)
-    , m_inventory(inventory)
-    , m_output(output)
-    , m_observer(observer)
-    , m_keepGoing(keepGoing)
-    , m_report(output, [this](int code) { m_progress.typeStarts(code); })
-    , m_progress(inventory, m_report, observer, [this] { return goesOn(); })
+Status Contents::status() const
 {
-}
-
-Outcome Run::execute()
-{
-    m_clock.start();
-    reportNewProblems();
-    const QDir folder(m_output);
-    const QStringList before = foldersBefore(folder);
-    exportTypes(folder);
-    reportNewProblems();
-    m_report.finish();
-    Outcome result = outcome();
-    for (const TypeOutcome &type : result.types) {
-        if (type.counts.started && type.exported == 0 && !before.contains(type.totals.name))
-            removeEmptyFolders(folder, type.totals.name);
-    }
-    writeIndex(result);
-    return result;
-}
-
-// Losses stand in the final list with everything else that is missing.
-void Run::reportNewProblems()
-{
-    const QList<Problem> found = problems(m_backup, m_problemsReported);
-    QList<Problem> warnings;
-    for (const Problem &problem : found) {
-        if (problem.kind == Problem::Kind::NeverDownloaded)
-            m_report.neverDownloaded(problem.code, problem.type, problem.source, problem.what);
-        else if (problem.kind == Problem::Kind::Loss)
-            m_report.sourceLost(problem.code, problem.type, problem.source, problem.what);
-        else if (problem.kind == Problem::Kind::Warning)
-            warnings += problem;
-    }
-    m_problemsReported += found.size();
-    if (!warnings.isEmpty())
-        m_observer.problemsFound(warnings);
-}
-
-bool Run::goesOn() const
-{
-    return m_keepGoing() && !m_report.outputFault();
-}
-
-void Run::exportTypes(const QDir &folder)
-{
-    SelectedBackup selected(m_backup, m_request.types);
-    CBackupExporter exporter;
-    exporter.setReport(&m_report);
-    if (m_request.convertHeic)
-        exporter.setCopyStep(&m_heicCopies);
-    exporter.setHardened(true); // anyone can send a message or a contact with markup in it
-    exporter.exportBackup(&selected, folder, &m_progress);
-}
-
-Outcome Run::outcome() const
-{
-    Outcome result;
-    result.output = m_request.output;
-    result.absoluteOutput = m_output;
-    for (const TypeTotals &totals : m_inventory.types)
-        result.types += typeOutcome(totals, m_report);
-    result.remarks = problems(m_backup);
-    result.remarks.removeIf([](const Problem &problem) {
-        return problem.kind != Problem::Kind::Warning && problem.kind != Problem::Kind::Absence;
-    });
-    result.jpegCopies = m_heicCopies.count();
-    result.seconds = static_cast<double>(m_clock.elapsed()) / 1000;
-    takeReport(result);
-    judge(result);
-    return result;
-}
-
-void Run::takeReport(Outcome &result) const
-{
-    result.reportPath = m_report.file().path();
-    result.reportError = m_report.file().error();
-    result.failureCount = m_report.failureCount();
-    result.failures = m_report.failures();
-    result.neverDownloaded = m_report.neverDownloaded();
-}
-
-void Run::judge(Outcome &result) const
-{
-    const auto has = [&result](CIExportReport::End state) {
-        return std::any_of(result.types.begin(), result.types.end(), [state](const auto &type) {
-            return type.state == state;
+    const bool isComplete =
+        std::none_of(problems.begin(), problems.end(), [](const Problem &problem) {
+            return problem.kind == Problem::Kind::Loss;
         });
-    };
-    const bool isCut = has(CIExportReport::End::Stopped) || has(CIExportReport::End::NotStarted);
-    if (m_report.outputFault())
-        result.failure = outputFailure(*m_report.outputFault(), m_request.output);
-    else if (auto failure = temporaryFolderFailure(m_backup))
-        result.failure = failure;
-    else if (isCut && !m_keepGoing())
-        result.failure = Failure { Failure::Cause::Stopped, u"Stopped."_s };
-    if (result.failure)
-        result.status = result.failure->status();
-    else if (isCut || has(CIExportReport::End::Failed) || result.failureCount > 0
-             || result.reportError != 0)
-        result.status = Status::Incomplete;
+    return isComplete ? Status::Complete : Status::Incomplete;
 }
 
-void Run::writeIndex(Outcome &result)
+std::variant<Contents, Refusal>
+look(const Request &request, Observer &observer, const KeepGoing &keepGoing)
 {
-    if (result.isNothing())
-        return;
-    IndexPage page(result, m_backup);
-    const int number = page.write();
-    result.indexPath = page.path();
-    if (number == 0 || m_report.outputFault())
-        return;
-    m_report.outputRefused(u"index.html"_s, number);
-    judge(result);
-    if (!m_report.outputFault()) {
-        result.indexError = number; // what the page leads to is there
-        if (result.status == Status::Complete)
-            result.status = Status::Incomplete;
-    }
+    const auto choice = chooseBackup(request.backup);
+    if (const auto *refusal = std::get_if<Refusal>(&choice))
+        return *refusal;
+    const auto opened =
+        openBackup(std::get<BackupInfo>(choice), request.messages, observer, keepGoing);
+    if (const auto *failure = std::get_if<Failure>(&opened))
+        return Refusal { *failure, {} };
+    const Backup &backup = *std::get<0>(opened);
+    const auto taken = takeInventory(backup, request.types, observer, keepGoing);
+    if (const auto *failure = std::get_if<Failure>(&taken))
+        return Refusal { *failure, {} };
+    return Contents { backup.info(), std::get<Inventory>(taken), problems(backup) };
+}
+
+Outcome run(const Request &request, Observer &observer, const KeepGoing &keepGoing)
+{
+    const auto choice = chooseBackup(request.backup);
+    if (const auto *refusal = std::get_if<Refusal>(&choice))
+        return refused(*refusal);
+    const auto &info = std::get<BackupInfo>(choice);
+    const Preparation preparation(request, info);
+    if (const auto failure = preparation.checkOutput())
+        return refused({ *failure, {} });
+    const auto opened = openBackup(info, request.messages, observer, keepGoing);
+    if (const auto *failure = std::get_if<Failure>(&opened))
+        return refused({ *failure, {} });
+    const Backup &backup = *std::get<0>(opened);
+
+    std::optional<FilesForUserAlone> privacy;
+    if (info.encrypted)
+        privacy.emplace();
+    const auto prepared = preparation.prepare(backup, observer, keepGoing);
+    if (const auto *failure = std::get_if<Failure>(&prepared))
+        return refused({ *failure, {} });
+    PreparedRun run(
+        request, backup, std::get<Inventory>(prepared), preparation.output(), observer, keepGoing);
+    return run.execute();
 }
 
 } // namespace Export

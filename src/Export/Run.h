@@ -2,66 +2,45 @@
 #define EXPORT_RUN_H
 
 #include "Export/Backups.h"
-#include "Export/HeicCopies.h"
+#include "Export/Inventory.h"
 #include "Export/Outcome.h"
-#include "Export/RunProgress.h"
-#include "Export/RunReport.h"
+#include "Export/Problems.h"
 
-#include <QElapsedTimer>
-#include <QString>
+#include <QList>
 
-class QDir;
+#include <variant>
 
+//! What a front end can have done with a backup. It is a terminal, a window or a test: it observes,
+//! answers for the password, and may say at any time that it is enough.
 namespace Export {
 
 class Observer;
 struct Request;
 
-/*!
-    \brief One export, once it is prepared: does it and says what became of it.
-
-    \par Owner
-    Everything handed in is borrowed.
-*/
-class Run
+//! What there is in a backup of the types that were asked for.
+struct Contents
 {
-public:
-    //! \a output is the absolute path of OUTPUT, which exists. \a keepGoing is asked often; false
-    //! stops the export at the next safe point.
-    Run(const Request &request,
-        const Backup &backup,
-        const Inventory &inventory,
-        const QString &output,
-        Observer &observer,
-        const KeepGoing &keepGoing);
+    BackupInfo backup;
+    Inventory inventory;
+    QList<Problem> problems;
 
-    Run(const Run &) = delete;
-    Run &operator=(const Run &) = delete;
-
-    //! To be called once.
-    Outcome execute();
-
-private:
-    void reportNewProblems();
-    bool goesOn() const;
-    void exportTypes(const QDir &folder);
-    Outcome outcome() const;
-    void judge(Outcome &result) const;
-    void takeReport(Outcome &result) const;
-    void writeIndex(Outcome &result);
-
-    const Request &m_request;
-    const Backup &m_backup;
-    const Inventory &m_inventory;
-    QString m_output;
-    Observer &m_observer;
-    KeepGoing m_keepGoing;
-    RunReport m_report;
-    RunProgress m_progress;
-    HeicCopies m_heicCopies;
-    QElapsedTimer m_clock;
-    qsizetype m_problemsReported = 0;
+    Status status() const; //!< Incomplete when something could not be read.
 };
+
+/*!
+    Reads what there is in the backup of \a request; its output is of no interest. \a keepGoing is
+    asked often; false ends it with Failure::Cause::Stopped.
+*/
+std::variant<Contents, Refusal>
+look(const Request &request, Observer &observer, const KeepGoing &keepGoing);
+
+/*!
+    Does what \a request asks for. \a keepGoing is asked often; false stops the export at the next
+    safe point: what is complete by then stays, and no half-written file.
+    \par Process
+    While an encrypted backup is exported, files that this process makes are for its user alone.
+*/
+Outcome run(const Request &request, Observer &observer, const KeepGoing &keepGoing);
 
 } // namespace Export
 

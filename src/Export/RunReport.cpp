@@ -11,24 +11,22 @@ using namespace Qt::StringLiterals;
 
 namespace Export {
 
-namespace {
-
-QString causeText(CIExportReport::Cause cause)
+QString RunReport::Failed::causeText() const
 {
-    switch (cause) {
-    case CIExportReport::Cause::Source:
+    if (!cause)
+        return u"Never downloaded"_s;
+    switch (*cause) {
+    case Cause::Source:
         return u"Backup"_s;
-    case CIExportReport::Cause::Target:
+    case Cause::Target:
         return u"Output"_s;
-    case CIExportReport::Cause::Resource:
+    case Cause::Resource:
         return u"Program"_s;
-    case CIExportReport::Cause::Content:
+    case Cause::Content:
         return u"Content"_s;
     }
     return {};
 }
-
-} // namespace
 
 RunReport::RunReport(const QString &outputFolder, TypeStarts typeStarts)
     : m_outputFolder(outputFolder)
@@ -52,7 +50,7 @@ void RunReport::itemFailed(const QString &typeName, const QString &itemName, con
     if (fault.cause == Cause::Target)
         outputRefused(itemName.isEmpty() ? typeName : typeName + u'/' + itemName,
                       fault.systemError);
-    add({ m_code, typeName, itemName, causeText(fault.cause), fault.reason });
+    add({ m_code, typeName, itemName, fault.cause, fault.reason, fault.systemError });
 }
 
 void RunReport::itemExported(const QString & /*typeName*/, const QString & /*itemName*/)
@@ -65,22 +63,21 @@ void RunReport::outputEnded(const QString & /*typeName*/, Output output, End end
     m_counts[m_code].outputs += { output, end };
 }
 
-void RunReport::sourceLost(int code,
-                           const QString &typeName,
-                           const QString &source,
-                           const QString &reason)
+void RunReport::sourceLost(const Problem &problem)
 {
-    ++m_counts[code].unreadable;
-    add({ code, typeName, source, causeText(Cause::Source), reason });
+    ++m_counts[problem.code].unreadable;
+    add({ problem.code,
+          problem.type,
+          problem.source,
+          Cause::Source,
+          problem.what,
+          problem.systemError });
 }
 
-void RunReport::neverDownloaded(int code,
-                                const QString &typeName,
-                                const QString &item,
-                                const QString &reason)
+void RunReport::neverDownloaded(const Problem &problem)
 {
-    ++m_counts[code].neverDownloaded;
-    const Failed file { code, typeName, item, u"Never downloaded"_s, reason };
+    ++m_counts[problem.code].neverDownloaded;
+    const Failed file { problem.code, problem.type, problem.source, std::nullopt, problem.what };
     if (m_neverDownloaded.size() < kKept)
         m_neverDownloaded += file;
     list(file);
@@ -139,7 +136,7 @@ void RunReport::add(const Failed &failed)
 
 void RunReport::list(const Failed &failed)
 {
-    m_file.append({ failed.type, failed.item, failed.cause, failed.reason });
+    m_file.append({ failed.type, failed.item, failed.causeText(), failed.reason });
     outputRefused(u"export-report.csv"_s, m_file.error());
 }
 

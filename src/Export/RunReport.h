@@ -1,6 +1,7 @@
 #ifndef EXPORT_RUNREPORT_H
 #define EXPORT_RUNREPORT_H
 
+#include "Export/Problems.h"
 #include "Export/ReportFile.h"
 #include "export/CIExportReport.h"
 
@@ -26,8 +27,12 @@ public:
         int code = -1; //!< Of the data type, -1 for the backup as a whole.
         QString type; //!< Display name of the data type.
         QString item; //!< Item with its group, or a source of the backup; may be empty.
-        QString cause; //!< "Backup", "Output", "Content" or "Never downloaded".
+        std::optional<Cause> cause; //!< None for a file that was never downloaded.
         QString reason;
+        int systemError = 0; //!< The system's error number, where it was the system that refused.
+
+        QString
+        causeText() const; //!< "Backup", "Output", "Program", "Content", "Never downloaded".
     };
 
     //! What the output refused, for good.
@@ -67,14 +72,11 @@ public:
 
     void outputEnded(const QString &typeName, Output output, End end) override;
 
-    //! Takes in a part of the backup that could not be read; \a code is -1 for the backup as a
-    //! whole.
-    void
-    sourceLost(int code, const QString &typeName, const QString &source, const QString &reason);
+    //! Takes in a part of the backup that could not be read.
+    void sourceLost(const Problem &problem);
 
     //! Takes in a file that is not in the backup because it was never on the phone: no failure.
-    void
-    neverDownloaded(int code, const QString &typeName, const QString &item, const QString &reason);
+    void neverDownloaded(const Problem &problem);
 
     //! OUTPUT refused \a what with the error number \a systemError; 0: none is known.
     void outputRefused(const QString &what, int systemError);

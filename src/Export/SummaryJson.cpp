@@ -20,7 +20,7 @@ QJsonArray failuresJson(const QList<RunReport::Failed> &list)
     for (const RunReport::Failed &failed : list)
         array += QJsonObject { { u"type"_s, wordOf(failed.code) },
                                { u"item"_s, failed.item },
-                               { u"cause"_s, failed.cause.toLower() },
+                               { u"cause"_s, failed.causeText().toLower() },
                                { u"reason"_s, failed.reason } };
     return array;
 }
@@ -57,7 +57,7 @@ QJsonValue orNull(const QString &path)
 
 } // namespace
 
-QJsonObject summaryJson(const Outcome &outcome, const PhoneBackup::BackupInfo &backup)
+QJsonObject summaryJson(const Outcome &outcome)
 {
     QJsonArray types;
     for (const TypeOutcome &type : outcome.types) {
@@ -74,7 +74,7 @@ QJsonObject summaryJson(const Outcome &outcome, const PhoneBackup::BackupInfo &b
     QJsonObject object = Json::result(outcome.status);
     if (outcome.failure)
         object[u"message"_s] = outcome.failure->what;
-    object[u"backup"_s] = Json::backup(backup);
+    object[u"backup"_s] = Json::backup(outcome.backup);
     object[u"output"_s] = outcome.absoluteOutput;
     object[u"types"_s] = types;
     addSums(object, Sums(outcome.types));

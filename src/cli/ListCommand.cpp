@@ -1,33 +1,28 @@
 #include "ListCommand.h"
 
-#include "BackupAccess.h"
 #include "Console.h"
-#include "ConsoleProgress.h"
+#include "ConsoleObserver.h"
 #include "Export/Json.h"
-#include "Export/Preparation.h"
+#include "Export/Run.h"
 #include "Export/Text.h"
 #include "Interrupt.h"
 #include "Options.h"
 #include "Result.h"
 #include "TextTable.h"
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
-using Export::Failure;
+using Export::Contents;
 using Export::grouped;
-using Export::Inventory;
 using Export::Problem;
-using Export::Status;
 using Export::TypeTotals;
 
 namespace Cli {
 
 namespace {
 
-QByteArray asText(const Inventory &inventory, const QList<Problem> &problems)
+QByteArray asText(const Contents &contents)
 {
-    const TypeTotals total = inventory.total();
+    const TypeTotals total = contents.inventory.total();
     const bool hasMessages = total.messages > 0;
     const QString none = u"–"_s;
     QList<QStringList> rows { { u"Type"_s, u"Items"_s, u"Deleted"_s, u"Size"_s } };
@@ -43,30 +38,28 @@ QByteArray asText(const Inventory &inventory, const QList<Problem> &problems)
     };
     if (hasMessages)
         rows.last().insert(2, u"Messages"_s);
-    for (const TypeTotals &totals : inventory.types)
+    for (const TypeTotals &totals : contents.inventory.types)
         add(totals);
     add(total);
     QStringList lines = tableLines(rows, hasMessages ? "lrrrr" : "lrrr");
-    for (const QString &absence : Export::absences(problems))
+    for (const QString &absence : Export::absences(contents.problems))
         lines += Export::printable(absence);
-    const qint64 notThere = Export::neverDownloaded(problems);
+    const qint64 notThere = Export::neverDownloaded(contents.problems);
     if (notThere > 0)
         lines += Export::neverDownloadedSentence(notThere);
     return lines.join(u'\n').toUtf8() + '\n';
 }
 
-QJsonObject asJson(const Export::BackupInfo &info,
-                   const Inventory &inventory,
-                   const QList<Problem> &problems,
-                   Status status)
+QJsonObject asJson(const Contents &contents)
 {
     namespace Json = Export::Json;
     QJsonArray types;
-    for (const TypeTotals &totals : inventory.types)
+    for (const TypeTotals &totals : contents.inventory.types)
         types += Json::type(totals);
-    const TypeTotals sum = inventory.total();
-    QJsonObject object = Json::result(status);
-    object[u"backup"_s] = Json::backup(info);
+    const TypeTotals sum = contents.inventory.total();
+    const QList<Problem> &problems = contents.problems;
+    QJsonObject object = Json::result(contents.status());
+    object[u"backup"_s] = Json::backup(contents.backup);
     object[u"types"_s] = types;
     object[u"items"_s] = sum.items;
     object[u"deleted"_s] = sum.deleted;
@@ -83,32 +76,17 @@ QJsonObject asJson(const Export::BackupInfo &info,
 
 ExitCode runList(Console &console, const Options &options)
 {
-    const auto choice = chooseBackup(console, options.backup);
-    if (const auto *none = std::get_if<NoChoice>(&choice))
-        return refuse(console, options, *none);
-    const auto opened = openBackup(console, std::get<Export::BackupInfo>(choice), options);
-    if (const auto *failure = std::get_if<Failure>(&opened))
-        return refuse(console, options, *failure);
-    const Export::Backup &backup = *std::get<0>(opened);
-
-    ConsoleProgress progress(console, options);
-    const auto taken = Export::takeInventory(backup, options.types, progress, &Interrupt::mayGoOn);
-    if (const auto *failure = std::get_if<Failure>(&taken))
-        return refuse(console, options, *failure);
-    const auto &inventory = std::get<Inventory>(taken);
-
-    const QList<Problem> problems = Export::problems(backup);
-    QList<Problem> faults = problems;
+    ConsoleObserver observer(console, options);
+    const auto found = Export::look(options, observer, &Interrupt::mayGoOn);
+    if (const auto *refusal = std::get_if<Export::Refusal>(&found))
+        return refuse(console, options, *refusal);
+    const auto &contents = std::get<Contents>(found);
+    QList<Problem> faults = contents.problems;
     faults.removeIf([](const Problem &problem) { return !problem.isFault(); });
-    progress.problemsFound(faults);
-    const bool lost = std::any_of(faults.begin(), faults.end(), [](const Problem &problem) {
-        return problem.kind == Problem::Kind::Loss;
-    });
-    const Status status = lost ? Status::Incomplete : Status::Complete;
-    const QByteArray text = options.json
-        ? document(asJson(backup.info(), inventory, problems, status), status)
-        : asText(inventory, problems);
-    return console.result(text) ? exitCode(status) : ExitCode::Failed;
+    observer.problemsFound(faults);
+    const QByteArray text =
+        options.json ? document(asJson(contents), contents.status()) : asText(contents);
+    return console.result(text) ? exitCode(contents.status()) : ExitCode::Failed;
 }
 
 } // namespace Cli

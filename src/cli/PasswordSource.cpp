@@ -27,13 +27,16 @@ const QString kStandardInput = u"-"_s;
 constexpr int kTries = 3;
 constexpr qsizetype kLongestBytes = 4096;
 
+Failure withAdvice(Failure failure)
+{
+    failure.advice = u"Give the password with --password-file FILE or in the environment variable "
+                     "DATAEXPORT_PASSWORD, or run dataexport in a terminal and type it."_s;
+    return failure;
+}
+
 Failure missing(const QString &what)
 {
-    return { Failure::Cause::NoPassword,
-             what,
-             {},
-             u"Give the password with --password-file FILE or in the environment variable "
-             "DATAEXPORT_PASSWORD, or run dataexport in a terminal and type it."_s };
+    return withAdvice({ Failure::Cause::NoPassword, what });
 }
 
 // The first line, without what an editor puts around it.
@@ -87,7 +90,7 @@ std::variant<Secret, Failure> readFile(const QString &path)
 
 } // namespace
 
-PasswordSource::PasswordSource(const QString &file, const QString &backup)
+PasswordSource::PasswordSource(const QString &file, const Export::BackupInfo &backup)
     : m_file(file)
     , m_backup(backup)
 {
@@ -115,14 +118,12 @@ bool PasswordSource::canTryAgain() const
 
 std::variant<Secret, Failure> PasswordSource::ask()
 {
-    const QString needed =
-        u"The backup “%1” is encrypted, and no password was given."_s.arg(m_backup);
     HiddenInput input;
     if (!input.isPossible())
-        return missing(needed);
+        return withAdvice(Export::noPassword(m_backup));
     while (m_asked < kTries) {
         ++m_asked;
-        auto password = input.line(u"Password of the backup “%1”: "_s.arg(m_backup));
+        auto password = input.line(u"Password of the backup “%1”: "_s.arg(m_backup.displayName));
         if (Interrupt::requested())
             return Export::stoppedEarly();
         if (!password)
@@ -130,7 +131,7 @@ std::variant<Secret, Failure> PasswordSource::ask()
         if (!password->isEmpty())
             return std::move(*password);
     }
-    return missing(needed);
+    return withAdvice(Export::noPassword(m_backup));
 }
 
 } // namespace Cli

@@ -16,8 +16,8 @@ namespace Cli {
 class PasswordSource
 {
 public:
-    //! \a file: path of the password file, empty for none. \a backup is what the question names.
-    PasswordSource(const QString &file, const QString &backup);
+    //! Of \a backup. \a file: path of the password file, empty for none.
+    PasswordSource(const QString &file, const Export::BackupInfo &backup);
 
     //! The password to try next, or why there is none.
     std::variant<Export::Secret, Export::Failure> next();
@@ -29,7 +29,7 @@ private:
     std::variant<Export::Secret, Export::Failure> ask();
 
     QString m_file;
-    QString m_backup;
+    Export::BackupInfo m_backup;
     int m_asked = 0;
 };
 

@@ -2,7 +2,10 @@
 
 #include "Console.h"
 #include "Export/Json.h"
+#include "Export/Text.h"
+#include "Interrupt.h"
 #include "Options.h"
+#include "TextTable.h"
 
 #include <QJsonDocument>
 
@@ -23,6 +26,23 @@ Failure withOptions(Failure failure)
         failure.advice = u"Make room, choose an OUTPUT on another disk, or export less with --only "
                          "or --skip."_s;
     return failure;
+}
+
+// Sizes tell full backups from those that were just begun; to measure them takes a while.
+QByteArray choices(Console &console, const QList<Export::BackupInfo> &backups)
+{
+    constexpr int kNameColumns = 40;
+    QList<QStringList> rows { { u"Device"_s, u"Date"_s, u"Size"_s, u"BACKUP"_s } };
+    for (const Export::BackupInfo &info : backups) {
+        if (Interrupt::requested())
+            break;
+        console.status(u"Measuring “%1” …"_s.arg(info.path));
+        rows += { elided(info.displayName, kNameColumns),
+                  Export::dateText(info),
+                  Export::sizeText(Export::backupSizeBytes(info.path)),
+                  info.path };
+    }
+    return tableLines(rows, "llrl").join(u'\n').toUtf8() + '\n';
 }
 
 } // namespace
@@ -69,19 +89,18 @@ void say(Console &console, const Failure &failure)
         console.note(failure.advice);
 }
 
-ExitCode refuse(Console &console, const Options &options, const Failure &failure)
+ExitCode refuse(Console &console, const Options &options, const Export::Refusal &refusal)
 {
-    return refuse(console, options, NoChoice { failure, {}, {} });
-}
-
-ExitCode refuse(Console &console, const Options &options, const NoChoice &choice)
-{
-    const Failure failure = withOptions(choice.failure);
+    const Failure failure = withOptions(refusal.failure);
+    QByteArray result;
+    if (options.json) {
+        result = document(Export::Json::failed(failure, refusal.several), failure.status());
+    } else if (!refusal.several.isEmpty()) {
+        result = choices(console, refusal.several);
+        if (Interrupt::requested())
+            return refuse(console, options, { Export::stoppedEarly(), {} });
+    }
     say(console, failure);
-    const QByteArray result = options.json
-        ? document(Export::Json::failed(failure, choice.several), failure.status())
-        : choice.table.isEmpty() ? QByteArray()
-                                 : choice.table.join(u'\n').toUtf8() + '\n';
     return console.result(result) ? exitCode(failure.status()) : ExitCode::Failed;
 }
 

@@ -4,14 +4,10 @@
 // DATAEXPORT_TEST_FULL, a folder: what is written or synced below it fails, from the call on that
 // DATAEXPORT_TEST_FULL_AFTER others came before, with the number DATAEXPORT_TEST_FULL_ERROR, and
 // standard error is told.
-// DATAEXPORT_TEST_INTERRUPT, a folder: the first write into the DATAEXPORT_TEST_INTERRUPT_FILE'th
-// file below it is met by Ctrl-C.
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <dlfcn.h>
-#include <set>
 #include <string>
 #include <string_view>
 #include <sys/mman.h>
@@ -35,18 +31,6 @@ bool isFull(int descriptor)
     if (!folder || !pathOf(descriptor).starts_with(folder))
         return false;
     return ++calls > std::atoi(std::getenv("DATAEXPORT_TEST_FULL_AFTER"));
-}
-
-void interrupt(int descriptor)
-{
-    static std::set<std::string> files;
-    const char *folder = std::getenv("DATAEXPORT_TEST_INTERRUPT");
-    if (!folder)
-        return;
-    const std::string path = pathOf(descriptor);
-    const auto wanted = std::size_t(std::atoi(std::getenv("DATAEXPORT_TEST_INTERRUPT_FILE")));
-    if (path.starts_with(folder) && files.insert(path).second && files.size() == wanted)
-        ::raise(SIGINT);
 }
 
 bool isUnreadable(int descriptor)
@@ -97,7 +81,6 @@ extern "C" {
 
 ssize_t write(int descriptor, const void *bytes, std::size_t size)
 {
-    interrupt(descriptor);
     return writeOrFail<ssize_t>("write", descriptor, bytes, size);
 }
 

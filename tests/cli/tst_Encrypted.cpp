@@ -126,8 +126,6 @@ private Q_SLOTS:
     void refusesWithoutTheRightPassword_data();
     void refusesWithoutTheRightPassword();
     void asksAtATerminal();
-    void looksAtOutputAgain_data();
-    void looksAtOutputAgain();
     void asksThreeTimes();
     void stopsAsking_data();
     void stopsAsking();
@@ -281,34 +279,6 @@ void tst_Encrypted::asksAtATerminal()
     QVERIFY(!terminal.shown().contains("hörse"));
     QVERIFY(terminal.shown().contains("not that of the backup"));
     QCOMPARE(difference(filesBelow(output()), m_usual), QString());
-}
-
-void tst_Encrypted::looksAtOutputAgain_data()
-{
-    QTest::addColumn<QString>("target"); // of the link that takes OUTPUT's place
-    QTest::addColumn<int>("exitCode");
-    QTest::newRow("a file was put into it") << QString() << 2;
-    QTest::newRow("a link to an empty folder") << u"new"_s << 12;
-    QTest::newRow("a link to the backup") << u"backup"_s << 2;
-}
-
-void tst_Encrypted::looksAtOutputAgain()
-{
-    QFETCH(QString, target);
-    QFETCH(int, exitCode);
-    QVERIFY(QDir().mkpath(inDir(u"new"_s)));
-    const QStringList before = Files::tree(m_dir.path());
-    Terminal terminal({ inDir(u"backup"_s), output() });
-    QVERIFY(terminal.waitFor("Password of the backup"));
-    if (target.isEmpty())
-        QVERIFY(Files::write(output() + u"/mine"_s, "mine"));
-    else
-        QVERIFY(QFile::link(inDir(target), output()));
-    terminal.type(kPassword.toUtf8() + '\n');
-    QCOMPARE(terminal.end(), exitCode);
-    QCOMPARE(Files::tree(m_dir.path()), before);
-    if (target.isEmpty())
-        QCOMPARE(Files::tree(output()), QStringList { u"mine"_s });
 }
 
 void tst_Encrypted::asksThreeTimes()

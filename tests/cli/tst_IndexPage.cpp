@@ -181,9 +181,6 @@ void tst_IndexPage::saysTheSameNumbersEverywhere()
         };
         QCOMPARE(named(u"failures"_s), numbers[1] + numbers[2]);
         QCOMPARE(named(u"neverDownloadedFiles"_s), numbers[3]);
-        const QString failed = numbers[1] > 0 ? u", %1 failed"_s.arg(numbers[1]) : QString();
-        const QString done = u"%1: %2 exported%3\n"_s.arg(name).arg(numbers[0]).arg(failed);
-        QVERIFY2(items == 0 || said.contains(done), qPrintable(done));
         if (numbers.mid(1) != QList<int> { 0, 0, 0 })
             withFaults += name + u' ' + text(u" "_s);
         for (int i = 0; i < 4; ++i)

@@ -1,0 +1,68 @@
+#ifndef EXPORT_PREPAREDRUN_H
+#define EXPORT_PREPAREDRUN_H
+
+#include "Export/Backups.h"
+#include "Export/HeicCopies.h"
+#include "Export/Outcome.h"
+#include "Export/RunProgress.h"
+#include "Export/RunReport.h"
+
+#include <QElapsedTimer>
+#include <QString>
+
+class QDir;
+
+namespace Export {
+
+class Observer;
+struct Request;
+
+/*!
+    \brief One export, once it is prepared: does it and says what became of it.
+
+    \par Owner
+    Everything handed in is borrowed.
+*/
+class PreparedRun
+{
+public:
+    //! \a output is the absolute path of OUTPUT, which exists. \a keepGoing is asked often; false
+    //! stops the export at the next safe point.
+    PreparedRun(const Request &request,
+                const Backup &backup,
+                const Inventory &inventory,
+                const QString &output,
+                Observer &observer,
+                const KeepGoing &keepGoing);
+
+    PreparedRun(const PreparedRun &) = delete;
+    PreparedRun &operator=(const PreparedRun &) = delete;
+
+    //! To be called once.
+    Outcome execute();
+
+private:
+    void reportNewProblems();
+    bool goesOn() const;
+    void exportTypes(const QDir &folder);
+    Outcome outcome() const;
+    void judge(Outcome &result) const;
+    void takeReport(Outcome &result) const;
+    void writeIndex(Outcome &result);
+
+    const Request &m_request;
+    const Backup &m_backup;
+    const Inventory &m_inventory;
+    QString m_output;
+    Observer &m_observer;
+    KeepGoing m_keepGoing;
+    RunReport m_report;
+    RunProgress m_progress;
+    HeicCopies m_heicCopies;
+    QElapsedTimer m_clock;
+    qsizetype m_problemsReported = 0;
+};
+
+} // namespace Export
+
+#endif
