@@ -6,7 +6,6 @@
 #include "PhoneBackup/messages/MessageFiles.h"
 #include "PhoneBackup/messages/Messages.h"
 #include "PhoneBackup/notes/Notes.h"
-#include "PhoneBackup/whatsapp/WhatsappFiles.h"
 #include "PhoneItems/contacts/ContactData.h"
 #include "PhoneItems/media/BookData.h"
 #include "PhoneItems/media/MediaData.h"
@@ -14,6 +13,7 @@
 #include "PhoneItems/planner/ReminderTable.h"
 #include "PhoneItems/safari/Safari.h"
 #include "PhoneItems/whatsapp/WhatsappData.h"
+#include "PhoneItems/whatsapp/WhatsappFiles.h"
 #include "backup/BkDataType.h"
 
 namespace PhoneBackup {
@@ -53,8 +53,8 @@ const QList<DataSetReader> &dataTypeTable()
         { DataType::Contacts, &PhoneItems::readContacts },
         { DataType::Notes, &readNotes },
         { DataType::AppDocuments, &PhoneItems::readAppDocuments },
-        { DataType::Whatsapp, &readWhatsapp },
-        { DataType::WhatsappAttachments, &readWhatsappFiles },
+        { DataType::Whatsapp, &PhoneItems::readWhatsapp },
+        { DataType::WhatsappAttachments, &PhoneItems::readWhatsappFiles },
         { DataType::Reminders, &PhoneItems::readReminderTable },
         { DataType::Calendar, &PhoneItems::readEventTable },
         { DataType::Calls, &readCallHistory },

@@ -29,6 +29,7 @@ FLOORS = {
     "PhoneBackup/media": [*BELOW_ROOMS, *LIBRARY[:1]],
     "PhoneBackup/planner": BELOW_ROOMS,
     "PhoneBackup/safari": BELOW_ROOMS,
+    "PhoneBackup/whatsapp": BELOW_ROOMS,
     "PhoneBackup/contacts": [*BELOW_ROOMS, *LIBRARY[:1]],
     "PhoneItems/words": ["PhoneBackup/base", *LIBRARY[:1]],
     "PhoneItems/shared": ["PhoneItems/words", *BELOW_ROOMS, *LIBRARY[:1], *ITEM_MODEL],

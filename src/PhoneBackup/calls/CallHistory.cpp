@@ -311,7 +311,12 @@ private:
         call.row.id = whatsapp.row;
         call.row.date = whatsapp.date;
         call.addresses = whatsapp.numbers;
-        call.storedName = whatsapp.names.join(u", "_s);
+        QStringList names = whatsapp.names;
+        for (QString &name : names) {
+            if (name.isEmpty())
+                name = tr("Unknown");
+        }
+        call.storedName = names.join(u", "_s);
         if (!whatsapp.group.isEmpty())
             call.storedName = call.storedName.isEmpty()
                 ? whatsapp.group

@@ -2,14 +2,12 @@
 
 #include "PhoneBackup/source/Jid.h"
 #include "PhoneBackup/source/PhoneTime.h"
+#include "PhoneBackup/source/Table.h"
 #include "PhoneBackup/whatsapp/WhatsappDatabase.h"
 #include "PhoneBackup/whatsapp/WhatsappNames.h"
-#include "platform/Translation_p.h"
 
 #include <QRegularExpression>
 #include <QSet>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -18,8 +16,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint64 kConnected = 0; // among the outcomes of calls
+const QString kCalls = u"ZWACDCALLEVENT"_s;
+const QString kPeople = u"ZWACDCALLEVENTPARTICIPANT"_s;
 
-// The column that \a pattern matches, "NULL" when there is none: it has a number in its name.
+// The column that \a pattern matches, "NULL" when there is none. In its name is the number of the
+// entity that it leads to, which differs between versions of the app.
 QString numberedColumn(const RowDatabase &database, const QString &table, const QString &pattern)
 {
     const QRegularExpression name(pattern, QRegularExpression::CaseInsensitiveOption);
@@ -52,11 +53,11 @@ class CallLog
 {
 public:
     CallLog(Source &source,
-            const WhatsappPlace &place,
+            const WhatsappHome &home,
             std::unique_ptr<WhatsappDatabase> database,
             int dataType)
         : m_source(source)
-        , m_place(place)
+        , m_home(home)
         , m_database(std::move(database))
         , m_dataType(dataType)
     {
@@ -70,13 +71,12 @@ public:
         readList();
         readPeople();
         // Only now: the names are in databases that may be large.
-        const auto chats =
-            WhatsappDatabase::open(m_source,
-                                   m_place,
-                                   u"ChatStorage.sqlite"_s,
-                                   tr("Names of people and groups in calls may be missing."),
-                                   m_dataType);
-        m_names.emplace(m_source, m_place, chats.get(), m_dataType);
+        const auto chats = WhatsappDatabase::open(m_source,
+                                                  m_home,
+                                                  u"ChatStorage.sqlite"_s,
+                                                  Notice("whatsapp.callNamesMayBeMissing"),
+                                                  m_dataType);
+        m_names.emplace(m_source, m_home, chats.get(), m_dataType);
         if (chats)
             readGroups(*chats);
         findOwner();
@@ -89,59 +89,55 @@ public:
 private:
     void readCalls()
     {
-        const QString table = u"ZWACDCALLEVENT"_s;
-        if (!m_database->hasColumn(table, u"Z_PK"_s)) {
-            m_database->addLoss(tr("It has no table of calls that can be read."));
+        Table table(*m_database, kCalls);
+        if (!table.hasColumn(u"Z_PK"_s)) {
+            m_database->addLoss(Notice("whatsapp.noCalls"));
             return;
         }
-        const QStringList wanted { u"Z_PK"_s,
-                                   m_database->column(table, u"ZDATE"_s),
-                                   m_database->column(table, u"ZDURATION"_s),
-                                   m_database->column(table, u"ZOUTCOME"_s),
-                                   numberedColumn(*m_database, table, u"^Z\\d+CALLEVENTS$"_s),
-                                   m_database->column(table, u"ZGROUPCALLCREATORUSERJIDSTRING"_s),
-                                   m_database->column(table, u"ZGROUPJIDSTRING"_s) };
-        QSet<qint64> known;
-        m_database->query(wanted.join(u", "_s), table, [&](const Statement &row) {
+        const auto [date, duration, outcome, caller, group] =
+            table.columns(u"ZDATE"_s,
+                          u"ZDURATION"_s,
+                          u"ZOUTCOME"_s,
+                          u"ZGROUPCALLCREATORUSERJIDSTRING"_s,
+                          u"ZGROUPJIDSTRING"_s);
+        const Table::Column listed =
+            table.expression(numberedColumn(*m_database, kCalls, u"^Z\\d+CALLEVENTS$"_s));
+        table.forEach([&](const Table::Row &row) {
             StoredCall stored;
-            stored.call.row = row.integer(0);
-            if (known.contains(stored.call.row))
-                return;
-            known.insert(stored.call.row);
-            stored.call.date = PhoneTime::since2001(row.number(1));
-            stored.call.seconds = row.number(2);
-            stored.outcome = row.integer(3);
-            stored.listed = row.integer(4);
-            stored.caller = Jid(row.text(5));
-            stored.group = Jid(row.text(6));
+            stored.call.row = row.id();
+            stored.call.date = PhoneTime::since2001(row.number(date));
+            stored.call.seconds = row.number(duration);
+            stored.outcome = row.integer(outcome);
+            stored.listed = row.integer(listed);
+            stored.caller = Jid(row.text(caller));
+            stored.group = Jid(row.text(group));
             m_calls.push_back(std::move(stored));
         });
     }
 
     void readList()
     {
-        const QString table = u"ZWAAGGREGATECALLEVENT"_s;
-        if (!m_database->hasColumn(table, u"Z_PK"_s))
-            return;
-        const QStringList wanted { u"Z_PK"_s,
-                                   m_database->column(table, u"ZINCOMING"_s),
-                                   m_database->column(table, u"ZMISSED"_s),
-                                   m_database->column(table, u"ZVIDEO"_s) };
-        m_database->query(wanted.join(u", "_s), table, [this](const Statement &row) {
-            m_list.insert(row.integer(0),
-                          { row.integer(1) != 0, row.integer(2) != 0, row.integer(3) != 0, {} });
+        Table table(*m_database, u"ZWAAGGREGATECALLEVENT"_s);
+        const auto [incoming, missed, video] =
+            table.columns(u"ZINCOMING"_s, u"ZMISSED"_s, u"ZVIDEO"_s);
+        table.forEach([&](const Table::Row &row) {
+            m_list.insert(row.id(),
+                          { row.integer(incoming) != 0,
+                            row.integer(missed) != 0,
+                            row.integer(video) != 0,
+                            {} });
         });
     }
 
     void readPeople()
     {
-        const QString table = u"ZWACDCALLEVENTPARTICIPANT"_s;
-        const QString listed = numberedColumn(*m_database, table, u"^Z\\d+PARTICIPANTS$"_s);
-        if (!m_database->hasColumn(table, u"ZJIDSTRING"_s))
-            return;
-        m_database->query(listed + u", ZJIDSTRING"_s, table, [this](const Statement &row) {
-            const auto found = m_list.find(row.integer(0));
-            const Jid jid(row.text(1));
+        Table table(*m_database, kPeople);
+        const Table::Column id = table.column(u"ZJIDSTRING"_s);
+        const Table::Column listed =
+            table.expression(numberedColumn(*m_database, kPeople, u"^Z\\d+PARTICIPANTS$"_s));
+        table.forEach([&](const Table::Row &row) {
+            const auto found = m_list.find(row.integer(listed));
+            const Jid jid(row.text(id));
             if (found != m_list.end() && jid.isPerson())
                 found->people.append(jid);
         });
@@ -149,21 +145,13 @@ private:
 
     void readGroups(WhatsappDatabase &chats)
     {
-        const QString table = u"ZWACHATSESSION"_s;
-        if (!chats.hasColumn(table, u"ZCONTACTJID"_s) || !chats.hasColumn(table, u"ZPARTNERNAME"_s))
-            return;
-        chats.query(u"ZCONTACTJID, ZPARTNERNAME"_s, table, [this](const Statement &row) {
-            const Jid jid(row.text(0));
+        Table table(chats, u"ZWACHATSESSION"_s);
+        const auto [id, name] = table.columns(u"ZCONTACTJID"_s, u"ZPARTNERNAME"_s);
+        table.forEach([&](const Table::Row &row) {
+            const Jid jid(row.text(id));
             if (jid.kind() == Jid::Kind::Group)
-                m_groups.insert(jid.key(), WhatsappNames::cleaned(row.text(1)));
+                m_groups.insert(jid.key(), WhatsappNames::cleaned(row.text(name)));
         });
-    }
-
-    // Equal for the same person, whichever identifier names them.
-    QString person(const Jid &jid) const
-    {
-        const QString number = m_names->number(jid);
-        return number.isEmpty() ? jid.key() : number;
     }
 
     // Whoever rang when it was not somebody else.
@@ -172,11 +160,9 @@ private:
         for (const StoredCall &stored : m_calls) {
             const auto listed = m_list.constFind(stored.listed);
             if (listed != m_list.constEnd() && !listed->isIncoming && stored.caller.isPerson())
-                m_owner.insert(person(stored.caller));
+                m_names->addOwner(stored.caller);
         }
     }
-
-    bool isOwner(const Jid &jid) const { return m_owner.contains(person(jid)); }
 
     void complete(StoredCall &stored) const
     {
@@ -187,14 +173,15 @@ private:
         if (isListed)
             call.direction = listed->isIncoming ? Direction::Incoming : Direction::Outgoing;
         else if (stored.caller.isPerson())
-            call.direction = isOwner(stored.caller) ? Direction::Outgoing : Direction::Incoming;
+            call.direction =
+                m_names->isOwner(stored.caller) ? Direction::Outgoing : Direction::Incoming;
         call.isVideo = isListed && listed->isVideo;
         call.isMissed = call.direction == Direction::Incoming
             && (stored.outcome != kConnected || (isListed && listed->isMissed));
         call.group = m_groups.value(stored.group.key());
 
         QList<Jid> others = isListed ? listed->people : QList<Jid>();
-        others.removeIf([this](const Jid &jid) { return isOwner(jid); });
+        others.removeIf([this](const Jid &jid) { return m_names->isOwner(jid); });
         if (others.isEmpty() && call.direction == Direction::Incoming && stored.caller.isPerson())
             others.append(stored.caller);
         setPeople(call, others);
@@ -205,28 +192,27 @@ private:
         QSet<QString> known;
         bool anyName = false;
         for (const Jid &jid : others) {
-            if (known.contains(person(jid)))
+            if (known.contains(m_names->key(jid)))
                 continue;
-            known.insert(person(jid));
-            const QString number = m_names->number(jid);
-            anyName = anyName || !m_names->name(jid).isEmpty() || number.isEmpty();
-            call.names.append(m_names->nameOrNumber(jid));
-            if (!number.isEmpty())
-                call.numbers.append(number);
+            known.insert(m_names->key(jid));
+            const WhatsappPerson person = m_names->person(jid);
+            anyName = anyName || !person.name.isEmpty() || person.number.isEmpty();
+            call.names.append(person.nameOrNumber());
+            if (!person.number.isEmpty())
+                call.numbers.append(person.number);
         }
         if (!anyName)
             call.names.clear();
     }
 
     Source &m_source;
-    const WhatsappPlace m_place;
+    const WhatsappHome m_home;
     std::unique_ptr<WhatsappDatabase> m_database;
     int m_dataType;
     std::optional<WhatsappNames> m_names;
     std::vector<StoredCall> m_calls;
     QHash<qint64, ListedCall> m_list;
     QHash<QString, QString> m_groups; // names by Jid::key()
-    QSet<QString> m_owner; // as person() has them
 };
 
 } // namespace
@@ -234,11 +220,11 @@ private:
 std::vector<WhatsappCall> readWhatsappCalls(Source &source, int dataType)
 {
     std::vector<WhatsappCall> calls;
-    for (const WhatsappPlace &place : { WhatsappPlace::app(), WhatsappPlace::business() }) {
+    for (const WhatsappHome &home : { WhatsappHome::app(), WhatsappHome::business() }) {
         auto database = WhatsappDatabase::open(
-            source, place, u"CallHistory.sqlite"_s, tr("Calls may be missing."), dataType);
+            source, home, u"CallHistory.sqlite"_s, Notice("whatsapp.callsMayBeMissing"), dataType);
         if (database)
-            CallLog(source, place, std::move(database), dataType).read(calls);
+            CallLog(source, home, std::move(database), dataType).read(calls);
     }
     return calls;
 }

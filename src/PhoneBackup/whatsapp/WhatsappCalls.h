@@ -22,7 +22,8 @@ struct WhatsappCall
     Direction direction = Direction::Unknown;
     bool isMissed = false;
     bool isVideo = false;
-    //! Of the others, the number where there is no name; empty when there are numbers alone.
+    //! Of the others, the number where there is no name, an empty text where nothing is known; no
+    //! names at all when there are numbers alone.
     QStringList names;
     QStringList numbers; //!< Of the others, those that are known.
     QString group; //!< Name of the group that was called.

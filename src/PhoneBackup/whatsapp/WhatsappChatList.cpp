@@ -3,13 +3,11 @@
 #include "PhoneBackup/source/PhoneAddress.h"
 #include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
+#include "PhoneBackup/source/Table.h"
 #include "PhoneBackup/whatsapp/WhatsappDatabase.h"
 #include "PhoneBackup/whatsapp/WhatsappNames.h"
-#include "platform/Translation_p.h"
 
 #include <algorithm>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -29,7 +27,6 @@ qint64 msOf(const QDateTime &date)
 struct WhatsappChatList::Session
 {
     WhatsappChat chat;
-    QString partnerName;
     QStringList numbers; // of everybody in it, for the filter
     QStringList people; // names of everybody in a group, likewise
     bool isStatus = false;
@@ -54,33 +51,33 @@ WhatsappChatList::~WhatsappChatList() = default;
 std::vector<WhatsappChat> WhatsappChatList::take()
 {
     std::vector<WhatsappChat> result;
-    const auto has = [this](const QString &table, const QString &column) {
-        return m_database.hasColumn(table, column);
-    };
-    if (!has(u"ZWAMESSAGE"_s, u"ZCHATSESSION"_s) || !has(u"ZWAMESSAGE"_s, u"Z_PK"_s)) {
-        m_database.addLoss(tr("It has no table of messages that can be read."));
+    const Table messages(m_database, u"ZWAMESSAGE"_s);
+    if (!messages.hasColumn(u"ZCHATSESSION"_s) || !messages.hasColumn(u"Z_PK"_s)) {
+        m_database.addLoss(Notice("whatsapp.noMessages"));
         return result;
     }
     for (const QString &column : { u"ZTEXT"_s, u"ZMESSAGEDATE"_s, u"ZISFROMME"_s }) {
-        if (!has(u"ZWAMESSAGE"_s, column))
-            m_database.addLoss(tr("Its messages have no column %1.").arg(column));
+        if (!messages.hasColumn(column))
+            m_database.addLoss(Notice("whatsapp.noMessageColumn", { column }));
     }
     readSessions();
     readCreators();
     if (!m_source.messageFilter().chats.isEmpty())
         readMembers();
     for (Session &session : m_sessions)
-        name(session);
+        findPartner(session);
     readMessages();
     for (Session &session : m_sessions) {
         if (!session.isFound) {
             setKind(session, kGroup);
-            name(session);
+            findPartner(session);
         }
     }
     for (Session &session : m_sessions) {
         if (session.entries.empty() || !isWanted(session))
             continue;
+        if (m_names.isOwner(session.chat.jid))
+            session.chat.partner.who = WhatsappPerson::Who::Owner;
         if (session.chat.lastDateMs == PhoneTime::kNoMs)
             session.chat.lastDateMs = session.newestMs;
         sortEntries(session.entries, session.chat);
@@ -93,38 +90,37 @@ std::vector<WhatsappChat> WhatsappChatList::take()
 
 void WhatsappChatList::readSessions()
 {
-    const QString table = u"ZWACHATSESSION"_s;
-    if (!m_database.hasColumn(table, u"ZCONTACTJID"_s) || !m_database.hasColumn(table, u"Z_PK"_s)) {
-        m_database.addLoss(tr("It has no table of chats that can be read."));
+    Table table(m_database, u"ZWACHATSESSION"_s);
+    if (!table.hasColumn(u"ZCONTACTJID"_s) || !table.hasColumn(u"Z_PK"_s)) {
+        m_database.addLoss(Notice("whatsapp.noChats"));
         return;
     }
-    QStringList wanted;
-    for (const QString &column : { u"Z_PK"_s,
-                                   u"ZCONTACTJID"_s,
-                                   u"ZSESSIONTYPE"_s,
-                                   u"ZREMOVED"_s,
-                                   u"ZPARTNERNAME"_s,
-                                   u"ZLASTMESSAGEDATE"_s,
-                                   u"ZCONTACTIDENTIFIER"_s,
-                                   u"ZGROUPINFO"_s })
-        wanted.append(m_database.column(table, column));
-    m_sessionsAreComplete =
-        m_database.query(wanted.join(u", "_s), table, [this](const Statement &row) {
-            Session session;
-            WhatsappChat &chat = session.chat;
-            chat.row = row.integer(0);
-            if (m_bySessionRow.contains(chat.row))
-                return;
-            chat.jid = Jid(row.text(1));
-            setKind(session, row.integer(2));
-            chat.isRemoved = row.integer(3) != 0;
-            chat.lastDateMs = msOf(PhoneTime::since2001(row.number(5)));
-            session.partnerName = WhatsappNames::cleaned(row.text(4));
-            m_names.learn(chat.jid, Jid(row.text(6)));
-            m_bySessionRow.insert(chat.row, int(m_sessions.size()));
-            m_byGroupRow.insert(row.integer(7), int(m_sessions.size()));
-            m_sessions.push_back(std::move(session));
-        });
+    const auto [jid, type, removed, archived, hidden, name, lastDate, contact, group] =
+        table.columns(u"ZCONTACTJID"_s,
+                      u"ZSESSIONTYPE"_s,
+                      u"ZREMOVED"_s,
+                      u"ZARCHIVED"_s,
+                      u"ZHIDDEN"_s,
+                      u"ZPARTNERNAME"_s,
+                      u"ZLASTMESSAGEDATE"_s,
+                      u"ZCONTACTIDENTIFIER"_s,
+                      u"ZGROUPINFO"_s);
+    m_sessionsAreComplete = table.forEach([&](const Table::Row &row) {
+        Session session;
+        WhatsappChat &chat = session.chat;
+        chat.row = row.id();
+        chat.jid = Jid(row.text(jid));
+        setKind(session, row.integer(type));
+        chat.isRemoved = row.integer(removed) != 0;
+        chat.isArchived = row.integer(archived) != 0;
+        chat.isHidden = row.integer(hidden) != 0;
+        chat.lastDateMs = msOf(PhoneTime::since2001(row.number(lastDate)));
+        chat.name = WhatsappNames::cleaned(row.text(name));
+        m_names.learn(chat.jid, Jid(row.text(contact)));
+        m_bySessionRow.insert(chat.row, int(m_sessions.size()));
+        m_byGroupRow.insert(row.integer(group), int(m_sessions.size()));
+        m_sessions.push_back(std::move(session));
+    });
 }
 
 void WhatsappChatList::setKind(Session &session, qint64 storedType)
@@ -132,9 +128,12 @@ void WhatsappChatList::setKind(Session &session, qint64 storedType)
     WhatsappChat &chat = session.chat;
     const Jid::Kind kind = chat.jid.kind();
     const bool isNameless = kind == Jid::Kind::None;
-    chat.isPrivate =
-        chat.jid.isPerson() || kind == Jid::Kind::App || (isNameless && storedType == kPrivate);
-    chat.isList = kind == Jid::Kind::List || (isNameless && storedType == kList);
+    if (chat.jid.isPerson() || kind == Jid::Kind::App || (isNameless && storedType == kPrivate))
+        chat.kind = WhatsappChat::Kind::Person;
+    else if (kind == Jid::Kind::List || (isNameless && storedType == kList))
+        chat.kind = WhatsappChat::Kind::List;
+    else
+        chat.kind = WhatsappChat::Kind::Group;
     session.isStatus = kind == Jid::Kind::Status || storedType == kStatus;
 }
 
@@ -160,27 +159,22 @@ WhatsappChatList::Session *WhatsappChatList::sessionOf(qint64 row, QByteArrayVie
 
 void WhatsappChatList::readCreators()
 {
-    const QString table = u"ZWAGROUPINFO"_s;
-    const auto column = [&](const QString &name) { return m_database.column(table, name); };
-    if (m_database.hasColumn(table, u"Z_PK"_s)) {
-        const QStringList wanted { u"Z_PK"_s,
-                                   column(u"ZCHATSESSION"_s),
-                                   column(u"ZCREATORJID"_s),
-                                   column(u"ZCREATIONDATE"_s) };
-        m_database.query(wanted.join(u", "_s), table, [this](const Statement &row) {
-            int index = m_bySessionRow.value(row.integer(1), -1);
-            if (index < 0)
-                index = m_byGroupRow.value(row.integer(0), -1);
-            if (index < 0)
-                return;
-            WhatsappChat &chat = m_sessions[std::size_t(index)].chat;
-            chat.creator = Jid(row.text(2));
-            chat.creationDate = PhoneTime::since2001(row.number(3));
-        });
-    }
+    Table table(m_database, u"ZWAGROUPINFO"_s);
+    const auto [session, creator, date] =
+        table.columns(u"ZCHATSESSION"_s, u"ZCREATORJID"_s, u"ZCREATIONDATE"_s);
+    table.forEach([&](const Table::Row &row) {
+        int index = m_bySessionRow.value(row.integer(session), -1);
+        if (index < 0)
+            index = m_byGroupRow.value(row.id(), -1);
+        if (index < 0)
+            return;
+        WhatsappChat &chat = m_sessions[std::size_t(index)].chat;
+        chat.creator = Jid(row.text(creator));
+        chat.creationDate = PhoneTime::since2001(row.number(date));
+    });
     // Older groups have both in their identifier: "<number>-<seconds since 1970>".
-    for (Session &session : m_sessions) {
-        WhatsappChat &chat = session.chat;
+    for (Session &old : m_sessions) {
+        WhatsappChat &chat = old.chat;
         const QString &id = chat.jid.user();
         if (chat.jid.kind() != Jid::Kind::Group || !id.contains(u'-'))
             continue;
@@ -193,100 +187,92 @@ void WhatsappChatList::readCreators()
 
 void WhatsappChatList::readMembers()
 {
-    const QString table = u"ZWAGROUPMEMBER"_s;
-    if (!m_database.hasColumn(table, u"ZCHATSESSION"_s)
-        || !m_database.hasColumn(table, u"ZMEMBERJID"_s))
-        return;
-    m_database.query(u"ZCHATSESSION, ZMEMBERJID"_s, table, [this](const Statement &row) {
-        const int index = m_bySessionRow.value(row.integer(0), -1);
+    Table table(m_database, u"ZWAGROUPMEMBER"_s);
+    const auto [chat, id] = table.columns(u"ZCHATSESSION"_s, u"ZMEMBERJID"_s);
+    table.forEach([&](const Table::Row &row) {
+        const int index = m_bySessionRow.value(row.integer(chat), -1);
         if (index < 0)
             return;
-        const Jid member(row.text(1));
+        const WhatsappPerson member = m_names.person(Jid(row.text(id)));
         Session &session = m_sessions[std::size_t(index)];
-        session.people.append(m_names.name(member));
-        const QString number = m_names.number(member);
-        if (!number.isEmpty())
-            session.numbers.append(number);
+        session.people.append(member.name);
+        if (!member.number.isEmpty())
+            session.numbers.append(member.number);
     });
 }
 
-void WhatsappChatList::name(Session &session)
+void WhatsappChatList::findPartner(Session &session)
 {
     WhatsappChat &chat = session.chat;
-    chat.name = session.partnerName;
-    if (!chat.isPrivate) {
-        if (chat.name.isEmpty())
-            chat.name = chat.jid.user().isEmpty() ? tr("Unknown") : chat.jid.user();
+    if (!chat.isWithPerson())
         return;
-    }
-    chat.number = m_names.number(chat.jid);
     // A number in the place of a name tells nothing that is not known.
-    const bool isNumber =
-        PhoneAddress::match(PhoneAddress(chat.name), PhoneAddress(chat.number)) > 0;
-    chat.contact = m_names.nameOrNumber(chat.jid, isNumber ? QString() : chat.name);
-    if (chat.name.isEmpty() || isNumber)
-        chat.name = chat.contact;
-    if (!chat.number.isEmpty())
-        session.numbers.append(chat.number);
+    const PhoneAddress number(m_names.number(chat.jid));
+    if (PhoneAddress::match(PhoneAddress(chat.name), number) > 0)
+        chat.name.clear();
+    chat.partner = m_names.person(chat.jid);
+    if (chat.partner.name.isEmpty())
+        chat.partner.name = chat.name;
+    if (!chat.partner.number.isEmpty())
+        session.numbers.append(chat.partner.number);
 }
 
 bool WhatsappChatList::isWanted(const Session &session) const
 {
     const MessageFilter &filter = m_source.messageFilter();
+    const WhatsappChat &chat = session.chat;
+    const QString fallback = chat.isWithPerson() ? chat.partner.nameOrNumber() : chat.jid.user();
     return !session.isStatus
-        && filter.accepts(session.people + QStringList { session.chat.name, session.chat.contact },
-                          session.numbers);
+        && filter.accepts(session.people + QStringList { chat.name, fallback }, session.numbers);
 }
 
 void WhatsappChatList::readMessages()
 {
-    const QString table = u"ZWAMESSAGE"_s;
-    const auto column = [&](const QString &name) { return m_database.column(table, name); };
-    const QString fromMe = u"ifnull(%1, 0)"_s.arg(column(u"ZISFROMME"_s));
+    Table table(m_database, u"ZWAMESSAGE"_s);
+    const auto [chat, sort, sent] = table.columns(u"ZCHATSESSION"_s, u"ZSORT"_s, u"ZMESSAGEDATE"_s);
+    const QString fromMe = u"ifnull(%1, 0)"_s.arg(table.sql(u"ZISFROMME"_s));
+    const Table::Column media = table.expression(table.sql(u"ZMEDIAITEM"_s) + u" IS NOT NULL"_s);
+    const Table::Column hasStatus = table.expression(
+        u"%1 <> 0 AND ifnull(%2, 0) <> 0"_s.arg(fromMe, table.sql(u"ZMESSAGESTATUS"_s)));
     // Read where it is needed only: the row's texts come last, and rows may be long.
-    const QString ownJid = u"CASE WHEN %1 = 0 AND %2 IN (6, 10) THEN %3 END"_s.arg(
-        fromMe, column(u"ZMESSAGETYPE"_s), column(u"ZTOJID"_s));
-    const QString chatJid = u"CASE WHEN %1 = 0 THEN %2 ELSE %3 END"_s.arg(
-        fromMe, column(u"ZFROMJID"_s), column(u"ZTOJID"_s));
-    const QString what =
-        QStringList { u"Z_PK"_s,
-                      u"ZCHATSESSION"_s,
-                      column(u"ZSORT"_s),
-                      column(u"ZMESSAGEDATE"_s),
-                      column(u"ZMEDIAITEM"_s) + u" IS NOT NULL"_s,
-                      u"%1 <> 0 AND ifnull(%2, 0) <> 0"_s.arg(fromMe, column(u"ZMESSAGESTATUS"_s)),
-                      ownJid,
-                      m_sessionsAreComplete ? u"NULL"_s : chatJid }
-            .join(u", "_s);
+    const Table::Column ownJid =
+        table.expression(u"CASE WHEN %1 = 0 AND %2 IN (6, 10) THEN %3 END"_s.arg(
+            fromMe, table.sql(u"ZMESSAGETYPE"_s), table.sql(u"ZTOJID"_s)));
+    const Table::Column chatJid = table.expression(
+        m_sessionsAreComplete ? u"NULL"_s
+                              : u"CASE WHEN %1 = 0 THEN %2 ELSE %3 END"_s.arg(
+                                  fromMe, table.sql(u"ZFROMJID"_s), table.sql(u"ZTOJID"_s)));
     const MessageFilter &filter = m_source.messageFilter();
     QHash<QString, int> ownKeys;
-    m_database.query(what, table, [&](const Statement &row) {
-        m_facts.keepsStatus = m_facts.keepsStatus || row.integer(5) != 0;
-        const QByteArrayView own = row.bytes(6);
+    table.forEach([&](const Table::Row &row) {
+        m_keepsStatus = m_keepsStatus || row.integer(hasStatus) != 0;
+        const QByteArrayView own = row.bytes(ownJid);
         if (!own.isEmpty()) {
             const Jid jid(QString::fromUtf8(own));
             if (jid.isPerson())
                 ++ownKeys[jid.key()];
         }
-        Session *found = sessionOf(row.integer(1), row.bytes(7));
-        if (!found)
+        Session *session = sessionOf(row.integer(chat), row.bytes(chatJid));
+        if (!session)
             return;
-        Session &session = *found;
-        const QDateTime date = PhoneTime::since2001(row.number(3));
-        session.newestMs = std::max(session.newestMs, msOf(date));
-        const qint64 number = row.integer(0);
+        const QDateTime date = PhoneTime::since2001(row.number(sent));
+        const qint64 ms = msOf(date);
+        session->newestMs = std::max(session->newestMs, ms);
         if (filter.accepts(date)) {
-            const bool hasMedia = row.integer(4) != 0 || m_media.first(number) != 0;
-            session.entries.push_back({ row.integer(2), msOf(date), number, hasMedia });
+            const bool hasMedia = row.integer(media) != 0 || m_media.first(row.id()) != 0;
+            session->entries.push_back({ row.integer(sort), ms, row.id(), hasMedia });
         }
     });
     int most = 0;
+    QString ownKey;
     for (auto it = ownKeys.cbegin(); it != ownKeys.cend(); ++it) {
-        if (it.value() > most || (it.value() == most && it.key() < m_facts.ownKey)) {
+        if (it.value() > most || (it.value() == most && it.key() < ownKey)) {
             most = it.value();
-            m_facts.ownKey = it.key();
+            ownKey = it.key();
         }
     }
+    if (!ownKey.isEmpty())
+        m_names.addOwner(Jid(ownKey));
 }
 
 void WhatsappChatList::sortEntries(std::vector<Entry> &entries, WhatsappChat &chat)

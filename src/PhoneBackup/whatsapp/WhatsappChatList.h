@@ -9,27 +9,20 @@ namespace PhoneBackup {
 
 class RowsOfMessages;
 class Source;
-class Statement;
 class WhatsappDatabase;
 class WhatsappNames;
 
 /*!
     \brief Finds out which chats there are and which messages belong to each.
 
-    Status posts are no chats; a message whose chat is gone belongs to none.
+    Status posts are no chats; a message whose chat is gone belongs to none. Who the phone's owner
+    is, the messages tell, too: the names learn it.
     \par Memory
     8 bytes a message that the filter accepts, and three times as much while it works.
 */
 class WhatsappChatList
 {
 public:
-    //! What the messages as a whole tell.
-    struct Facts
-    {
-        QString ownKey; //!< Jid::key() of the phone's owner, empty when not known.
-        bool keepsStatus = false; //!< Whether the state of sent messages is kept up at all.
-    };
-
     WhatsappChatList(Source &source,
                      WhatsappDatabase &database,
                      WhatsappNames &names,
@@ -39,7 +32,8 @@ public:
     //! The chats with messages that the filter accepts, in no order.
     std::vector<WhatsappChat> take();
 
-    const Facts &facts() const { return m_facts; }
+    //! Whether the state of sent messages is kept up at all; known once they were taken.
+    bool keepsStatus() const { return m_keepsStatus; }
 
 private:
     struct Entry
@@ -57,7 +51,7 @@ private:
     void readMessages();
     static void setKind(Session &session, qint64 storedType);
     Session *sessionOf(qint64 row, QByteArrayView jid);
-    void name(Session &session);
+    void findPartner(Session &session);
     bool isWanted(const Session &session) const;
     static void sortEntries(std::vector<Entry> &entries, WhatsappChat &chat);
 
@@ -69,7 +63,7 @@ private:
     QHash<qint64, int> m_bySessionRow;
     QHash<qint64, int> m_byGroupRow;
     bool m_sessionsAreComplete = false;
-    Facts m_facts;
+    bool m_keepsStatus = false;
 };
 
 } // namespace PhoneBackup

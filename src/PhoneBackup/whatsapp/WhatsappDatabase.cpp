@@ -1,19 +1,18 @@
 #include "PhoneBackup/whatsapp/WhatsappDatabase.h"
 
+#include "PhoneBackup/source/Table.h"
+
 #include <algorithm>
 
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
 
-std::unique_ptr<WhatsappDatabase> WhatsappDatabase::open(Source &source,
-                                                         const WhatsappPlace &place,
-                                                         const QString &name,
-                                                         const QString &loss,
-                                                         int dataType)
+std::unique_ptr<WhatsappDatabase> WhatsappDatabase::open(
+    Source &source, const WhatsappHome &home, const QString &name, const Notice &loss, int dataType)
 {
     std::optional<RowDatabase> database =
-        RowDatabase::open(source, dataType, place.domain, place.folder + name, loss);
+        RowDatabase::open(source, dataType, home.domain, home.folder + name, loss);
     return database ? std::make_unique<WhatsappDatabase>(std::move(*database)) : nullptr;
 }
 
@@ -22,24 +21,15 @@ WhatsappDatabase::WhatsappDatabase(RowDatabase &&database)
 {
 }
 
-std::unique_ptr<Statement> WhatsappDatabase::prepareRow(const QStringList &columns,
-                                                        const QString &table)
-{
-    if (!hasColumn(table, u"Z_PK"_s))
-        return nullptr;
-    QStringList wanted;
-    for (const QString &name : columns)
-        wanted.append(column(table, name));
-    return prepare(u"SELECT %1 FROM %2 WHERE Z_PK = ?1"_s.arg(wanted.join(u", "_s), table));
-}
-
 RowsOfMessages::RowsOfMessages(RowDatabase &database, const QString &table, const QString &column)
 {
-    if (!database.hasColumn(table, column))
+    Table rows(database, table);
+    if (!rows.hasColumn(column))
         return;
-    database.query(column + u", ROWID"_s, table, [this](const Statement &row) {
-        if (row.integer(0) != 0)
-            m_links.push_back({ row.integer(0), row.integer(1) });
+    const Table::Column message = rows.column(column);
+    rows.forEach([this, message](const Table::Row &row) {
+        if (row.integer(message) != 0)
+            m_links.push_back({ row.integer(message), row.id() });
     });
     std::sort(m_links.begin(), m_links.end(), [](const Link &a, const Link &b) {
         return a.message != b.message ? a.message < b.message : a.row < b.row;

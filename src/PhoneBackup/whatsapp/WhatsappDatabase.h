@@ -1,26 +1,26 @@
 #ifndef PHONEBACKUP_WHATSAPP_WHATSAPPDATABASE_H
 #define PHONEBACKUP_WHATSAPP_WHATSAPPDATABASE_H
 
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/source/RowDatabase.h"
 
 #include <QByteArray>
-#include <QDateTime>
 
 #include <vector>
 
 namespace PhoneBackup {
 
 //! Where an edition of WhatsApp keeps its databases and media.
-struct WhatsappPlace
+struct WhatsappHome
 {
     QByteArray domain;
     QString folder; //!< Of the databases, with its slash; empty: the domain itself.
 
-    static WhatsappPlace app()
+    static WhatsappHome app()
     {
         return { "AppDomainGroup-group.net.whatsapp.WhatsApp.shared", {} };
     }
-    static WhatsappPlace business()
+    static WhatsappHome business()
     {
         return { "AppDomainGroup-group.net.whatsapp.WhatsAppSMB.shared", {} };
     }
@@ -30,23 +30,18 @@ struct WhatsappPlace
 class WhatsappDatabase : public RowDatabase
 {
 public:
-    static constexpr int kChats = 11; //!< The data type that its problems usually belong to.
-
     //! The database \a name. None when the backup has none or it cannot be opened.
     static std::unique_ptr<WhatsappDatabase> open(Source &source,
-                                                  const WhatsappPlace &place,
+                                                  const WhatsappHome &home,
                                                   const QString &name,
-                                                  const QString &loss,
-                                                  int dataType = kChats);
+                                                  const Notice &loss,
+                                                  int dataType = DataType::Whatsapp);
 
     explicit WhatsappDatabase(RowDatabase &&database);
-
-    //! "SELECT \a columns FROM \a table WHERE Z_PK = ?1"; none when the table has no such column.
-    std::unique_ptr<Statement> prepareRow(const QStringList &columns, const QString &table);
 };
 
 /*!
-    \brief Which rows of a table belong to which message, for tables that name the message.
+    \brief Which rows of a table belong to which message or chat, for tables that name it.
 
     The app keeps no index over that column that could be relied on.
     \par Memory

@@ -1,41 +1,36 @@
 #include "PhoneBackup/whatsapp/WhatsappInfos.h"
 
-#include "PhoneBackup/whatsapp/WhatsappRecords.h"
-#include "platform/Translation_p.h"
+#include "PhoneBackup/whatsapp/WhatsappPacked.h"
 
 #include <algorithm>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
 
 WhatsappInfos::WhatsappInfos(WhatsappDatabase &database)
-    : m_database(database)
+    : m_table(database, u"ZWAMESSAGEINFO"_s)
+    , m_info(m_table.column(u"ZRECEIPTINFO"_s))
 {
-    const QString table = u"ZWAMESSAGEINFO"_s;
-    if (!database.hasColumn(table, u"ZRECEIPTINFO"_s) || !database.hasColumn(table, u"Z_PK"_s))
-        return;
-    const QString what = u"Z_PK, %1, ZRECEIPTINFO"_s.arg(database.column(table, u"ZMESSAGE"_s));
-    database.query(what, table, [this](const Statement &row) {
-        if (!WhatsappRecords::hasMore(row.bytes(2)))
+    const Table::Column message = m_table.column(u"ZMESSAGE"_s);
+    m_table.forEach([&](const Table::Row &row) {
+        if (!WhatsappPacked::hasMore(row.bytes(m_info)))
             return;
-        m_rows.push_back(row.integer(0));
-        if (row.integer(1) != 0)
-            m_byMessage.push_back({ row.integer(1), row.integer(0) });
+        m_rows.push_back(row.id());
+        if (row.integer(message) != 0)
+            m_byMessage.push_back({ row.integer(message), row.id() });
     });
     std::sort(m_rows.begin(), m_rows.end());
     std::sort(m_byMessage.begin(), m_byMessage.end(), [](const Link &a, const Link &b) {
         return a.message != b.message ? a.message < b.message : a.row < b.row;
     });
     if (!m_rows.empty())
-        m_query = database.prepareRow({ u"ZRECEIPTINFO"_s }, table);
+        m_lookup = m_table.lookup();
 }
 
 QByteArrayView WhatsappInfos::of(qint64 message, qint64 info)
 {
-    if (!m_query)
+    if (!m_lookup)
         return {};
     qint64 row = std::binary_search(m_rows.cbegin(), m_rows.cend(), info) ? info : 0;
     if (row == 0) {
@@ -46,12 +41,8 @@ QByteArrayView WhatsappInfos::of(qint64 message, qint64 info)
             return {};
         row = found->row;
     }
-    m_query->reset();
-    m_query->bind(1, row);
-    const Statement::Step step = m_query->step();
-    if (step == Statement::Step::Failed)
-        m_database.addLoss(tr("It is damaged: %1.").arg(m_query->error()));
-    return step == Statement::Step::Row ? m_query->bytes(0) : QByteArrayView();
+    const Table::Row *found = m_lookup->find(row);
+    return found ? found->bytes(m_info) : QByteArrayView();
 }
 
 } // namespace PhoneBackup

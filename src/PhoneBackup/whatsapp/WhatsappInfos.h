@@ -1,6 +1,7 @@
 #ifndef PHONEBACKUP_WHATSAPP_WHATSAPPINFOS_H
 #define PHONEBACKUP_WHATSAPP_WHATSAPPINFOS_H
 
+#include "PhoneBackup/source/Table.h"
 #include "PhoneBackup/whatsapp/WhatsappDatabase.h"
 
 namespace PhoneBackup {
@@ -29,10 +30,11 @@ private:
         qint64 row;
     };
 
-    WhatsappDatabase &m_database;
+    Table m_table;
+    Table::Column m_info;
     std::vector<Link> m_byMessage;
     std::vector<qint64> m_rows; // all of them
-    std::unique_ptr<Statement> m_query;
+    std::optional<Table::Lookup> m_lookup;
 };
 
 } // namespace PhoneBackup

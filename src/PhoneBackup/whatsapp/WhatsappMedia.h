@@ -1,25 +1,11 @@
 #ifndef PHONEBACKUP_WHATSAPP_WHATSAPPMEDIA_H
 #define PHONEBACKUP_WHATSAPP_WHATSAPPMEDIA_H
 
-#include "PhoneBackup/folder/FileIndex.h"
+#include "PhoneBackup/source/Table.h"
 #include "PhoneBackup/whatsapp/WhatsappDatabase.h"
-#include "PhoneBackup/whatsapp/WhatsappRecords.h"
+#include "PhoneBackup/whatsapp/WhatsappMessage.h"
 
 namespace PhoneBackup {
-
-//! What the database tells of a message's file, card or place.
-struct WhatsappMediaItem
-{
-    qint64 row = 0; //!< 0: there is none.
-    QString path; //!< Below the app's folder; empty when it was never downloaded.
-    QString title;
-    QString cardName; //!< Of contacts; of places the address.
-    QString cardText; //!< Of contacts the vCards; else the type of the file.
-    double latitude = 0; //!< Of places; of pictures their width.
-    double longitude = 0;
-    QString previewPath; //!< Of a small picture of it.
-    WhatsappQuote quote; //!< What the message answers.
-};
 
 /*!
     \brief The media of WhatsApp's messages, and where their files are.
@@ -30,29 +16,41 @@ struct WhatsappMediaItem
 class WhatsappMedia
 {
 public:
-    //! \a place is the one of \a database.
-    WhatsappMedia(Source &source, const WhatsappPlace &place, WhatsappDatabase &database);
+    //! \a home is the one of \a database.
+    WhatsappMedia(Source &source, const WhatsappHome &home, WhatsappDatabase &database);
 
     const RowsOfMessages &rows() const { return m_rows; }
 
-    //! The item \a row; that of \a message when there is no such row.
-    WhatsappMediaItem item(qint64 message, qint64 row);
+    /*!
+        Puts what media row \a media, else that which names \a message, tells into the details of
+        that message, whose kind is known; without such a row they stay as they are.
+    */
+    void read(qint64 media, qint64 messageRow, WhatsappMessage &message);
+
+    //! Whether the backup has the file of that media row, else of the one that names the message.
+    bool hasFile(qint64 media, qint64 messageRow);
 
     //! The file at \a path, FileIndex::kNone when the backup has none.
     FileIndex::Row find(const QString &path) const;
 
-    //! The small picture that the app keeps beside the file of \a item, FileIndex::kNone when the
-    //! backup has none.
-    FileIndex::Row findPreview(const WhatsappMediaItem &item) const;
-
 private:
-    WhatsappMediaItem read(qint64 row);
+    struct Columns
+    {
+        explicit Columns(RowDatabase &database);
+
+        Table table;
+        Table::Column path, title, cardName, cardText, latitude, longitude, preview, metadata, size,
+            duration, origin;
+        Table::Lookup rows;
+    };
+
+    const Table::Row *row(qint64 media, qint64 messageRow);
+    FileIndex::Row findPreview(const QString &path, const QString &filePath) const;
 
     Source &m_source;
-    const WhatsappPlace m_place;
-    WhatsappDatabase &m_database;
+    const WhatsappHome m_home;
     RowsOfMessages m_rows;
-    std::unique_ptr<Statement> m_query;
+    Columns m_columns;
 };
 
 } // namespace PhoneBackup

@@ -1,16 +1,13 @@
 #include "PhoneBackup/whatsapp/WhatsappNames.h"
 
 #include "PhoneBackup/packed/FieldReader.h"
-#include "PhoneBackup/source/Jid.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
+#include "PhoneBackup/source/Table.h"
 #include "PhoneBackup/whatsapp/WhatsappDatabase.h"
-#include "platform/Translation_p.h"
 
 #include <algorithm>
 #include <array>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -52,14 +49,14 @@ struct WhatsappNames::NumberColumns
 };
 
 WhatsappNames::WhatsappNames(Source &source,
-                             const WhatsappPlace &place,
+                             const WhatsappHome &home,
                              WhatsappDatabase *chats,
                              int dataType)
     : m_addressBook(source.addressBook())
 {
-    const QString loss = tr("Names of people may be missing.");
+    const Notice loss("source.peopleMayBeMissing");
     const auto open = [&](const QString &name) {
-        return WhatsappDatabase::open(source, place, name, loss, dataType);
+        return WhatsappDatabase::open(source, home, name, loss, dataType);
     };
     const auto numbers = open(u"LID.sqlite"_s);
     const auto contacts = open(u"ContactsV2.sqlite"_s);
@@ -97,12 +94,12 @@ void WhatsappNames::readNumbers(RowDatabase &database, const NumberColumns &colu
         || !database.hasColumn(columns.table, columns.number))
         return;
     QHash<QString, std::pair<double, QString>> newest;
-    const QString what = u"%1, %2, %3"_s.arg(
-        columns.privateId, columns.number, database.column(columns.table, columns.order));
-    database.query(what, columns.table, [&](const Statement &row) {
-        const QString user = Jid(row.text(0)).user();
-        const QString number = numberIn(row.text(1));
-        const double when = row.number(2).value_or(0);
+    Table table(database, columns.table);
+    const auto [id, phone, order] = table.columns(columns.privateId, columns.number, columns.order);
+    table.forEach([&, id = id, phone = phone, order = order](const Table::Row &row) {
+        const QString user = Jid(row.text(id)).user();
+        const QString number = numberIn(row.text(phone));
+        const double when = row.number(order).value_or(0);
         if (user.isEmpty() || number.isEmpty())
             return;
         const auto known = newest.constFind(user);
@@ -117,26 +114,28 @@ void WhatsappNames::readNumbers(RowDatabase &database, const NumberColumns &colu
 
 void WhatsappNames::readContacts(RowDatabase &database)
 {
-    for (const QString &table :
+    for (const QString &tableName :
          { u"ZWAADDRESSBOOKCONTACT"_s, u"ZWASTATUS"_s, u"ZWAFAVORITE"_s, u"ZWACONTACT"_s }) {
+        Table table(database, tableName);
         QString nameColumn;
         for (const QString &column :
              { u"ZFULLNAME"_s, u"ZDISPLAYNAME"_s, u"ZCONTACTNAME"_s, u"ZBUSINESSNAME"_s }) {
-            if (nameColumn.isEmpty() && database.hasColumn(table, column))
+            if (nameColumn.isEmpty() && table.hasColumn(column))
                 nameColumn = column;
         }
-        if (nameColumn.isEmpty() || !database.hasColumn(table, u"ZWHATSAPPID"_s))
+        if (nameColumn.isEmpty() || !table.hasColumn(u"ZWHATSAPPID"_s))
             continue;
-        const QString what =
-            u"ZWHATSAPPID, %1, %2"_s.arg(nameColumn, database.column(table, u"ZLID"_s));
-        database.query(what, table, [this](const Statement &row) {
-            const QString name = cleaned(row.text(1));
+        const auto [phoneId, fullName, otherId] =
+            table.columns(u"ZWHATSAPPID"_s, nameColumn, u"ZLID"_s);
+        table.forEach([this, phoneId = phoneId, fullName = fullName, otherId = otherId](
+                          const Table::Row &row) {
+            const QString name = cleaned(row.text(fullName));
             if (name.isEmpty())
                 return;
-            const QString id = row.text(0).trimmed();
+            const QString id = row.text(phoneId).trimmed();
             if (!id.isEmpty() && !m_contacts.contains(keyIn(id)))
                 m_contacts.insert(keyIn(id), name);
-            const QString privateId = Jid(row.text(2)).user();
+            const QString privateId = Jid(row.text(otherId)).user();
             if (!privateId.isEmpty())
                 m_contacts.insert(privateId + "@lid"_L1, name);
         });
@@ -145,13 +144,12 @@ void WhatsappNames::readContacts(RowDatabase &database)
 
 void WhatsappNames::readChosenNames(RowDatabase &database)
 {
-    const QString table = u"ZWAPROFILEPUSHNAME"_s;
-    if (!database.hasColumn(table, u"ZJID"_s) || !database.hasColumn(table, u"ZPUSHNAME"_s))
-        return;
-    database.query(u"ZJID, ZPUSHNAME"_s, table, [this](const Statement &row) {
-        const QString name = cleaned(row.text(1));
+    Table table(database, u"ZWAPROFILEPUSHNAME"_s);
+    const auto [jid, chosen] = table.columns(u"ZJID"_s, u"ZPUSHNAME"_s);
+    table.forEach([this, jid = jid, chosen = chosen](const Table::Row &row) {
+        const QString name = cleaned(row.text(chosen));
         if (!name.isEmpty())
-            m_chosen.insert(Jid(row.text(0)).key(), name);
+            m_chosen.insert(Jid(row.text(jid)).key(), name);
     });
 }
 
@@ -178,13 +176,26 @@ QString WhatsappNames::name(const Jid &jid, const QString &known) const
     return {};
 }
 
-QString WhatsappNames::nameOrNumber(const Jid &jid, const QString &chosen) const
+QString WhatsappNames::key(const Jid &jid) const
 {
-    for (const QString &name : { name(jid), chosen, number(jid) }) {
-        if (!name.isEmpty())
-            return name;
-    }
-    return tr("Unknown");
+    const QString known = number(jid);
+    return known.isEmpty() ? jid.key() : known;
+}
+
+void WhatsappNames::addOwner(const Jid &jid)
+{
+    m_owner.insert(key(jid));
+}
+
+bool WhatsappNames::isOwner(const Jid &jid) const
+{
+    return jid.isPerson() && m_owner.contains(key(jid));
+}
+
+WhatsappPerson WhatsappNames::person(const Jid &jid, const QString &known) const
+{
+    using Who = WhatsappPerson::Who;
+    return { isOwner(jid) ? Who::Owner : Who::Other, jid, name(jid, known), number(jid) };
 }
 
 void WhatsappNames::learn(const Jid &jid, const Jid &phone)

@@ -1,17 +1,18 @@
 #ifndef PHONEBACKUP_WHATSAPP_WHATSAPPNAMES_H
 #define PHONEBACKUP_WHATSAPP_WHATSAPPNAMES_H
 
+#include "PhoneBackup/whatsapp/WhatsappPerson.h"
+
 #include <QHash>
-#include <QString>
+#include <QSet>
 
 namespace PhoneBackup {
 
 class AddressBook;
-class Jid;
 class RowDatabase;
 class Source;
 class WhatsappDatabase;
-struct WhatsappPlace;
+struct WhatsappHome;
 
 /*!
     \brief Who is behind WhatsApp's identifiers.
@@ -23,12 +24,9 @@ struct WhatsappPlace;
 class WhatsappNames
 {
 public:
-    //! Reads what the databases in \a place tell, \a chats among them, which may be null. Those
+    //! Reads what the databases in \a home tell, \a chats among them, which may be null. Those
     //! that cannot be read are a loss of \a dataType.
-    WhatsappNames(Source &source,
-                  const WhatsappPlace &place,
-                  WhatsappDatabase *chats,
-                  int dataType);
+    WhatsappNames(Source &source, const WhatsappHome &home, WhatsappDatabase *chats, int dataType);
 
     //! The number of the person \a jid, with "+"; empty when it is not known.
     QString number(const Jid &jid) const;
@@ -39,8 +37,15 @@ public:
     */
     QString name(const Jid &jid, const QString &known = {}) const;
 
-    //! name(), else \a chosen, else the number, else "Unknown".
-    QString nameOrNumber(const Jid &jid, const QString &chosen = {}) const;
+    //! Equal for the same person, whichever identifier names them.
+    QString key(const Jid &jid) const;
+
+    //! Says that \a jid is the phone's owner; there may be several such identifiers.
+    void addOwner(const Jid &jid);
+    bool isOwner(const Jid &jid) const;
+
+    //! The person \a jid; \a known as for name().
+    WhatsappPerson person(const Jid &jid, const QString &known = {}) const;
 
     //! Remembers that the private identifier \a jid is the person \a phone, if nothing better is
     //! known.
@@ -64,6 +69,7 @@ private:
     QHash<QString, QString> m_numbers; // of private identifiers, by their user part
     QHash<QString, QString> m_contacts; // by Jid::key()
     QHash<QString, QString> m_chosen; // by Jid::key()
+    QSet<QString> m_owner; // by key()
 };
 
 } // namespace PhoneBackup

@@ -3,586 +3,498 @@
 #include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
+#include "PhoneBackup/whatsapp/WhatsappInfos.h"
+#include "PhoneBackup/whatsapp/WhatsappMedia.h"
 #include "PhoneBackup/whatsapp/WhatsappNames.h"
-#include "PhoneBackup/whatsapp/WhatsappRecords.h"
-#include "PhoneItems/whatsapp/WhatsappContent.h"
-#include "PhoneItems/whatsapp/WhatsappWords.h"
-#include "platform/Translation_p.h"
+#include "PhoneBackup/whatsapp/WhatsappPacked.h"
 
-#include <QRegularExpression>
-
-DATAEXPORT_USE_TR(DataExport);
+#include <algorithm>
+#include <optional>
 
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
-using namespace WhatsappCode;
 
 namespace {
 
-enum Column { // of the query for every message
-    kType,
-    kEventCode,
-    kFromMe,
-    kStatus,
-    kErrorStatus,
-    kDate,
-    kText,
-    kMember,
-    kMedia,
-    kParent,
-    kPushName,
-    kFromJid,
-    kInfo,
-    kIdentifier,
-};
+using Kind = WhatsappMessage::Kind;
+using State = WhatsappMessage::State;
+
+const QString kMessages = u"ZWAMESSAGE"_s;
 
 enum StoredType : qint64 {
-    kTextType = 0,
-    kPictureType = 1,
-    kLocationType = 5,
-    kEventType = 6,
-    kNoticeType = 10,
-    kDeletedType = 14,
-    kPollType = 46,
-    kAlbumType = 66,
+    kPicture = 1,
+    kGroupEvent = 6,
+    kTimerChanged = 28,
+    kNotice = 10,
+    kOncePicture = 38,
+    kOnceVideo = 39,
+    kOnceAudio = 53,
+    kPrivacyChanged = 73,
 };
 
-constexpr qint64 kGroupCreated = 12; // among the codes of events
+// ZFLAGS; the count of forwards in the metadata is the other sign.
+constexpr qint64 kForwarded = 0x80;
 
-QString oneOf(const QString &first, const QString &second, const QString &third = {})
+State stateOf(const Table::Row &row, Table::Column status)
 {
-    if (!first.isEmpty())
-        return first;
-    return second.isEmpty() ? third : second;
+    if (row.isNull(status))
+        return State::Unknown;
+    switch (row.integer(status)) {
+    case 0:
+        return State::Waiting;
+    case 1:
+        return State::Sent;
+    case 6:
+        return State::Delivered;
+    case 8: // voice messages that were played have no number of their own
+        return State::Read;
+    case 9:
+        return State::NotSent;
+    default: // on its way
+        return State::Unknown;
+    }
 }
 
-void addLine(QString &text, const QString &line)
+QString oneOf(const QString &first, const QString &second)
 {
-    text += text.isEmpty() ? line : u'\n' + line;
+    return first.isEmpty() ? second : first;
 }
 
-int codeByMime(const QString &mime)
+// The columns of every message.
+struct MessageRows
 {
-    if (mime.startsWith("image/"_L1, Qt::CaseInsensitive))
-        return Picture;
-    if (mime.startsWith("video/"_L1, Qt::CaseInsensitive))
-        return Video;
-    return mime.startsWith("audio/"_L1, Qt::CaseInsensitive) ? Audio : Text;
-}
+    explicit MessageRows(RowDatabase &database)
+        : table(database, kMessages)
+        , type(table.column(u"ZMESSAGETYPE"_s))
+        , eventCode(table.column(u"ZGROUPEVENTTYPE"_s))
+        , fromMe(table.column(u"ZISFROMME"_s))
+        , status(table.column(u"ZMESSAGESTATUS"_s))
+        , errorStatus(table.column(u"ZMESSAGEERRORSTATUS"_s))
+        , date(table.column(u"ZMESSAGEDATE"_s))
+        , phoneDate(table.column(u"ZSENTDATE"_s))
+        , starred(table.column(u"ZSTARRED"_s))
+        , flags(table.column(u"ZFLAGS"_s))
+        , delivered(table.column(u"ZCHILDMESSAGESDELIVEREDCOUNT"_s))
+        , read(table.column(u"ZCHILDMESSAGESREADCOUNT"_s))
+        , played(table.column(u"ZCHILDMESSAGESPLAYEDCOUNT"_s))
+        , text(table.column(u"ZTEXT"_s))
+        , member(table.column(u"ZGROUPMEMBER"_s))
+        , media(table.column(u"ZMEDIAITEM"_s))
+        , parent(table.column(u"ZPARENTMESSAGE"_s))
+        , pushName(table.column(u"ZPUSHNAME"_s))
+        , fromJid(table.column(u"ZFROMJID"_s))
+        , info(table.column(u"ZMESSAGEINFO"_s))
+        , id(table.column(u"ZSTANZAID"_s))
+        , rows(table.lookup())
+    {
+    }
+
+    Table table;
+    Table::Column type, eventCode, fromMe, status, errorStatus, date, phoneDate, starred, flags,
+        delivered, read, played, text, member, media, parent, pushName, fromJid, info, id;
+    Table::Lookup rows;
+};
+
+// What is asked of a message that has another one for its parent, or of whose file alone.
+struct ParentRows
+{
+    explicit ParentRows(RowDatabase &database)
+        : table(database, kMessages)
+        , type(table.column(u"ZMESSAGETYPE"_s))
+        , date(table.column(u"ZMESSAGEDATE"_s))
+        , media(table.column(u"ZMEDIAITEM"_s))
+        , parent(table.column(u"ZPARENTMESSAGE"_s))
+        , chat(table.column(u"ZCHATSESSION"_s))
+        , chatJid(table.expression(
+              database.hasColumn(u"ZWACHATSESSION"_s, u"ZCONTACTJID"_s)
+                  ? u"(SELECT c.ZCONTACTJID FROM ZWACHATSESSION c WHERE c.ROWID = ZCHATSESSION)"_s
+                  : u"NULL"_s))
+        , rows(table.lookup())
+    {
+    }
+
+    Table table;
+    Table::Column type, date, media, parent, chat, chatJid;
+    Table::Lookup rows;
+};
+
+struct MemberRows
+{
+    explicit MemberRows(RowDatabase &database)
+        : table(database, u"ZWAGROUPMEMBER"_s)
+        , jid(table.column(u"ZMEMBERJID"_s))
+        , contactName(table.column(u"ZCONTACTNAME"_s))
+        , firstName(table.column(u"ZFIRSTNAME"_s))
+        , rows(table.lookup())
+    {
+    }
+
+    Table table;
+    Table::Column jid, contactName, firstName;
+    Table::Lookup rows;
+};
+
+struct LinkRows
+{
+    explicit LinkRows(RowDatabase &database)
+        : table(database, u"ZWAMESSAGEDATAITEM"_s)
+        , matched(table.column(u"ZMATCHEDTEXT"_s))
+        , address(table.column(u"ZCONTENT1"_s))
+        , title(table.column(u"ZTITLE"_s))
+        , summary(table.column(u"ZSUMMARY"_s))
+        , picture(table.column(u"ZTHUMBNAILPATH"_s))
+        , rows(table.lookup())
+        , ofMessages(database, u"ZWAMESSAGEDATAITEM"_s, u"ZMESSAGE"_s)
+    {
+    }
+
+    Table table;
+    Table::Column matched, address, title, summary, picture;
+    Table::Lookup rows;
+    RowsOfMessages ofMessages;
+};
 
 } // namespace
 
-//! The message that another one is a copy or a part of.
-struct WhatsappReader::Parent
+struct WhatsappReader::Tables
 {
-    qint64 chat = 0;
-    bool toList = false;
-    bool isShownPicture = false; // with its file
+    explicit Tables(WhatsappDatabase &database)
+        : messages(database)
+        , parents(database)
+        , members(database)
+        , infos(database)
+    {
+    }
+
+    MessageRows messages;
+    ParentRows parents;
+    MemberRows members;
+    WhatsappInfos infos;
+    std::optional<LinkRows> links; // once a message has any
+    QHash<qint64, WhatsappPerson> authors; // by the row of the member
+    const Table::Row *row = nullptr; // of the message that is being read
 };
 
 WhatsappReader::WhatsappReader(Source &source,
                                WhatsappDatabase &database,
                                const WhatsappNames &names,
-                               WhatsappMedia &media,
-                               const WhatsappChatList::Facts &facts)
+                               WhatsappMedia &media)
     : m_source(source)
     , m_database(database)
     , m_names(names)
     , m_media(media)
-    , m_facts(facts)
 {
 }
 
 WhatsappReader::~WhatsappReader() = default;
 
-void WhatsappReader::prepare()
+WhatsappReader::Tables &WhatsappReader::tables()
 {
-    m_prepared = true;
-    const QString messages = u"ZWAMESSAGE"_s;
-    m_rows = m_database.prepareRow({ u"ZMESSAGETYPE"_s,
-                                     u"ZGROUPEVENTTYPE"_s,
-                                     u"ZISFROMME"_s,
-                                     u"ZMESSAGESTATUS"_s,
-                                     u"ZMESSAGEERRORSTATUS"_s,
-                                     u"ZMESSAGEDATE"_s,
-                                     u"ZTEXT"_s,
-                                     u"ZGROUPMEMBER"_s,
-                                     u"ZMEDIAITEM"_s,
-                                     u"ZPARENTMESSAGE"_s,
-                                     u"ZPUSHNAME"_s,
-                                     u"ZFROMJID"_s,
-                                     u"ZMESSAGEINFO"_s,
-                                     u"ZSTANZAID"_s },
-                                   messages);
-    m_files =
-        m_database.prepareRow({ u"ZMESSAGETYPE"_s, u"ZMESSAGEDATE"_s, u"ZMEDIAITEM"_s }, messages);
-    m_members = m_database.prepareRow({ u"ZMEMBERJID"_s, u"ZCONTACTNAME"_s, u"ZFIRSTNAME"_s },
-                                      u"ZWAGROUPMEMBER"_s);
-    const QString jid = m_database.column(u"ZWACHATSESSION"_s, u"ZCONTACTJID"_s);
-    m_parents = m_database.prepare(
-        u"SELECT m.ZCHATSESSION, %1, (SELECT %2 FROM ZWACHATSESSION WHERE Z_PK = m.ZCHATSESSION), "
-        "%3, %4, %5 FROM ZWAMESSAGE m WHERE m.Z_PK = ?1"_s.arg(
-            m_database.column(messages, u"ZMEDIAITEM"_s),
-            jid,
-            m_database.column(messages, u"ZMESSAGETYPE"_s),
-            m_database.column(messages, u"ZMESSAGEDATE"_s),
-            m_database.column(messages, u"ZPARENTMESSAGE"_s)));
-    m_links = m_database.prepareRow({ u"ZMATCHEDTEXT"_s, u"ZCONTENT1"_s }, u"ZWAMESSAGEDATAITEM"_s);
-    m_infos.emplace(m_database);
+    if (!m_tables)
+        m_tables = std::make_unique<Tables>(m_database);
+    return *m_tables;
 }
 
-bool WhatsappReader::read(const WhatsappChat &chat, WhatsappContent &content)
+bool WhatsappReader::read(const WhatsappChat &chat, const Sink &sink)
 {
-    if (!m_prepared)
-        prepare();
-    if (!m_rows)
-        return false;
-    m_relations.clear();
-    m_tellsCreation = false;
-    const bool mayTellCreation = chat.creator.isPerson();
-    if (mayTellCreation)
-        setCreation(chat, content.addMessage());
+    Tables &all = tables();
     bool failed = false;
+    bool any = false;
     for (const qint64 row : chat.messages) {
-        m_row = row;
-        m_rows->reset();
-        m_rows->bind(1, row);
-        const Statement::Step step = m_rows->step();
-        if (step == Statement::Step::Failed && !failed) {
-            failed = true;
-            m_database.addLoss(tr("It is damaged: %1.").arg(m_rows->error()));
-        }
-        if (step == Statement::Step::Row && !readRow(chat, content.addMessage()))
-            content.removeLast();
+        all.row = all.messages.rows.find(row);
+        failed = failed || all.messages.rows.hasFailed();
+        if (!all.row)
+            continue;
+        WhatsappMessage message;
+        if (!readRow(chat, message))
+            continue;
+        any = true;
+        sink(std::move(message));
     }
-    m_rows->reset();
-    const bool isCreationAlone = content.messages().size() == 1;
-    if (mayTellCreation
-        && (m_tellsCreation || isCreationAlone || content.messages().first()->content().isEmpty()))
-        content.removeFirst();
-    m_relations.apply(content, !chat.isPrivate);
-    return !failed || !content.messages().isEmpty();
+    return any || !failed;
 }
 
-WhatsappSentFile WhatsappReader::file(qint64 message)
+WhatsappMessage WhatsappReader::file(qint64 row)
 {
-    if (!m_prepared)
-        prepare();
-    WhatsappSentFile file;
-    if (!m_files)
-        return file;
-    m_files->reset();
-    m_files->bind(1, message);
-    if (step(*m_files)) {
-        file.storedType = m_files->integer(0);
-        file.date = PhoneTime::since2001(m_files->number(1));
-        file.item = m_media.item(message, m_files->integer(2));
+    ParentRows &rows = tables().parents;
+    WhatsappMessage message;
+    if (const Table::Row *found = rows.rows.find(row)) {
+        message.row = row;
+        message.storedType = found->integer(rows.type);
+        message.kind = whatsappKind(message.storedType);
+        message.date = PhoneTime::since2001(found->number(rows.date));
+        m_media.read(found->integer(rows.media), row, message);
     }
-    m_files->reset();
-    return file;
+    return message;
 }
 
-// \return whether there is a row; one that cannot be read is told.
-bool WhatsappReader::step(Statement &statement)
-{
-    const Statement::Step step = statement.step();
-    if (step == Statement::Step::Failed)
-        m_database.addLoss(tr("It is damaged: %1.").arg(statement.error()));
-    return step == Statement::Step::Row;
-}
-
-// \return whether it is shown.
+// \return whether it is a message for a person.
 bool WhatsappReader::readRow(const WhatsappChat &chat, WhatsappMessage &message)
 {
-    const QDateTime date = PhoneTime::since2001(m_rows->number(kDate));
-    if (date.isValid())
-        message.dateMs = date.toMSecsSinceEpoch();
-    message.fromMe = m_rows->integer(kFromMe) != 0;
-    message.sentDone = !message.fromMe || isSentDone();
-    message.broadcast = chat.isList;
-    const bool mayHaveMedia = m_rows->integer(kMedia) != 0 || m_rows->integer(kType) != kTextType
-        || m_rows->bytes(kText).isEmpty() || m_media.rows().has(m_row);
-    m_item = mayHaveMedia ? m_media.item(m_row, m_rows->integer(kMedia)) : WhatsappMediaItem();
+    const MessageRows &columns = m_tables->messages;
+    const Table::Row &row = *m_tables->row;
+    message.row = row.id();
+    message.id = row.bytes(columns.id).toByteArray();
+    message.date = PhoneTime::since2001(row.number(columns.date));
+    message.phoneDate = PhoneTime::since2001(row.number(columns.phoneDate));
+    message.storedType = row.integer(columns.type);
+    message.kind = whatsappKind(message.storedType);
+    message.isOnce = message.storedType == kOncePicture || message.storedType == kOnceVideo
+        || message.storedType == kOnceAudio;
+    message.isStarred = row.integer(columns.starred) != 0;
+    message.text = StoredText::cleaned(row.text(columns.text));
+    setState(message);
 
-    const qint64 parentRow = m_rows->integer(kParent);
-    if (parentRow != 0) {
-        const Parent above = parent(parentRow);
-        message.broadcast = message.broadcast || above.toList;
-        // The other half of a picture in high definition.
-        if (above.chat == chat.row && m_rows->integer(kType) == kPictureType
-            && above.isShownPicture)
+    const bool mayHaveMedia = row.integer(columns.media) != 0 || message.storedType != 0
+        || row.bytes(columns.text).isEmpty() || m_media.rows().has(message.row);
+    if (mayHaveMedia)
+        m_media.read(row.integer(columns.media), message.row, message);
+    message.isForwarded =
+        (row.integer(columns.flags) & kForwarded) != 0 || message.details().forwards > 0;
+    message.isBroadcast = chat.kind == WhatsappChat::Kind::List;
+    const qint64 parent = row.integer(columns.parent);
+    if (parent != 0 && isPartOfAnother(chat, message, parent))
+        return false;
+    if (message.kind == Kind::Album && message.text.isEmpty()) {
+        const WhatsappFile &file = message.details().file;
+        if (file.title.isEmpty() && file.file == FileIndex::kNone)
             return false;
     }
-    if (!setContent(chat, message))
-        return false;
-    message.idHash = WhatsappRelations::hashOf(m_rows->bytes(kIdentifier));
-    if (!m_item.quote.id.isEmpty() && message.code != GroupEvent && !message.isDeleted)
-        m_relations.addAnswer(message, m_item.quote);
-    readReactions(chat, message);
+
+    setSender(chat, message);
+    if (message.kind == Kind::Event)
+        setEvent(chat, message);
+    else if (message.kind == Kind::Link)
+        setLinks(message);
+    const QByteArrayView info = m_tables->infos.of(message.row, row.integer(columns.info));
+    if (!info.isEmpty()) {
+        if (message.kind == Kind::Poll)
+            message.makeDetails().poll = WhatsappPacked::poll(info);
+        setReactions(chat, message, info);
+    }
+    if (message.more)
+        nameEverybody(*message.more);
     return true;
 }
 
-// Who made the group, at the head of the chat; no text when that is not to be shown.
-void WhatsappReader::setCreation(const WhatsappChat &chat, WhatsappMessage &message) const
+// Looks at the message that another one is a copy or a part of. \return whether the other one is
+// the small half of a picture in high definition, whose large half is shown.
+bool WhatsappReader::isPartOfAnother(const WhatsappChat &chat,
+                                     WhatsappMessage &message,
+                                     qint64 parent)
 {
-    message.files = &m_source.files();
-    message.code = GroupEvent;
-    if (!m_source.messageFilter().accepts(chat.creationDate))
-        return;
-    WhatsappWords::Event event;
-    event.code = kGroupCreated;
-    event.byOwner = isOwner(chat.creator);
-    event.who = nameOf(chat.creator);
-    if (event.byOwner || !event.who.isEmpty())
-        message.text = WhatsappWords::groupEvent(event);
-    if (chat.creationDate.isValid())
-        message.dateMs = chat.creationDate.toMSecsSinceEpoch();
+    ParentRows &rows = m_tables->parents;
+    const Table::Row *above = rows.rows.find(parent);
+    if (!above)
+        return false;
+    const Jid jid(above->text(rows.chatJid));
+    message.isBroadcast = message.isBroadcast || jid.kind() == Jid::Kind::List;
+    // A parent that has one itself, or is its own, may not be shown either.
+    return above->integer(rows.chat) == chat.row && message.storedType == kPicture
+        && above->integer(rows.type) == kPicture && above->integer(rows.parent) == 0
+        && m_source.messageFilter().accepts(PhoneTime::since2001(above->number(rows.date)))
+        && m_media.hasFile(above->integer(rows.media), parent);
 }
 
-void WhatsappReader::readReactions(const WhatsappChat &chat, WhatsappMessage &message)
+void WhatsappReader::setState(WhatsappMessage &message) const
 {
-    const QByteArrayView info = m_infos->of(m_row, m_rows->integer(kInfo));
-    if (info.isEmpty())
-        return;
-    std::vector<WhatsappRelations::Reaction> reactions;
-    for (const WhatsappReaction &found : WhatsappRecords::reactions(info)) {
-        const Jid &who = chat.isPrivate && !found.who.isPerson() ? chat.jid : found.who;
-        const bool byOwner = found.byOwner || isOwner(who);
-        QString name = byOwner ? tr("You") : chat.isPrivate ? chat.contact : nameOf(who);
-        if (name.isEmpty())
-            name = tr("Somebody");
-        if (!found.date.isValid() || m_source.messageFilter().accepts(found.date))
-            reactions.push_back({ &message,
-                                  byOwner,
-                                  byOwner ? QString() : person(who),
-                                  name,
-                                  found.emoji,
-                                  found.date });
-    }
-    m_relations.addReactions(std::move(reactions));
-    const QStringList counts = WhatsappRecords::reactionCounts(info);
-    if (!counts.isEmpty())
-        addLine(message.text, tr("[Reactions: %1]").arg(counts.join(u", "_s)));
+    const MessageRows &columns = m_tables->messages;
+    const Table::Row &row = *m_tables->row;
+    message.isFromOwner = row.integer(columns.fromMe) != 0;
+    message.state = stateOf(row, columns.status);
+    message.deliveredTo = int(row.integer(columns.delivered));
+    message.readBy = int(row.integer(columns.read));
+    message.playedBy = int(row.integer(columns.played));
+    // Where no message has a state, they are not kept up: then waiting tells nothing.
+    const bool isUnsent = message.state == State::NotSent
+        || (message.state == State::Waiting && m_keepsStatus)
+        || row.integer(columns.errorStatus) != 0;
+    const bool isSaidByApp = message.storedType == kGroupEvent || message.storedType == kNotice;
+    message.isFailed = message.isFromOwner && isUnsent && !isSaidByApp;
 }
 
-bool WhatsappReader::setContent(const WhatsappChat &chat, WhatsappMessage &message)
+void WhatsappReader::setSender(const WhatsappChat &chat, WhatsappMessage &message)
 {
-    const qint64 type = m_rows->integer(kType);
-    message.files = &m_source.files();
-    const QString text = StoredText::cleaned(m_rows->text(kText));
-    if (m_item.row != 0 && type != kLocationType)
-        message.mediaFile = m_media.find(m_item.path);
-    message.storedType = type;
-    message.title = m_item.title;
-    message.code = Text;
-    message.text = text;
+    if (message.isFromOwner)
+        message.sender.who = WhatsappPerson::Who::Owner;
+    else if (message.kind != Kind::Event)
+        message.sender = chat.isWithPerson() ? chat.partner : author();
+}
 
-    const auto either = [&](const QString &words) {
-        message.text = oneOf(text, m_item.title, words);
-    };
-    switch (type) {
-    case kTextType:
+WhatsappPerson WhatsappReader::creator(const WhatsappChat &chat) const
+{
+    const WhatsappPerson person = m_names.person(chat.creator);
+    const bool isKnown = person.isOwner() || !person.nameOrNumber().isEmpty();
+    return isKnown ? person : WhatsappPerson();
+}
+
+void WhatsappReader::setEvent(const WhatsappChat &chat, WhatsappMessage &message)
+{
+    const MessageRows &columns = m_tables->messages;
+    const Table::Row &row = *m_tables->row;
+    using EventKind = WhatsappEvent::Kind;
+    using Who = WhatsappPerson::Who;
+    WhatsappEvent event;
+    event.storedCode = row.integer(columns.eventCode);
+    switch (message.storedType) {
+    case kGroupEvent:
+        event.kind = whatsappGroupEvent(event.storedCode);
         break;
-    case kPictureType:
-        message.code = Picture;
-        message.text = caption(text);
+    case kNotice:
+        event.kind = whatsappNotice(event.storedCode);
         break;
-    case 2:
-    case 11:
-        message.code = Video;
-        message.text = caption(text);
+    case kTimerChanged:
+        event.kind = EventKind::TimerChanged;
         break;
-    case 3:
-        message.code = Audio;
-        message.text.clear();
-        break;
-    case 4:
-        message.code = ContactCard;
-        message.text = oneOf(WhatsappWords::contactCards(m_item), text, tr("Contact"));
-        break;
-    case kLocationType:
-        message.code = Location;
-        message.text = WhatsappWords::location(m_item, text);
-        break;
-    case kEventType:
-    case kNoticeType:
-        setEvent(chat, message, type == kNoticeType);
-        return true;
-    case 7:
-        message.text = text.isEmpty() ? oneOf(linkText(), m_item.title) : text;
-        break;
-    case 8:
-        message.text = documentName(text);
-        break;
-    case 12:
-        message.text = tr("Waiting for this message");
-        break;
-    case kDeletedType:
-        message.isDeleted = true;
-        message.text = tr("[Deleted message]");
-        break;
-    case 15:
-        message.text = tr("Sticker");
-        break;
-    case 25:
-    case 31:
-    case 34:
-    case 58:
-        break;
-    case 26:
-        either(tr("Product"));
-        break;
-    case 27:
-        message.text = oneOf(text, tr("Group invitation"));
-        break;
-    case 28:
-        message.code = GroupEvent;
-        message.text = tr("Disappearing messages were changed");
-        return true;
-    case 38:
-    case 39:
-    case 53:
-        message.code = type == 38 ? Picture : type == 39 ? Video : Audio;
-        message.text = oneOf(caption(text), tr("View once"));
-        break;
-    case kPollType: {
-        const QByteArrayView info = m_infos->of(m_row, m_rows->integer(kInfo));
-        message.text = oneOf(text, WhatsappRecords::pollQuestion(info), tr("Poll"));
-        for (const QString &option : WhatsappRecords::pollOptions(info))
-            addLine(message.text, u"• "_s + option);
-        break;
-    }
-    case 54:
-        message.code = Video;
-        message.text.clear();
-        break;
-    case 55:
-    case 62:
-        message.code = GroupEvent;
-        message.text = oneOf(WhatsappWords::readable(text), tr("Channel"));
-        return true;
-    case 59:
-        message.text = tr("Call");
-        break;
-    case 63:
-        either(tr("Event"));
-        break;
-    case kAlbumType: // its pictures are messages of their own
-        message.text = caption(text);
-        if (message.text.isEmpty() && message.mediaFile == FileIndex::kNone)
-            return false;
-        break;
-    case 68:
-        message.text = tr("Status mention");
-        break;
-    case 73:
-        message.code = GroupEvent;
-        message.text = tr("Advanced chat privacy was changed");
-        return true;
-    case 19:
-    case 20:
-    case 23:
-    case 24:
-    case 30:
-    case 32:
-    case 41:
-    case 42:
-        message.code = codeByMime(m_item.cardText);
-        either(tr("Business message"));
+    case kPrivacyChanged:
+        event.kind = EventKind::PrivacyChanged;
         break;
     default:
-        message.code = codeByMime(m_item.cardText);
-        either(tr("Unsupported message"));
+        event.kind = EventKind::ChannelNotice;
         break;
     }
-    // What stands for a picture or film that the phone never had, or has no longer.
-    if (message.mediaFile == FileIndex::kNone && (message.code == Picture || message.code == Video)
-        && m_item.row != 0) {
-        message.mediaFile = m_media.findPreview(m_item);
-        message.isPreview = message.mediaFile != FileIndex::kNone;
-        // It looks like a picture.
-        if (message.isPreview && message.code == Video)
-            addLine(message.text, tr("[Video]"));
-    }
-    if (!chat.isPrivate && !message.fromMe)
-        message.author = author().name;
-    return true;
-}
-
-// What happened is said by nobody: a bubble would put the words into somebody's mouth.
-void WhatsappReader::setEvent(const WhatsappChat &chat, WhatsappMessage &message, bool isNotice)
-{
-    WhatsappWords::Event event;
-    event.code = m_rows->integer(kEventCode);
-    event.stored = StoredText::cleaned(m_rows->text(kText));
-    event.text = withNames(WhatsappWords::readable(event.stored));
-    message.code = GroupEvent;
-    message.sentDone = true;
-    if (isNotice) {
-        message.text = WhatsappWords::notice(event);
-        return;
-    }
-    const Author by = m_rows->integer(kMember) != 0 ? author() : Author();
-    event.byOwner = message.fromMe || isOwner(by.jid);
-    event.who = by.name;
-    if (event.code == kGroupCreated) {
-        m_tellsCreation = true;
-        if (by.jid.kind() == Jid::Kind::None && !message.fromMe) {
-            event.byOwner = isOwner(chat.creator);
-            event.who = nameOf(chat.creator);
+    setEventText(event, message.text);
+    if (message.storedType == kGroupEvent) {
+        if (row.integer(columns.member) != 0)
+            event.by = author();
+        if (message.isFromOwner)
+            event.by.who = Who::Owner;
+        else if (event.kind == EventKind::GroupCreated && event.by.jid.kind() == Jid::Kind::None)
+            event.by = creator(chat);
+        if (event.by.who == Who::Nobody && chat.isWithPerson()) {
+            event.by = chat.partner;
+            event.by.who = Who::Other;
         }
     }
-    if (event.who.isEmpty() && chat.isPrivate)
-        event.who = chat.contact;
-    message.text = WhatsappWords::groupEvent(event);
+    message.makeDetails().event = std::move(event);
 }
 
-bool WhatsappReader::isSentDone() const
+void WhatsappReader::setLinks(WhatsappMessage &message)
 {
-    constexpr qint64 waiting = 0;
-    constexpr qint64 notSent = 9;
-    if (m_rows->integer(kErrorStatus) != 0)
-        return false;
-    const std::optional<double> status = m_rows->number(kStatus);
-    if (!status)
-        return true;
-    const qint64 state = m_rows->integer(kStatus);
-    return state != notSent && (state != waiting || !m_facts.keepsStatus);
-}
-
-QString WhatsappReader::documentName(const QString &text) const
-{
-    const QString name =
-        oneOf(m_item.title, m_item.path.section(u'/', -1), text.isEmpty() ? tr("Document") : text);
-    return text.isEmpty() || text == name ? name : name + u'\n' + text;
-}
-
-QString WhatsappReader::caption(const QString &text) const
-{
-    return oneOf(m_item.title, text);
-}
-
-QString WhatsappReader::linkText()
-{
-    if (!m_links)
-        return {};
-    if (!m_linkRows)
-        m_linkRows.emplace(m_database, u"ZWAMESSAGEDATAITEM"_s, u"ZMESSAGE"_s);
-    QString text;
-    for (const qint64 row : m_linkRows->of(m_row)) {
-        m_links->reset();
-        m_links->bind(1, row);
-        if (text.isEmpty() && step(*m_links))
-            text = StoredText::cleaned(oneOf(m_links->text(0), m_links->text(1)));
+    std::optional<LinkRows> &links = m_tables->links;
+    if (!links)
+        links.emplace(m_database);
+    const QList<qint64> numbers = links->ofMessages.of(message.row);
+    if (numbers.isEmpty())
+        return;
+    // The metadata have told what the first page is called, but not where it is.
+    std::vector<WhatsappLink> &pages = message.makeDetails().links;
+    const WhatsappLink known = pages.empty() ? WhatsappLink() : pages.front();
+    pages.clear();
+    for (const qint64 number : numbers) {
+        if (const Table::Row *row = links->rows.find(number)) {
+            pages.push_back({ StoredText::cleaned(row->text(links->address)),
+                              StoredText::cleaned(row->text(links->matched)),
+                              StoredText::cleaned(row->text(links->title)),
+                              StoredText::cleaned(row->text(links->summary)),
+                              m_media.find(row->text(links->picture)) });
+        }
     }
-    m_links->reset();
-    return text;
+    if (pages.empty())
+        pages.emplace_back();
+    pages.front().title = oneOf(pages.front().title, known.title);
+    pages.front().summary = oneOf(pages.front().summary, known.summary);
+}
+
+// The last reaction of each person counts, and none when that one was withdrawn.
+void WhatsappReader::setReactions(const WhatsappChat &chat,
+                                  WhatsappMessage &message,
+                                  QByteArrayView info)
+{
+    std::vector<WhatsappReaction> reactions = WhatsappPacked::reactions(info);
+    const MessageFilter &filter = m_source.messageFilter();
+    reactions.erase(std::remove_if(reactions.begin(),
+                                   reactions.end(),
+                                   [&filter](const WhatsappReaction &reaction) {
+                                       return reaction.date.isValid()
+                                           && !filter.accepts(reaction.date);
+                                   }),
+                    reactions.end());
+    QHash<QString, std::size_t> last;
+    QStringList keys;
+    for (std::size_t i = 0; i < reactions.size(); ++i) {
+        WhatsappPerson &by = reactions[i].by;
+        if (!by.isOwner())
+            by = chat.isWithPerson() && !by.jid.isPerson() ? chat.partner : m_names.person(by.jid);
+        if (!by.isOwner() && chat.isWithPerson()) {
+            by.name = chat.partner.name;
+            by.number = chat.partner.number;
+        }
+        keys.append(by.isOwner() ? QString() : m_names.key(by.jid));
+        const auto known = last.constFind(keys.last());
+        if (known == last.constEnd() || !(reactions[i].date < reactions[*known].date))
+            last.insert(keys.last(), i);
+    }
+    std::vector<WhatsappReactionCount> counts = WhatsappPacked::reactionCounts(info);
+    if (reactions.empty() && counts.empty())
+        return;
+    WhatsappDetails &details = message.makeDetails();
+    details.reactionCounts = std::move(counts);
+    for (std::size_t i = 0; i < reactions.size(); ++i) {
+        if (last.value(keys[qsizetype(i)]) == i && !reactions[i].emoji.isEmpty())
+            details.reactions.push_back(std::move(reactions[i]));
+    }
+}
+
+// Finds out who the people are that packed values name by their identifiers.
+void WhatsappReader::nameEverybody(WhatsappDetails &details) const
+{
+    name(details.quote.author);
+    if (details.poll) {
+        for (WhatsappPoll::Vote &vote : details.poll->votes)
+            name(vote.by);
+    }
+    if (details.call) {
+        for (WhatsappPerson &person : details.call->people)
+            name(person);
+    }
+    if (details.event) {
+        for (WhatsappEvent::Mention &mention : details.event->mentions)
+            mention.person = m_names.person(mention.person.jid);
+    }
+}
+
+void WhatsappReader::name(WhatsappPerson &person) const
+{
+    if (person.who == WhatsappPerson::Who::Other)
+        person = m_names.person(person.jid);
 }
 
 // Who wrote the message of a group.
-WhatsappReader::Author WhatsappReader::author()
+WhatsappPerson WhatsappReader::author()
 {
-    const qint64 row = m_rows->integer(kMember);
-    Author by = row != 0 ? member(row) : Author();
-    if (row == 0) {
-        const Jid sender(m_rows->text(kFromJid));
-        if (sender.isPerson())
-            by = { sender, m_names.name(sender) };
+    const MessageRows &columns = m_tables->messages;
+    const Table::Row &row = *m_tables->row;
+    const qint64 number = row.integer(columns.member);
+    WhatsappPerson by;
+    if (number != 0) {
+        by = member(number);
+    } else if (const Jid sender(row.text(columns.fromJid)); sender.isPerson()) {
+        by = m_names.person(sender);
     }
-    if (by.name.isEmpty()) {
-        const QString chosen = WhatsappNames::chosen(m_rows->text(kPushName));
-        if (row != 0 || by.jid.isPerson())
-            by.name = m_names.nameOrNumber(by.jid, chosen);
-        else
-            by.name = chosen;
-    }
+    if (by.name.isEmpty())
+        by.name = WhatsappNames::chosen(row.text(columns.pushName));
+    if (by.who == WhatsappPerson::Who::Nobody && !by.name.isEmpty())
+        by.who = WhatsappPerson::Who::Other;
     return by;
 }
 
-const WhatsappReader::Author &WhatsappReader::member(qint64 row)
+const WhatsappPerson &WhatsappReader::member(qint64 row)
 {
-    const auto known = m_authors.constFind(row);
-    if (known != m_authors.constEnd())
+    QHash<qint64, WhatsappPerson> &authors = m_tables->authors;
+    const auto known = authors.constFind(row);
+    if (known != authors.constEnd())
         return *known;
-    Author author;
-    if (m_members) {
-        m_members->reset();
-        m_members->bind(1, row);
-        if (step(*m_members)) {
-            author.jid = Jid(m_members->text(0));
-            const QString listed = oneOf(WhatsappNames::cleaned(m_members->text(1)),
-                                         WhatsappNames::cleaned(m_members->text(2)));
-            author.name = m_names.name(author.jid, listed);
-        }
-        m_members->reset();
+    WhatsappPerson author;
+    author.who = WhatsappPerson::Who::Other;
+    MemberRows &members = m_tables->members;
+    if (const Table::Row *found = members.rows.find(row)) {
+        const QString listed = oneOf(WhatsappNames::cleaned(found->text(members.contactName)),
+                                     WhatsappNames::cleaned(found->text(members.firstName)));
+        author = m_names.person(Jid(found->text(members.jid)), listed);
     }
-    return *m_authors.insert(row, author);
-}
-
-// Equal for the same person, whichever identifier names them.
-QString WhatsappReader::person(const Jid &jid) const
-{
-    const QString number = m_names.number(jid);
-    return number.isEmpty() ? jid.key() : number;
-}
-
-bool WhatsappReader::isOwner(const Jid &jid) const
-{
-    return jid.isPerson() && !m_facts.ownKey.isEmpty()
-        && person(jid) == person(Jid(m_facts.ownKey));
-}
-
-// Empty when neither a name nor a number is known.
-QString WhatsappReader::nameOf(const Jid &jid) const
-{
-    const QString name = m_names.name(jid);
-    return name.isEmpty() ? m_names.number(jid) : name;
-}
-
-// Identifiers in what the app says of people are replaced by their names.
-QString WhatsappReader::withNames(const QString &text) const
-{
-    if (!text.contains(u'@'))
-        return text;
-    static const QRegularExpression identifier(
-        u"(?<![0-9A-Za-z._-])[0-9][0-9.:_-]*@(?:s\\.whatsapp\\.net|lid|g\\.us|broadcast|newsletter)"
-        "(?![0-9A-Za-z_-]|\\.[0-9A-Za-z])"_s);
-    QString result;
-    qsizetype from = 0;
-    bool onlyPeople = true;
-    static const QRegularExpression separator(u"^[\\s,;]*$"_s);
-    auto matches = identifier.globalMatch(text);
-    while (matches.hasNext()) {
-        const auto match = matches.next();
-        const QString between = text.sliced(from, match.capturedStart() - from);
-        onlyPeople = onlyPeople && separator.match(between).hasMatch();
-        const Jid jid(match.captured());
-        const QString name = isOwner(jid) ? tr("you") : m_names.nameOrNumber(jid);
-        result += onlyPeople && !result.isEmpty() ? u", "_s + name : between + name;
-        from = match.capturedEnd();
-    }
-    const QString rest = text.sliced(from);
-    return onlyPeople && separator.match(rest).hasMatch() ? result : result + rest;
-}
-
-WhatsappReader::Parent WhatsappReader::parent(qint64 row)
-{
-    Parent parent;
-    if (!m_parents)
-        return parent;
-    m_parents->reset();
-    m_parents->bind(1, row);
-    if (step(*m_parents)) {
-        parent.chat = m_parents->integer(0);
-        parent.toList = Jid(m_parents->text(2)).kind() == Jid::Kind::List;
-        // One that has a parent itself, or is its own, may not be shown either.
-        parent.isShownPicture = m_parents->integer(3) == kPictureType && m_parents->integer(5) == 0
-            && m_source.messageFilter().accepts(PhoneTime::since2001(m_parents->number(4)))
-            && m_media.find(m_media.item(row, m_parents->integer(1)).path) != FileIndex::kNone;
-    }
-    m_parents->reset();
-    return parent;
+    return *authors.insert(row, author);
 }
 
 } // namespace PhoneBackup

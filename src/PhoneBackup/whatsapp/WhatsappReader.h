@@ -1,30 +1,21 @@
 #ifndef PHONEBACKUP_WHATSAPP_WHATSAPPREADER_H
 #define PHONEBACKUP_WHATSAPP_WHATSAPPREADER_H
 
-#include "PhoneBackup/whatsapp/WhatsappChatList.h"
-#include "PhoneBackup/whatsapp/WhatsappInfos.h"
-#include "PhoneBackup/whatsapp/WhatsappMedia.h"
-#include "PhoneBackup/whatsapp/WhatsappRelations.h"
+#include "PhoneBackup/whatsapp/WhatsappChat.h"
+#include "PhoneBackup/whatsapp/WhatsappMessage.h"
 
-#include <QDateTime>
-
-#include <optional>
+#include <functional>
+#include <memory>
 
 namespace PhoneBackup {
 
-class WhatsappContent;
-class WhatsappMessage;
-
-//! A file that was sent in a message.
-struct WhatsappSentFile
-{
-    qint64 storedType = 0;
-    QDateTime date;
-    WhatsappMediaItem item;
-};
+class Source;
+class WhatsappDatabase;
+class WhatsappMedia;
+class WhatsappNames;
 
 /*!
-    \brief Reads the messages of one chat: what they are, their texts and files.
+    \brief Reads the messages of chats.
 
     \par Cost
     One look-up a message by its number; others for those that have a file, an author that was not
@@ -34,66 +25,52 @@ struct WhatsappSentFile
 class WhatsappReader
 {
 public:
-    //! \a facts are borrowed: they need to be there when messages are read.
+    using Sink = std::function<void(WhatsappMessage &&)>;
+
     WhatsappReader(Source &source,
                    WhatsappDatabase &database,
                    const WhatsappNames &names,
-                   WhatsappMedia &media,
-                   const WhatsappChatList::Facts &facts);
+                   WhatsappMedia &media);
     ~WhatsappReader();
 
-    //! Fills the empty \a content. \return false when there are messages and none could be read.
-    bool read(const WhatsappChat &chat, WhatsappContent &content);
+    //! Says whether the state of sent messages is kept up at all.
+    void setKeepsStatus(bool keepsStatus) { m_keepsStatus = keepsStatus; }
 
-    //! What was sent in \a message; the item's row is 0 when it has no file.
-    WhatsappSentFile file(qint64 message);
+    /*!
+        Gives the messages of \a chat to \a sink in the order in which the phone shows them. Left
+        out are albums, whose pictures are messages of their own, and the smaller one of a picture
+        that was sent twice. \return false when there are messages and none could be read.
+    */
+    bool read(const WhatsappChat &chat, const Sink &sink);
+
+    //! Who made the group; Nobody when neither a name nor a number is known.
+    WhatsappPerson creator(const WhatsappChat &chat) const;
+
+    //! Kind, date and file of the message \a row alone; nothing of a message that has none.
+    WhatsappMessage file(qint64 row);
 
 private:
-    struct Author
-    {
-        Jid jid;
-        QString name; // empty when nobody tells one
-    };
-    struct Parent;
+    struct Tables;
 
-    void prepare();
-    bool step(Statement &statement);
+    Tables &tables();
     bool readRow(const WhatsappChat &chat, WhatsappMessage &message);
-    void setCreation(const WhatsappChat &chat, WhatsappMessage &message) const;
-    void readReactions(const WhatsappChat &chat, WhatsappMessage &message);
-    bool setContent(const WhatsappChat &chat, WhatsappMessage &message);
-    void setEvent(const WhatsappChat &chat, WhatsappMessage &message, bool isNotice);
-    bool isSentDone() const;
-    QString documentName(const QString &text) const;
-    QString caption(const QString &text) const;
-    QString linkText();
-    Author author();
-    const Author &member(qint64 row);
-    QString person(const Jid &jid) const;
-    bool isOwner(const Jid &jid) const;
-    QString nameOf(const Jid &jid) const;
-    QString withNames(const QString &text) const;
-    Parent parent(qint64 row);
+    bool isPartOfAnother(const WhatsappChat &chat, WhatsappMessage &message, qint64 parent);
+    void setState(WhatsappMessage &message) const;
+    void setSender(const WhatsappChat &chat, WhatsappMessage &message);
+    void setEvent(const WhatsappChat &chat, WhatsappMessage &message);
+    void setLinks(WhatsappMessage &message);
+    void setReactions(const WhatsappChat &chat, WhatsappMessage &message, QByteArrayView info);
+    void nameEverybody(WhatsappDetails &details) const;
+    void name(WhatsappPerson &person) const;
+    WhatsappPerson author();
+    const WhatsappPerson &member(qint64 row);
 
     Source &m_source;
     WhatsappDatabase &m_database;
     const WhatsappNames &m_names;
     WhatsappMedia &m_media;
-    const WhatsappChatList::Facts &m_facts;
-    bool m_prepared = false;
-    std::unique_ptr<Statement> m_rows;
-    std::unique_ptr<Statement> m_files;
-    std::unique_ptr<Statement> m_members;
-    std::unique_ptr<Statement> m_parents;
-    std::unique_ptr<Statement> m_links;
-    std::optional<RowsOfMessages> m_linkRows;
-    std::optional<WhatsappInfos> m_infos;
-    QHash<qint64, Author> m_authors; // by the row of the member
-    WhatsappRelations m_relations; // of the chat that is being read
-    bool m_tellsCreation = false; // a message of it says who made the group
-    // Of the message that is being read.
-    qint64 m_row = 0;
-    WhatsappMediaItem m_item;
+    bool m_keepsStatus = false;
+    std::unique_ptr<Tables> m_tables; // once messages are asked for
 };
 
 } // namespace PhoneBackup

@@ -1,10 +1,13 @@
 #ifndef PHONEBACKUP_WHATSAPP_WHATSAPPSTORE_H
 #define PHONEBACKUP_WHATSAPP_WHATSAPPSTORE_H
 
-#include "PhoneBackup/whatsapp/WhatsappChatList.h"
+#include "PhoneBackup/whatsapp/WhatsappChat.h"
 #include "PhoneBackup/whatsapp/WhatsappMedia.h"
 #include "PhoneBackup/whatsapp/WhatsappNames.h"
+#include "PhoneBackup/whatsapp/WhatsappPictures.h"
 #include "PhoneBackup/whatsapp/WhatsappReader.h"
+
+#include <optional>
 
 namespace PhoneBackup {
 
@@ -13,7 +16,7 @@ class WhatsappStore
 {
 public:
     WhatsappStore(Source &source,
-                  const WhatsappPlace &place,
+                  const WhatsappHome &home,
                   std::unique_ptr<WhatsappDatabase> database);
 
     /*!
@@ -25,20 +28,31 @@ public:
     //! The chats with messages that the filter accepts, in no order. Asked once.
     std::vector<WhatsappChat> takeChats();
 
+    //! Gives the messages of one of its chats.
     WhatsappReader &reader() { return m_reader; }
-    const WhatsappMedia &media() const { return m_media; }
+
+    //! Who is and was in \a group, in the order of the database.
+    std::vector<WhatsappMember> members(const WhatsappChat &group);
+
+    //! The picture of a person or group, FileIndex::kNone when the backup has none.
+    FileIndex::Row picture(const Jid &jid);
+
+    //! Whether it is that of the business edition.
+    bool isBusiness() const;
 
     //! Domain and path of its database, for a person.
     QString name() const;
 
 private:
     Source &m_source;
-    const WhatsappPlace m_place;
+    const WhatsappHome m_home;
     std::unique_ptr<WhatsappDatabase> m_database;
     WhatsappNames m_names;
     WhatsappMedia m_media;
-    WhatsappChatList::Facts m_facts;
     WhatsappReader m_reader;
+    // Once they are asked for.
+    std::optional<RowsOfMessages> m_memberRows;
+    std::optional<WhatsappPictures> m_pictures;
 };
 
 } // namespace PhoneBackup

@@ -4,7 +4,7 @@
 
 #include <tuple>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 namespace {
 
@@ -25,54 +25,54 @@ struct Waiting
 void WhatsappContent::clear()
 {
     m_list = {}; // not clear(), which keeps the room that a large chat took
-    m_messages.clear();
+    m_lines.clear();
     m_asides.clear();
 }
 
-WhatsappMessage &WhatsappContent::addMessage()
+WhatsappLine &WhatsappContent::addLine()
 {
-    WhatsappMessage &message = m_messages.emplace_back();
-    m_list.append(&message);
-    return message;
+    WhatsappLine &line = m_lines.emplace_back();
+    m_list.append(&line);
+    return line;
 }
 
 void WhatsappContent::removeFirst()
 {
     m_list.removeFirst();
-    m_messages.pop_front();
+    m_lines.pop_front();
 }
 
 void WhatsappContent::removeLast()
 {
     m_list.removeLast();
-    m_messages.pop_back();
+    m_lines.pop_back();
 }
 
-WhatsappMessage &WhatsappContent::addAside()
+WhatsappLine &WhatsappContent::addAside()
 {
     return m_asides.emplace_back();
 }
 
-void WhatsappContent::weave(const std::vector<Line> &lines)
+void WhatsappContent::weave(const std::vector<Aside> &asides)
 {
-    if (lines.empty())
+    if (asides.empty())
         return;
     std::priority_queue<Waiting, std::vector<Waiting>, std::greater<>> waiting;
     QList<BkWhatsappMsg *> woven;
-    woven.reserve(qsizetype(m_messages.size() + lines.size()));
+    woven.reserve(qsizetype(m_lines.size() + asides.size()));
     const auto takeFirst = [&] {
-        woven.append(lines[waiting.top().number].line);
+        woven.append(asides[waiting.top().number].line);
         waiting.pop();
     };
     std::size_t next = 0;
-    for (WhatsappMessage &message : m_messages) {
+    for (WhatsappLine &message : m_lines) {
         while (!waiting.empty() && waiting.top().dateMs <= message.dateMs)
             takeFirst();
         woven.append(&message);
-        for (; next < lines.size() && lines[next].message == &message; ++next) {
-            const qint64 own = lines[next].line->dateMs;
+        for (; next < asides.size() && asides[next].message == &message; ++next) {
+            const qint64 own = asides[next].line->dateMs;
             // Without a time it stands right behind its message.
-            waiting.push({ own == PhoneTime::kNoMs ? message.dateMs : own, next });
+            waiting.push({ own == PhoneBackup::PhoneTime::kNoMs ? message.dateMs : own, next });
         }
     }
     while (!waiting.empty())
@@ -80,4 +80,4 @@ void WhatsappContent::weave(const std::vector<Line> &lines)
     m_list = std::move(woven);
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

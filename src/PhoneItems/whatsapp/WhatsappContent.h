@@ -1,23 +1,23 @@
 #ifndef PHONEITEMS_WHATSAPP_WHATSAPPCONTENT_H
 #define PHONEITEMS_WHATSAPP_WHATSAPPCONTENT_H
 
-#include "PhoneItems/whatsapp/WhatsappMessage.h"
+#include "PhoneItems/whatsapp/WhatsappLine.h"
 #include "message/BkWhatsappChat.h"
 
 #include <deque>
 #include <vector>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 //! The messages of the chat that is open.
 class WhatsappContent final : public BkWhatsappChat
 {
 public:
     //! A line that stands behind a message, at its own time.
-    struct Line
+    struct Aside
     {
-        const WhatsappMessage *message;
-        WhatsappMessage *line;
+        const WhatsappLine *message;
+        WhatsappLine *line;
     };
 
     const QList<BkWhatsappMsg *> &messages() const override { return m_list; }
@@ -26,33 +26,33 @@ public:
     void clear();
 
     //! Adds a message behind the others; and takes back the one that was added first or last.
-    WhatsappMessage &addMessage();
+    WhatsappLine &addLine();
     void removeFirst();
     void removeLast();
 
     //! Adds a message that stands nowhere yet; weave() gives it its place.
-    WhatsappMessage &addAside();
+    WhatsappLine &addAside();
 
     /*!
-        Puts each of \a lines behind its message, before the first later message that is newer.
-        \a lines are in the order of their messages.
+        Puts each of \a asides behind its message, before the first later message that is newer.
+        \a asides are in the order of their messages.
     */
-    void weave(const std::vector<Line> &lines);
+    void weave(const std::vector<Aside> &asides);
 
-    //! Calls \a visit for each message that was added by addMessage().
+    //! Calls \a visit for each message that was added by addLine().
     template <typename Visit>
     void forEach(const Visit &visit) const
     {
-        for (const WhatsappMessage &message : m_messages)
+        for (const WhatsappLine &message : m_lines)
             visit(message);
     }
 
 private:
-    std::deque<WhatsappMessage> m_messages;
-    std::deque<WhatsappMessage> m_asides;
+    std::deque<WhatsappLine> m_lines;
+    std::deque<WhatsappLine> m_asides;
     QList<BkWhatsappMsg *> m_list;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -2,11 +2,14 @@
 
 #include "PhoneBackup/whatsapp/WhatsappStore.h"
 #include "PhoneItems/whatsapp/WhatsappContent.h"
+#include "PhoneItems/whatsapp/WhatsappLines.h"
 
 #include <algorithm>
 #include <numeric>
 
-namespace PhoneBackup {
+namespace PhoneItems {
+
+using namespace PhoneBackup;
 
 namespace {
 
@@ -16,7 +19,8 @@ constexpr std::size_t kFewMessages = 4;
 } // namespace
 
 WhatsappData::WhatsappData(Source &source)
-    : ItemData(WhatsappDatabase::kChats)
+    : ItemData(DataType::Whatsapp)
+    , m_source(source)
     , m_stores(WhatsappStore::openAll(source))
     , m_content(std::make_unique<WhatsappContent>())
 {
@@ -44,14 +48,14 @@ bool WhatsappData::isEmpty(const WhatsappChat &chat)
     if (chat.messages.size() > kFewMessages)
         return false;
     m_content->clear();
-    return chat.store->reader().read(chat, *m_content) && m_content->messages().isEmpty();
+    return WhatsappLines(m_source, chat, *m_content).read() && m_content->messages().isEmpty();
 }
 
 WhatsappContent *WhatsappData::content(int index) const
 {
     if (m_current != index) {
         m_content->clear();
-        const bool read = chat(index).store->reader().read(chat(index), *m_content);
+        const bool read = WhatsappLines(m_source, chat(index), *m_content).read();
         m_current = read ? index : -1;
     }
     return m_current == index ? m_content.get() : nullptr;
@@ -59,7 +63,7 @@ WhatsappContent *WhatsappData::content(int index) const
 
 void readWhatsapp(Source &source, DataSets &sets)
 {
-    sets[WhatsappDatabase::kChats] = std::make_unique<WhatsappData>(source);
+    sets[DataType::Whatsapp] = std::make_unique<WhatsappData>(source);
 }
 
 qint64 WhatsappData::messageCount() const
@@ -70,4 +74,4 @@ qint64 WhatsappData::messageCount() const
         });
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

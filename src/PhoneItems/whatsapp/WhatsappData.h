@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 class WhatsappContent;
 
@@ -24,10 +24,10 @@ class WhatsappContent;
 class WhatsappData final : public ItemData<WhatsappItem>
 {
 public:
-    explicit WhatsappData(Source &source);
+    explicit WhatsappData(PhoneBackup::Source &source);
     ~WhatsappData() override;
 
-    const WhatsappChat &chat(int index) const { return m_chats[std::size_t(index)]; }
+    const PhoneBackup::WhatsappChat &chat(int index) const { return m_chats[std::size_t(index)]; }
 
     //! How many messages there are that the filter accepts.
     qint64 messageCount() const;
@@ -37,17 +37,18 @@ public:
     WhatsappContent *content(int index) const;
 
 private:
-    bool isEmpty(const WhatsappChat &chat);
+    bool isEmpty(const PhoneBackup::WhatsappChat &chat);
 
-    std::vector<std::unique_ptr<WhatsappStore>> m_stores;
+    PhoneBackup::Source &m_source;
+    std::vector<std::unique_ptr<PhoneBackup::WhatsappStore>> m_stores;
     std::unique_ptr<WhatsappContent> m_content;
-    std::vector<WhatsappChat> m_chats;
+    std::vector<PhoneBackup::WhatsappChat> m_chats;
     mutable int m_current = -1;
 };
 
 //! Reads data type 11.
-void readWhatsapp(Source &source, DataSets &sets);
+void readWhatsapp(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -3,8 +3,11 @@
 #include "PhoneBackup/whatsapp/WhatsappStore.h"
 #include "PhoneItems/whatsapp/WhatsappContent.h"
 #include "PhoneItems/whatsapp/WhatsappData.h"
+#include "PhoneItems/whatsapp/WhatsappWords.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
+
+using namespace PhoneBackup;
 
 WhatsappItem::WhatsappItem(const WhatsappData &data, int index)
     : m_data(data)
@@ -17,11 +20,11 @@ QString WhatsappItem::value(int index) const
     const WhatsappChat &chat = m_data.chat(m_index);
     switch (index) {
     case 0:
-        return chat.name;
+        return WhatsappWords::title(chat);
     case 1:
-        return chat.contact;
+        return chat.isWithPerson() ? WhatsappWords::name(chat.partner) : QString();
     case 2:
-        return chat.number;
+        return chat.partner.number;
     default:
         return {};
     }
@@ -52,4 +55,4 @@ BkWhatsappChat *WhatsappItem::detailContent() const
     return m_data.content(m_index);
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

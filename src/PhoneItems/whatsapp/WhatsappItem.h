@@ -3,7 +3,7 @@
 
 #include "message/BkWhatsappItem.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 class WhatsappData;
 
@@ -27,6 +27,6 @@ private:
     int m_index;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -1,47 +1,42 @@
 #ifndef PHONEITEMS_WHATSAPP_WHATSAPPWORDS_H
 #define PHONEITEMS_WHATSAPP_WHATSAPPWORDS_H
 
-#include <QString>
-
-namespace PhoneBackup {
-
-struct WhatsappMediaItem;
+#include "PhoneBackup/whatsapp/WhatsappChat.h"
+#include "PhoneBackup/whatsapp/WhatsappMessage.h"
+#include "message/BkWhatsappType.h"
 
 /*!
     The words for what WhatsApp's messages hold besides their text, in the user's language.
 */
-namespace WhatsappWords {
+namespace PhoneItems::WhatsappWords {
 
-//! What happened, and to whom.
-struct Event
-{
-    qint64 code = 0; //!< As it is stored.
-    QString who; //!< Who did it; empty when not known.
-    bool byOwner = false; //!< The phone's owner did it.
-    QString text; //!< What the row says to a person, identifiers replaced by names.
-    QString stored; //!< What the row holds: text or data.
-};
+//! What a person is called, the phone's owner like others.
+QString name(const PhoneBackup::WhatsappPerson &person);
 
-//! Text of what happened in a group.
-QString groupEvent(const Event &event);
+//! What a chat is called.
+QString title(const PhoneBackup::WhatsappChat &chat);
 
-//! Text of the app's own notices.
-QString notice(const Event &event);
-
-//! \a text when a person can read it; empty for what is data to the app.
-QString readable(const QString &text);
+//! Text of what happened to a chat.
+QString event(const PhoneBackup::WhatsappEvent &event);
 
 //! A word for a picture, video or audio message that has no text; empty for other type codes.
 QString mediaKind(int code);
 
-//! The people of one or several contact cards with their numbers, a line each.
-QString contactCards(const WhatsappMediaItem &item);
+//! What an answered message said when it was answered, else a word for what it was.
+QString quoted(const PhoneBackup::WhatsappQuote &quote);
 
-//! A place: its name, address and coordinates with a link to a map. \a comment stands above.
-QString location(const WhatsappMediaItem &item, const QString &comment);
+//! The text of a message, which is no event.
+QString text(const PhoneBackup::WhatsappMessage &message);
 
-} // namespace WhatsappWords
+//! The line that tells how often a channel's readers chose which emoji.
+QString reactionCounts(const std::vector<PhoneBackup::WhatsappReactionCount> &counts);
 
-} // namespace PhoneBackup
+//! The line below a film of which only a small picture is there.
+QString previewOfVideo();
+
+//! Who reacted: "You" for the owner.
+QString reactor(const PhoneBackup::WhatsappPerson &person, bool inGroup);
+
+} // namespace PhoneItems::WhatsappWords
 
 #endif

@@ -13,6 +13,7 @@ std::span<const NoticeWords> mediaNotices();
 std::span<const NoticeWords> plannerNotices();
 std::span<const NoticeWords> safariNotices();
 std::span<const NoticeWords> contactNotices();
+std::span<const NoticeWords> whatsappNotices();
 std::span<const NoticeWords> sourceNotices();
 
 } // namespace PhoneItems

@@ -71,6 +71,7 @@ std::span<const std::span<const NoticeWords>> allNoticeWords()
         mediaNotices(),
         plannerNotices(),
         safariNotices(),
+        whatsappNotices(),
     };
     // clang-format on
     return kRooms;

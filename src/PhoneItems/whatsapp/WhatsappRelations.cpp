@@ -1,19 +1,16 @@
-#include "PhoneBackup/whatsapp/WhatsappRelations.h"
+#include "PhoneItems/whatsapp/WhatsappRelations.h"
 
-#include "PhoneBackup/whatsapp/WhatsappRecords.h"
 #include "PhoneItems/shared/QuoteWords.h"
 #include "PhoneItems/whatsapp/WhatsappContent.h"
 #include "PhoneItems/whatsapp/WhatsappWords.h"
 
 #include <algorithm>
 
-namespace PhoneBackup {
-
-namespace QuoteWords = PhoneItems::QuoteWords;
+namespace PhoneItems {
 
 namespace {
 
-QString quoted(const WhatsappMessage &message)
+QString quoted(const WhatsappLine &message)
 {
     return QuoteWords::quote(message.text.isEmpty() ? WhatsappWords::mediaKind(message.code)
                                                     : message.text);
@@ -26,30 +23,11 @@ quint64 WhatsappRelations::hashOf(QByteArrayView id)
     return quint64(qHash(id));
 }
 
-void WhatsappRelations::clear()
+void WhatsappRelations::addAnswer(WhatsappLine &message,
+                                  QByteArrayView id,
+                                  const QString &quotedText)
 {
-    m_reactions.clear();
-    m_answers.clear();
-    m_targets.clear();
-}
-
-void WhatsappRelations::addReactions(std::vector<Reaction> reactions)
-{
-    QHash<QString, std::size_t> last;
-    for (std::size_t i = 0; i < reactions.size(); ++i) {
-        const auto known = last.constFind(reactions[i].person);
-        if (known == last.constEnd() || !(reactions[i].date < reactions[*known].date))
-            last.insert(reactions[i].person, i);
-    }
-    for (std::size_t i = 0; i < reactions.size(); ++i) {
-        if (last.value(reactions[i].person) == i && !reactions[i].emoji.isEmpty())
-            m_reactions.push_back(std::move(reactions[i]));
-    }
-}
-
-void WhatsappRelations::addAnswer(WhatsappMessage &message, const WhatsappQuote &quote)
-{
-    m_answers.push_back({ &message, hashOf(quote.id), quote.text });
+    m_answers.push_back({ &message, hashOf(id), quotedText });
 }
 
 void WhatsappRelations::apply(WhatsappContent &content, bool nameSenders)
@@ -58,11 +36,11 @@ void WhatsappRelations::apply(WhatsappContent &content, bool nameSenders)
         return;
     findTargets(content);
     // All quotes are taken before any text changes: none holds another.
-    std::vector<WhatsappContent::Line> lines;
+    std::vector<WhatsappContent::Aside> lines;
     lines.reserve(m_reactions.size());
     for (const Reaction &reaction : m_reactions) {
-        const QString what = reaction.message->isDeleted ? QString() : quoted(*reaction.message);
-        WhatsappMessage &line = content.addAside();
+        const QString what = reaction.message->isDeleted() ? QString() : quoted(*reaction.message);
+        WhatsappLine &line = content.addAside();
         line.text = QuoteWords::reaction(reaction.who, reaction.emoji, what);
         line.fromMe = reaction.byOwner;
         line.files = reaction.message->files;
@@ -92,7 +70,7 @@ void WhatsappRelations::findTargets(const WhatsappContent &content)
         return;
     for (const Answer &answer : m_answers)
         m_targets.insert(answer.target, nullptr);
-    content.forEach([this](const WhatsappMessage &message) {
+    content.forEach([this](const WhatsappLine &message) {
         const auto found = m_targets.find(message.idHash);
         if (found != m_targets.end())
             *found = &message;
@@ -102,8 +80,8 @@ void WhatsappRelations::findTargets(const WhatsappContent &content)
 // Of a message that is gone, what the answer holds of it.
 QString WhatsappRelations::quote(const Answer &answer) const
 {
-    const WhatsappMessage *target = m_targets.value(answer.target);
-    return target && !target->isDeleted ? quoted(*target) : QuoteWords::quote(answer.quotedText);
+    const WhatsappLine *target = m_targets.value(answer.target);
+    return target && !target->isDeleted() ? quoted(*target) : QuoteWords::quote(answer.quotedText);
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

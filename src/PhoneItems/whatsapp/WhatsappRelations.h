@@ -1,5 +1,5 @@
-#ifndef PHONEBACKUP_WHATSAPP_WHATSAPPRELATIONS_H
-#define PHONEBACKUP_WHATSAPP_WHATSAPPRELATIONS_H
+#ifndef PHONEITEMS_WHATSAPP_WHATSAPPRELATIONS_H
+#define PHONEITEMS_WHATSAPP_WHATSAPPRELATIONS_H
 
 #include <QByteArrayView>
 #include <QDateTime>
@@ -8,11 +8,10 @@
 
 #include <vector>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 class WhatsappContent;
-class WhatsappMessage;
-struct WhatsappQuote;
+class WhatsappLine;
 
 /*!
     \brief What the messages of one chat have to do with each other: reactions and answers.
@@ -25,23 +24,20 @@ public:
     //! Somebody's reaction to a message.
     struct Reaction
     {
-        const WhatsappMessage *message;
+        const WhatsappLine *message;
         bool byOwner;
-        QString person; //!< Equal for the same person, under whichever identifier.
         QString who; //!< Their name.
-        QString emoji; //!< Empty: withdrawn.
-        QDateTime date;
+        QString emoji;
+        QDateTime date; //!< May be invalid.
     };
 
     static quint64 hashOf(QByteArrayView id);
 
-    void clear();
+    //! Adds a reaction. Called in the order of the messages.
+    void addReaction(const Reaction &reaction) { m_reactions.push_back(reaction); }
 
-    //! Adds the reactions to one message; the last one of each person counts. Called in the order
-    //! of the messages.
-    void addReactions(std::vector<Reaction> reactions);
-
-    void addAnswer(WhatsappMessage &message, const WhatsappQuote &quote);
+    //! Adds an answer to the message \a id, whose text was \a quotedText.
+    void addAnswer(WhatsappLine &message, QByteArrayView id, const QString &quotedText);
 
     /*!
         Puts above each answer what it answers, and adds a line for each reaction at its time.
@@ -52,7 +48,7 @@ public:
 private:
     struct Answer
     {
-        WhatsappMessage *message;
+        WhatsappLine *message;
         quint64 target;
         QString quotedText; // as the answer has it
     };
@@ -62,9 +58,9 @@ private:
 
     std::vector<Reaction> m_reactions;
     std::vector<Answer> m_answers;
-    QHash<quint64, const WhatsappMessage *> m_targets;
+    QHash<quint64, const WhatsappLine *> m_targets;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif
