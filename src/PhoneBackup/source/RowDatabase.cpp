@@ -86,33 +86,38 @@ bool RowDatabase::query(const QString &what,
                         const std::function<void(const Statement &)> &row,
                         Order order)
 {
-    const QString sql = u"SELECT %1 FROM %2"_s.arg(what, from);
-    // In any order: an index that holds all of it is read in place of a table with long rows.
-    if (order == Order::Any && readRows(sql, row))
-        return true;
-    // The number of the row comes last.
+    return readTable(
+        what, from, [&row](const Statement &statement, qint64) { row(statement); }, order);
+}
+
+bool RowDatabase::readTable(const QString &what,
+                            const QString &from,
+                            const ReadRow &row,
+                            Order order)
+{
+    // The number of the row comes last, where columns do not move it.
+    const QString sql =
+        u"SELECT %1ROWID AS row_number FROM %2"_s.arg(what.isEmpty() ? what : what + u", "_s, from);
     qint64 lastForward = 0;
-    qint64 lastBackward = std::numeric_limits<qint64>::max();
-    const auto keepingPlace = [&row](qint64 &place) {
-        return [&row, &place](const Statement &statement) {
-            place = statement.integer(statement.columnCount() - 1);
-            row(statement);
-        };
-    };
-    const QString numbered = u"SELECT %1, ROWID AS row_number FROM %2"_s.arg(what, from);
-    if (readRows(numbered + u" ORDER BY ROWID"_s, keepingPlace(lastForward)))
+    // In any order: an index that holds all of it is read in place of a table with long rows.
+    if (order == Order::Any && readRows(sql, lastForward, row))
         return true;
-    if (m_source->keepGoing()
-        && !readRows(numbered + u" ORDER BY ROWID DESC"_s, keepingPlace(lastBackward)))
-        readBetween(numbered, std::max<qint64>(lastForward, 0), lastBackward, row);
+    lastForward = 0;
+    qint64 lastBackward = std::numeric_limits<qint64>::max();
+    if (readRows(sql + u" ORDER BY ROWID"_s, lastForward, row))
+        return true;
+    if (m_source->keepGoing() && !readRows(sql + u" ORDER BY ROWID DESC"_s, lastBackward, row))
+        readBetween(sql, std::max<qint64>(lastForward, 0), lastBackward, row);
     return false;
 }
 
-bool RowDatabase::readRows(const QString &sql, const std::function<void(const Statement &)> &row)
+// \a last becomes the number of the last row that was read.
+bool RowDatabase::readRows(const QString &sql, qint64 &last, const ReadRow &row)
 {
     const std::unique_ptr<Statement> statement = prepare(sql);
     if (!statement)
         return false;
+    const int numberPlace = statement->columnCount() - 1;
     for (qint64 left = m_database->maxRowCount();; --left) {
         const Statement::Step step = statement->step();
         if (step == Statement::Step::Done)
@@ -125,7 +130,8 @@ bool RowDatabase::readRows(const QString &sql, const std::function<void(const St
             addLoss(Notice("source.endlessRows"));
             return false;
         }
-        row(*statement);
+        last = statement->integer(numberPlace);
+        row(*statement, last);
         if (!m_source->keepGoing())
             return false;
     }
@@ -133,10 +139,7 @@ bool RowDatabase::readRows(const QString &sql, const std::function<void(const St
 
 // What lies between damaged pages: behind each of them reading goes on at the first row that
 // answers, which is looked for in leaps that double, and then between the last two of them.
-void RowDatabase::readBetween(const QString &sql,
-                              qint64 after,
-                              qint64 before,
-                              const std::function<void(const Statement &)> &row)
+void RowDatabase::readBetween(const QString &sql, qint64 after, qint64 before, const ReadRow &row)
 {
     constexpr int kMaxDamagedPlaces = 10'000;
     constexpr qint64 kLongestLeap = qint64(1) << 60;
@@ -175,7 +178,7 @@ void RowDatabase::readBetween(const QString &sql,
             if (number <= after || --left < 0 || !m_source->keepGoing())
                 return;
             after = number;
-            row(*statement);
+            row(*statement, number);
         }
         if (step == Statement::Step::Done || after >= before - 1)
             return;
@@ -196,7 +199,7 @@ void RowDatabase::addFailure(const Statement &statement) const
     if (statement.isStopped())
         m_source->stop();
     else
-        addLoss(Notice("source.damaged", { statement.error() }));
+        addLoss(Notice("source.damaged", { statement.failure() }));
 }
 
 void RowDatabase::addLoss(const Notice &why) const

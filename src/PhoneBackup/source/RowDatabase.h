@@ -91,6 +91,12 @@ public:
                const std::function<void(const Statement &)> &row,
                Order order = Order::ByRow);
 
+    //! The same, with the number of each row.
+    bool readTable(const QString &what,
+                   const QString &from,
+                   const std::function<void(const Statement &, qint64 number)> &row,
+                   Order order);
+
     //! Prepares a query that is known to fit; none, and a problem, when the database cannot.
     std::unique_ptr<Statement> prepare(const QString &sql);
 
@@ -107,11 +113,10 @@ public:
     Notice firstLoss() const { return m_firstLoss; }
 
 private:
-    bool readRows(const QString &sql, const std::function<void(const Statement &)> &row);
-    void readBetween(const QString &sql,
-                     qint64 after,
-                     qint64 before,
-                     const std::function<void(const Statement &)> &row);
+    using ReadRow = std::function<void(const Statement &, qint64 number)>;
+
+    bool readRows(const QString &sql, qint64 &last, const ReadRow &row);
+    void readBetween(const QString &sql, qint64 after, qint64 before, const ReadRow &row);
 
     Source *m_source;
     int m_dataType;

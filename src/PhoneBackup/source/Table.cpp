@@ -25,12 +25,6 @@ Table::Column Table::expression(const QString &sql)
     return column;
 }
 
-// The number of the row stands behind all columns, where new ones do not move it.
-QString Table::select() const
-{
-    return (m_columns + QStringList(u"ROWID"_s)).join(u", "_s);
-}
-
 bool Table::forEach(const std::function<void(const Row &)> &row,
                     const QString &condition,
                     Order order) const
@@ -38,35 +32,31 @@ bool Table::forEach(const std::function<void(const Row &)> &row,
     if (!exists())
         return true;
     const QString from = condition.isEmpty() ? m_name : m_name + " WHERE "_L1 + condition;
-    const int idPlace = int(m_columns.size());
-    if (order == Order::Any) {
-        return m_database->query(
-            select(),
-            from,
-            [&](const Statement &statement) { row(Row(&statement, idPlace)); },
-            RowDatabase::Order::Any);
-    }
     SeenRows seen;
-    return m_database->query(select(), from, [&](const Statement &statement) {
-        const Row current(&statement, idPlace);
-        if (seen.add(current.id()))
-            row(current);
-    });
+    const bool inAnyOrder = order == Order::Any;
+    return m_database->readTable(
+        m_columns.join(u", "_s),
+        from,
+        [&](const Statement &statement, qint64 id) {
+            if (inAnyOrder || seen.add(id))
+                row(Row(&statement, id));
+        },
+        inAnyOrder ? RowDatabase::Order::Any : RowDatabase::Order::ByRow);
 }
 
 Table::Lookup Table::lookup() const
 {
-    return Lookup(*m_database,
-                  exists() ? m_database->prepare(
-                      u"SELECT %1 FROM %2 WHERE ROWID = ?1"_s.arg(select(), m_name))
-                           : nullptr,
-                  int(m_columns.size()));
+    const QString what = m_columns.isEmpty() ? u"1"_s : m_columns.join(u", "_s);
+    return Lookup(
+        *m_database,
+        exists() ? m_database->prepare(u"SELECT %1 FROM %2 WHERE ROWID = ?1"_s.arg(what, m_name))
+                 : nullptr);
 }
 
-Table::Lookup::Lookup(RowDatabase &database, std::unique_ptr<Statement> statement, int idPlace)
+Table::Lookup::Lookup(RowDatabase &database, std::unique_ptr<Statement> statement)
     : m_database(&database)
     , m_statement(std::move(statement))
-    , m_row(m_statement.get(), idPlace)
+    , m_row(m_statement.get(), 0)
 {
 }
 
@@ -81,6 +71,7 @@ const Table::Row *Table::Lookup::find(qint64 id)
     m_failed = step == Statement::Step::Failed;
     if (m_failed)
         m_database->addFailure(*m_statement);
+    m_row.m_id = id;
     return step == Statement::Step::Row ? &m_row : nullptr;
 }
 

@@ -34,7 +34,7 @@ public:
     {
     public:
         //! The number of the row, which is its integer primary key when it has one.
-        qint64 id() const { return m_statement->integer(m_idPlace); }
+        qint64 id() const { return m_id; }
 
         qint64 integer(Column column) const { return m_statement->integer(column.place); }
         std::optional<double> number(Column column) const
@@ -50,14 +50,14 @@ public:
 
     private:
         friend class Table;
-        Row(const Statement *statement, int idPlace)
+        Row(const Statement *statement, qint64 id)
             : m_statement(statement)
-            , m_idPlace(idPlace)
+            , m_id(id)
         {
         }
 
         const Statement *m_statement;
-        int m_idPlace;
+        qint64 m_id;
     };
 
     class Lookup;
@@ -111,8 +111,6 @@ public:
     Lookup lookup() const;
 
 private:
-    QString select() const;
-
     RowDatabase *m_database;
     QString m_name;
     QStringList m_columns;
@@ -132,7 +130,7 @@ public:
 
 private:
     friend class Table;
-    Lookup(RowDatabase &database, std::unique_ptr<Statement> statement, int idPlace);
+    Lookup(RowDatabase &database, std::unique_ptr<Statement> statement);
 
     RowDatabase *m_database;
     std::unique_ptr<Statement> m_statement;
