@@ -1,9 +1,9 @@
 #include "HeifPicture.h"
 
+#include "Files/PictureFormat.h"
 #include "HeifStructure.h"
 #include "PlaneAverages.h"
 #include "ReducedHevc.h"
-#include "platform/PictureFormat_p.h"
 
 #include <QColorSpace>
 #include <QIODevice>

@@ -18,20 +18,21 @@ candidates() {
 # Lines that may, and why.
 exceptions=$(
     sed -n 's/^\([^ ].*[^ ]\)  *# .*$/\1/p' <<'LIST'
-^src/DataExport/platform/NativeFile\.cpp:                              # the way
+^src/Files/OpenToRead\.h:                                             # the way
+^src/DataExport/platform/NativeFile\.cpp:.*::open\(                   # of the output
 ^src/DataExport/platform/OutputFile\.cpp:.*::open\(                   # of the output
 ^src/PhoneBackup/base/FolderReader\.cpp:.*::openat\(parent           # folders, never files
 ^src/PhoneBackup/folder/BackupFolder\.cpp:.*O_PATH \| O_DIRECTORY      # likewise, and not read
 ^src/PhoneBackup/base/PrivateFolder\.cpp:.*m_descriptor\(::open\(    # the lock of our own folder
-^src/PhoneBackup/folder/(BackupFiles|ManifestFile)\.cpp:.*(device->|plain\.)open\( # decrypted as it is read
+^src/PhoneBackup/folder/(BackupFiles|ManifestFile)\.cpp:.*(decrypted->|plain\.)open\( # decrypted as it is read
 ^src/PhoneBackup/sqlite/Database\.cpp:.*::open\(path, flags            # in that way, for SQLite
 ^src/PhoneBackup/sqlite/Database\.cpp:.*sqlite3_open_v2                # with the line above
 ^src/PhoneItems/media/BookArchive\.cpp:.*zipOpen64\(                   # writes into our own folder
 LIST
 )
 
-found=$(candidates src/PhoneBackup src/PhoneItems src/DataExport plugins | grep -vE "$exceptions" || true)
+found=$(candidates src/Files src/PhoneBackup src/PhoneItems src/DataExport plugins | grep -vE "$exceptions" || true)
 if [ -n "$found" ]; then
-    printf 'opened past CCommonUtils::openForReading() and NativeFile:\n%s\n' "$found"
+    printf 'opened past Files::openToRead():\n%s\n' "$found"
     exit 1
 fi

@@ -6,6 +6,7 @@ import pathlib
 import re
 import sys
 
+FILES = "Files"  # below everything
 LIBRARY = [f"DataExport/{folder}" for folder in ("platform", "export", "backup")]
 FORMATS = [f"PhoneBackup/{folder}" for folder in ("sqlite", "plist", "packed", "crypto")]
 ROOMS = ["messages", "whatsapp", "contacts", "notes", "planner", "calls", "safari", "media"]
@@ -14,23 +15,27 @@ ITEM_MODEL = [f"DataExport/{folder}" for folder in ("message", "contact", "table
 
 # Each folder, and those below it whose headers it may include besides its own.
 FLOORS = {
+    "Files": [],
     "DataExport/platform": [],
     "DataExport/export": LIBRARY[:1],
     "DataExport/backup": LIBRARY[:2],
     **{f"DataExport/{folder}": LIBRARY for folder in ("message", "contact", "table")},
-    "PhoneBackup/base": LIBRARY[:1],
-    **{folder: ["PhoneBackup/base", *LIBRARY[:1]] for folder in FORMATS},
-    "PhoneBackup/folder": ["PhoneBackup/base", *FORMATS, *LIBRARY[:1]],
+    "PhoneBackup/base": [],
+    "PhoneBackup/crypto": ["PhoneBackup/base"],
+    "PhoneBackup/plist": ["PhoneBackup/base"],
+    "PhoneBackup/packed": ["PhoneBackup/base"],
+    "PhoneBackup/sqlite": ["PhoneBackup/base", *LIBRARY[:1]],
+    "PhoneBackup/folder": ["PhoneBackup/base", *FORMATS],
     "PhoneBackup/source": [*BELOW_ROOMS[:-1], *LIBRARY[:1]],
     # The readers still fill the item model themselves.
     **{f"PhoneBackup/{room}": [*BELOW_ROOMS, *LIBRARY[:1], "PhoneItems/words", "PhoneItems/shared",
                                "PhoneItems", *(f"PhoneItems/{room}" for room in ROOMS)]
        for room in ROOMS},
-    "PhoneBackup/media": [*BELOW_ROOMS, *LIBRARY[:1]],
+    "PhoneBackup/media": BELOW_ROOMS,
     "PhoneBackup/planner": BELOW_ROOMS,
     "PhoneBackup/safari": BELOW_ROOMS,
     "PhoneBackup/whatsapp": BELOW_ROOMS,
-    "PhoneBackup/contacts": [*BELOW_ROOMS, *LIBRARY[:1]],
+    "PhoneBackup/contacts": BELOW_ROOMS,
     "PhoneItems/words": ["PhoneBackup/base", *LIBRARY[:1]],
     "PhoneItems/shared": ["PhoneItems/words", *BELOW_ROOMS, *LIBRARY[:1], *ITEM_MODEL],
     **{f"PhoneItems/{room}": ["PhoneItems", "PhoneItems/words", "PhoneItems/shared",
@@ -53,14 +58,13 @@ NEIGHBOURS = {
 ITEM_HEADER = re.compile(r"(backup|message|contact|table)/Bk\w+\.h")
 # What decodes pictures is for a run, too; nothing else that the library keeps to itself is for it or for
 # the program.
-PRIVATE_HEADER = re.compile(
-    r"(?!export/(PictureReader|QuietDecoding)_p|platform/PictureFormat_p).*_p\.h")
+PRIVATE_HEADER = re.compile(r"(?!export/(PictureReader|QuietDecoding)_p).*_p\.h")
 LONGEST_FILE = 650
 
 
 def folder_of(include: str) -> str:
     folder = str(pathlib.PurePosixPath(include).parent)
-    return folder if folder.startswith(("Phone", "Export")) else f"DataExport/{folder}"
+    return folder if folder.startswith(("Phone", "Export", FILES)) else f"DataExport/{folder}"
 
 
 def main(root: pathlib.Path) -> int:
@@ -85,7 +89,7 @@ def main(root: pathlib.Path) -> int:
             to = folder_of(include)
             if to == folder:
                 continue
-            below = to in allowed or (folder, to) in NEIGHBOURS
+            below = to == FILES or to in allowed or (folder, to) in NEIGHBOURS
             if folder.startswith(("Phone", "cli")) and to in ITEM_MODEL:
                 below = below and bool(ITEM_HEADER.fullmatch(include))
             if folder.startswith(("Export", "cli")):

@@ -1,9 +1,9 @@
+#include "Files/PictureFormat.h"
 #include "export/JpegScans_p.h"
 #include "export/PictureReader_p.h"
 #include "export/PngCheck_p.h"
 #include "export/QuietDecoding_p.h"
 #include "export/StoredOrientation_p.h"
-#include "platform/PictureFormat_p.h"
 #include "platform/Translation_p.h"
 
 #include <QBuffer>

@@ -1,3 +1,4 @@
+#include "Files/OpenToRead.h"
 #include "platform/NativeFile_p.h"
 #include "platform/Translation_p.h"
 
@@ -12,9 +13,6 @@
 
 namespace {
 
-// No error of the system says that a thing may be opened but is a folder, a pipe or a device.
-constexpr int kNotRegular = -1;
-
 // From here on it pays to tell the system that all of a file will be read.
 constexpr qint64 kLongFile = 512LL * 1024;
 
@@ -27,26 +25,16 @@ NativeFile::~NativeFile()
 
 bool NativeFile::openForReading(const QString &path)
 {
-    const QByteArray native = QFile::encodeName(path);
-    // Without O_NONBLOCK a pipe would wait here for somebody to write into it.
-    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
-    int descriptor = ::open(native.constData(), kFlags | O_NOATIME);
-    if (descriptor < 0 && errno == EPERM) // only the file's owner may ask for O_NOATIME
-        descriptor = ::open(native.constData(), kFlags);
-    if (!adopt(descriptor))
+    const Files::Opened opened = Files::openToRead(path);
+    m_descriptor = opened.descriptor;
+    if (m_descriptor < 0) {
+        m_error = opened.error;
         return false;
-    struct stat status
-    {
-    };
-    if (::fstat(m_descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
-        m_left = status.st_size;
-        if (m_left > kLongFile)
-            ::posix_fadvise(m_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
-        return true;
     }
-    close();
-    m_error = kNotRegular;
-    return false;
+    m_left = opened.sizeBytes;
+    if (m_left > kLongFile)
+        ::posix_fadvise(m_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
+    return true;
 }
 
 bool NativeFile::create(const QString &path)
@@ -143,8 +131,8 @@ qint64 NativeFile::sizeBytes(const QString &path)
 
 QString NativeFile::errorString() const
 {
-    return m_error == kNotRegular ? DataExport::tr("it is not a regular file")
-                                  : qt_error_string(m_error);
+    return m_error == Files::kNotRegular ? DataExport::tr("it is not a regular file")
+                                         : qt_error_string(m_error);
 }
 
 bool NativeFile::adopt(int descriptor)

@@ -1,10 +1,10 @@
 #include "Export/HeicToJpeg/HeicToJpeg.h"
 
 #include "Export/HeicToJpeg/HeicExif.h"
+#include "Files/PictureFormat.h"
 #include "export/PictureReader_p.h"
 #include "export/QuietDecoding_p.h"
 #include "platform/CCommonUtils.h"
-#include "platform/PictureFormat_p.h"
 
 #include <QBuffer>
 #include <QColorSpace>

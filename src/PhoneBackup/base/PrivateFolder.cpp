@@ -1,7 +1,7 @@
 #include "PhoneBackup/base/PrivateFolder.h"
 
 #include "PhoneBackup/base/FolderReader.h"
-#include "platform/CCommonUtils.h"
+#include "PhoneBackup/base/OpenFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -221,8 +221,8 @@ Result<> PrivateFolder::make()
 Result<> PrivateFolder::copy(const QString &source, const QString &name, const QString &target)
 {
     QFile from(source);
-    QString why;
-    if (!CCommonUtils::openForReading(from, &why))
+    Notice why;
+    if (!openForReading(from, &why))
         return Error { Fault::Io, source, Notice("base.unreadable", { name, why }) };
     return copy(from, name, target, {});
 }

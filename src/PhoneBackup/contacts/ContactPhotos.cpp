@@ -1,8 +1,8 @@
 #include "PhoneBackup/contacts/ContactPhotos.h"
 
+#include "Files/PictureFormat.h"
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/source/Source.h"
-#include "platform/PictureFormat_p.h"
 
 #include <algorithm>
 #include <tuple>

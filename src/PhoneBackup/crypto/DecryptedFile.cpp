@@ -1,6 +1,6 @@
 #include "PhoneBackup/crypto/DecryptedFile.h"
 
-#include "platform/CCommonUtils.h"
+#include "PhoneBackup/base/OpenFile.h"
 
 #include <openssl/evp.h>
 
@@ -54,11 +54,8 @@ DecryptedFile::~DecryptedFile()
 
 bool DecryptedFile::open(OpenMode mode)
 {
-    QString why;
-    if (!m_reliable || (mode & WriteOnly) || !CCommonUtils::openForReading(m_file, &why)) {
-        setErrorString(why);
+    if (!m_reliable || (mode & WriteOnly) || !openForReading(m_file, &m_failure))
         return false;
-    }
     const qint64 size = m_file.size();
     m_left = size - size % kBlock;
     m_cutOff = m_left != size;

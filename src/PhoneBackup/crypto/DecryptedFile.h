@@ -34,6 +34,10 @@ public:
 
     //! Opens for reading, the only \a mode that there is; an access time is left as it is.
     bool open(OpenMode mode) override;
+
+    //! Why it could not be opened, to be put into a sentence.
+    const Notice &failure() const { return m_failure; }
+
     void close() override;
 
     bool isSequential() const override { return true; }
@@ -55,6 +59,7 @@ private:
     QFile m_file;
     std::unique_ptr<evp_cipher_ctx_st, FreeContext> m_context;
     OnDamage m_onDamage;
+    Notice m_failure;
     qint64 m_left = 0; // of the file, in whole blocks
     bool m_cutOff = false;
     bool m_reliable = true;

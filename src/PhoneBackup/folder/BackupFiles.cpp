@@ -1,9 +1,9 @@
 #include "PhoneBackup/folder/BackupFiles.h"
 
+#include "PhoneBackup/base/OpenFile.h"
 #include "PhoneBackup/crypto/DecryptedFile.h"
 #include "PhoneBackup/crypto/Keybag.h"
 #include "PhoneBackup/folder/ManifestFile.h"
-#include "platform/CCommonUtils.h"
 
 #include <QDir>
 #include <QFile>
@@ -25,7 +25,7 @@ constexpr qint64 kBlockBytes = 16; // of the cipher
 // Sizes in the index are those of another moment: a file may have shrunk a little since.
 constexpr qint64 kToleratedPart = 8;
 
-Notice notReadable(const QString &why)
+Notice notReadable(const Notice &why)
 {
     return Notice("folder.fileUnreadable", { why });
 }
@@ -166,20 +166,21 @@ Result<std::unique_ptr<QIODevice>> BackupFiles::openContent(Row row)
         return Error { key.error().fault, place(row), key.error().what };
     const QString path = contentPath(row);
     std::unique_ptr<QIODevice> device;
-    QString why;
+    Notice why;
     if (!key.value().isEmpty()) {
         const auto onDamage = [this, row](const Notice &what) {
             addRemark(row, what + Notice("folder.restWasTaken"), true);
         };
-        device = std::make_unique<DecryptedFile>(path, key.value(), onDamage);
-        if (!device->open(QIODevice::ReadOnly))
-            why = device->errorString();
+        auto decrypted = std::make_unique<DecryptedFile>(path, key.value(), onDamage);
+        if (!decrypted->open(QIODevice::ReadOnly))
+            why = decrypted->failure();
+        device = std::move(decrypted);
     } else {
         if (m_keys)
             addRemark(row, Notice("folder.noKey"), false);
         record(row); // which holds the content against its size
         auto file = std::make_unique<QFile>(path);
-        CCommonUtils::openForReading(*file, &why);
+        openForReading(*file, &why);
         device = std::move(file);
     }
     if (device->isOpen())

@@ -1,9 +1,9 @@
 #include "PhoneBackup/folder/ManifestFile.h"
 
+#include "PhoneBackup/base/OpenFile.h"
 #include "PhoneBackup/crypto/DecryptedFile.h"
 #include "PhoneBackup/folder/ManifestDb.h"
 #include "PhoneBackup/folder/ManifestMbdb.h"
-#include "platform/CCommonUtils.h"
 
 #include <QDir>
 #include <QFile>
@@ -25,7 +25,7 @@ Result<bool> decrypt(DatabaseFiles &files,
                      const KeepGoing &keepGoing)
 {
     QFile stored(files.path);
-    if (!CCommonUtils::openForReading(stored))
+    if (!openForReading(stored))
         return false;
     if (wrappedKey.isEmpty() || stored.read(Database::kMagic.size()) == Database::kMagic)
         return false;
@@ -46,13 +46,12 @@ Result<bool> decrypt(DatabaseFiles &files,
     const QString target = place.value() + "/copy.db"_L1;
     DecryptedFile plain(files.path, key.value(), {});
     if (!plain.open(QIODevice::ReadOnly))
-        return damaged(Notice("folder.fileUnreadable", { plain.errorString() }));
+        return damaged(Notice("folder.fileUnreadable", { plain.failure() }));
     const Result<> copied = PrivateFolder::copy(plain, files.name, target, keepGoing);
     if (!copied)
         return copied.error();
     QFile result(target);
-    if (!CCommonUtils::openForReading(result)
-        || result.read(Database::kMagic.size()) != Database::kMagic)
+    if (!openForReading(result) || result.read(Database::kMagic.size()) != Database::kMagic)
         return damaged(Notice("folder.notDecrypted"));
     // A log beside it is of the computer's making, and not encrypted.
     for (const auto &[companion, suffix] :
@@ -90,8 +89,8 @@ Result<std::unique_ptr<Manifest>> openManifest(const BackupFolder &folder,
     }
     // SQLite tells a folder or a forbidden file from a missing one less clearly.
     QFile probe(files.path);
-    QString why;
-    if (!CCommonUtils::openForReading(probe, &why)) {
+    Notice why;
+    if (!openForReading(probe, &why)) {
         return Error { Fault::Io,
                        files.path,
                        Notice("folder.indexUnreadable", { files.path, why }) };

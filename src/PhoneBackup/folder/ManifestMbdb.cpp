@@ -1,7 +1,7 @@
 #include "PhoneBackup/folder/ManifestMbdb.h"
 
+#include "PhoneBackup/base/OpenFile.h"
 #include "PhoneBackup/base/PhoneTime.h"
-#include "platform/CCommonUtils.h"
 
 #include <QFile>
 #include <QtEndian>
@@ -146,17 +146,17 @@ qsizetype nextRecord(QByteArrayView bytes, qsizetype from)
 Result<std::unique_ptr<ManifestMbdb>> ManifestMbdb::open(const QString &path)
 {
     QFile file(path);
-    QString why;
-    const bool isOpen = CCommonUtils::openForReading(file, &why);
+    Notice why;
+    const bool isOpen = openForReading(file, &why);
     const QByteArray bytes = isOpen ? file.read(std::min(file.size(), kMaxBytes)) : QByteArray();
     if (!isOpen || bytes.size() < file.size()) {
         return Error { Fault::Io,
                        path,
                        Notice("folder.indexUnreadable",
                               { path,
-                                file.size() > kMaxBytes
-                                    ? Notice("folder.indexTooLarge")
-                                    : Notice(isOpen ? file.errorString() : why) }) };
+                                file.size() > kMaxBytes ? Notice("folder.indexTooLarge")
+                                    : isOpen            ? Notice(file.errorString())
+                                                        : why }) };
     }
     if (!bytes.startsWith(kMagic)) {
         return Error { Fault::Corrupt,

@@ -1,8 +1,8 @@
 #include "PhoneBackup/plist/PropertyList.h"
 
+#include "PhoneBackup/base/OpenFile.h"
 #include "PhoneBackup/plist/BinaryPropertyList.h"
 #include "PhoneBackup/plist/XmlPropertyList.h"
-#include "platform/CCommonUtils.h"
 
 #include <QFile>
 
@@ -21,8 +21,8 @@ PropertyList PropertyList::parse(const QByteArray &data)
 Result<PropertyList> PropertyList::read(const QString &path)
 {
     QFile file(path);
-    QString why;
-    if (!CCommonUtils::openForReading(file, &why)) {
+    Notice why;
+    if (!openForReading(file, &why)) {
         if (!file.exists())
             return Error { Fault::NotFound, path, Notice("base.missing", { path }) };
         return Error { Fault::Io, path, Notice("base.unreadable", { path, why }) };

@@ -3,6 +3,8 @@
 #include <QIODevice>
 #include <QtEndian>
 
+#include <algorithm>
+#include <limits>
 #include <optional>
 
 namespace PhoneBackup::MovieBoxes {
@@ -12,6 +14,7 @@ namespace {
 // Bytes of a box's beginning: its size, its type and, when the size is 1, the size as 64 bits.
 constexpr qsizetype kShortHeader = 8;
 constexpr qsizetype kLongHeader = 16;
+constexpr QByteArrayView kLongSize("\0\0\0\1", 4);
 
 struct Box
 {
@@ -60,22 +63,25 @@ QByteArrayView first(QByteArrayView data, QByteArrayView type)
     return {};
 }
 
+// Forwards only: what is encrypted can be read in no other way.
 QByteArray movie(QIODevice &file, qint64 maxBytes)
 {
-    const qint64 size = file.size();
-    for (qint64 at = 0; at < size && file.seek(at);) {
-        const QByteArray start = file.peek(kLongHeader);
-        const std::optional<Box> box = boxAt(start, quint64(size - at));
+    constexpr quint64 kAnySize = std::numeric_limits<qint64>::max();
+    for (;;) {
+        QByteArray start = file.read(kShortHeader);
+        if (start.startsWith(kLongSize))
+            start += file.read(kLongHeader - kShortHeader);
+        const std::optional<Box> box = boxAt(start, kAnySize);
         if (!box)
             return {};
+        const qint64 content = qint64(box->size) - box->header;
         if (box->type == "moov") {
-            const qint64 content = qint64(box->size) - box->header;
-            return content <= maxBytes && file.seek(at + box->header) ? file.read(content)
-                                                                      : QByteArray();
+            const QByteArray movie = file.read(std::min(content, maxBytes + 1));
+            return movie.size() <= maxBytes ? movie : QByteArray();
         }
-        at += qint64(box->size);
+        if (file.skip(content) < content)
+            return {};
     }
-    return {};
 }
 
 } // namespace PhoneBackup::MovieBoxes

@@ -122,7 +122,7 @@ bool Source::query(int dataType,
                 return false;
             }
             addDatabaseProblem(
-                dataType, database, Notice("source.damaged", { statement.value().error() }));
+                dataType, database, Notice("source.damaged", { statement.value().failure() }));
             return false;
         }
     }

@@ -1,7 +1,7 @@
 #include "PhoneBackup/sqlite/Database.h"
 
+#include "PhoneBackup/base/OpenFile.h"
 #include "PhoneBackup/base/PrivateFolder.h"
-#include "platform/CCommonUtils.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -54,7 +54,7 @@ bool namesAnotherJournal(const QString &path)
 {
     static const QByteArray kMagic = QByteArray::fromHex("d9d505f920a163d7");
     QFile journal(path);
-    if (!CCommonUtils::openForReading(journal))
+    if (!openForReading(journal))
         return true; // what cannot be read is of no use
     return journal.size() >= kMagic.size() && journal.seek(journal.size() - kMagic.size())
         && journal.read(kMagic.size()) == kMagic;

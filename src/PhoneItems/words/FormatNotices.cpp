@@ -9,6 +9,7 @@ namespace {
 constexpr NoticeWords kNotices[] = {
     { "base.stopped", QT_TRANSLATE_NOOP("DataExport", "Stopped on request.") },
     { "base.unreadable", QT_TRANSLATE_NOOP("DataExport", "“%1” could not be read: %2.") },
+    { "base.notRegular", QT_TRANSLATE_NOOP("DataExport", "it is not a regular file") },
     { "temporary.notMade",
       QT_TRANSLATE_NOOP("DataExport",
                         "No temporary folder could be created in “%1”: %2. Set the environment "
