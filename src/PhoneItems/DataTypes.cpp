@@ -5,10 +5,10 @@
 #include "PhoneBackup/calls/Voicemail.h"
 #include "PhoneBackup/messages/MessageFiles.h"
 #include "PhoneBackup/messages/Messages.h"
-#include "PhoneBackup/notes/Notes.h"
 #include "PhoneItems/contacts/ContactData.h"
 #include "PhoneItems/media/BookData.h"
 #include "PhoneItems/media/MediaData.h"
+#include "PhoneItems/notes/Notes.h"
 #include "PhoneItems/planner/EventTable.h"
 #include "PhoneItems/planner/ReminderTable.h"
 #include "PhoneItems/safari/Safari.h"
@@ -51,7 +51,7 @@ const QList<DataSetReader> &dataTypeTable()
         { DataType::Messages, &readMessages },
         { DataType::MessageAttachments, &readMessageFiles },
         { DataType::Contacts, &PhoneItems::readContacts },
-        { DataType::Notes, &readNotes },
+        { DataType::Notes, &PhoneItems::readNotes },
         { DataType::AppDocuments, &PhoneItems::readAppDocuments },
         { DataType::Whatsapp, &PhoneItems::readWhatsapp },
         { DataType::WhatsappAttachments, &PhoneItems::readWhatsappFiles },
@@ -60,7 +60,7 @@ const QList<DataSetReader> &dataTypeTable()
         { DataType::Calls, &readCallHistory },
         { DataType::Voicemail, &readVoicemail },
         { DataType::Safari, &PhoneItems::readSafari },
-        { DataType::NoteAttachments, &readNotes },
+        { DataType::NoteAttachments, &PhoneItems::readNotes },
     };
     return table;
 }

@@ -3,13 +3,14 @@
 #include "PhoneBackup/folder/FileIndex.h"
 #include "PhoneBackup/folder/FileRecord.h"
 #include "PhoneBackup/folder/ManifestMbdb.h"
-#include "PhoneBackup/notes/NoteTable.h"
-#include "PhoneBackup/notes/NoteText.h"
+#include "PhoneBackup/notes/HtmlBody.h"
+#include "PhoneBackup/notes/NoteTableRecord.h"
 #include "PhoneBackup/planner/RepeatRule.h"
 #include "PhoneBackup/plist/AttributedText.h"
 #include "PhoneBackup/plist/KeyedArchive.h"
 #include "PhoneBackup/plist/PropertyList.h"
 #include "PhoneBackup/source/VCardText.h"
+#include "PhoneItems/notes/NoteBodyText.h"
 #include "PhoneItems/planner/RepeatText.h"
 #include "export/JpegScans_p.h"
 #include "heif/HeifStructure.h"
@@ -64,21 +65,41 @@ void typedStream(const QByteArray &bytes)
     AttributedText::salvage(bytes);
 }
 
-NoteText::Inset inset(const QString &identifier, const QString &type)
+// A note whose text is written, too: what one says of the other has to fit.
+struct WrittenNote : Note
 {
-    return { identifier + type, identifier.size() % 2 == 0 };
-}
+    NoteText::Insets insets()
+    {
+        return [this](const QString &name, const QString &type) {
+            attachments.emplace_back().identifier = name;
+            attachments.back().type = type;
+            return NoteText::Inset { qint32(attachments.size()) - 1, nullptr };
+        };
+    }
+};
 
 void note(const QByteArray &bytes)
 {
-    NoteText::read(bytes, inset);
-    NoteText::readBody(bytes, inset);
+    WrittenNote note;
+    note.body = NoteText::read(bytes, note.insets()).body;
+    PhoneItems::NoteBodyText::of(note);
+    note.body = NoteText::readBody(bytes, note.insets()).body;
+    PhoneItems::NoteBodyText::of(note);
 }
 
 void noteTable(const QByteArray &bytes)
 {
-    if (const auto table = NoteTable::read(bytes, inset))
-        table->text();
+    WrittenNote note;
+    if (const auto record = NoteTableRecord::read(bytes, note.insets()))
+        PhoneItems::NoteBodyText::of(record->table, note);
+}
+
+void noteHtml(const QByteArray &bytes)
+{
+    Note note;
+    note.store = Note::Store::Old;
+    note.body = bodyOfHtml(QString::fromUtf8(bytes), note.attachments);
+    PhoneItems::NoteBodyText::of(note);
 }
 
 void manifestMbdb(const QByteArray &bytes)
@@ -148,6 +169,7 @@ const std::map<std::string, Parser> kParsers {
     { "manifest-mbdb", manifestMbdb },
     { "note", note },
     { "note-table", noteTable },
+    { "note-html", noteHtml },
     { "old-messages", backup },
     { "property-list", propertyList },
     { "repeat-rule", repeatRule },

@@ -65,6 +65,9 @@ body = field(2, b"Title\nline") + field(5, field(1, 5) + field(2, field(1, 100))
 seed("note", field(2, field(2, field(3, body))))
 seed("note-table", field(2, field(3, field(4, b"crRows") + field(5, b"com.apple.table")
                                   + field(3, field(13, field(1, 0))))))
+seed("note-html",
+     b"<ul><li>a<ol><li><a href='https://example.org'>b</a></ol></ul><table><tr><td>c<td><font "
+     b"color=#f00><b>d</b></font></table><pre> e\n&lt;&#8364;</pre><img alt=f><object><!-- g -->")
 seed("manifest-mbdb",
      b"mbdb\5\0" + counted(b"HomeDomain") + counted(b"Library/a.db") + b"\xff\xff" * 3
      + struct.pack(">HQIIIIIQBB", 0o100644, 7, 0, 0, 1700000000, 0, 0, 12, 0, 1) + counted(b"n")

@@ -1,56 +1,33 @@
 #include "PhoneBackup/notes/NoteAttachments.h"
 
-#include "PhoneBackup/source/MediaKind.h"
-#include "platform/Translation_p.h"
-
-#include <algorithm>
-#include <array>
-
-DATAEXPORT_USE_TR(DataExport);
-
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
+using Kind = NoteAttachment::Kind;
 
 namespace {
 
 constexpr int kMostLevels = 32; // of attachments in attachments
 
-// The words for a file of which no more is known than its type.
-QString fileLabel(const QString &type, const QString &name)
+// "com.apple.notes.inlinetextattachment." and what it is.
+Kind wordOf(const QString &type)
 {
-    const auto named = [&name](const QString &with, const QString &without) {
-        return name.isEmpty() ? without : QString(with).arg(name);
-    };
-    switch (mediaKind(name.toUtf8())) {
-    case MediaKind::Picture:
-        return tr("[Picture: %1]").arg(name);
-    case MediaKind::Video:
-        return tr("[Video: %1]").arg(name);
-    case MediaKind::Audio:
-        return tr("[Audio: %1]").arg(name);
-    default:
-        break;
-    }
-    static constexpr std::array<QLatin1StringView, 7> kPictures { "image"_L1, "jpeg"_L1, "png"_L1,
-                                                                  "heic"_L1,  "heif"_L1, "tiff"_L1,
-                                                                  "gif"_L1 };
-    const auto isOf = [&type](QLatin1StringView word) { return type.contains(word); };
-    if (std::any_of(kPictures.begin(), kPictures.end(), isOf))
-        return named(tr("[Picture: %1]"), tr("[Picture]"));
-    if (isOf("movie"_L1) || isOf("video"_L1) || isOf("mpeg-4"_L1))
-        return named(tr("[Video: %1]"), tr("[Video]"));
-    if (isOf("audio"_L1))
-        return named(tr("[Audio: %1]"), tr("[Audio]"));
-    return named(tr("[File: %1]"), tr("[File]"));
+    if (type.endsWith("hashtag"_L1))
+        return Kind::Hashtag;
+    if (type.endsWith("mention"_L1))
+        return Kind::Mention;
+    if (type.endsWith("link"_L1))
+        return Kind::NoteLink;
+    return type.contains(".calculate"_L1) ? Kind::Calculation : Kind::Word;
 }
 
 } // namespace
 
-NoteAttachment::Kind NoteAttachment::kind() const
+// The names are those of the app for notes; some came with a later release in place of others.
+Kind NoteAttachments::kindOf(const QString &type)
 {
     if (type.contains("inlinetext"_L1))
-        return Kind::Word;
+        return wordOf(type);
     if (type == "public.url"_L1)
         return Kind::Link;
     if (type == "com.apple.notes.table"_L1)
@@ -66,18 +43,17 @@ NoteAttachment::Kind NoteAttachment::kind() const
     return Kind::File;
 }
 
-bool NoteAttachment::isKeptAsRendering() const
+bool StoredAttachment::isKeptAsRendering() const
 {
-    const Kind is = kind();
-    return is == Kind::Drawing || is == Kind::Scan || is == Kind::Pdf;
+    return record.kind == Kind::Drawing || record.kind == Kind::Scan || record.kind == Kind::Pdf;
 }
 
-void NoteAttachments::add(const NoteAttachment &attachment)
+void NoteAttachments::add(const StoredAttachment &attachment)
 {
-    if (m_byKey.contains(attachment.key))
+    if (m_byKey.contains(attachment.record.id))
         return;
-    m_byKey.insert(attachment.key, m_attachments.size());
-    m_byIdentifier.insert(attachment.identifier, m_attachments.size());
+    m_byKey.insert(attachment.record.id, m_attachments.size());
+    m_byIdentifier.insert(attachment.record.identifier, m_attachments.size());
     m_attachments.append(attachment);
 }
 
@@ -93,88 +69,47 @@ void NoteAttachments::place(const QString &identifier, qint64 note)
     const auto known = m_byIdentifier.constFind(identifier);
     if (known == m_byIdentifier.constEnd())
         return;
-    NoteAttachment &attachment = m_attachments[*known];
-    if (attachment.note == 0 && attachment.parent == 0)
+    StoredAttachment &attachment = m_attachments[*known];
+    if (attachment.note == 0 && attachment.record.parent == 0)
         attachment.note = note;
 }
 
-NoteAttachment NoteAttachments::find(const QString &identifier, const QString &type) const
+const StoredAttachment *NoteAttachments::find(const QString &identifier) const
 {
     const auto known = m_byIdentifier.constFind(identifier);
-    NoteAttachment attachment =
-        known == m_byIdentifier.constEnd() ? NoteAttachment() : m_attachments[*known];
-    if (attachment.type.isEmpty())
-        attachment.type = type;
-    return attachment;
+    return known == m_byIdentifier.constEnd() ? nullptr : &m_attachments[*known];
 }
 
-NoteAttachments::Medium NoteAttachments::mediumOf(const NoteAttachment &attachment) const
+NoteAttachment NoteAttachments::record(const StoredAttachment &attachment) const
 {
-    const qint64 key =
-        attachment.medium != 0 ? attachment.medium : m_mediumOfAttachment.value(attachment.key);
+    NoteAttachment record = attachment.record;
+    const Medium medium = mediumOf(attachment);
+    record.fileName = medium.name;
+    if (record.bytes < 0)
+        record.bytes = medium.bytes;
+    return record;
+}
+
+NoteAttachments::Medium NoteAttachments::mediumOf(const StoredAttachment &attachment) const
+{
+    const qint64 key = attachment.medium != 0 ? attachment.medium
+                                              : m_mediumOfAttachment.value(attachment.record.id);
     return m_media.value(key);
 }
 
 // Pages of a scan belong to the note of the scan.
-qint64 NoteAttachments::noteOf(const NoteAttachment &attachment) const
+qint64 NoteAttachments::noteOf(const StoredAttachment &attachment) const
 {
     qint64 note = attachment.note;
-    qint64 parent = attachment.parent;
+    qint64 parent = attachment.record.parent;
     for (int level = 0; level < kMostLevels && note == 0; ++level) {
         const auto known = m_byKey.constFind(parent);
         if (known == m_byKey.constEnd())
             break;
         note = m_attachments[*known].note;
-        parent = m_attachments[*known].parent;
+        parent = m_attachments[*known].record.parent;
     }
     return note;
-}
-
-QString NoteAttachments::label(const NoteAttachment &attachment) const
-{
-    const Medium medium = mediumOf(attachment);
-    const QString name = medium.name.isEmpty() ? attachment.title : medium.name;
-    const auto named = [&name](const QString &with, const QString &without) {
-        return name.isEmpty() ? without : QString(with).arg(name);
-    };
-    switch (attachment.kind()) {
-    case NoteAttachment::Kind::Word:
-        if (!attachment.alternative.isEmpty())
-            return attachment.alternative;
-        break;
-    case NoteAttachment::Kind::Link: {
-        const QString link = attachment.title.isEmpty() || attachment.url.isEmpty()
-            ? attachment.title + attachment.url
-            : attachment.title + u": "_s + attachment.url;
-        return link.isEmpty() ? tr("[Link]") : tr("[Link: %1]").arg(link);
-    }
-    case NoteAttachment::Kind::Table:
-        return named(tr("[Table: %1]"), tr("[Table]"));
-    case NoteAttachment::Kind::Drawing:
-        return named(tr("[Drawing: %1]"), tr("[Drawing]"));
-    case NoteAttachment::Kind::Scan:
-    case NoteAttachment::Kind::Gallery:
-        return named(tr("[Scan: %1]"), tr("[Scan]"));
-    case NoteAttachment::Kind::Pdf:
-        return named(tr("[PDF: %1]"), tr("[PDF]"));
-    case NoteAttachment::Kind::File:
-        break;
-    }
-    return fileLabel(attachment.type, name);
-}
-
-QString NoteAttachments::renderingName(const NoteAttachment &attachment,
-                                       const QString &extension) const
-{
-    QString stem = attachment.title;
-    if (stem.isEmpty()) {
-        const NoteAttachment::Kind kind = attachment.kind();
-        stem = kind == NoteAttachment::Kind::Scan ? tr("Scan")
-            : kind == NoteAttachment::Kind::Pdf   ? tr("Document")
-                                                  : tr("Drawing");
-    }
-    const QString end = extension.isEmpty() ? QString() : u'.' + extension;
-    return stem.endsWith(end, Qt::CaseInsensitive) ? stem : stem + end;
 }
 
 } // namespace PhoneBackup

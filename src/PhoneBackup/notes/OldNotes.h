@@ -9,7 +9,7 @@ class Source;
 
 //! The notes in the store of systems before iOS 9, which newer ones keep for accounts that have
 //! not been upgraded. In the order of the store; empty when the backup has none.
-QList<Note> readOldNotes(Source &source);
+std::vector<Note> readOldNotes(Source &source);
 
 } // namespace PhoneBackup
 

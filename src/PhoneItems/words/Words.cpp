@@ -69,6 +69,7 @@ std::span<const std::span<const NoticeWords>> allNoticeWords()
         sourceNotices(),
         contactNotices(),
         mediaNotices(),
+        notesNotices(),
         plannerNotices(),
         safariNotices(),
         whatsappNotices(),

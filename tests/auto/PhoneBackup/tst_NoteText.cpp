@@ -1,17 +1,19 @@
-#include "PhoneBackup/notes/HtmlText.h"
-#include "PhoneBackup/notes/NoteTable.h"
-#include "PhoneBackup/notes/NoteText.h"
+#include "PhoneBackup/notes/HtmlBody.h"
+#include "PhoneBackup/notes/NoteBodyWriter.h"
+#include "PhoneBackup/notes/NoteTableRecord.h"
 #include "PhoneBackup/packed/FieldReader.h"
 #include "PhoneBackup/packed/Gzip.h"
+#include "PhoneItems/notes/NoteBodyText.h"
 #include "sample/NoteRecord.h"
 #include "support/Files.h"
 
 #include <QtTest>
 
 using namespace PhoneBackup;
+using PhoneItems::NoteBodyText;
 using namespace Qt::StringLiterals;
 using Sample::FieldWriter;
-using Sample::NoteRun;
+using SampleRun = Sample::NoteRun;
 
 namespace {
 
@@ -25,29 +27,52 @@ QString realData()
                            : given;
 }
 
-// A file by its identifier; "table" gives lines of a table.
-NoteText::Inset inset(const QString &identifier, const QString &type)
+// A note whose attachments are words that name them; "table" gives a table.
+struct NamedNote : Note
 {
-    if (identifier == "table"_L1)
-        return { u"a | b\nc | d"_s, true };
-    return { u'[' + identifier + u' ' + type + u']', false };
-}
+    NoteText::Insets insets()
+    {
+        return [this](const QString &name, const QString &type) {
+            if (name == "table"_L1) {
+                const QByteArray cells =
+                    Sample::tableDocument({ { u"a"_s, u"b"_s }, { u"c"_s, u"d"_s } });
+                return NoteText::Inset {
+                    -1, std::make_shared<const NoteTable>(NoteTableRecord::read(cells, {})->table)
+                };
+            }
+            NoteAttachment word;
+            word.kind = NoteAttachment::Kind::Word;
+            word.text = u'[' + name + u' ' + type + u']';
+            attachments.push_back(word);
+            return NoteText::Inset { qint32(attachments.size()) - 1, nullptr };
+        };
+    }
 
-QString textOf(const QList<NoteRun> &runs)
-{
+    // Whether all of it was read.
+    bool read(const QByteArray &document)
+    {
+        NoteText text = NoteText::read(document, insets());
+        body = std::move(text.body);
+        return text.isComplete;
+    }
+
     // Fixed blanks are written as dots.
-    return NoteText::read(Sample::noteDocument(runs), &inset)
-        .text.replace(QChar(QChar::Nbsp), u'.');
-}
+    QString text() const { return NoteBodyText::of(*this).text.replace(QChar(QChar::Nbsp), u'.'); }
+};
 
-// The lines of a table, with brackets for the characters that steer the order of columns.
-QString shown(const NoteTable &table)
+// The lines of the table in \a document, with brackets for the characters that steer the order of
+// columns.
+QString tableText(const QByteArray &document)
 {
-    return table.text()
-               .replace(QChar(0x2067), u'⟪')
+    NamedNote note;
+    const std::optional<NoteTableRecord> record = NoteTableRecord::read(document, note.insets());
+    if (!record)
+        return u"none"_s;
+    return NoteBodyText::of(record->table, note)
+               .text.replace(QChar(0x2067), u'⟪')
                .replace(QChar(0x2068), u'‹')
                .replace(QChar(0x2069), u'›')
-        + (table.isComplete ? QString() : u" (incomplete)"_s);
+        + (record->isComplete ? QString() : u" (incomplete)"_s);
 }
 
 } // namespace
@@ -176,47 +201,47 @@ void tst_NoteText::neverUnpacksMoreThanAllowed()
 
 void tst_NoteText::readsLooks_data()
 {
-    QTest::addColumn<QList<NoteRun>>("runs");
+    QTest::addColumn<QList<SampleRun>>("runs");
     QTest::addColumn<QString>("expected");
 
-    const int plain = NoteRun::kPlain;
-    const auto row = [](const char *name, const QList<NoteRun> &runs, const QString &expected) {
+    const int plain = SampleRun::kPlain;
+    const auto row = [](const char *name, const QList<SampleRun> &runs, const QString &expected) {
         QTest::newRow(name) << runs << expected;
     };
     row("nothing", {}, QString());
     row("plain", { { u"One\nTwo\n\nThree"_s } }, u"One\nTwo\n\nThree"_s);
     row("line ends behind the text", { { u"One\n\n\n"_s } }, u"One"_s);
     row("title and heading",
-        { { u"T\n"_s, NoteRun::Title }, { u"H\n"_s, NoteRun::Heading }, { u"b"_s } },
+        { { u"T\n"_s, SampleRun::Title }, { u"H\n"_s, SampleRun::Heading }, { u"b"_s } },
         u"T\nH\nb"_s);
     row("lists",
-        { { u"a\nb\n"_s, NoteRun::Dotted },
-          { u"c\n"_s, NoteRun::Dotted, 1 },
-          { u"d\n"_s, NoteRun::Dashed, 2 } },
+        { { u"a\nb\n"_s, SampleRun::Dotted },
+          { u"c\n"_s, SampleRun::Dotted, 1 },
+          { u"d\n"_s, SampleRun::Dashed, 2 } },
         u"• a\n• b\n....• c\n........– d"_s);
     row("checklist",
-        { { u"open\n"_s, NoteRun::Checklist }, { u"done\n"_s, NoteRun::Checklist, 1, true } },
+        { { u"open\n"_s, SampleRun::Checklist }, { u"done\n"_s, SampleRun::Checklist, 1, true } },
         u"☐ open\n....☑ done"_s);
-    row("an item that is empty", { { u"a\n\nb"_s, NoteRun::Dotted } }, u"• a\n• \n• b"_s);
+    row("an item that is empty", { { u"a\n\nb"_s, SampleRun::Dotted } }, u"• a\n• \n• b"_s);
     row("numbers go on behind a deeper level",
-        { { u"a\nb\n"_s, NoteRun::Numbered },
-          { u"x\ny\n"_s, NoteRun::Numbered, 1 },
-          { u"c\n"_s, NoteRun::Numbered },
-          { u"x\n"_s, NoteRun::Numbered, 1 } },
+        { { u"a\nb\n"_s, SampleRun::Numbered },
+          { u"x\ny\n"_s, SampleRun::Numbered, 1 },
+          { u"c\n"_s, SampleRun::Numbered },
+          { u"x\n"_s, SampleRun::Numbered, 1 } },
         u"1. a\n2. b\n....1. x\n....2. y\n3. c\n....1. x"_s);
     row("numbers begin anew behind a text",
-        { { u"a\nb\n"_s, NoteRun::Numbered }, { u"text\n"_s }, { u"c"_s, NoteRun::Numbered } },
+        { { u"a\nb\n"_s, SampleRun::Numbered }, { u"text\n"_s }, { u"c"_s, SampleRun::Numbered } },
         u"1. a\n2. b\ntext\n1. c"_s);
     row("an item of several looks has one mark",
-        { { u"a "_s, NoteRun::Dotted },
-          { u"bold\n"_s, NoteRun::Dotted },
-          { u"b"_s, NoteRun::Dotted } },
+        { { u"a "_s, SampleRun::Dotted },
+          { u"bold\n"_s, SampleRun::Dotted },
+          { u"b"_s, SampleRun::Dotted } },
         u"• a bold\n• b"_s);
     row("line break in an item",
-        { { u"a\u2028b\nc"_s, NoteRun::Dotted, 1 } },
+        { { u"a\u2028b\nc"_s, SampleRun::Dotted, 1 } },
         u"....• a\n....b\n....• c"_s);
     row("quote", { { u"said\n"_s, plain, 0, false, true } }, u"┃ said"_s);
-    row("indented code", { { u"if\n  x\n\ty z"_s, NoteRun::Monospaced } }, u"if\n..x\n....y z"_s);
+    row("indented code", { { u"if\n  x\n\ty z"_s, SampleRun::Monospaced } }, u"if\n..x\n....y z"_s);
     row("link",
         { { u"see "_s },
           { u"here"_s, plain, 0, false, false, u"https://a.example/x"_s },
@@ -243,58 +268,60 @@ void tst_NoteText::readsLooks_data()
     row("table stands alone",
         { { u"see "_s }, { kFile, plain, 0, false, false, {}, u"table"_s, u"t"_s }, { u"ok"_s } },
         u"see \na | b\nc | d\nok"_s);
+    row("line break before a table",
+        { { u"see\u2028"_s }, { kFile, plain, 0, false, false, {}, u"table"_s, u"t"_s } },
+        u"see\na | b\nc | d"_s);
     row("table between lines",
         { { u"see\n"_s },
           { kFile, plain, 0, false, false, {}, u"table"_s, u"t"_s },
           { u"\nok"_s } },
         u"see\na | b\nc | d\nok"_s);
     row("outside the BMP: lengths count UTF-16",
-        { { u"🚀🕹️"_s, NoteRun::Dotted }, { u" x\n"_s, NoteRun::Dotted }, { u"後"_s } },
+        { { u"🚀🕹️"_s, SampleRun::Dotted }, { u" x\n"_s, SampleRun::Dotted }, { u"後"_s } },
         u"• 🚀🕹️ x\n後"_s);
 }
 
 void tst_NoteText::readsLooks()
 {
-    QFETCH(QList<NoteRun>, runs);
+    QFETCH(QList<SampleRun>, runs);
     QFETCH(QString, expected);
-    QCOMPARE(textOf(runs), expected);
-    QVERIFY(NoteText::read(Sample::noteDocument(runs), &inset).isComplete);
+    NamedNote note;
+    QVERIFY(note.read(Sample::noteDocument(runs)));
+    QCOMPARE(note.text(), expected);
 }
 
 void tst_NoteText::readsDamagedRecords()
 {
     const QByteArray whole = Sample::noteDocument(
-        { { u"first line\n"_s }, { u"item\n"_s, NoteRun::Dotted }, { u"last"_s } });
+        { { u"first line\n"_s }, { u"item\n"_s, SampleRun::Dotted }, { u"last"_s } });
     // The lengths of the outer messages no longer fit: nothing of it can be told apart.
     for (qsizetype size = 0; size < whole.size(); ++size)
-        QVERIFY(NoteText::read(whole.first(size), &inset).text.size() <= 20);
+        QVERIFY(NoteText::read(whole.first(size), {}).body.text.size() <= 20);
     // Runs that lie about their lengths, and unknown fields between them.
     const auto document = [](const QByteArray &body) {
         return FieldWriter().bytes(2, FieldWriter().bytes(3, body).message()).message();
     };
     const QByteArray run = FieldWriter().number(1, ~quint64(0)).message();
-    QCOMPARE(NoteText::read(document(FieldWriter()
-                                         .number(99, 7)
-                                         .bytes(1000, "unknown")
-                                         .text(2, u"all of it"_s)
-                                         .bytes(5, run)
-                                         .bytes(5, run)
-                                         .message()),
-                            &inset)
-                 .text,
-             u"all of it"_s);
-    const NoteText cut = NoteText::read(
-        document(FieldWriter().text(2, u"all of it"_s).message() + QByteArray("\x2a\x7f")), &inset);
-    QCOMPARE(cut.text, u"all of it"_s);
-    QVERIFY(!cut.isComplete);
-    QVERIFY(!NoteText::read({}, &inset).isComplete);
+    NamedNote note;
+    QVERIFY(note.read(document(FieldWriter()
+                                   .number(99, 7)
+                                   .bytes(1000, "unknown")
+                                   .text(2, u"all of it"_s)
+                                   .bytes(5, run)
+                                   .bytes(5, run)
+                                   .message())));
+    QCOMPARE(note.text(), u"all of it"_s);
+    QVERIFY(
+        !note.read(document(FieldWriter().text(2, u"cut"_s).message() + QByteArray("\x2a\x7f"))));
+    QCOMPARE(note.text(), u"cut"_s);
+    QVERIFY(!note.read({}));
 }
 
 void tst_NoteText::survivesEveryFlippedByte_data()
 {
     QTest::addColumn<QByteArray>("document");
     QTest::newRow("note") << Sample::noteDocument(
-        { { u"a\n"_s, NoteRun::Numbered },
+        { { u"a\n"_s, SampleRun::Numbered },
           { kFile, -1, 0, false, false, u"x"_s, u"id"_s, u"t"_s } });
     QTest::newRow("table") << Sample::tableDocument({ { u"a"_s, u"b"_s }, { u"c"_s, u"d"_s } });
 }
@@ -306,9 +333,10 @@ void tst_NoteText::survivesEveryFlippedByte()
         for (const uchar mask : { uchar(0x01), uchar(0x80), uchar(0xFF) }) {
             QByteArray damaged = document;
             damaged[at] = char(uchar(damaged[at]) ^ mask);
-            QVERIFY(NoteText::read(damaged, &inset).text.size() <= 2 * document.size());
-            const std::optional<NoteTable> table = NoteTable::read(damaged, &inset);
-            QVERIFY(!table || table->text().size() <= 2 * document.size());
+            NamedNote note;
+            note.read(damaged);
+            QVERIFY(note.text().size() <= 2 * document.size());
+            QVERIFY(tableText(damaged).size() <= 2 * document.size() + 20);
         }
     }
 }
@@ -317,15 +345,20 @@ void tst_NoteText::boundsWhatRecordsSay_data()
 {
     QTest::addColumn<QByteArray>("document");
     QTest::addColumn<bool>("isTable");
+    QTest::addColumn<bool>("isLines"); // what each costs is the limit, not their text
 
     const auto document = [](const QByteArray &body) {
         return FieldWriter().bytes(2, FieldWriter().bytes(3, body).message()).message();
     };
-    QList<NoteRun> insets;
+    QList<SampleRun> insets;
     for (int i = 0; i < 20'000; ++i)
         insets.append({ kFile, -1, 0, false, false, {}, u"long"_s, u"t"_s });
-    QTest::newRow("the same long file everywhere") << Sample::noteDocument(insets) << false;
-    QTest::newRow("a long text") << Sample::noteDocument({ { QString(9 << 20, u'x') } }) << false;
+    QTest::newRow("the same long file everywhere")
+        << Sample::noteDocument(insets) << false << false;
+    QTest::newRow("a long text") << Sample::noteDocument({ { QString(9 << 20, u'x') } }) << false
+                                 << false;
+    QTest::newRow("lines without end")
+        << Sample::noteDocument({ { QString(9 << 20, u'\n') } }) << false << true;
     // 3000 columns that share 3000 cells.
     const auto reference = [](quint64 object) { return FieldWriter().number(6, object).message(); };
     const auto element = [&](quint64 key, quint64 value) {
@@ -364,25 +397,35 @@ void tst_NoteText::boundsWhatRecordsSay_data()
     for (const char *key : { "crRows", "crColumns", "cellColumns" })
         data.bytes(4, key);
     data.bytes(5, "x.ICTable");
-    QTest::newRow("columns that share their cells") << document(data.message()) << true;
+    QTest::newRow("columns that share their cells") << document(data.message()) << true << false;
 }
 
 void tst_NoteText::boundsWhatRecordsSay()
 {
     QFETCH(QByteArray, document);
     QFETCH(bool, isTable);
+    QFETCH(bool, isLines);
     if (isTable) {
-        const std::optional<NoteTable> table = NoteTable::read(document, &inset);
-        QVERIFY(table && !table->isComplete && !table->rows.isEmpty());
-        QVERIFY(table->rows.size() * table->rows.first().size() <= NoteTable::kMaxCells);
-        QVERIFY(table->text().size() < 10 * document.size());
+        const auto record = NoteTableRecord::read(document, {});
+        QVERIFY(record && !record->isComplete && record->table.rows() > 0);
+        QVERIFY(qsizetype(record->table.cells.size()) <= NoteTableRecord::kMaxCells);
+        QVERIFY(tableText(document).size() < 10 * document.size());
         return;
     }
-    const NoteText text = NoteText::read(document, [](const QString &, const QString &) {
-        return NoteText::Inset { QString(1000, u'x'), false };
+    NamedNote note;
+    NoteText text = NoteText::read(document, [&note](const QString &, const QString &) {
+        if (note.attachments.empty()) {
+            note.attachments.emplace_back().kind = NoteAttachment::Kind::Word;
+            note.attachments.back().text = QString(1000, u'x');
+        }
+        return NoteText::Inset { 0, nullptr };
     });
-    QVERIFY(!text.isComplete);
-    QCOMPARE(text.text.size(), NoteText::kMaxCharacters);
+    note.body = std::move(text.body);
+    QVERIFY(note.body.text.size() <= NoteBodyWriter::kMaxCharacters);
+    QVERIFY(note.body.runs.size() + note.body.blocks.size() <= NoteBodyWriter::kMaxParts);
+    const NoteBodyText shown = NoteBodyText::of(note);
+    QVERIFY(!text.isComplete || !shown.isComplete);
+    QCOMPARE(shown.text.size() == NoteBodyText::kMaxCharacters, !isLines);
 }
 
 void tst_NoteText::readsTables_data()
@@ -425,8 +468,7 @@ void tst_NoteText::readsTables()
 {
     QFETCH(QByteArray, document);
     QFETCH(QString, expected);
-    const std::optional<NoteTable> table = NoteTable::read(document, &inset);
-    QCOMPARE(table ? shown(*table) : u"none"_s, expected);
+    QCOMPARE(tableText(document), expected);
 }
 
 void tst_NoteText::readsHtml_data()
@@ -471,7 +513,10 @@ void tst_NoteText::readsHtml()
 {
     QFETCH(QString, html);
     QFETCH(QString, expected);
-    QCOMPARE(textOfHtml(html), expected);
+    Note note;
+    note.store = Note::Store::Old;
+    note.body = bodyOfHtml(html, note.attachments);
+    QCOMPARE(NoteBodyText::of(note).text, expected);
 }
 
 void tst_NoteText::readsRealRecords_data()
@@ -513,15 +558,13 @@ void tst_NoteText::readsRealRecords()
         QSKIP("no real records: set DATAEXPORT_REAL_DATA to where they are");
     const Unzipped record = unzipped(Files::read(path), kLargest);
     QCOMPARE(int(record.state), int(Unzipped::State::Whole));
-    const std::optional<NoteTable> table = NoteTable::read(record.data, &inset);
-    if (table) {
-        QCOMPARE(shown(*table), expected);
+    if (const QString table = tableText(record.data); table != u"none"_s) {
+        QCOMPARE(table, expected);
         return;
     }
-    NoteText text = NoteText::read(record.data, &inset);
-    QVERIFY(text.isComplete);
-    text.text.replace(QChar(QChar::Nbsp), u'.');
-    QVERIFY2(text.text.contains(expected), qPrintable(text.text));
+    NamedNote note;
+    QVERIFY(note.read(record.data));
+    QVERIFY2(note.text().contains(expected), qPrintable(note.text()));
 }
 
 QTEST_GUILESS_MAIN(tst_NoteText)

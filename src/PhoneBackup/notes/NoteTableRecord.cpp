@@ -1,5 +1,6 @@
-#include "PhoneBackup/notes/NoteTable.h"
+#include "PhoneBackup/notes/NoteTableRecord.h"
 
+#include "PhoneBackup/notes/NoteBodyWriter.h"
 #include "PhoneBackup/packed/FieldReader.h"
 
 #include <QHash>
@@ -9,8 +10,6 @@
 #include <vector>
 
 namespace PhoneBackup {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -45,9 +44,7 @@ constexpr quint32 kString = 4;
 constexpr quint32 kObjectIndex = 6;
 } // namespace Field
 
-constexpr QChar kFirstStrongIsolate(0x2068);
-constexpr QChar kRightToLeftIsolate(0x2067);
-constexpr QChar kEndOfIsolate(0x2069);
+constexpr qsizetype kCharactersAPart = 8; // what a block or run counts for in the limit of a table
 constexpr quint64 kNone = std::numeric_limits<quint64>::max();
 
 // An object of the record, looked at once: what refers to it may come any number of times.
@@ -181,7 +178,7 @@ public:
         Axis axis;
         const QByteArrayView ordering = FieldReader::find(object.orderedSet, { Field::kOrdering });
         FieldReader members(FieldReader::find(ordering, { Field::kArray }));
-        while (members.next() && axis.count < NoteTable::kMaxCells) {
+        while (members.next() && axis.count < NoteTableRecord::kMaxCells) {
             if (members.number() != Field::kArrayMember)
                 continue;
             const auto known = m_identifiers.constFind(
@@ -217,27 +214,30 @@ private:
 
 } // namespace
 
-std::optional<NoteTable> NoteTable::read(QByteArrayView document, const NoteText::Insets &insets)
+std::optional<NoteTableRecord> NoteTableRecord::read(QByteArrayView document,
+                                                     const NoteText::Insets &insets)
 {
     const Objects objects(FieldReader::find(document, { Field::kDocument, Field::kData }));
-    const QByteArrayView table = objects.table();
-    if (table.isNull())
+    const QByteArrayView root = objects.table();
+    if (root.isNull())
         return std::nullopt;
-    const Axis rows = objects.axis(objects.entry(table, "crRows"));
-    const Axis columns = objects.axis(objects.entry(table, "crColumns"));
-    NoteTable result;
-    result.isRightToLeft = objects.string(table, "crTableColumnDirection").endsWith("RightToLeft");
+    const Axis rows = objects.axis(objects.entry(root, "crRows"));
+    const Axis columns = objects.axis(objects.entry(root, "crColumns"));
+    NoteTableRecord result;
+    NoteTable &table = result.table;
+    table.isRightToLeft = objects.string(root, "crTableColumnDirection").endsWith("RightToLeft");
+    table.columns = columns.count;
     const qsizetype rowCount =
         columns.count == 0 ? 0 : std::min(rows.count, kMaxCells / columns.count);
     result.isComplete = !objects.isDamaged() && rows.isComplete && columns.isComplete
         && (columns.count == 0 || rowCount == rows.count);
-    result.rows = QList<QStringList>(rowCount, QStringList(columns.count));
+    table.cells.resize(std::size_t(rowCount * columns.count));
 
     // Columns may share their cells in a hostile record: what is looked at has a limit, and so has
-    // what is shown, for a name of an attachment may stand in every cell.
+    // what is kept.
     qsizetype bytesLeft = 2 * document.size();
-    qsizetype charactersLeft = NoteText::kMaxCharacters;
-    FieldReader byColumn(objects.entry(table, "cellColumns").dictionary);
+    qsizetype charactersLeft = NoteBodyWriter::kMaxCharacters;
+    FieldReader byColumn(objects.entry(root, "cellColumns").dictionary);
     while (byColumn.next()) {
         const qsizetype column = columns.place(objects.identifier(byColumn.bytes(), Field::kKey));
         if (byColumn.number() != Field::kElement || column == Axis::kDeleted)
@@ -257,49 +257,19 @@ std::optional<NoteTable> NoteTable::read(QByteArrayView document, const NoteText
             const qsizetype row = rows.place(objects.identifier(element, Field::kKey));
             if (byRow.number() != Field::kElement || row == Axis::kDeleted)
                 continue;
-            const NoteText cell = NoteText::readBody(text, insets);
-            charactersLeft -= cell.text.size();
+            NoteText cell = NoteText::readBody(text, insets);
+            charactersLeft -= cell.body.text.size()
+                + kCharactersAPart * qsizetype(cell.body.blocks.size() + cell.body.runs.size());
             const bool hasPlace = column >= 0 && row >= 0 && row < rowCount;
-            if (hasPlace)
-                result.rows[row][column] = cell.text;
-            if (text.isNull() || !cell.isComplete || (!hasPlace && !cell.text.isEmpty()))
+            if (text.isNull() || !cell.isComplete || (!hasPlace && !cell.body.text.isEmpty()))
                 result.isComplete = false;
+            if (hasPlace)
+                table.cells[std::size_t(row * columns.count + column)] = std::move(cell.body);
         }
         result.isComplete = result.isComplete && !byRow.isDamaged();
     }
     result.isComplete = result.isComplete && !byColumn.isDamaged();
     return result;
-}
-
-namespace {
-
-bool hasRightToLeft(const QString &text)
-{
-    const QList<uint> characters = text.toUcs4();
-    return std::any_of(characters.cbegin(), characters.cend(), [](uint character) {
-        const QChar::Direction direction = QChar::direction(character);
-        return direction == QChar::DirR || direction == QChar::DirAL;
-    });
-}
-
-} // namespace
-
-QString NoteTable::text() const
-{
-    QStringList lines;
-    lines.reserve(rows.size());
-    for (const QStringList &row : rows) {
-        QStringList cells;
-        cells.reserve(row.size());
-        for (const QString &cell : row) {
-            // Else the words of two cells, and the bar between them, run in one direction.
-            const bool isIsolated = isRightToLeft ? !cell.isEmpty() : hasRightToLeft(cell);
-            cells.append(isIsolated ? kFirstStrongIsolate + cell + kEndOfIsolate : cell);
-        }
-        const QString line = cells.join(u" | "_s).replace(u'\n', u' ');
-        lines.append(isRightToLeft ? kRightToLeftIsolate + line + kEndOfIsolate : line);
-    }
-    return lines.join(u'\n');
 }
 
 } // namespace PhoneBackup

@@ -1,0 +1,13 @@
+#ifndef PHONEITEMS_NOTES_NOTES_H
+#define PHONEITEMS_NOTES_NOTES_H
+
+#include "PhoneItems/DataTypes.h"
+
+namespace PhoneItems {
+
+//! Data types 9 and 18: the notes of both stores, and the files that are kept in them.
+void readNotes(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+
+} // namespace PhoneItems
+
+#endif
