@@ -49,38 +49,27 @@ void Backup::Private::describeFindings()
     for (const BackupFolder::Remark &remark : source.files().folder().remarks())
         source.addProblem({ DataType::WholeBackup, remark.source, remark.what, false });
     if (!source.files().folder().info().finished) {
-        source.addProblem({ DataType::WholeBackup,
-                            u"Status.plist"_s,
-                            tr("The backup was interrupted before it was complete: files may be "
-                               "missing or older than the rest. Make a new backup if you can."),
-                            false });
+        source.addProblem(
+            { DataType::WholeBackup, u"Status.plist"_s, Notice("folder.interrupted"), false });
     }
     const BackupFolder &folder = source.files().folder();
     const QString index =
         folder.kind() == IndexKind::Database ? u"Manifest.db"_s : u"Manifest.mbdb"_s;
     const Manifest::Findings &findings = source.files().findings();
     if (!findings.damage.isEmpty()) {
-        source.addProblem({ DataType::WholeBackup,
-                            index,
-                            Notice(findings.damage)
-                                + tr("Files that the index no longer names cannot be exported. "
-                                     "Copy the backup again from where it was made."),
-                            true });
+        source.addProblem(
+            { DataType::WholeBackup, index, findings.damage + Notice("folder.namesLost"), true });
     }
     if (findings.unnamed > 0) {
         source.addProblem({ DataType::WholeBackup,
                             index + ": fileID"_L1,
-                            tr("%1 entries of the index have a damaged identifier; their files are "
-                               "looked for under the one that belongs to their path.")
-                                .arg(findings.unnamed),
+                            Notice("folder.damagedIds", { qint64(findings.unnamed) }),
                             false });
     }
     if (findings.unknownKind > 0) {
         source.addProblem({ DataType::WholeBackup,
                             index + ": flags"_L1,
-                            tr("%1 entries of the index are neither file nor folder nor link and "
-                               "are left out.")
-                                .arg(findings.unknownKind),
+                            Notice("folder.unknownKinds", { qint64(findings.unknownKind) }),
                             false });
     }
 }
@@ -138,7 +127,12 @@ void Backup::setMessageFilter(const MessageFilter &filter)
 QList<Problem> Backup::problems() const
 {
     m_d->takeRemarks();
-    return m_d->source.problems();
+    QList<Problem> problems = m_d->source.problems();
+    for (Problem &problem : problems) {
+        if (problem.isNameless)
+            problem.source = tr("(no name)") + u' ' + problem.source;
+    }
+    return problems;
 }
 
 BkData *Backup::getBkData(int code) const

@@ -30,8 +30,8 @@
         --- text [OPTION …] DOMAIN/PATH   this text
         --- records [WHAT]                what is read, as JSON, a record a line
         --- items [WHAT]                  what the item model makes of it, a line each
-        --- problems                      what could not be read: "code place", " (loss)" behind
-   some
+        --- problems [items]              what could not be read, or the item model of it:
+                                          "code place", " (loss)" behind some
 
     What precedes the first section says what the case is about. Options: "wal" leaves what a
     database holds in its write-ahead log; "cut=N" keeps N percent of the bytes; "zero=AT+COUNT"
@@ -95,7 +95,9 @@ public:
             else if (section.kind == "items")
                 section.body = lines(readItems(*backup.value(), section.place));
             else if (section.kind == "problems")
-                section.body = lines(source.problems());
+                section.body =
+                    lines(section.place == QLatin1String("items") ? backup.value()->problems()
+                                                                  : source.problems());
         }
         QByteArray actual;
         for (const Case &one : cases) {

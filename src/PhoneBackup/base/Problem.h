@@ -19,6 +19,7 @@ struct Problem
     int systemError = 0; //!< As Error::systemError.
     bool neverDownloaded = false; //!< No fault: the phone itself does not have the file \c source.
     qint64 row = 0; //!< Keeps apart what has one name.
+    bool isNameless = false; //!< source is a person without a name: only what tells them apart.
 };
 
 } // namespace PhoneBackup

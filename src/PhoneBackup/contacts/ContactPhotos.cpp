@@ -90,9 +90,7 @@ QByteArray ContactPhotos::best(const AddressBook::Person &person)
         }
     }
     if (isStored && other.isEmpty()) {
-        Problem problem {
-            DataType::Contacts, person.nameForReport(), Notice("contacts.photoUnreadable"), true
-        };
+        Problem problem = person.loss(Notice("contacts.photoUnreadable"));
         problem.row = kPhoto;
         m_source.addProblem(problem);
     }

@@ -303,7 +303,7 @@ void ContactReader::tellWhatIsLeftOut(const AddressBook::Person &person)
     Notice all;
     for (const Notice &what : m_leftOut)
         all += what;
-    m_source.addProblem({ DataType::Contacts, person.nameForReport(), all, true });
+    m_source.addProblem(person.loss(all));
 }
 
 void reportContactLosses(Source &source)

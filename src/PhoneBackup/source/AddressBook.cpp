@@ -1,16 +1,14 @@
 #include "PhoneBackup/source/AddressBook.h"
 
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/source/ContactKind.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
 #include "PhoneBackup/source/Table.h"
-#include "platform/Translation_p.h"
 
 #include <algorithm>
 #include <limits>
 #include <tuple>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -18,7 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kWholeBackup = -1;
 constexpr QLatin1StringView kDomain("HomeDomain");
 constexpr QLatin1StringView kPath("Library/AddressBook/AddressBook.sqlitedb");
 constexpr int kOrganisation = 1;
@@ -132,20 +129,24 @@ AddressBook::AddressBook(Source &source)
     if (!database) {
         if (database.error().fault != Fault::NotFound) {
             m_openError = database.error().what;
-            source.addProblem(kWholeBackup, place(), database.error(), consequence, true);
+            source.addProblem(DataType::WholeBackup, place(), database.error(), consequence, true);
         }
         return;
     }
-    m_database = std::make_unique<RowDatabase>(source, kWholeBackup, database.take(), consequence);
+    m_database =
+        std::make_unique<RowDatabase>(source, DataType::WholeBackup, database.take(), consequence);
     readPeople();
     readValues();
     m_personOfCard.clear();
     m_settledNames.clear();
 }
 
-QString AddressBook::Person::nameForReport() const
+Problem AddressBook::Person::loss(const Notice &what) const
 {
-    return u"%1 (%2)"_s.arg(name.isEmpty() ? tr("(no name)") : name).arg(cards.front());
+    const QString card = u'(' + QString::number(cards.front()) + u')';
+    Problem problem { DataType::Contacts, name.isEmpty() ? card : name + u' ' + card, what, true };
+    problem.isNameless = name.isEmpty();
+    return problem;
 }
 
 QString AddressBook::place()

@@ -1,6 +1,7 @@
 #ifndef PHONEBACKUP_SOURCE_ADDRESSBOOK_H
 #define PHONEBACKUP_SOURCE_ADDRESSBOOK_H
 
+#include "PhoneBackup/base/Problem.h"
 #include "PhoneBackup/source/PhoneAddress.h"
 #include "PhoneBackup/source/RowDatabase.h"
 
@@ -51,8 +52,8 @@ public:
         std::vector<qint64> cards; //!< ROWIDs; that of the name comes first.
         qint64 imageCard = -1; //!< Whose picture is shown, -1 for any of them.
 
-        //! Their name, and what tells them from others of that name.
-        QString nameForReport() const;
+        //! \a what of them is lost, under their name and what tells them from others of it.
+        Problem loss(const Notice &what) const;
     };
 
     //! Where a value of a card stands.

@@ -73,6 +73,22 @@ constexpr NoticeWords kNotices[] = {
     { "folder.recordsCutOff",
       QT_TRANSLATE_NOOP("DataExport",
                         "The index “Manifest.mbdb” ends in the middle of an entry.") },
+    { "folder.interrupted",
+      QT_TRANSLATE_NOOP("DataExport",
+                        "The backup was interrupted before it was complete: files may be missing "
+                        "or older than the rest. Make a new backup if you can.") },
+    { "folder.namesLost",
+      QT_TRANSLATE_NOOP("DataExport",
+                        "Files that the index no longer names cannot be exported. Copy the backup "
+                        "again from where it was made.") },
+    { "folder.damagedIds",
+      QT_TRANSLATE_NOOP("DataExport",
+                        "%1 entries of the index have a damaged identifier; their files are looked "
+                        "for under the one that belongs to their path.") },
+    { "folder.unknownKinds",
+      QT_TRANSLATE_NOOP("DataExport",
+                        "%1 entries of the index are neither file nor folder nor link and are left "
+                        "out.") },
     { "folder.noFile", QT_TRANSLATE_NOOP("DataExport", "The backup has no “%1”.") },
     { "folder.fileMissing", QT_TRANSLATE_NOOP("DataExport", "Its file is missing.") },
     { "folder.fileUnreadable", QT_TRANSLATE_NOOP("DataExport", "Its file could not be read: %1.") },
