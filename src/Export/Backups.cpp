@@ -26,7 +26,7 @@ std::variant<BackupInfo, Refusal> chooseBackup(const QString &path)
     return Refusal { { Failure::Cause::Unsuitable,
                        u"There are %1 backups in “%2”."_s.arg(backups.size()).arg(path),
                        {},
-                       u"Give the folder of one of them as BACKUP."_s },
+                       u"Specify the folder of one of them as BACKUP."_s },
                      backups };
 }
 

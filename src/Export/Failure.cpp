@@ -39,8 +39,7 @@ Failure failureOf(const PhoneBackup::Error &error)
         return { error.fault == Fault::WrongPassword ? Cause::WrongPassword : Cause::NoPassword,
                  what,
                  {},
-                 u"It is the one that was set when the encryption of backups was switched on; "
-                 "letters in capitals and small ones differ."_s };
+                 u"Use the one set when backup encryption was turned on; it is case-sensitive."_s };
     }
     if (error.fault == Fault::TemporaryFolder)
         return { Cause::TemporaryFolder, what, {}, {}, error.systemError };

@@ -39,13 +39,13 @@ std::optional<CIExportReport::Fault> HeicCopies::fileCopied(const QString &path)
     const HeicToJpeg::Conversion made = HeicToJpeg::convert(path);
     if (made.jpeg.isEmpty()) {
         return Fault { Cause::Content,
-                       u"The HEIC file was copied, but no JPEG could be made of it: %1."_s.arg(
+                       u"The HEIC file was copied, but could not be converted to JPEG: %1."_s.arg(
                            made.why) };
     }
     if (const int number = write(target, made.jpeg)) {
         return Fault { Cause::Target,
-                       u"Its JPEG could not be written to “%1”: %2."_s.arg(target,
-                                                                           errorText(number)),
+                       u"Its JPEG copy could not be written to “%1”: %2."_s.arg(target,
+                                                                                errorText(number)),
                        number };
     }
     QFile dated(target);
@@ -54,8 +54,10 @@ std::optional<CIExportReport::Fault> HeicCopies::fileCopied(const QString &path)
     ++m_count;
     if (!made.lacksRemarks)
         return std::nullopt;
-    return Fault { Cause::Content,
-                   u"Its JPEG lacks date and place: what the camera noted cannot be read."_s };
+    return Fault {
+        Cause::Content,
+        u"Its JPEG copy has no date or location: the picture’s metadata cannot be read."_s
+    };
 }
 
 } // namespace Export

@@ -224,8 +224,8 @@ QString IndexPage::failures() const
     html += "</table>\n"_L1;
     const QString list = QFileInfo(m_outcome.reportPath).fileName();
     if (!list.isEmpty()) {
-        html +=
-            u"<p>All %1 of them: %2</p>\n"_s.arg(grouped(m_outcome.failureCount), link(list, list));
+        html += u"<p>All %1 are listed in %2.</p>\n"_s.arg(grouped(m_outcome.failureCount),
+                                                           link(list, list));
     }
     return html;
 }

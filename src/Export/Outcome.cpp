@@ -87,7 +87,7 @@ QString stateWord(End state)
     case End::Stopped:
         return u"stopped"_s;
     case End::NotStarted:
-        return u"not begun"_s;
+        return u"not started"_s;
     case End::Failed:
         return u"failed"_s;
     }

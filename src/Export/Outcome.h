@@ -80,7 +80,7 @@ TypeOutcome typeOutcome(const TypeTotals &totals, const RunReport &report);
 //! "page", "CSV", "vCards" or "copies".
 QString outputName(CIExportReport::Output output);
 
-//! "complete", "stopped", "not begun" or "failed".
+//! "complete", "stopped", "not started" or "failed".
 QString stateWord(CIExportReport::End state);
 
 //! The same with the outputs of \a type that are concerned, if others are not: "stopped (CSV)".

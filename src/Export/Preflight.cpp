@@ -65,9 +65,9 @@ bool isInside(const QString &path, const QString &folder)
 Failure inside(const QString &output)
 {
     return { Failure::Cause::Unsuitable,
-             u"OUTPUT “%1” lies inside the backup, which is never written to."_s.arg(output),
+             u"OUTPUT “%1” is inside the backup, which is never written to."_s.arg(output),
              {},
-             u"Choose a folder outside of it."_s };
+             u"Choose a folder outside the backup."_s };
 }
 
 // Hidden files and dead links, too.
@@ -142,10 +142,10 @@ std::optional<Failure> checkApart(const QString &output, const QStringList &back
         if (QFileInfo::exists(output) && isInside(backup, output))
             return Failure {
                 Failure::Cause::Unsuitable,
-                u"The backup “%1” lies inside OUTPUT “%2”, and so could be overwritten."_s.arg(
-                    backup, output),
+                u"The backup “%1” is inside OUTPUT “%2” and could be overwritten."_s.arg(backup,
+                                                                                         output),
                 {},
-                u"Choose an OUTPUT that does not hold the backup."_s
+                u"Choose an OUTPUT that does not contain the backup."_s
             };
     }
     return std::nullopt;
@@ -158,12 +158,12 @@ std::optional<Failure> checkOutput(const QString &output, const QString &backup,
         return Failure { Failure::Cause::Unsuitable,
                          u"OUTPUT “%1” is a file, not a folder."_s.arg(output),
                          {},
-                         u"Choose a new or an empty folder."_s };
+                         u"Choose a new or empty folder."_s };
     if (info.isDir() && !intoExisting && !isEmptyForPeople(output))
         return Failure { Failure::Cause::NotEmpty,
                          u"OUTPUT “%1” is not empty."_s.arg(output),
                          {},
-                         u"Choose a new or an empty folder."_s };
+                         u"Choose a new or empty folder."_s };
     if (info.isDir() && intoExisting) {
         const QString link = linkInto(output, backup, kOutputDepth);
         if (!link.isEmpty())
@@ -172,13 +172,13 @@ std::optional<Failure> checkOutput(const QString &output, const QString &backup,
     const QString folder = nearestExisting(output);
     if (!QFileInfo(folder).isDir())
         return Failure { Failure::Cause::Unsuitable,
-                         u"OUTPUT “%1” would lie in “%2”, which is a file."_s.arg(output, folder),
+                         u"OUTPUT “%1” cannot be created: “%2” is a file."_s.arg(output, folder),
                          {},
-                         u"Choose a new or an empty folder."_s };
+                         u"Choose a new or empty folder."_s };
     if (::access(QFile::encodeName(folder).constData(), W_OK | X_OK) != 0) {
         const int number = errno;
         return Failure { Failure::Cause::Output,
-                         u"OUTPUT “%1” cannot be written: %2 (“%3”)."_s.arg(
+                         u"OUTPUT “%1” cannot be written to: %2 (“%3”)."_s.arg(
                              output, errorText(number), folder),
                          {},
                          u"Choose a folder that you may write to."_s,
@@ -198,16 +198,16 @@ std::optional<Failure> checkSpace(const QString &output, qint64 neededBytes)
     if (neededBytes <= available)
         return std::nullopt;
     return Failure { Failure::Cause::NoRoom,
-                     u"There is too little room in OUTPUT “%1”: %2 are needed, %3 are available."_s
-                         .arg(output, sizeText(neededBytes), sizeText(available)),
+                     u"There is not enough space in OUTPUT “%1”: %2 needed, %3 available."_s.arg(
+                         output, sizeText(neededBytes), sizeText(available)),
                      {},
-                     u"Make room, choose an OUTPUT on another disk, or export less."_s };
+                     u"Free up space, choose an OUTPUT on another disk, or export less."_s };
 }
 
 Failure replaced(const QString &output)
 {
     return { Failure::Cause::Output,
-             u"OUTPUT “%1” was replaced while the backup was read."_s.arg(output),
+             u"OUTPUT “%1” was replaced while the backup was being read."_s.arg(output),
              {},
              u"Choose a folder that nobody else can change."_s };
 }
@@ -225,8 +225,8 @@ std::optional<Failure> createOutput(const QString &output)
     const int number = errno;
     return Failure { Failure::Cause::Output,
                      number != 0
-                         ? u"OUTPUT “%1” could not be made: %2."_s.arg(output, errorText(number))
-                         : u"OUTPUT “%1” could not be made."_s.arg(output),
+                         ? u"OUTPUT “%1” could not be created: %2."_s.arg(output, errorText(number))
+                         : u"OUTPUT “%1” could not be created."_s.arg(output),
                      {},
                      u"Choose a folder that you may write to."_s,
                      number };

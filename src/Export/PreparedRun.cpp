@@ -62,13 +62,16 @@ Failure outputFailure(const RunReport::OutputFault &fault, const QString &output
     const QStorageInfo disk(output);
     const QString mount = disk.isValid() ? u" (mounted at “%1”)"_s.arg(disk.rootPath()) : QString();
     const QString what = full ? u"The disk of OUTPUT “%1”%2 is full: “%3” could not be written."_s
-                              : u"OUTPUT “%1”%2 can no longer be written: it refused “%3”."_s;
-    return { full ? Failure::Cause::DiskFull : Failure::Cause::Output,
-             what.arg(output, mount, fault.what),
-             {},
-             full ? u"Make room or choose an OUTPUT on another disk, and export again."_s
-                  : u"See that the disk is there, has room and may be written, and export again."_s,
-             fault.systemError };
+                              : u"OUTPUT “%1”%2 can no longer be written to: “%3” failed."_s;
+    return {
+        full ? Failure::Cause::DiskFull : Failure::Cause::Output,
+        what.arg(output, mount, fault.what),
+        {},
+        full
+            ? u"Free up space or choose an OUTPUT on another disk, then export again."_s
+            : u"Check that the disk is connected, has space and can be written to, then export again."_s,
+        fault.systemError
+    };
 }
 
 } // namespace

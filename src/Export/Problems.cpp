@@ -64,8 +64,9 @@ qint64 neverDownloaded(const QList<Problem> &problems)
 
 QString neverDownloadedSentence(qint64 files)
 {
-    return u"Never downloaded to the phone, and so not in the backup: %1."_s.arg(
-        counted(files, u"file"_s, u"files"_s));
+    return counted(files, u"file was"_s, u"files were"_s)
+        + u" never downloaded to the phone, so the backup does not contain %1."_s.arg(
+            files == 1 ? u"it"_s : u"them"_s);
 }
 
 std::optional<Failure> temporaryFolderFailure(const PhoneItems::Backup &backup)

@@ -59,14 +59,14 @@ ConsoleObserver::password(const Export::BackupInfo &info, const Export::Failure 
 void ConsoleObserver::makingKeys(int percent)
 {
     if (m_console.isTerminal())
-        m_console.status(u"Making the keys from the password … %1%"_s.arg(percent));
+        m_console.status(u"Deriving the keys from the password … %1%"_s.arg(percent));
     else if (percent == 0)
-        m_console.say(u"Making the keys from the password …"_s);
+        m_console.say(u"Deriving the keys from the password …"_s);
 }
 
 void ConsoleObserver::readingIndex()
 {
-    m_console.status(u"Reading the index of the backup …"_s);
+    m_console.status(u"Reading the backup’s index …"_s);
 }
 
 void ConsoleObserver::opened(const Export::BackupInfo &info)
@@ -83,7 +83,7 @@ void ConsoleObserver::inventoryRead(const Export::Inventory &inventory)
 {
     m_console.clearStatus();
     if (!m_options.messages.isEmpty() && !inventory.hasMessages())
-        m_console.warn(u"No messages fit what --since, --until and --chat ask for."_s);
+        m_console.warn(u"No messages match --since, --until and --chat."_s);
 }
 
 void ConsoleObserver::problemsFound(const QList<Export::Problem> &problems)
@@ -92,7 +92,8 @@ void ConsoleObserver::problemsFound(const QList<Export::Problem> &problems)
     for (const Export::Problem &problem : said)
         m_console.warn(problem.sentence());
     if (problems.size() > said.size())
-        m_console.warn(u"%1 more of that kind."_s.arg(grouped(problems.size() - said.size())));
+        m_console.warn(
+            u"%1 more problems like these."_s.arg(grouped(problems.size() - said.size())));
 }
 
 void ConsoleObserver::allTypesEnded()

@@ -79,11 +79,11 @@ Examples:
 Exit codes:
     0  complete
     1  failed
-    2  wrong use: an unknown option, OUTPUT not empty, several backups there
-    3  done, but some items could not be exported: see export-report.csv
-   10  no backup there, or not readable
-   11  the password of an encrypted backup is missing or wrong
-   12  the output cannot be written
+    2  usage error: unknown option, OUTPUT not empty, several backups found
+    3  finished, but some items could not be exported: see export-report.csv
+   10  no backup found, or it cannot be read
+   11  password of an encrypted backup missing or wrong
+   12  OUTPUT cannot be written, or TMPDIR cannot be used
   130  stopped with Ctrl-C)"_s;
 }
 

@@ -4,7 +4,7 @@
 #include <QDateTime>
 #include <QString>
 
-//! Moments as people write them on the command line, in the time of this place.
+//! Moments as people write them on the command line, in local time.
 namespace Cli::Moment {
 
 //! The moment "YYYY-MM-DD hh:mm", or the first one of the day "YYYY-MM-DD". Invalid otherwise.

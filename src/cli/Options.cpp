@@ -42,12 +42,12 @@ struct Raw
 void describe(CLI::App &app, Raw &raw, Options &options)
 {
     app.name("dataexport");
-    app.description("Copies what is in a phone backup into folders with ordinary files.\n"
+    app.description("Exports a phone backup into folders of ordinary files.\n"
                     "The backup is only read; nothing in it is ever changed.");
     app.formatter(std::make_shared<HelpFormatter>());
     app.footer(helpFooter().toStdString());
-    app.add_option("BACKUP", raw.backup, "The backup's folder, or the folder that holds backups");
-    app.add_option("OUTPUT", raw.output, "Folder for the files; made when missing");
+    app.add_option("BACKUP", raw.backup, "The backup's folder, or the folder that contains it");
+    app.add_option("OUTPUT", raw.output, "Folder for the exported files; created if missing");
 
     const auto addTypes =
         [&app](const char *name, std::vector<std::string> &words, const char *text) {
@@ -58,14 +58,14 @@ void describe(CLI::App &app, Raw &raw, Options &options)
                 ->allow_extra_args(false)
                 ->group("What to export");
         };
-    app.add_flag("--list", options.list, "Show what is inside, and export nothing")
+    app.add_flag("--list", options.list, "List what the backup contains; export nothing")
         ->group("What to export");
-    addTypes("--only", raw.only, "Export these types and no others");
-    addTypes("--skip", raw.skip, "Export all types but these");
+    addTypes("--only", raw.only, "Export only these types");
+    addTypes("--skip", raw.skip, "Export all types except these");
     app.add_flag("--convert-heic",
                  options.convertHeic,
-                 "Write a JPEG beside each copied HEIC picture, for\n"
-                 "computers that cannot show those")
+                 "Also save each HEIC picture as a JPEG, for computers\n"
+                 "that cannot open HEIC")
         ->group("What to export");
 
     const auto addFilter = [&app](const char *name,
@@ -81,17 +81,17 @@ void describe(CLI::App &app, Raw &raw, Options &options)
               raw.since,
               "DATE",
               "Messages from this day on: YYYY-MM-DD, or\n"
-              "\"YYYY-MM-DD hh:mm\", in the time of this place");
+              "\"YYYY-MM-DD hh:mm\", in local time");
     addFilter("--until",
               raw.until,
               "DATE",
-              "Messages up to the end of this day, or before\n"
-              "this minute");
+              "Messages up to the end of this day, or before this\n"
+              "minute if a time is given");
     app.add_option("--chat",
                    raw.chats,
-                   "Conversations with this in their name or with\n"
-                   "somebody of this name, phone number or address;\n"
-                   "may be given more than once")
+                   "Conversations with TEXT in their name, or with a\n"
+                   "person of that name, phone number or address;\n"
+                   "can be repeated")
         ->type_name("TEXT")
         ->option_text("TEXT")
         ->type_size(1)
@@ -100,33 +100,34 @@ void describe(CLI::App &app, Raw &raw, Options &options)
 
     app.add_option("--password-file",
                    raw.passwordFile,
-                   "Take the password from the first line of FILE,\n"
-                   "or of standard input if FILE is \"-\"; without\n"
-                   "this from DATAEXPORT_PASSWORD, or it is asked for")
+                   "Read the password from the first line of FILE, or\n"
+                   "of standard input if FILE is \"-\"; by default, it\n"
+                   "is taken from DATAEXPORT_PASSWORD or asked for")
         ->type_name("FILE")
         ->option_text("FILE")
         ->group("Encrypted backups");
 
     app.add_flag("--into-existing",
                  options.intoExisting,
-                 "Allow an OUTPUT that holds files already; copies get\n"
-                 "free names, pages of an earlier export are replaced")
-        ->group("Where to");
+                 "Allow an OUTPUT that contains files; copies are\n"
+                 "renamed if a name is taken, pages of an earlier\n"
+                 "export are replaced")
+        ->group("Output folder");
     app.add_flag("--no-space-check",
                  raw.noSpaceCheck,
-                 "Start although there seems to be too little room\n"
-                 "(for disks that compress)")
-        ->group("Where to");
+                 "Start even if there seems to be too little space\n"
+                 "(for disks that compress files)")
+        ->group("Output folder");
 
-    app.add_flag("--json", options.json, "Give the list or summary as JSON on standard output")
-        ->group("What to show");
-    app.add_flag("-q,--quiet", options.quiet, "Show warnings and errors only")
-        ->group("What to show");
+    app.add_flag("--json", options.json, "Print the list or summary as JSON")
+        ->group("What to print");
+    app.add_flag("-q,--quiet", options.quiet, "Show only warnings and errors")
+        ->group("What to print");
 
-    app.set_help_flag("-h,--help", "Show this text and end")->group("Other");
+    app.set_help_flag("-h,--help", "Show this help and exit")->group("Other");
     app.set_version_flag("--version",
                          "dataexport " + QCoreApplication::applicationVersion().toStdString(),
-                         "Show the version and end")
+                         "Show the version and exit")
         ->group("Other");
 }
 
@@ -142,7 +143,7 @@ Failure usage(const QString &what, const QString &advice = u"See dataexport --he
 
 QString possibleTypes()
 {
-    return u"Possible types: %1."_s.arg(TypeNames::words().join(u", "_s));
+    return u"Types: %1."_s.arg(TypeNames::words().join(u", "_s));
 }
 
 // None when the option was not given; an empty value, a variable of a script that was not set, must
@@ -157,11 +158,11 @@ std::variant<QList<int>, Failure> codesOf(const char *option, const std::vector<
     for (const QString &part : parts) {
         const auto code = TypeNames::code(part);
         if (!code)
-            return usage(u"“%1” is no type that can be exported."_s.arg(part), possibleTypes());
+            return usage(u"Unknown type “%1”."_s.arg(part), possibleTypes());
         codes += *code;
     }
     if (codes.isEmpty() && !given.empty())
-        return usage(u"%1 names no type."_s.arg(QLatin1StringView(option)), possibleTypes());
+        return usage(u"%1 needs a type."_s.arg(QLatin1StringView(option)), possibleTypes());
     return codes;
 }
 
@@ -182,7 +183,7 @@ std::variant<QList<int>, Failure> selectedTypes(const Raw &raw)
             types += code;
     }
     if (types.isEmpty())
-        return usage(u"--only and --skip leave no type to export."_s);
+        return usage(u"--only and --skip leave nothing to export."_s);
     return types;
 }
 
@@ -196,8 +197,9 @@ std::optional<Failure> readMoment(const char *option,
     moment = read(fromArgument(*text));
     if (moment.isValid())
         return std::nullopt;
-    return usage(u"%1: “%2” is no date."_s.arg(QLatin1StringView(option), fromArgument(*text)),
-                 u"Write YYYY-MM-DD, or \"YYYY-MM-DD hh:mm\" with the time."_s);
+    return usage(
+        u"%1: “%2” is not a valid date."_s.arg(QLatin1StringView(option), fromArgument(*text)),
+        u"Use YYYY-MM-DD or \"YYYY-MM-DD hh:mm\"."_s);
 }
 
 std::variant<Export::MessageFilter, Failure> messageFilter(const Raw &raw, const QList<int> &types)
@@ -208,7 +210,7 @@ std::variant<Export::MessageFilter, Failure> messageFilter(const Raw &raw, const
     if (auto failure = readMoment("--until", raw.until, &Moment::behind, filter.until))
         return *failure;
     if (filter.since.isValid() && filter.until.isValid() && filter.since >= filter.until)
-        return usage(u"--since and --until leave no time between them."_s);
+        return usage(u"There is no time between --since and --until."_s);
     for (const std::string &chat : raw.chats) {
         filter.chats += fromArgument(chat).trimmed();
         if (filter.chats.last().isEmpty())
@@ -216,8 +218,8 @@ std::variant<Export::MessageFilter, Failure> messageFilter(const Raw &raw, const
     }
     // Somebody who wants the photos of last year must not believe to have got them.
     if (!filter.isEmpty() && !Export::holdMessages(types))
-        return usage(u"--since, --until and --chat are for messages, and no type with messages is"
-                     " to be exported."_s);
+        return usage(u"--since, --until and --chat apply to messages, but no type with messages "
+                     "is selected."_s);
     return filter;
 }
 
@@ -228,11 +230,11 @@ std::variant<Options, Failure> complete(const Raw &raw, Options options)
     options.passwordFile = fromArgument(raw.passwordFile);
     options.checkSpace = !raw.noSpaceCheck;
     if (options.backup.isEmpty())
-        return usage(u"BACKUP is missing: the folder of the phone backup."_s);
+        return usage(u"BACKUP is missing: specify the folder of the phone backup."_s);
     if (options.list && !options.output.isEmpty())
-        return usage(u"--list exports nothing; leave OUTPUT out."_s);
+        return usage(u"--list exports nothing; omit OUTPUT."_s);
     if (!options.list && options.output.isEmpty())
-        return usage(u"OUTPUT is missing: the folder that the files are to go to."_s);
+        return usage(u"OUTPUT is missing: specify the folder for the exported files."_s);
     auto types = selectedTypes(raw);
     if (const auto *failure = std::get_if<Failure>(&types))
         return *failure;

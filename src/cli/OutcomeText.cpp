@@ -26,6 +26,7 @@ namespace Cli {
 namespace {
 
 constexpr qsizetype kFailuresSaid = 10;
+constexpr int kLabelColumns = 13;
 
 QString whereStopped(const TypeOutcome &type)
 {
@@ -41,7 +42,7 @@ void sayWhatIsThere(Console &console, const QList<TypeOutcome> &types, const QSt
     QStringList complete;
     QStringList stopped;
     QStringList failed;
-    QStringList notBegun;
+    QStringList notStarted;
     for (const TypeOutcome &type : types) {
         if (type.totals.items == 0)
             continue;
@@ -56,24 +57,25 @@ void sayWhatIsThere(Console &console, const QList<TypeOutcome> &types, const QSt
             failed += u"%1 (%2)"_s.arg(type.totals.name, stateText(type));
             break;
         case CIExportReport::End::NotStarted:
-            notBegun += type.totals.name;
+            notStarted += type.totals.name;
             break;
         }
     }
     const auto line = [&console](const QString &label, const QStringList &names) {
         if (!names.isEmpty())
-            console.note(u"  "_s + label.leftJustified(12) + names.join(u", "_s));
+            console.note(u"  "_s + label.leftJustified(kLabelColumns) + names.join(u", "_s));
     };
     line(u"Complete:"_s, complete);
     line(u"Stopped in:"_s, stopped);
     line(u"Failed:"_s, failed);
-    line(u"Not begun:"_s, notBegun);
-    console.note(u"  No half-written file is left in “%1”."_s.arg(output));
+    line(u"Not started:"_s, notStarted);
+    console.note(u"  No partial files are left in “%1”."_s.arg(output));
 }
 
 void sayFirstFailures(Console &console, const Outcome &outcome)
 {
-    console.warn(u"This could not be exported (%1 in all):"_s.arg(grouped(outcome.failureCount)));
+    console.warn(
+        u"Some things could not be exported (%1 in total):"_s.arg(grouped(outcome.failureCount)));
     const qsizetype said = std::min(kFailuresSaid, outcome.failures.size());
     for (qsizetype i = 0; i < said; ++i) {
         const Export::RunReport::Failed &failed = outcome.failures.at(i);
@@ -93,12 +95,12 @@ void sayFailures(Console &console, const Outcome &outcome)
         console.say(Export::neverDownloadedSentence(notThere));
     const QString &list = outcome.reportPath;
     if (!list.isEmpty() && outcome.failureCount > 0)
-        console.note(u"The whole list is in “%1”."_s.arg(list));
+        console.note(u"The full list is in “%1”."_s.arg(list));
     else if (!list.isEmpty())
-        console.say(u"The whole list is in “%1”."_s.arg(list));
+        console.say(u"The full list is in “%1”."_s.arg(list));
     if (outcome.reportError != 0)
-        console.error(u"The list export-report.csv could not be written%1: %2."_s.arg(
-            list.isEmpty() ? QString() : u" to its end"_s, errorText(outcome.reportError)));
+        console.error(u"The list export-report.csv could not be %1: %2."_s.arg(
+            list.isEmpty() ? u"written"_s : u"completed"_s, errorText(outcome.reportError)));
 }
 
 } // namespace
@@ -113,7 +115,7 @@ void sayOutcome(Console &console, const Outcome &outcome)
     }
     sayFailures(console, outcome);
     if (outcome.jpegCopies > 0)
-        console.say(u"JPEG copies made of HEIC pictures: %1"_s.arg(grouped(outcome.jpegCopies)));
+        console.say(u"JPEG copies of HEIC pictures: %1"_s.arg(grouped(outcome.jpegCopies)));
 }
 
 QByteArray summaryText(const Outcome &outcome)
@@ -155,7 +157,7 @@ QByteArray summaryText(const Outcome &outcome)
         lines += printable(absence);
     if (!outcome.indexPath.isEmpty()) {
         const QString page = QDir(outcome.output).filePath(QFileInfo(outcome.indexPath).fileName());
-        lines += u"To look at all of it, open “%1”."_s.arg(printable(page));
+        lines += u"To view everything, open “%1”."_s.arg(printable(page));
     }
     return lines.join(u'\n').toUtf8() + '\n';
 }

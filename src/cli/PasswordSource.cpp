@@ -29,8 +29,9 @@ constexpr qsizetype kLongestBytes = 4096;
 
 Failure withAdvice(Failure failure)
 {
-    failure.advice = u"Give the password with --password-file FILE or in the environment variable "
-                     "DATAEXPORT_PASSWORD, or run dataexport in a terminal and type it."_s;
+    failure.advice =
+        u"Provide the password with --password-file FILE or in the environment variable "
+        "DATAEXPORT_PASSWORD, or run dataexport in a terminal and type it there."_s;
     return failure;
 }
 
@@ -84,7 +85,7 @@ std::variant<Secret, Failure> readFile(const QString &path)
         return refuse(errorText(number));
     Secret password(firstLine(bytes.view().first(size)));
     if (password.isEmpty())
-        return missing(u"%1 holds no password in its first line."_s.arg(name));
+        return missing(u"%1 has no password in its first line."_s.arg(name));
     return password;
 }
 
@@ -123,7 +124,7 @@ std::variant<Secret, Failure> PasswordSource::ask()
         return withAdvice(Export::noPassword(m_backup));
     while (m_asked < kTries) {
         ++m_asked;
-        auto password = input.line(u"Password of the backup “%1”: "_s.arg(m_backup.displayName));
+        auto password = input.line(u"Password for the backup “%1”: "_s.arg(m_backup.displayName));
         if (Interrupt::requested())
             return Export::stoppedEarly();
         if (!password)

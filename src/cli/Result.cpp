@@ -20,11 +20,12 @@ namespace {
 Failure withOptions(Failure failure)
 {
     if (failure.cause == Failure::Cause::NotEmpty)
-        failure.advice = u"Choose a new or an empty folder, or add --into-existing to put the "
-                         "files beside those that are there."_s;
+        failure.advice = u"Choose a new or empty folder, or use --into-existing to add the "
+                         "files to those already there."_s;
     else if (failure.cause == Failure::Cause::NoRoom)
-        failure.advice = u"Make room, choose an OUTPUT on another disk, or export less with --only "
-                         "or --skip."_s;
+        failure.advice =
+            u"Free up space, choose an OUTPUT on another disk, or export less with --only "
+            "or --skip."_s;
     return failure;
 }
 

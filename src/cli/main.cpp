@@ -52,7 +52,7 @@ Cli::ExitCode run(int argc, const char *const *argv)
     try {
         return options.list ? Cli::runList(console, options) : Cli::runExport(console, options);
     } catch (const std::exception &fault) {
-        console.error(u"The program had to give up: %1."_s.arg(QString::fromUtf8(fault.what())));
+        console.error(u"The program cannot continue: %1."_s.arg(QString::fromUtf8(fault.what())));
         return Cli::ExitCode::Failed;
     }
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""README tells the truth: ./run prints what it shows, its example is part of the one in examples/, and every
-link of README and docs leads somewhere. Usage: check_readme.py PROJECT BUILD"""
+"""README tells the truth: ./run and --help print what it shows, its example is part of the one in examples/, and
+every link of README and docs leads somewhere. Usage: check_readme.py PROJECT BUILD"""
 
 import os
 import pathlib
@@ -13,7 +13,8 @@ import urllib.parse
 
 
 def blocks(text: str, language: str) -> list[str]:
-    return re.findall(rf"^```{language}\n(.*?)^```$", text, re.M | re.S)
+    found = re.findall(r"^```(\w*)\n(.*?)^```$", text, re.M | re.S)
+    return [content for kind, content in found if kind == language]
 
 
 def shown_by_run(project: pathlib.Path, build: str) -> str:
@@ -43,6 +44,9 @@ def main(project: pathlib.Path, build: str) -> int:
         faults.append("./run prints something else than README shows:")
         faults += [f"  README: {a}\n  ./run:  {b}" for a, b in zip(expected, shown) if a != b]
         faults += [f"  {len(expected)} and {len(shown)} lines"]
+    program = pathlib.Path(build, "src/cli/dataexport")
+    if blocks(readme, "")[1] not in subprocess.check_output([program, "--help"], text=True):
+        faults.append("--help prints other options than README shows")
     example = (project / "examples/own-item-model/main.cpp").read_text()
     for line in blocks(readme, "cpp")[0].splitlines():
         if line.split("//")[0].strip() not in example:

@@ -63,10 +63,10 @@ void tst_CommandLine::refusesWrongUse_data()
     QTest::newRow("unknown option")
         << QStringList { u"--fast"_s, u"BACKUP"_s, u"OUT"_s } << "--fast"_ba;
     QTest::newRow("list with OUTPUT")
-        << QStringList { u"--list"_s, u"BACKUP"_s, u"OUT"_s } << "leave OUTPUT out"_ba;
+        << QStringList { u"--list"_s, u"BACKUP"_s, u"OUT"_s } << "omit OUTPUT"_ba;
     QTest::newRow("unknown type") << QStringList {
         u"--only"_s, u"photos,fotos"_s, u"BACKUP"_s, u"OUT"_s
-    } << "“fotos” is no type"_ba;
+    } << "Unknown type “fotos”"_ba;
     QTest::newRow("unknown type lists the possible ones")
         << QStringList { u"--skip"_s, u"99"_s, u"BACKUP"_s, u"OUT"_s } << "shared-albums, "_ba;
     for (const char *none : { "", ",", " " }) {
@@ -75,19 +75,23 @@ void tst_CommandLine::refusesWrongUse_data()
             << "--only"_ba;
         QTest::addRow("skip nothing: '%s'", none)
             << QStringList { u"--skip"_s, QString::fromLatin1(none), u"BACKUP"_s, u"OUT"_s }
-            << "--skip names no type"_ba;
+            << "--skip needs a type"_ba;
     }
     QTest::newRow("only without a type") << QStringList { u"--only"_s } << "--only"_ba;
     QTest::newRow("nothing left") << QStringList {
         u"--only=books"_s, u"--skip=books"_s, u"BACKUP"_s, u"OUT"_s
-    } << "leave no type"_ba;
+    } << "leave nothing"_ba;
     QTest::newRow("control characters in a word")
-        << QStringList { u"--only"_s, u"\u001b[2Jx"_s, u"BACKUP"_s, u"OUT"_s } << "is no type"_ba;
+        << QStringList { u"--only"_s, u"\u001b[2Jx"_s, u"BACKUP"_s, u"OUT"_s } << "Unknown type"_ba;
     const auto filter = [](const char *name, const QStringList &options, const QByteArray &said) {
         QTest::newRow(name) << options + QStringList { u"BACKUP"_s, u"OUT"_s } << said;
     };
-    filter("a word for a date", { u"--since"_s, u"yesterday"_s }, "“yesterday” is no date"_ba);
-    filter("a day that does not exist", { u"--until=2023-02-29"_s }, "“2023-02-29” is no date"_ba);
+    filter("a word for a date",
+           { u"--since"_s, u"yesterday"_s },
+           "“yesterday” is not a valid date"_ba);
+    filter("a day that does not exist",
+           { u"--until=2023-02-29"_s },
+           "“2023-02-29” is not a valid date"_ba);
     filter("a time that does not exist",
            { u"--since"_s, u"2024-01-31 24:10"_s },
            "YYYY-MM-DD hh:mm"_ba);
@@ -98,7 +102,7 @@ void tst_CommandLine::refusesWrongUse_data()
            "--chat needs a name"_ba);
     filter("a filter without messages",
            { u"--only=photos"_s, u"--since=2024-02-01"_s },
-           "are for messages"_ba);
+           "apply to messages"_ba);
 }
 
 void tst_CommandLine::refusesWrongUse()

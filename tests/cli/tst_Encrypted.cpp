@@ -217,7 +217,7 @@ void tst_Encrypted::takesThePassword()
         QVERIFY2(!QFileInfo(output() + u'/' + written).permissions().testAnyFlags(others),
                  qPrintable(written));
     }
-    QVERIFY(result.err.contains("Making the keys"));
+    QVERIFY(result.err.contains("Deriving the keys"));
     QCOMPARE(difference(filesBelow(output()), m_usual), QString());
     QCOMPARE(temporary(), QStringList());
 
@@ -242,9 +242,10 @@ void tst_Encrypted::refusesWithoutTheRightPassword_data()
     QTest::newRow("none") << QStringList() << QByteArray() << QByteArray("--password-file");
     QTest::newRow("empty variable")
         << QStringList() << QByteArray("") << QByteArray("--password-file");
-    QTest::newRow("wrong in a file") << file(u"wrong"_s) << QByteArray() << QByteArray("not that");
+    QTest::newRow("wrong in a file")
+        << file(u"wrong"_s) << QByteArray() << QByteArray("Wrong password.");
     QTest::newRow("wrong in the environment")
-        << QStringList() << QByteArray("wrong") << QByteArray("not that");
+        << QStringList() << QByteArray("wrong") << QByteArray("Wrong password.");
     QTest::newRow("empty file") << file(u"empty"_s) << kPassword.toUtf8()
                                 << QByteArray("no password in its first line");
     QTest::newRow("no file") << file(u"nowhere"_s) << kPassword.toUtf8()
@@ -269,15 +270,15 @@ void tst_Encrypted::refusesWithoutTheRightPassword()
 void tst_Encrypted::asksAtATerminal()
 {
     Terminal terminal({ inDir(u"backup"_s), output() });
-    QVERIFY(terminal.waitFor("Password of the backup “Sample Phone”: "));
+    QVERIFY(terminal.waitFor("Password for the backup “Sample Phone”: "));
     terminal.type("wrong\n");
-    QVERIFY(terminal.waitFor("Password of the backup", 2));
+    QVERIFY(terminal.waitFor("Password for the backup", 2));
     terminal.type("\n"); // nothing typed is no password
-    QVERIFY(terminal.waitFor("Password of the backup", 3));
+    QVERIFY(terminal.waitFor("Password for the backup", 3));
     terminal.type(kPassword.toUtf8() + '\n');
     QCOMPARE(terminal.end(), 0);
     QVERIFY(!terminal.shown().contains("hörse"));
-    QVERIFY(terminal.shown().contains("not that of the backup"));
+    QVERIFY(terminal.shown().contains("Wrong password."));
     QCOMPARE(difference(filesBelow(output()), m_usual), QString());
 }
 
@@ -285,12 +286,12 @@ void tst_Encrypted::asksThreeTimes()
 {
     Terminal terminal({ inDir(u"backup"_s), output() });
     for (int i = 1; i <= 3; ++i) {
-        QVERIFY(terminal.waitFor("Password of the backup", i));
+        QVERIFY(terminal.waitFor("Password for the backup", i));
         terminal.type("wrong\n");
     }
     QCOMPARE(terminal.end(), 11);
-    QCOMPARE(terminal.shown().count("Password of the backup"), 3);
-    QCOMPARE(terminal.shown().count("not that of the backup"), 3);
+    QCOMPARE(terminal.shown().count("Password for the backup"), 3);
+    QCOMPARE(terminal.shown().count("Wrong password."), 3);
     QVERIFY(!terminal.shown().contains("wrong\r\n"));
     QVERIFY(!QFileInfo::exists(output()));
 }
@@ -309,7 +310,7 @@ void tst_Encrypted::stopsAsking()
     QFETCH(QByteArray, typed);
     QFETCH(int, exitCode);
     Terminal terminal({ inDir(u"backup"_s), output() });
-    QVERIFY(terminal.waitFor("Password of the backup"));
+    QVERIFY(terminal.waitFor("Password for the backup"));
     terminal.type(typed);
     QCOMPARE(terminal.end(), exitCode);
     QVERIFY(!QFileInfo::exists(output()));
@@ -403,9 +404,9 @@ void tst_Encrypted::leavesNothingBehind()
     process.setReadChannel(QProcess::StandardError);
     process.start();
     QByteArray said;
-    while (!said.contains("Making the keys") && process.waitForReadyRead(kPatienceMs))
+    while (!said.contains("Deriving the keys") && process.waitForReadyRead(kPatienceMs))
         said += process.readAllStandardError();
-    QVERIFY(said.contains("Making the keys"));
+    QVERIFY(said.contains("Deriving the keys"));
     QVERIFY(sendSignal(process, signal));
     QCOMPARE(finish(process).exitCode, exitCode);
     QCOMPARE(temporary(), QStringList());

@@ -326,7 +326,7 @@ void tst_HeicCopies::writesOneBesideEachPicture()
     QCOMPARE(photos.value(u"failed"_s).toInt(), 1);
     QVERIFY2(result.err.contains("IMG_0006.HEIC: The HEIC file was copied, but"),
              result.err.constData());
-    QVERIFY(result.err.contains("JPEG copies made of HEIC pictures: 4"));
+    QVERIFY(result.err.contains("JPEG copies of HEIC pictures: 4"));
 
     const QString made = photo(u"IMG_0001.HEIC.jpg"_s);
     const QImage picture(made);
@@ -485,9 +485,9 @@ void tst_HeicCopies::tellsOfBrokenBlocks()
     QFETCH(const QByteArray, heic);
     const Result result = exportOne(u"IMG_0001.HEIC"_s, heic);
     QCOMPARE(result.exitCode, 3);
-    QVERIFY2(result.err.contains("IMG_0001.HEIC: Its JPEG lacks date and place"),
+    QVERIFY2(result.err.contains("IMG_0001.HEIC: Its JPEG copy has no date or location"),
              result.err.constData());
-    QVERIFY(result.err.contains("JPEG copies made of HEIC pictures: 1"));
+    QVERIFY(result.err.contains("JPEG copies of HEIC pictures: 1"));
     const QJsonObject photos = result.json().value(u"types"_s)[0].toObject();
     QCOMPARE(photos.value(u"exported"_s).toInt(), 0);
     QCOMPARE(photos.value(u"failed"_s).toInt(), 1);

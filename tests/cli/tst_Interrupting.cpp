@@ -175,10 +175,10 @@ void tst_Interrupting::stopsWithinAFile()
     // For a log, not one line of progress.
     QVERIFY2(
         result.err.startsWith("Backup: Sample Phone (iPhone 11, version 14.3), 2024-06-01 07:45\n"
-                              "Stopped.\n  Complete:   Photos (3)\n"),
+                              "Stopped.\n  Complete:    Photos (3)\n"),
         result.err.constData());
-    QVERIFY2(result.err.contains("Stopped in: Videos after 1 of 2 items"), result.err.constData());
-    QVERIFY2(result.err.contains("Not begun:  Voice Memos, Books, App Documents"),
+    QVERIFY2(result.err.contains("Stopped in:  Videos after 1 of 2 items"), result.err.constData());
+    QVERIFY2(result.err.contains("Not started: Voice Memos, Books, App Documents"),
              result.err.constData());
     QCOMPARE(result.json().value(u"status"_s).toString(), u"cancelled"_s);
     QCOMPARE(result.json().value(u"exported"_s).toInt(), 4);

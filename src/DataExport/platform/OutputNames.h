@@ -13,7 +13,7 @@
     clean() makes any text such a name; an object of this class keeps the names of one folder apart
     where they differ only in case or in Unicode normalisation, too.
     \par Cost
-    A look-up a name, whatever the number of equal ones; 12 bytes a name.
+    One look-up per name, whatever the number of equal ones; 12 bytes a name.
 */
 class DATAEXPORT_EXPORT OutputNames
 {

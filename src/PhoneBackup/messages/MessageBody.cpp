@@ -47,7 +47,7 @@ MessageBody MessageBody::read(Source &source, const Statement &row, int attribut
     return body;
 }
 
-void MessageBody::tellUnreadable(Source &source, const QString &column)
+void MessageBody::reportUnreadable(Source &source, const QString &column)
 {
     source.addProblem({ SmsDatabase::kMessages,
                         u"HomeDomain/Library/SMS/sms.db: "_s + column,

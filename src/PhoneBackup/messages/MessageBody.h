@@ -29,7 +29,7 @@ struct MessageBody
     static MessageBody read(Source &source, const Statement &row, int attributed, int plain);
 
     //! Tells \a source that texts could not be read in \a column.
-    static void tellUnreadable(Source &source, const QString &column);
+    static void reportUnreadable(Source &source, const QString &column);
 };
 
 } // namespace PhoneBackup

@@ -322,7 +322,7 @@ void MessageReader::readRow(Message &message)
     setSpecialText(message, details, body.transcription);
     if (body.isUnreadable) {
         append(message, MessageWords::unreadable(), u'\n');
-        MessageBody::tellUnreadable(m_source, u"attributedBody"_s);
+        MessageBody::reportUnreadable(m_source, u"attributedBody"_s);
     }
     tellLostText(message, details, history);
     mark(message, details, history);
@@ -435,7 +435,7 @@ void MessageReader::tellLostText(Message &message,
     if (isLost)
         append(message, MessageWords::unreadable(), u'\n');
     if (isLost || (history.isDamaged && !history.lastText.isEmpty()))
-        MessageBody::tellUnreadable(m_source, u"message_summary_info"_s);
+        MessageBody::reportUnreadable(m_source, u"message_summary_info"_s);
 }
 
 void MessageReader::mark(Message &message, const Details &details, const EditHistory &history)

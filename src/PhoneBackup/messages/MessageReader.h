@@ -25,8 +25,8 @@ class Statement;
     \brief Reads the messages of one conversation: their texts, files and marks.
 
     \par Cost
-    One look-up a message by its number; a second one for those that are more than a text. A row on
-    a damaged page costs itself alone.
+    One look-up per message by its number; a second one for those that are more than a text. A row
+    on a damaged page costs itself alone.
 */
 class MessageReader
 {

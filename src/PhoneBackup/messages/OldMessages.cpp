@@ -354,7 +354,7 @@ void OldMessages::readMessage(Message &message, ConversationContent &content)
     parts.set(message, text, attachments, hints);
     if (isUnreadable) {
         parts.addText(message, MessageWords::unreadable());
-        MessageBody::tellUnreadable(m_source, u"madrid_attributedBody"_s);
+        MessageBody::reportUnreadable(m_source, u"madrid_attributedBody"_s);
     }
     if (!message.fromMe && !address.isEmpty())
         message.address = m_handles.intern(address);

@@ -18,7 +18,7 @@ class WhatsappNames;
     \brief Reads the messages of chats.
 
     \par Cost
-    One look-up a message by its number; others for those that have a file, an author that was not
+    One look-up per message by its number; others for those that have a file, an author that was not
     met before, reactions, or a type that is more than a text. A row on a damaged page costs itself
     alone.
 */

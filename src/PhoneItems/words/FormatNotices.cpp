@@ -70,8 +70,7 @@ constexpr NoticeWords kNotices[] = {
       QT_TRANSLATE_NOOP(
           "DataExport",
           "it asks for %1 rounds of key derivation, but only 1 to %2 are supported") },
-    { "crypto.wrongPassword",
-      QT_TRANSLATE_NOOP("DataExport", "The password is not that of the backup.") },
+    { "crypto.wrongPassword", QT_TRANSLATE_NOOP("DataExport", "Wrong password.") },
     { "crypto.keysCutOff",
       QT_TRANSLATE_NOOP(
           "DataExport",
