@@ -15,7 +15,9 @@ namespace {
 
 constexpr std::array<std::string_view, 2> kPictureCategories { "qt.gui.imageio",
                                                                "qt.gui.icc" }; // and those below
-constexpr QLatin1StringView kSeekRemark("QBuffer::seek"); // a place that a broken picture names
+// Without a category: of a place that a broken picture names, of colours.
+constexpr std::array<QLatin1StringView, 2> kRemarkStarts { QLatin1StringView("QBuffer::seek"),
+                                                           QLatin1StringView("QImage") };
 
 thread_local int t_decodings = 0;
 
@@ -32,7 +34,10 @@ bool isOnPicture(const QMessageLogContext &context, const QString &message)
         std::any_of(kPictureCategories.begin(),
                     kPictureCategories.end(),
                     [category](std::string_view known) { return category.starts_with(known); });
-    return isOfImages || message.startsWith(kSeekRemark);
+    return isOfImages
+        || std::any_of(kRemarkStarts.begin(), kRemarkStarts.end(), [&message](auto start) {
+               return message.startsWith(start);
+           });
 }
 
 void handleMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)

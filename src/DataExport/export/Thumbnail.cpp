@@ -5,6 +5,9 @@
 #include "platform/Translation_p.h"
 
 #include <QBuffer>
+#include <QColorSpace>
+
+#include <algorithm>
 
 DATAEXPORT_USE_TR(DataExport);
 
@@ -22,13 +25,40 @@ QSize fitted(QSize size, Thumbnail::Box box)
         : size;
 }
 
+// Whether PNG can have the remark: of its name something must be left (RFC 2083, section 12.3).
+bool isNamed(const QString &key)
+{
+    constexpr qsizetype kLongest = 79;
+    const QByteArray name = key.left(kLongest).toLatin1();
+    return std::any_of(name.begin(), name.end(), [](char character) {
+        const auto code = static_cast<uchar>(character);
+        return (code > 0x20 && code < 0x7F) || code > 0xA0;
+    });
+}
+
+// With nothing that a PNG file cannot have. Of other formats, and of damaged files, libpng would
+// take no pixel, either.
+QImage fitForPng(QImage picture)
+{
+    if (picture.depth() <= 8 && picture.colorCount() > 1 << picture.depth())
+        picture.convertTo(QImage::Format_ARGB32);
+    const QStringList keys = picture.textKeys();
+    if (std::all_of(keys.begin(), keys.end(), &isNamed))
+        return picture;
+    QImage fit = picture.convertToFormat(QImage::Format_ARGB32);
+    fit = QImage(fit.constBits(), fit.width(), fit.height(), fit.bytesPerLine(), fit.format())
+              .copy(); // the only way to be rid of them
+    fit.setColorSpace(picture.colorSpace());
+    return fit;
+}
+
 } // namespace
 
 QByteArray Thumbnail::makePng(QIODevice &source, Box box, QString *why)
 {
     const QuietDecoding quiet; // writing remarks on what was read, too
-    const QImage picture = PictureReader::read(
-        source, kMaxDecodedMb, [box](QSize size) { return fitted(size, box); }, *why);
+    const QImage picture = fitForPng(PictureReader::read(
+        source, kMaxDecodedMb, [box](QSize size) { return fitted(size, box); }, *why));
     QByteArray png;
     if (picture.isNull())
         return png;

@@ -473,6 +473,13 @@ void tst_MessagePictures::keepsDecodersQuiet_data()
         return encoded(image.convertToFormat(QImage::Format_Grayscale8), "PNG")
             .insert(kPngSignatureBytes + 25, gamma);
     }();
+    QTest::newRow("BMP of two colours that counts three") << [&image] {
+        QByteArray bmp = encoded(image.convertToFormat(QImage::Format_Mono), "BMP");
+        bmp[46] = 3;
+        return bmp;
+    }();
+    QTest::newRow("JPEG with a remark that has no name") <<
+        [&jpeg] { return jpeg.first(2) + QByteArray("\xff\xfe\0\x06\1: x", 8) + jpeg.sliced(2); }();
     // One bit of each part of each chunk.
     const QByteArray palette = encoded(image.convertToFormat(QImage::Format_Indexed8), "PNG");
     for (qsizetype at = kPngSignatureBytes; at < palette.size();) {
