@@ -3,11 +3,10 @@
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/calls/CallHistory.h"
 #include "PhoneBackup/calls/Voicemail.h"
-#include "PhoneBackup/messages/MessageFiles.h"
-#include "PhoneBackup/messages/Messages.h"
 #include "PhoneItems/contacts/ContactData.h"
 #include "PhoneItems/media/BookData.h"
 #include "PhoneItems/media/MediaData.h"
+#include "PhoneItems/messages/Messages.h"
 #include "PhoneItems/notes/Notes.h"
 #include "PhoneItems/planner/EventTable.h"
 #include "PhoneItems/planner/ReminderTable.h"
@@ -48,8 +47,8 @@ const QList<DataSetReader> &dataTypeTable()
         { DataType::VoiceMemos, &PhoneItems::readVoiceMemos },
         { DataType::Books, &PhoneItems::readBooks },
         { DataType::Music, &PhoneItems::readSongs },
-        { DataType::Messages, &readMessages },
-        { DataType::MessageAttachments, &readMessageFiles },
+        { DataType::Messages, &PhoneItems::readMessages },
+        { DataType::MessageAttachments, &PhoneItems::readMessageFiles },
         { DataType::Contacts, &PhoneItems::readContacts },
         { DataType::Notes, &PhoneItems::readNotes },
         { DataType::AppDocuments, &PhoneItems::readAppDocuments },

@@ -32,6 +32,7 @@ FLOORS = {
                                "PhoneItems", *(f"PhoneItems/{room}" for room in ROOMS)]
        for room in ROOMS},
     "PhoneBackup/media": BELOW_ROOMS,
+    "PhoneBackup/messages": BELOW_ROOMS,
     "PhoneBackup/notes": BELOW_ROOMS,
     "PhoneBackup/planner": BELOW_ROOMS,
     "PhoneBackup/safari": BELOW_ROOMS,

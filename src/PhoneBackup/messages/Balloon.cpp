@@ -48,20 +48,43 @@ QVariantMap values(const KeyedArchive &archive, const QVariantMap &object, const
     return result;
 }
 
+// The place and the picture, objects in the object of the \a page; a picture's bytes are left
+// alone.
+void readPlaceAndPicture(Balloon &balloon, const KeyedArchive &archive, const QVariantMap &page)
+{
+    const QVariantMap map = values(
+        archive, members(archive, page.value(u"specialization2"_s)), { u"name"_s, u"address"_s });
+    QStringList lines;
+    for (const QString &key : { u"name"_s, u"address"_s }) {
+        const QString part = line(map, key);
+        if (!part.isEmpty())
+            lines.append(part);
+    }
+    balloon.place = lines.join(u'\n');
+    const QString number = u"richLinkImageAttachmentSubstituteIndex"_s;
+    const QVariantMap picture =
+        values(archive, members(archive, page.value(u"image"_s)), { number });
+    balloon.picture = picture.value(number, Balloon::kNoPicture).toInt();
+}
+
 void readLink(Balloon &balloon, const KeyedArchive &archive)
 {
     const QVariantMap root = members(archive, QVariant(archive.root()));
     // The key depends on whether the link was typed or shared from another app.
     const QVariant metadata = root.value(u"richLinkMetadata"_s, root.value(u"metadata"_s));
     const QStringList addresses { u"originalURL"_s, u"URL"_s }; // as it was sent goes first
-    const QVariantMap page =
-        values(archive, members(archive, metadata), QStringList { u"title"_s } + addresses);
+    const QVariantMap stored = members(archive, metadata);
+    const QVariantMap page = values(
+        archive, stored, QStringList { u"title"_s, u"summary"_s, u"siteName"_s } + addresses);
     for (const QVariantMap &map : { page, values(archive, root, addresses) }) {
         for (const QString &key : addresses) {
             if (balloon.address.isEmpty())
                 balloon.address = text(map, key);
         }
     }
+    balloon.summary = line(page, u"summary"_s);
+    balloon.site = line(page, u"siteName"_s);
+    readPlaceAndPicture(balloon, archive, stored);
     const QString title = line(page, u"title"_s);
     if (title != balloon.address)
         balloon.title = title;
@@ -110,6 +133,7 @@ Balloon Balloon::read(const QString &bundleId, const QByteArray &payload)
 {
     Balloon balloon;
     balloon.kind = kindOf(bundleId);
+    balloon.bundleId = bundleId;
     if (balloon.kind == Kind::Handwriting || balloon.kind == Kind::DigitalTouch)
         return balloon;
     const KeyedArchive archive(payload);

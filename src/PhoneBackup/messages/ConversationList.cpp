@@ -3,12 +3,10 @@
 #include "PhoneBackup/messages/Handles.h"
 #include "PhoneBackup/messages/People.h"
 #include "PhoneBackup/messages/SmsDatabase.h"
+#include "PhoneBackup/plist/PropertyList.h"
 #include "PhoneBackup/source/StoredText.h"
-#include "platform/Translation_p.h"
 
 #include <numeric>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -16,7 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kGroupStyle = 43;
+constexpr int kGroupStyle = 43; // of chat.style: the sign '+'
+constexpr QByteArrayView kPicture = "groupPhotoGuid"; // in chat.properties
 
 } // namespace
 
@@ -29,6 +28,7 @@ struct ConversationList::Chat
     QString room;
     QString displayName;
     QString groupId;
+    QString pictureGuid;
     QStringList ownAddresses;
     QStringList addresses;
 };
@@ -72,7 +72,7 @@ void ConversationList::tellMissingTables() const
     for (const QString &table :
          { u"handle"_s, u"chat"_s, u"chat_handle_join"_s, u"chat_message_join"_s }) {
         if (!m_database.hasTable(table) && m_database.hasTable(u"message"_s))
-            m_database.addLoss(tr("It has no table “%1”.").arg(table));
+            m_database.addLoss(Notice("messages.noTable", { table }));
     }
 }
 
@@ -89,7 +89,8 @@ void ConversationList::readChats()
                                  u"display_name"_s,
                                  u"group_id"_s,
                                  u"last_addressed_handle"_s,
-                                 u"account_login"_s })
+                                 u"account_login"_s,
+                                 u"properties"_s })
         wanted.append(m_database.column(table, name));
     std::vector<Chat> chats;
     QSet<qint64> known;
@@ -110,6 +111,12 @@ void ConversationList::readChats()
         if (login.startsWith("P:"_L1) || login.startsWith("E:"_L1))
             login.remove(0, 2);
         chat.ownAddresses.append(login);
+        const QByteArrayView properties = row.bytes(9);
+        if (properties.contains(kPicture)) { // most have others, which are not worth parsing
+            chat.pictureGuid = PropertyList::parse(properties.toByteArray())
+                                   .value(kPicture.toByteArray().constData())
+                                   .toString();
+        }
         chats.push_back(chat);
     });
     readParticipants(chats);
@@ -174,11 +181,17 @@ void ConversationList::place(const Chat &chat)
     conversation.isGroup = conversation.isGroup || chat.isGroup;
     // What the newest chat says counts.
     if (!chat.displayName.isEmpty())
-        conversation.name = chat.displayName;
+        conversation.title = chat.displayName;
     if (!chat.service.isEmpty())
         conversation.service = chat.service;
     if (!chat.identifier.isEmpty())
-        m_identifiers[std::size_t(index)] = chat.identifier;
+        conversation.identifier = chat.identifier;
+    if (!chat.pictureGuid.isEmpty())
+        conversation.pictureGuid = chat.pictureGuid;
+    for (const QString &address : chat.ownAddresses) {
+        if (!address.isEmpty() && !conversation.ownAddresses.contains(address))
+            conversation.ownAddresses.append(address);
+    }
     for (const QString &address : chat.addresses) {
         if (!conversation.addresses.contains(address))
             conversation.addresses.append(address);
@@ -223,33 +236,28 @@ int ConversationList::findOrAddPerson(const QString &address)
 int ConversationList::addConversation()
 {
     m_conversations.emplace_back();
-    m_identifiers.emplace_back();
     m_undated.push_back(false);
     return int(m_conversations.size()) - 1;
 }
 
 void ConversationList::nameConversations()
 {
-    for (std::size_t i = 0; i < m_conversations.size(); ++i) {
-        Conversation &conversation = m_conversations[i];
-        if (!conversation.name.isEmpty())
-            continue;
-        QStringList names;
+    for (Conversation &conversation : m_conversations) {
         for (const QString &address : std::as_const(conversation.addresses)) {
             const QString name = m_people.name(address);
-            if (!names.contains(name) && (conversation.isGroup || names.isEmpty()))
-                names.append(name);
+            if (!conversation.names.contains(name)
+                && (conversation.isGroup || conversation.names.isEmpty()))
+                conversation.names.append(name);
         }
-        conversation.name = names.isEmpty() ? m_identifiers[i] : names.join(u", "_s);
-        if (conversation.name.isEmpty())
-            conversation.name = int(i) == m_nowhere ? tr("No conversation") : tr("Unknown");
     }
+    if (m_nowhere >= 0)
+        at(m_nowhere).isNowhere = true;
 }
 
 void ConversationList::readMessages()
 {
     if (!m_database.hasTable(u"message"_s)) {
-        m_database.addLoss(tr("It has no table of messages that can be read."));
+        m_database.addLoss(Notice("messages.noMessages"));
         return;
     }
     m_database.query(
@@ -299,20 +307,21 @@ void ConversationList::readDeleted()
     const QString table = u"chat_recoverable_message_join"_s;
     if (!m_database.hasColumn(table, u"chat_id"_s) || !m_database.hasColumn(table, u"message_id"_s))
         return;
+    const QString what = u"chat_id, message_id, "_s + m_database.column(table, u"delete_date"_s);
     std::vector<qsizetype> positions;
-    m_database.query(u"chat_id, message_id"_s, table, [&](const Statement &row) {
+    m_database.query(what, table, [&](const Statement &row) {
         const int index = m_ofChat.value(row.integer(0), -1);
         const qint64 message = row.integer(1);
         const qsizetype position = m_rows.position(message);
         if (position == RowSet::kNone || m_linked[std::size_t(position)])
             return;
         if (index < 0) {
-            m_deletedElsewhere.insert(message);
+            m_deletedElsewhere.insert(message, SmsDatabase::dateMs(row.integer(2)));
             return;
         }
         positions.push_back(position);
         at(index).messages.push_back(message);
-        at(index).deleted.push_back(message);
+        at(index).deleted.push_back({ message, SmsDatabase::dateMs(row.integer(2)) });
         m_undated[std::size_t(index)] = true;
     });
     for (const qsizetype position : positions)
@@ -340,8 +349,9 @@ void ConversationList::placeOrphans()
             : placeOf({}, nullptr);
         const qint64 row = m_rows.row(position);
         at(index).messages.push_back(row);
-        if (m_deletedElsewhere.contains(row))
-            at(index).deleted.push_back(row);
+        const auto deleted = m_deletedElsewhere.constFind(row);
+        if (deleted != m_deletedElsewhere.cend())
+            at(index).deleted.push_back({ row, *deleted });
         m_undated[std::size_t(index)] = true;
     }
 }
@@ -362,7 +372,7 @@ int ConversationList::placeOf(const QString &room, const QString *address)
 
 void ConversationList::sortMessages()
 {
-    const auto sort = [](std::vector<qint64> &rows) {
+    const auto sort = [](auto &rows) {
         if (!std::is_sorted(rows.cbegin(), rows.cend()))
             std::sort(rows.begin(), rows.end());
         rows.erase(std::unique(rows.begin(), rows.end()), rows.end());

@@ -65,13 +65,12 @@ private:
     QHash<qint64, int> m_ofChat;
     QHash<QString, int> m_ofGroup; // by what identifies a group
     QHash<int, int> m_ofPerson;
-    std::vector<QString> m_identifiers; // of each conversation: its name of last resort
     std::vector<bool> m_undated; // of each conversation: some link does not tell the date
     int m_nowhere = -1; // the conversation of messages that name none
 
     RowSet m_rows;
     std::vector<bool> m_linked; // of each row
-    QSet<qint64> m_deletedElsewhere; // deleted messages of chats that are not there
+    QHash<qint64, qint64> m_deletedElsewhere; // when messages of chats that are gone were deleted
     std::unique_ptr<Statement> m_dateQuery;
 };
 

@@ -27,9 +27,9 @@ std::vector<Conversation> CurrentMessages::takeConversations()
     return ConversationList(*m_database, m_handles, m_people).take();
 }
 
-bool CurrentMessages::read(const Conversation &conversation, ConversationContent &content)
+bool CurrentMessages::read(const Conversation &conversation, MessageList &list)
 {
-    return m_reader.read(conversation, content);
+    return m_reader.read(conversation, list);
 }
 
 QDateTime CurrentMessages::dateOf(qint64 row)

@@ -2,6 +2,7 @@
 #define PHONEBACKUP_MESSAGES_CURRENTMESSAGES_H
 
 #include "PhoneBackup/messages/Handles.h"
+#include "PhoneBackup/messages/MessageList.h"
 #include "PhoneBackup/messages/MessageReader.h"
 #include "PhoneBackup/messages/MessageSource.h"
 #include "PhoneBackup/messages/People.h"
@@ -17,7 +18,8 @@ public:
     ~CurrentMessages() override;
 
     std::vector<Conversation> takeConversations() override;
-    bool read(const Conversation &conversation, ConversationContent &content) override;
+    bool read(const Conversation &conversation, MessageList &list) override;
+    const People &people() const override { return m_people; }
     QDateTime dateOf(qint64 row) override;
     QList<MessageAttachment> attachmentsOf(qint64 row) override;
     bool isExpired(qint64 row) override;

@@ -1,18 +1,18 @@
 #include "PhoneBackup/messages/MessageAttachments.h"
 
+#include "Files/PictureFormat.h"
 #include "PhoneBackup/messages/AttachmentFiles.h"
 #include "PhoneBackup/messages/SmsDatabase.h"
+#include "PhoneBackup/source/AudioDuration.h"
 #include "PhoneBackup/source/MediaKind.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
-#include "platform/PictureFormat_p.h"
-#include "platform/Translation_p.h"
+#include "PhoneBackup/source/StoredText.h"
+#include "PhoneBackup/source/VCardText.h"
 
 #include <algorithm>
 #include <array>
 #include <optional>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -23,6 +23,19 @@ namespace {
 using Kind = MessageAttachment::Kind;
 
 constexpr qint64 kMagicBytes = 16;
+
+enum Column { // of the query for an attachment
+    kGuid,
+    kPath,
+    kName,
+    kMimeType,
+    kUti,
+    kCreated,
+    kHidden,
+    kBytes,
+    kSticker,
+    kDescription,
+};
 
 std::optional<Kind> kindByName(const QString &name)
 {
@@ -95,6 +108,21 @@ MessageAttachment::Kind MessageAttachment::kindOfType(const QString &mimeType)
     return kindByType(mimeType, {}).value_or(Kind::Other);
 }
 
+bool MessageAttachment::isOfBalloon() const
+{
+    return name.endsWith(".pluginPayloadAttachment"_L1)
+        || path.endsWith(".pluginPayloadAttachment"_L1);
+}
+
+bool MessageAttachment::isRecording(bool isSpoken) const
+{
+    if (kind == Kind::Other)
+        return isSpoken && name.isEmpty();
+    return kind == Kind::Audio
+        && (isSpoken || name.endsWith(".caf"_L1, Qt::CaseInsensitive)
+            || name.endsWith(".amr"_L1, Qt::CaseInsensitive));
+}
+
 MessageAttachments::MessageAttachments(Source &source, SmsDatabase &database)
     : m_source(source)
     , m_database(database)
@@ -104,7 +132,7 @@ MessageAttachments::MessageAttachments(Source &source, SmsDatabase &database)
     const bool isMissing = isFirst ? database.hasTable(u"chat_message_join"_s)
                                    : !database.hasTable(u"message_attachment_join"_s);
     if (isMissing && database.hasTable(u"message"_s))
-        database.addLoss(tr("It has no table of attachments that can be read."));
+        database.addLoss(Notice("messages.noAttachments"));
     if (!database.hasTable(m_table))
         return;
     if (isFirst)
@@ -119,7 +147,10 @@ MessageAttachments::MessageAttachments(Source &source, SmsDatabase &database)
                                  u"mime_type"_s,
                                  isFirst ? u"uti_type"_s : u"uti"_s,
                                  u"created_date"_s,
-                                 u"hide_attachment"_s })
+                                 u"hide_attachment"_s,
+                                 u"total_bytes"_s,
+                                 u"is_sticker"_s,
+                                 u"emoji_image_short_description"_s })
         wanted.append(database.column(m_table, name));
     m_query = database.prepare(
         u"SELECT %1 FROM %2 WHERE ROWID = ?1"_s.arg(wanted.join(u", "_s), m_table));
@@ -188,18 +219,19 @@ MessageAttachment MessageAttachments::read(qint64 row)
         return attachment;
     }
     attachment.row = row;
-    attachment.guid = m_query->text(0);
-    attachment.path = m_query->text(1);
-    attachment.name = m_query->text(2).trimmed();
+    attachment.guid = m_query->text(kGuid);
+    attachment.path = m_query->text(kPath);
+    attachment.name = m_query->text(kName).trimmed();
     if (attachment.name.isEmpty())
         attachment.name = attachment.path.section(u'/', -1);
-    attachment.mimeType = m_query->text(3).trimmed().toLower();
-    attachment.created = m_query->integer(5);
-    attachment.isForPeople = m_query->integer(6) == 0
-        && !attachment.name.endsWith(".pluginPayloadAttachment"_L1)
-        && !attachment.path.endsWith(".pluginPayloadAttachment"_L1);
+    attachment.mimeType = m_query->text(kMimeType).trimmed().toLower();
+    attachment.created = m_query->integer(kCreated);
+    attachment.isForPeople = m_query->integer(kHidden) == 0 && !attachment.isOfBalloon();
+    attachment.sentBytes = m_query->integer(kBytes);
+    attachment.isSticker = m_query->integer(kSticker) != 0;
+    attachment.description = StoredText::cleaned(m_query->text(kDescription));
     attachment.file = AttachmentFiles(m_source.index()).find(attachment.path);
-    attachment.kind = kindOf(attachment, m_query->text(4));
+    attachment.kind = kindOf(attachment, m_query->text(kUti));
     return attachment;
 }
 
@@ -218,6 +250,17 @@ MessageAttachment::Kind MessageAttachments::kindOf(const MessageAttachment &atta
     return attachment.file == FileIndex::kNone
         ? Kind::Other
         : kindByContent(m_source.files().content(attachment.file, kMagicBytes));
+}
+
+void MessageAttachments::readContent(MessageAttachment &attachment, bool isSpoken)
+{
+    BackupFiles &files = m_source.files();
+    if (attachment.isRecording(isSpoken))
+        attachment.seconds = audioDurationSeconds(files.wholeContent(attachment.file));
+    else if (attachment.kind == Kind::Contact)
+        attachment.people = vCardTexts(files.wholeContent(attachment.file), "FN");
+    else if (attachment.kind == Kind::Location)
+        attachment.address = vCardText(files.wholeContent(attachment.file), "URL");
 }
 
 } // namespace PhoneBackup

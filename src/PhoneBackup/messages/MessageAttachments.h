@@ -1,10 +1,9 @@
 #ifndef PHONEBACKUP_MESSAGES_MESSAGEATTACHMENTS_H
 #define PHONEBACKUP_MESSAGES_MESSAGEATTACHMENTS_H
 
-#include "PhoneBackup/folder/FileIndex.h"
+#include "PhoneBackup/messages/MessageAttachment.h"
 
 #include <QList>
-#include <QString>
 
 #include <memory>
 #include <vector>
@@ -14,25 +13,6 @@ namespace PhoneBackup {
 class Source;
 class SmsDatabase;
 class Statement;
-
-//! A file that was sent in a message, as the message database tells of it.
-struct MessageAttachment
-{
-    enum class Kind { Picture, Video, Audio, Contact, Location, Other };
-
-    //! The kind of a file that has the type \a mimeType and no name.
-    static Kind kindOfType(const QString &mimeType);
-
-    qint64 row = 0;
-    QString guid;
-    QString path; //!< On the phone; empty when it was never downloaded.
-    QString name; //!< What it was called when it was sent, else the last part of its path.
-    QString mimeType; //!< In lower case; as the sender said, which may be wrong.
-    qint64 created = 0; //!< Seconds since 2001, 0 for none.
-    bool isForPeople = true; //!< false: part of a link's or an app's balloon, or hidden.
-    Kind kind = Kind::Other;
-    FileIndex::Row file = FileIndex::kNone; //!< The file or folder; kNone when it is missing.
-};
 
 /*!
     \brief Which files were sent in which messages.
@@ -57,6 +37,12 @@ public:
 
     //! The attachment \a row; its row is 0 when there is none.
     MessageAttachment read(qint64 row);
+
+    /*!
+        Adds what only the content of a file tells: how long a recording plays, who is on a contact
+        card, where a place is. \a isSpoken: its message was.
+    */
+    void readContent(MessageAttachment &attachment, bool isSpoken);
 
 private:
     //! A row of the table that links the two.

@@ -1,13 +1,10 @@
 #include "PhoneBackup/messages/MessageBody.h"
 
-#include "PhoneBackup/messages/SmsDatabase.h"
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/sqlite/Statement.h"
-#include "platform/Translation_p.h"
 
 #include <algorithm>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -18,9 +15,9 @@ QString MessageBody::textAt(Source &source, const Statement &row, int column)
     const QByteArrayView bytes = row.bytes(column);
     if (bytes.size() <= kMaxTextBytes)
         return row.text(column);
-    source.addProblem({ SmsDatabase::kMessages,
+    source.addProblem({ DataType::Messages,
                         u"HomeDomain/Library/SMS/sms.db: text"_s,
-                        tr("The text of some messages is too long; its end is left out."),
+                        Notice("messages.textTooLong"),
                         true });
     return QString::fromUtf8(bytes.first(kMaxTextBytes));
 }
@@ -34,6 +31,8 @@ MessageBody MessageBody::read(Source &source, const Statement &row, int attribut
     if (decoded && !decoded->text.isEmpty()) {
         body.text = std::move(decoded->text);
         body.places = std::move(decoded->files);
+        body.links = std::move(decoded->links);
+        body.mentions = std::move(decoded->mentions);
         body.transcription = std::move(decoded->transcription);
         return body;
     }
@@ -49,9 +48,9 @@ MessageBody MessageBody::read(Source &source, const Statement &row, int attribut
 
 void MessageBody::reportUnreadable(Source &source, const QString &column)
 {
-    source.addProblem({ SmsDatabase::kMessages,
+    source.addProblem({ DataType::Messages,
                         u"HomeDomain/Library/SMS/sms.db: "_s + column,
-                        tr("The text of some messages is damaged and could not be read."),
+                        Notice("messages.textDamaged"),
                         true });
 }
 

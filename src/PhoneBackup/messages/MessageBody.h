@@ -15,6 +15,8 @@ struct MessageBody
 
     QString text;
     QList<AttributedText::File> places; //!< Which file stands where in it.
+    QList<AttributedText::Span> links;
+    QList<AttributedText::Span> mentions;
     QString transcription; //!< What was said in a voice message.
     bool isUnreadable = false; //!< There is a text, of which nothing can be read.
 

@@ -1,16 +1,14 @@
 #include "PhoneBackup/messages/MessageParts.h"
 
-#include "PhoneBackup/source/Source.h"
+#include "PhoneBackup/messages/MessageAttachments.h"
+#include "PhoneBackup/messages/MessageList.h"
 #include "PhoneBackup/source/StoredText.h"
-#include "PhoneItems/messages/AttachmentLabel.h"
-#include "PhoneItems/messages/ConversationContent.h"
-#include "PhoneItems/messages/MessageWords.h"
-#include "platform/Translation_p.h"
 
 #include <QHash>
 #include <QSet>
 
-DATAEXPORT_USE_TR(DataExport);
+#include <algorithm>
+#include <utility>
 
 namespace PhoneBackup {
 
@@ -19,7 +17,7 @@ namespace {
 constexpr QChar kFilePlace(0xFFFC);
 
 constexpr qsizetype kNone = -1;
-constexpr qint64 kShown = 0; // the row of an attachment that has found its place
+constexpr qint64 kPlaced = 0; // the row of an attachment that has found its place
 
 // Which of \a attachments stands at each place of a file in \a text, kNone for none: the one that
 // \a named says, else the next that is named nowhere.
@@ -54,81 +52,135 @@ QList<qsizetype> attachmentsInText(const QString &text,
     return result;
 }
 
-// Adds \a word to \a text, with blanks between it and what is written before and \a after.
-void addWord(QString &text, const QString &word, QChar after)
+// Those of \a spans that lie in \a stretch, which begins at \a start of the text they belong to, as
+// they lie in it when it is cleaned.
+QList<TextSpan>
+spansIn(const QList<AttributedText::Span> &spans, QStringView stretch, qsizetype start)
 {
-    if (!text.isEmpty() && !text.back().isSpace())
-        text += u' ';
-    text += word;
-    if (!after.isNull() && !after.isSpace() && after != kFilePlace)
-        text += u' ';
+    QList<TextSpan> result;
+    qsizetype read = 0; // of the stretch
+    qsizetype written = 0; // of the cleaned one
+    const auto cleanedUpTo = [&](qsizetype place) {
+        written += StoredText::cleaned(stretch.sliced(read, place - read).toString()).size();
+        read = place;
+        return written;
+    };
+    const auto isBefore = [](const AttributedText::Span &span, qsizetype place) {
+        return span.position < place;
+    };
+    auto it = std::lower_bound(spans.cbegin(), spans.cend(), start, isBefore);
+    for (; it != spans.cend() && it->position < start + stretch.size(); ++it) {
+        const AttributedText::Span &span = *it;
+        const qsizetype from = span.position - start;
+        if (from < read || span.length > stretch.size() - from)
+            continue;
+        const qsizetype position = cleanedUpTo(from);
+        const qsizetype length = cleanedUpTo(from + span.length) - position;
+        if (length > 0 && !span.address.isEmpty())
+            result.append({ position, length, span.address });
+    }
+    return result;
+}
+
+MessagePart textPart(const MessageBody &body, qsizetype start, qsizetype end)
+{
+    const QStringView stretch = QStringView(body.text).sliced(start, end - start);
+    MessagePart part;
+    part.text = StoredText::cleaned(stretch.toString());
+    part.links = spansIn(body.links, stretch, start);
+    part.mentions = spansIn(body.mentions, stretch, start);
+    return part;
 }
 
 } // namespace
 
 void MessageParts::set(Message &message,
-                       const QString &text,
-                       QList<MessageAttachment> attachments,
+                       const MessageBody &body,
+                       QList<MessageAttachment> files,
                        const Hints &hints)
 {
-    if (attachments.isEmpty() && !(hints.tellsMissing && text.contains(kFilePlace))) {
-        message.text = StoredText::cleaned(text);
+    if (!files.isEmpty() || (hints.tellsMissing && body.text.contains(kFilePlace))) {
+        setParts(message, body, files, hints);
         return;
     }
-    QString part;
+    message.text = StoredText::cleaned(body.text);
+    if (!body.links.isEmpty())
+        m_list.extrasOf(message).links = spansIn(body.links, body.text, 0);
+    if (!body.mentions.isEmpty())
+        m_list.extrasOf(message).mentions = spansIn(body.mentions, body.text, 0);
+}
+
+void MessageParts::setParts(Message &message,
+                            const MessageBody &body,
+                            QList<MessageAttachment> &files,
+                            const Hints &hints)
+{
+    std::vector<MessagePart> &parts = m_list.extrasOf(message).parts;
+    QHash<QString, QSize> pixels;
+    for (const AttributedText::File &file : body.places) {
+        if (file.pixels.isValid())
+            pixels.insert(file.guid, file.pixels);
+    }
+    for (MessageAttachment &file : files)
+        file.pixels = pixels.value(file.guid);
+    const auto addText = [&](qsizetype start, qsizetype end) {
+        MessagePart part = textPart(body, start, end);
+        if (!part.text.isEmpty())
+            parts.push_back(std::move(part));
+    };
     qsizetype start = 0;
-    for (const qsizetype attachment : attachmentsInText(text, attachments, hints.places)) {
-        const qsizetype place = text.indexOf(kFilePlace, start);
-        part += QStringView(text).sliced(start, place - start);
+    const QList<qsizetype> inText = attachmentsInText(body.text, files, body.places);
+    qsizetype place = -1;
+    for (const qsizetype attachment : inText) {
+        place = body.text.indexOf(kFilePlace, place + 1);
+        if (attachment == kNone && !hints.tellsMissing)
+            continue; // it stands for something else
+        addText(start, place);
         start = place + 1;
         if (attachment != kNone) {
-            addText(message, part);
-            part.clear();
-            addFile(message, attachments.at(attachment), hints);
-            attachments[attachment].row = kShown;
-        } else if (hints.tellsMissing) {
-            addWord(
-                part, MessageWords::attachment(), start < text.size() ? text.at(start) : QChar());
+            addFile(message, files.at(attachment), hints);
+            files[attachment].row = kPlaced;
+        } else {
+            parts.emplace_back().kind = MessagePart::Kind::LostFile;
         }
     }
-    part += QStringView(text).sliced(start);
-    addText(message, part);
-    for (const MessageAttachment &attachment : std::as_const(attachments)) {
-        if (attachment.row != kShown)
-            addFile(message, attachment, hints);
+    addText(start, body.text.size());
+    for (const MessageAttachment &file : std::as_const(files)) {
+        if (file.row != kPlaced)
+            addFile(message, file, hints);
     }
 }
 
 void MessageParts::addText(Message &message, const QString &text)
 {
-    const QString part = StoredText::cleaned(text);
-    if (QStringView(part).trimmed().isEmpty())
+    MessagePart part;
+    part.text = StoredText::cleaned(text);
+    if (QStringView(part.text).trimmed().isEmpty())
         return;
-    if (message.text.isEmpty() && message.pieces().isEmpty())
-        message.text = part;
-    else
-        m_content.addText(message, part);
-    m_content.extrasOf(message).parts.append(part);
+    partsOf(message).push_back(std::move(part));
 }
 
-void MessageParts::addFile(Message &message,
-                           const MessageAttachment &attachment,
-                           const Hints &hints)
+void MessageParts::addFile(Message &message, const MessageAttachment &file, const Hints &hints)
 {
-    if (!attachment.isForPeople)
-        return;
-    const bool isPicture = attachment.kind == MessageAttachment::Kind::Picture;
-    if (isPicture || attachment.kind == MessageAttachment::Kind::Video)
-        m_content.extrasOf(message).parts.append(isPicture ? tr("[Picture]") : tr("[Video]"));
-    else // what the page does not show by itself gets a line that says what it is
-        addText(message,
-                attachmentLabel(attachment, m_source.files(), hints.isVoice, hints.transcription));
-    m_content.addFile(message,
-                      attachmentType(attachment),
-                      m_source.files(),
-                      attachment.file,
-                      attachment.name,
-                      attachment.path.isEmpty());
+    MessagePart part;
+    part.kind = MessagePart::Kind::File;
+    part.file = std::make_unique<MessageAttachment>(file);
+    if (file.isForPeople)
+        m_attachments.readContent(*part.file, hints.isVoice);
+    partsOf(message).push_back(std::move(part));
+}
+
+// The text that was everything becomes the first of several parts.
+std::vector<MessagePart> &MessageParts::partsOf(Message &message)
+{
+    MessageExtras &extras = m_list.extrasOf(message);
+    if (!message.text.isEmpty()) {
+        MessagePart &first = extras.parts.emplace_back();
+        first.text = std::exchange(message.text, {});
+        first.links = std::exchange(extras.links, {});
+        first.mentions = std::exchange(extras.mentions, {});
+    }
+    return extras.parts;
 }
 
 } // namespace PhoneBackup

@@ -1,20 +1,17 @@
 #include "PhoneBackup/messages/MessageReader.h"
 
-#include "PhoneBackup/messages/Balloon.h"
-#include "PhoneBackup/messages/EditHistory.h"
 #include "PhoneBackup/messages/Handles.h"
+#include "PhoneBackup/messages/MessageAttachments.h"
 #include "PhoneBackup/messages/MessageBody.h"
+#include "PhoneBackup/messages/MessageList.h"
 #include "PhoneBackup/messages/MessageParts.h"
 #include "PhoneBackup/messages/People.h"
 #include "PhoneBackup/messages/SmsDatabase.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
-#include "PhoneItems/messages/MessageWords.h"
-#include "platform/Translation_p.h"
 
 #include <algorithm>
-
-DATAEXPORT_USE_TR(DataExport);
+#include <utility>
 
 namespace PhoneBackup {
 
@@ -22,13 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isIMessage(QByteArrayView service)
-{
-    return service.compare("iMessage", Qt::CaseInsensitive) == 0
-        || service.compare("iMessageLite", Qt::CaseInsensitive) == 0;
-}
-
-constexpr qint64 kScheduled = 2;
+constexpr qint64 kScheduled = 2; // of message.schedule_type
 
 enum Column { // of the query for every message
     kText,
@@ -39,7 +30,9 @@ enum Column { // of the query for every message
     kService,
     kSubject,
     kGuid,
-    kSentDone,
+    kDelivered,
+    kRead,
+    kDelivery,
     kSummary,
     kHasDetails,
 };
@@ -63,17 +56,29 @@ enum DetailColumn {
     kEffect,
     kScheduleType,
     kExpireState,
+    kDatePlayed,
 };
 
-// Nothing but a subject.
-bool isBlank(const Message &message)
+bool isShown(const MessagePart &part)
 {
-    return message.text.isEmpty() && message.pieces().isEmpty();
+    switch (part.kind) {
+    case MessagePart::Kind::Text:
+        return !QStringView(part.text).trimmed().isEmpty();
+    case MessagePart::Kind::File:
+        return part.file->isForPeople;
+    case MessagePart::Kind::LostFile:
+        break;
+    }
+    return true;
 }
 
-bool isEmpty(const Message &message)
+// Nothing written and no file.
+bool isBlank(const Message &message)
 {
-    return isBlank(message) && message.subject().isEmpty();
+    return message.text.isEmpty()
+        && (!message.extras
+            || std::none_of(
+                message.extras->parts.cbegin(), message.extras->parts.cend(), &isShown));
 }
 
 } // namespace
@@ -85,21 +90,21 @@ struct MessageReader::Details
     QString groupTitle;
     qint64 otherHandle = 0;
     qint64 shareStatus = 0;
-    qint64 associatedType = 0;
+    std::optional<Reaction> reaction;
     QString associatedGuid;
     QString associatedEmoji;
     QString bundle;
     QByteArray payload;
-    bool edited = false;
-    bool retracted = false;
-    QByteArray originator;
+    qint64 edited = 0;
+    qint64 retracted = 0;
+    QString originator;
     QString originatorPart;
     bool isAudio = false;
     QString effect;
     bool isScheduled = false;
     bool isExpired = false;
+    qint64 played = 0;
 
-    bool isReaction() const { return MessageRelations::isReaction(associatedType); }
     bool isEvent() const { return itemType != 0; }
     bool isBalloon() const { return !bundle.isEmpty() || !payload.isEmpty(); }
 };
@@ -131,11 +136,17 @@ void MessageReader::prepare()
         return list;
     };
     // That nothing was delivered says nothing where no column tells what was sent.
-    QString sentDone = column(u"error"_s) + u" IS NOT TRUE"_s;
+    QString isSent = u"TRUE"_s;
     if (m_database.hasColumn(table, u"is_sent"_s)) {
-        sentDone += u" AND (is_sent IS TRUE OR %1 IS TRUE OR %2 IS TRUE)"_s.arg(
-            column(u"is_delivered"_s), column(u"date_delivered"_s));
+        isSent = u"is_sent IS TRUE OR %1 IS TRUE OR %2 IS TRUE"_s.arg(column(u"is_delivered"_s),
+                                                                      column(u"date_delivered"_s));
     }
+    const QString delivery = u"CASE WHEN %1 IS TRUE THEN %2 WHEN %3 THEN %4 ELSE %5 END"_s.arg(
+        column(u"error"_s),
+        QString::number(int(Delivery::Failed)),
+        isSent,
+        QString::number(int(Delivery::Sent)),
+        QString::number(int(Delivery::Waiting)));
     QStringList hasDetails { u"0"_s };
     for (const QString &name : { u"item_type"_s,
                                  u"associated_message_type"_s,
@@ -160,8 +171,10 @@ void MessageReader::prepare()
                                  u"handle_id"_s,
                                  u"service"_s,
                                  u"subject"_s,
-                                 u"guid"_s });
-    main.append({ sentDone, column(u"message_summary_info"_s), hasDetails.join(u" OR "_s) });
+                                 u"guid"_s,
+                                 u"date_delivered"_s,
+                                 u"date_read"_s });
+    main.append({ delivery, column(u"message_summary_info"_s), hasDetails.join(u" OR "_s) });
     m_rows =
         m_database.prepare(u"SELECT %1 FROM message WHERE ROWID = ?1"_s.arg(main.join(u", "_s)));
     m_details = m_database.prepare(
@@ -182,31 +195,44 @@ void MessageReader::prepare()
                                                                    u"is_audio_message"_s,
                                                                    u"expressive_send_style_id"_s,
                                                                    u"schedule_type"_s,
-                                                                   u"expire_state"_s })
+                                                                   u"expire_state"_s,
+                                                                   u"date_played"_s })
                                                              .join(u", "_s)));
     readDeletedParts();
 }
 
+// Each chat of a message has a row for a part of it.
 void MessageReader::readDeletedParts()
 {
     const QString table = u"recoverable_message_part"_s;
     if (!m_database.hasColumn(table, u"message_id"_s)
         || !m_database.hasColumn(table, u"part_text"_s))
         return;
-    const QString what =
-        u"message_id, %1, part_text"_s.arg(m_database.column(table, u"part_index"_s));
+    const QString what = u"message_id, %1, part_text, %2"_s.arg(
+        m_database.column(table, u"part_index"_s), m_database.column(table, u"delete_date"_s));
     m_database.query(what, table, [this](const Statement &row) {
         const QByteArrayView bytes = row.bytes(2);
         const QByteArrayView body = bytes.first(std::min(bytes.size(), MessageBody::kMaxTextBytes));
         const auto part = AttributedText::decode(body);
-        QString text = StoredText::cleaned(
-            part ? part->text : AttributedText::salvage(body).value_or(QString()));
-        if (text.isEmpty() && part && !part->files.isEmpty())
-            text = MessageWords::attachment();
-        QStringList &texts = m_deletedParts[row.integer(0)][row.integer(1)];
-        if (!text.isEmpty() && !texts.contains(text)) // each chat of the message has a row for it
-            texts.append(text);
+        DeletedPart deleted { row.integer(1),
+                              StoredText::cleaned(
+                                  part ? part->text
+                                       : AttributedText::salvage(body).value_or(QString())),
+                              SmsDatabase::dateMs(row.integer(3)) };
+        std::vector<DeletedPart> &parts = m_deletedParts[row.integer(0)];
+        const auto isSame = [&](const DeletedPart &other) {
+            return other.number == deleted.number && other.text == deleted.text;
+        };
+        const bool hasFile = part && !part->files.isEmpty();
+        if ((!deleted.text.isEmpty() || hasFile)
+            && std::none_of(parts.cbegin(), parts.cend(), isSame))
+            parts.push_back(std::move(deleted));
     });
+    for (std::vector<DeletedPart> &parts : m_deletedParts) {
+        std::stable_sort(parts.begin(), parts.end(), [](const auto &a, const auto &b) {
+            return a.number < b.number;
+        });
+    }
 }
 
 QDateTime MessageReader::dateOf(qint64 row)
@@ -215,14 +241,13 @@ QDateTime MessageReader::dateOf(qint64 row)
         m_dates = m_database.prepare(u"SELECT %1 FROM message WHERE ROWID = ?1"_s.arg(
             m_database.column(u"message"_s, u"date"_s)));
     }
-    Message message;
-    if (m_dates) {
-        m_dates->reset();
-        m_dates->bind(1, row);
-        if (m_dates->step() == Statement::Step::Row)
-            message.dateMs = SmsDatabase::dateMs(m_dates->integer(0));
-    }
-    return message.msgDate();
+    if (!m_dates)
+        return {};
+    m_dates->reset();
+    m_dates->bind(1, row);
+    return m_dates->step() == Statement::Step::Row
+        ? PhoneTime::ofMs(SmsDatabase::dateMs(m_dates->integer(0)))
+        : QDateTime();
 }
 
 bool MessageReader::isExpired(qint64 row)
@@ -235,23 +260,21 @@ bool MessageReader::isExpired(qint64 row)
     return details.isAudio && details.isExpired;
 }
 
-bool MessageReader::read(const Conversation &conversation, ConversationContent &content)
+bool MessageReader::read(const Conversation &conversation, MessageList &list)
 {
     if (!m_prepared)
         prepare();
     if (!m_rows || !m_details)
         return false;
     m_conversation = &conversation;
-    m_content = &content;
-    m_relations.clear();
-    m_senders.clear();
-    std::size_t failed = 0;
+    m_list = &list;
+    bool isWhole = true;
     for (const qint64 row : conversation.messages) {
         m_rows->reset();
         m_rows->bind(1, row);
         switch (m_rows->step()) {
         case Statement::Step::Row: {
-            Message &message = content.addMessage();
+            Message &message = list.add();
             message.row = row;
             readRow(message);
             break;
@@ -259,49 +282,64 @@ bool MessageReader::read(const Conversation &conversation, ConversationContent &
         case Statement::Step::Done:
             break;
         case Statement::Step::Failed:
-            if (failed++ == 0)
-                m_database.addLoss(tr("It is damaged: %1.").arg(m_rows->error()));
+            if (std::exchange(isWhole, false))
+                m_database.addLoss(Notice("messages.damaged", { m_rows->error() }));
             break;
         }
     }
     m_rows->reset();
     m_details->reset();
-    m_relations.apply(content);
-    const MessageFilter &filter = m_source.messageFilter();
-    if (filter.since.isValid() || filter.until.isValid()) {
-        for (Message &message : content.messages())
-            message.hidden = message.hidden || !filter.accepts(message.msgDate());
-    }
-    content.list();
-    nameParticipants();
-    return failed == 0 || !content.chats().isEmpty();
+    list.complete();
+    return isWhole;
+}
+
+MessageExtras &MessageReader::extrasOf(Message &message)
+{
+    return m_list->extrasOf(message);
 }
 
 void MessageReader::readRow(Message &message)
 {
-    message.fromMe = m_rows->integer(kFromMe) != 0;
+    message.isFromMe = m_rows->integer(kFromMe) != 0;
     message.dateMs = SmsDatabase::dateMs(m_rows->integer(kDate));
-    message.sentDone = !message.fromMe || m_rows->integer(kSentDone) != 0;
+    message.deliveredMs = SmsDatabase::dateMs(m_rows->integer(kDelivered));
+    message.readMs = SmsDatabase::dateMs(m_rows->integer(kRead));
+    if (message.isFromMe)
+        message.delivery = Delivery(m_rows->integer(kDelivery));
     const QByteArrayView service = m_rows->bytes(kService);
-    message.normalSms =
-        !(service.isEmpty() ? isIMessage(m_conversation->service.toUtf8()) : isIMessage(service));
-    message.guidHash = MessageRelations::hashOf(m_rows->bytes(kGuid));
-    if (!message.fromMe) {
-        message.address = m_handles.address(m_rows->integer(kHandle));
-        if (!message.address && !m_conversation->isGroup && !m_conversation->addresses.isEmpty())
-            message.address = &m_conversation->addresses.first();
-        if (m_conversation->isGroup && message.address)
-            m_senders.insert(message.address);
+    message.service = messageService(service);
+    if (message.service == MessageService::Other)
+        extrasOf(message).serviceName = QString::fromUtf8(service);
+    const QByteArrayView guid = m_rows->bytes(kGuid);
+    bool isUuid = false;
+    message.id = MessageId::of(guid, &isUuid);
+    if (!isUuid)
+        extrasOf(message).guid = QString::fromUtf8(guid);
+    if (!message.isFromMe) {
+        message.sender = m_handles.address(m_rows->integer(kHandle));
+        if (!message.sender && !m_conversation->isGroup && !m_conversation->addresses.isEmpty())
+            message.sender = &m_conversation->addresses.first();
+    }
+    if (const Conversation::Deleted *deleted = m_conversation->deletion(message.row)) {
+        message.isDeleted = true;
+        if (deleted->dateMs != PhoneTime::kNoMs)
+            extrasOf(message).deletedMs = deleted->dateMs;
     }
     const QString subject = StoredText::cleaned(MessageBody::textAt(m_source, *m_rows, kSubject));
     if (!subject.isEmpty())
-        m_content->extrasOf(message).subject = subject;
+        extrasOf(message).subject = subject;
+    Details details = m_rows->integer(kHasDetails) != 0 ? readDetails(message.row) : Details();
+    readTexts(message, details);
+    const auto deletedParts = m_deletedParts.constFind(message.row);
+    if (deletedParts != m_deletedParts.cend())
+        extrasOf(message).deletedParts = *deletedParts;
+}
 
-    const Details details =
-        m_rows->integer(kHasDetails) != 0 ? readDetails(message.row) : Details();
+void MessageReader::readTexts(Message &message, Details &details)
+{
     MessageBody body;
     EditHistory history;
-    if (!details.isReaction() && !details.isEvent()) {
+    if (!details.reaction && !details.isEvent()) {
         body = MessageBody::read(m_source, *m_rows, kBody, kText);
         const QByteArrayView summary = m_rows->bytes(kSummary);
         if (!summary.isEmpty())
@@ -313,19 +351,25 @@ void MessageReader::readRow(Message &message)
             body.isUnreadable = false;
         }
     }
-    const bool isSpoken = details.isAudio || !body.transcription.isEmpty();
-    MessageParts(m_source, *m_content)
+    const bool isVoice = details.isAudio || !body.transcription.isEmpty();
+    MessageParts(m_attachments, *m_list)
         .set(message,
-             body.text,
+             body,
              m_attachments.of(message.row),
-             { body.places, body.transcription, isSpoken, !isSpoken && !details.isBalloon() });
-    setSpecialText(message, details, body.transcription);
+             { isVoice, !isVoice && !details.isBalloon() });
+    if (isVoice) {
+        MessageExtras &extras = extrasOf(message);
+        extras.isVoice = true;
+        extras.isExpired = details.isExpired;
+        extras.playedMs = SmsDatabase::dateMs(details.played);
+        extras.transcription = StoredText::cleaned(body.transcription);
+    }
     if (body.isUnreadable) {
-        append(message, MessageWords::unreadable(), u'\n');
+        extrasOf(message).isTextLost = true;
         MessageBody::reportUnreadable(m_source, u"attributedBody"_s);
     }
-    tellLostText(message, details, history);
-    mark(message, details, history);
+    keepDetails(message, details);
+    keepChanges(message, details, history);
 }
 
 MessageReader::Details MessageReader::readDetails(qint64 row)
@@ -341,178 +385,107 @@ MessageReader::Details MessageReader::readDetails(qint64 row)
         StoredText::cleaned(MessageBody::textAt(m_source, *m_details, kGroupTitle));
     details.otherHandle = m_details->integer(kOtherHandle);
     details.shareStatus = m_details->integer(kShareStatus);
-    details.associatedType = m_details->integer(kAssociatedType);
     details.associatedGuid = m_details->text(kAssociatedGuid);
+    details.reaction = Reaction::read(m_details->integer(kAssociatedType), details.associatedGuid);
     details.associatedEmoji =
         StoredText::cleaned(MessageBody::textAt(m_source, *m_details, kAssociatedEmoji));
     details.bundle = m_details->text(kBundle);
     details.payload = m_details->bytes(kPayload).toByteArray();
-    details.edited = m_details->integer(kDateEdited) != 0;
-    details.retracted = m_details->integer(kDateRetracted) != 0;
-    details.originator = m_details->bytes(kOriginator).toByteArray();
+    details.edited = m_details->integer(kDateEdited);
+    details.retracted = m_details->integer(kDateRetracted);
+    details.originator = m_details->text(kOriginator);
     details.originatorPart = m_details->text(kOriginatorPart);
     details.isAudio = m_details->integer(kIsAudio) != 0;
     details.effect = m_details->text(kEffect);
     details.isScheduled = m_details->integer(kScheduleType) == kScheduled;
     details.isExpired = m_details->integer(kExpireState) != 0;
+    details.played = m_details->integer(kDatePlayed);
     return details;
 }
 
-void MessageReader::setSpecialText(Message &message,
-                                   const Details &details,
-                                   const QString &transcription)
+void MessageReader::keepDetails(Message &message, Details &details)
 {
-    if (details.isReaction()) {
-        addReaction(message, details);
-        return;
-    }
-    if (details.isEvent()) {
-        message.text = eventLine(message, details);
-        message.sentDone = true;
-        return;
-    }
+    if (!details.effect.isEmpty())
+        extrasOf(message).effect = details.effect;
+    if (details.isScheduled)
+        extrasOf(message).isScheduled = true;
+    if (details.reaction)
+        return keepReaction(message, details);
+    if (details.isEvent())
+        return keepEvent(message, details);
     if (details.isBalloon())
-        showBalloon(message, details);
-    else if (isBlank(message) && (details.isAudio || !transcription.isEmpty()))
-        message.text =
-            StoredText::cleaned(MessageWords::voiceMessage(details.isExpired, transcription));
-    if (!details.originator.isEmpty())
-        m_relations.addReply(message, details.originator, details.originatorPart);
-}
-
-void MessageReader::addReaction(Message &message, const Details &details)
-{
-    MessageRelations::Reaction reaction { &message,
-                                          details.associatedType,
-                                          details.associatedGuid,
-                                          details.associatedEmoji,
-                                          nameOf(message),
-                                          message.address ? m_people.number(*message.address) : -1,
-                                          {} };
-    if (details.associatedType == MessageRelations::kVote)
-        reaction.vote = Poll::readVote(Balloon::read(details.bundle, details.payload).address);
-    m_relations.addReaction(reaction);
-}
-
-void MessageReader::showBalloon(Message &message, const Details &details)
-{
-    const Balloon balloon = Balloon::read(details.bundle, details.payload);
-    if (!balloon.poll.options.isEmpty()) {
-        append(message, MessageWords::poll(balloon.poll), u'\n');
-        if (message.pieces().isEmpty())
-            m_content->extrasOf(message).parts = { MessageWords::pollTitle(balloon.poll) };
-        m_relations.addPoll(message, balloon.poll, details.associatedGuid);
-    } else if (isBlank(message)) {
-        message.text = MessageWords::balloon(balloon);
-    } else if (balloon.kind == Balloon::Kind::Link && !balloon.title.isEmpty()
-               && message.text != balloon.title) {
-        append(message, MessageWords::linkTitle(balloon.title), u' ');
+        keepBalloon(message, details);
+    if (!details.originator.isEmpty()) {
+        // "part:location:length", of which the first says it.
+        const int part = details.originatorPart.section(u':', 0, 0).toInt();
+        extrasOf(message).answer =
+            std::make_unique<Answer>(Answer { details.originator, part, Reaction::kNone });
     }
 }
 
-QString MessageReader::eventLine(const Message &message, const Details &details) const
+void MessageReader::keepReaction(Message &message, Details &details)
 {
-    MessageWords::Event event;
-    event.type = details.itemType;
-    event.action = details.groupAction;
-    event.shareStatus = details.shareStatus;
-    event.title = details.groupTitle;
-    event.who = nameOf(message);
-    const QString *other = m_handles.address(details.otherHandle);
-    event.other = other ? m_people.name(*other) : tr("somebody");
-    event.toOneself = other && other == message.address;
-    return MessageWords::event(event);
+    Reaction &reaction = *details.reaction;
+    reaction.emoji = details.associatedEmoji;
+    if (message.sender)
+        reaction.person = m_people.number(*message.sender);
+    if (reaction.kind == Reaction::Kind::Vote)
+        reaction.vote = Poll::readVote(Balloon::read(details.bundle, details.payload).address);
+    extrasOf(message).reaction = std::make_unique<Reaction>(std::move(reaction));
+}
+
+void MessageReader::keepEvent(Message &message, const Details &details)
+{
+    auto event = std::make_unique<GroupEvent>();
+    event->type = details.itemType;
+    event->title = details.groupTitle;
+    event->other = m_handles.address(details.otherHandle);
+    event->kind = GroupEvent::kindOf(details.itemType,
+                                     details.groupAction,
+                                     details.shareStatus,
+                                     !details.groupTitle.isEmpty(),
+                                     event->other && event->other == message.sender);
+    extrasOf(message).event = std::move(event);
+}
+
+void MessageReader::keepBalloon(Message &message, const Details &details)
+{
+    MessageExtras &extras = extrasOf(message);
+    extras.balloon = std::make_unique<Balloon>(Balloon::read(details.bundle, details.payload));
+    extras.balloon->poll.updatedGuid = Reaction::guidIn(details.associatedGuid);
+    // The picture is named by its place among the files that belong to the balloon.
+    int number = 0;
+    for (const MessagePart &part : extras.parts) {
+        if (part.kind == MessagePart::Kind::File && part.file->isOfBalloon()
+            && number++ == extras.balloon->picture)
+            extras.balloon->pictureFile = part.file->file;
+    }
 }
 
 // A message that was changed has a text: where there is none, it is lost.
-void MessageReader::tellLostText(Message &message,
-                                 const Details &details,
-                                 const EditHistory &history)
+void MessageReader::keepChanges(Message &message, const Details &details, EditHistory &history)
 {
-    const bool isUnsent = history.unsent || details.retracted;
-    const bool isChanged = history.isDamaged || history.edited || details.edited;
-    const bool isLost = isBlank(message) && isChanged && !isUnsent && !details.isReaction();
-    if (isLost)
-        append(message, MessageWords::unreadable(), u'\n');
+    const bool isRetracted = details.retracted != 0;
+    const bool isEdited = details.edited != 0;
+    const bool isUnsent = history.isUnsent() || isRetracted;
+    const bool isChanged = history.isDamaged || history.isEdited || isEdited;
+    const bool saysSomething = !isBlank(message)
+        || (message.extras
+            && (message.extras->reaction || message.extras->event || message.extras->balloon
+                || message.extras->isVoice || message.extras->isTextLost));
+    const bool isLost = !saysSomething && isChanged && !isUnsent;
     if (isLost || (history.isDamaged && !history.lastText.isEmpty()))
         MessageBody::reportUnreadable(m_source, u"message_summary_info"_s);
-}
-
-void MessageReader::mark(Message &message, const Details &details, const EditHistory &history)
-{
-    const bool isDeleted = std::binary_search(
-        m_conversation->deleted.cbegin(), m_conversation->deleted.cend(), message.row);
-    const bool isReactionRow = details.isReaction();
-    if (history.unsent || details.retracted) {
-        if (isEmpty(message))
-            message.text = MessageWords::unsent();
-        else if (history.unsent)
-            append(message, MessageWords::unsent(), u'\n');
-    }
-    const bool isEdited =
-        history.edited || (details.edited && !history.unsent && !details.retracted);
-    if (isEdited && !isEmpty(message))
-        append(message, MessageWords::edited(), u' ');
-    if (!details.effect.isEmpty() && !isReactionRow && !isEmpty(message))
-        append(message, MessageWords::effect(details.effect), u' ');
-    if (details.isScheduled && message.fromMe && !message.sentDone && !isEmpty(message))
-        append(message, MessageWords::scheduled(), u' ');
-    const auto deletedParts = m_deletedParts.constFind(message.row);
-    if (deletedParts != m_deletedParts.cend()) {
-        for (const QStringList &texts : *deletedParts) {
-            for (const QString &text : texts) {
-                if (!isDeleted || !message.text.contains(text)) // it may all be gone
-                    append(message, MessageWords::deleted() + u' ' + text, u'\n');
-            }
-        }
-    }
-    // Rows without anything are the phone's own notes; it does not show them either.
-    if (isEmpty(message) && !isReactionRow)
-        message.hidden = true;
-    else if (isDeleted && !m_conversation->isDeleted) {
-        keepForQuotes(message);
-        message.text = message.text.isEmpty() ? MessageWords::deleted()
-                                              : MessageWords::deleted() + u' ' + message.text;
-    }
-}
-
-// Others quote what was written, and not what marks it.
-void MessageReader::keepForQuotes(Message &message)
-{
-    if (message.text.isEmpty() || (message.extras && !message.extras->parts.isEmpty()))
+    if (!isLost && !isUnsent && !isChanged && history.isEmpty())
         return;
-    m_content->extrasOf(message).parts.append(message.text);
-}
-
-void MessageReader::append(Message &message, const QString &text, QChar separator)
-{
-    keepForQuotes(message);
-    if (!message.pieces().isEmpty())
-        m_content->addText(message, text);
-    else
-        message.text = message.text.isEmpty() ? text : message.text + separator + text;
-}
-
-QString MessageReader::nameOf(const Message &message) const
-{
-    if (message.fromMe)
-        return tr("You");
-    return message.address ? m_people.name(*message.address) : tr("Somebody");
-}
-
-// A group is everybody in it and everybody who once wrote; a person with two addresses is one.
-void MessageReader::nameParticipants()
-{
-    const QStringList &addresses = m_conversation->addresses;
-    if (!m_conversation->isGroup) {
-        if (!addresses.isEmpty())
-            m_content->setName(addresses.first(), m_conversation->name);
-        return;
-    }
-    for (const QString &address : addresses)
-        m_content->setName(address, m_people.name(address));
-    for (const QString *address : std::as_const(m_senders))
-        m_content->setName(*address, m_people.name(*address));
+    MessageExtras &extras = extrasOf(message);
+    extras.isTextLost = extras.isTextLost || isLost;
+    extras.isUnsent = isUnsent;
+    extras.isEdited = history.isEdited || (isEdited && !isUnsent);
+    extras.editedMs = SmsDatabase::dateMs(details.edited);
+    extras.unsentMs = SmsDatabase::dateMs(details.retracted);
+    if (!history.isEmpty())
+        extras.history = std::make_unique<EditHistory>(std::move(history));
 }
 
 } // namespace PhoneBackup

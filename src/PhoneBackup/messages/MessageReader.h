@@ -2,27 +2,27 @@
 #define PHONEBACKUP_MESSAGES_MESSAGEREADER_H
 
 #include "PhoneBackup/messages/Conversation.h"
-#include "PhoneBackup/messages/MessageRelations.h"
-#include "PhoneItems/messages/ConversationContent.h"
+#include "PhoneBackup/messages/Message.h"
+#include "PhoneBackup/messages/MessageExtras.h"
 
 #include <QHash>
-#include <QMap>
-#include <QSet>
 
 #include <memory>
+#include <vector>
 
 namespace PhoneBackup {
 
-struct EditHistory;
 class Handles;
 class MessageAttachments;
+class MessageList;
 class People;
 class SmsDatabase;
 class Source;
 class Statement;
+struct MessageBody;
 
 /*!
-    \brief Reads the messages of one conversation: their texts, files and marks.
+    \brief Reads the messages of one conversation: their texts, files and what became of them.
 
     \par Cost
     One look-up per message by its number; a second one for those that are more than a text. A row
@@ -39,10 +39,10 @@ public:
     ~MessageReader();
 
     /*!
-        Fills the empty \a content. The conversation must stay where it is as long as the content
-        is used. \return false when there are messages and none could be read.
+        Fills the empty \a list. The conversation must stay where it is as long as the list is used.
+        \return false when a message could not be read.
     */
-    bool read(const Conversation &conversation, ConversationContent &content);
+    bool read(const Conversation &conversation, MessageList &list);
 
     //! When the message with the ROWID \a row was sent; invalid when that is not known.
     QDateTime dateOf(qint64 row);
@@ -57,17 +57,14 @@ private:
     void prepare();
     void readDeletedParts();
     void readRow(Message &message);
+    void readTexts(Message &message, Details &details);
     Details readDetails(qint64 row);
-    void setSpecialText(Message &message, const Details &details, const QString &transcription);
-    void addReaction(Message &message, const Details &details);
-    void showBalloon(Message &message, const Details &details);
-    QString eventLine(const Message &message, const Details &details) const;
-    void tellLostText(Message &message, const Details &details, const EditHistory &history);
-    void mark(Message &message, const Details &details, const EditHistory &history);
-    void keepForQuotes(Message &message);
-    void append(Message &message, const QString &text, QChar separator);
-    QString nameOf(const Message &message) const;
-    void nameParticipants();
+    void keepDetails(Message &message, Details &details);
+    void keepReaction(Message &message, Details &details);
+    void keepEvent(Message &message, const Details &details);
+    void keepBalloon(Message &message, const Details &details);
+    void keepChanges(Message &message, const Details &details, EditHistory &history);
+    MessageExtras &extrasOf(Message &message);
 
     Source &m_source;
     SmsDatabase &m_database;
@@ -77,14 +74,12 @@ private:
     std::unique_ptr<Statement> m_rows;
     std::unique_ptr<Statement> m_details;
     std::unique_ptr<Statement> m_dates;
-    QHash<qint64, QMap<qint64, QStringList>> m_deletedParts; // by message, then number of the part
+    QHash<qint64, std::vector<DeletedPart>> m_deletedParts; // by message
     bool m_prepared = false;
 
     // Of the conversation that is being read.
     const Conversation *m_conversation = nullptr;
-    ConversationContent *m_content = nullptr;
-    MessageRelations m_relations;
-    QSet<const QString *> m_senders;
+    MessageList *m_list = nullptr;
 };
 
 } // namespace PhoneBackup

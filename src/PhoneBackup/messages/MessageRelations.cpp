@@ -1,8 +1,7 @@
 #include "PhoneBackup/messages/MessageRelations.h"
 
-#include "PhoneItems/messages/ConversationContent.h"
-#include "PhoneItems/messages/MessageWords.h"
-#include "PhoneItems/shared/QuoteWords.h"
+#include "PhoneBackup/messages/Message.h"
+#include "PhoneBackup/messages/MessageExtras.h"
 
 #include <algorithm>
 #include <set>
@@ -10,228 +9,168 @@
 
 namespace PhoneBackup {
 
-namespace QuoteWords = PhoneItems::QuoteWords;
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
-constexpr int kWholeMessage = -1;
-constexpr qint64 kSticker = 1000;
-constexpr qint64 kFirstReaction = 2000;
-constexpr qint64 kFirstRemoval = 3000;
-constexpr qint64 kLastRemoval = 3007;
-constexpr qint64 kStickerReaction = 2007;
+// Reactions of one group take each other's place.
+enum class Group { Tapback, Sticker, Vote, PutSticker };
 
-//! What a row names as the message that it is about.
-struct Target
+Group groupOf(Reaction::Kind kind)
 {
-    quint64 guid;
-    int part = kWholeMessage;
-};
-
-// "p:1/<guid>" is about one part, "bp:<guid>" about a balloon; the guid may stand alone.
-Target targetOf(QStringView name)
-{
-    int part = kWholeMessage;
-    if (name.startsWith("p:"_L1) && name.contains(u'/')) {
-        const qsizetype slash = name.indexOf(u'/');
-        part = name.sliced(2, slash - 2).toInt();
-        name = name.sliced(slash + 1);
-    } else if (name.startsWith("bp:"_L1)) {
-        name = name.sliced(3);
+    switch (kind) {
+    case Reaction::Kind::PutSticker:
+        return Group::PutSticker;
+    case Reaction::Kind::Vote:
+        return Group::Vote;
+    case Reaction::Kind::Sticker:
+        return Group::Sticker;
+    default:
+        return Group::Tapback;
     }
-    return { MessageRelations::hashOf(name.toUtf8()), part };
 }
 
-bool isRemoval(qint64 type)
+MessageId idOf(const QString &guid)
 {
-    return type >= kFirstRemoval && type <= kLastRemoval;
-}
-
-// Reactions of one kind take each other's place.
-int kindOf(qint64 type)
-{
-    const qint64 given = isRemoval(type) ? type - 1000 : type;
-    if (given == kSticker)
-        return 3;
-    return given < kStickerReaction ? 0 : given == kStickerReaction ? 1 : 2;
+    return MessageId::of(guid.toUtf8());
 }
 
 } // namespace
 
-bool MessageRelations::isReaction(qint64 type)
+MessageRelations::MessageRelations(std::deque<Message> &messages, std::deque<MessageExtras> &extras)
+    : m_messages(messages)
+    , m_extras(extras)
 {
-    return (type >= kFirstReaction && type <= kStickerReaction) || isRemoval(type) || type == kVote
-        || type == kSticker;
 }
 
-quint64 MessageRelations::hashOf(QByteArrayView guid)
+void MessageRelations::resolve()
 {
-    return quint64(qHash(guid));
-}
-
-void MessageRelations::clear()
-{
-    m_reactions.clear();
-    m_replies.clear();
-    m_polls.clear();
-    m_pollOf.clear();
-    m_targets.clear();
-}
-
-void MessageRelations::addReaction(const Reaction &reaction)
-{
-    const Target target = targetOf(reaction.target);
-    m_reactions.push_back({ reaction.message,
-                            target.guid,
-                            target.part,
-                            reaction.type,
-                            reaction.emoji,
-                            reaction.who,
-                            reaction.person,
-                            reaction.vote });
-}
-
-void MessageRelations::addPoll(Message &message, const Poll &poll, const QString &target)
-{
-    const quint64 other = target.isEmpty() ? message.guidHash : targetOf(target).guid;
-    m_polls.push_back({ &message, other, poll, {} });
-}
-
-void MessageRelations::addReply(Message &message, QByteArrayView target, const QString &part)
-{
-    m_replies.push_back({ &message, hashOf(target), part.section(u':', 0, 0).toInt() });
-}
-
-void MessageRelations::apply(ConversationContent &content)
-{
+    collect();
     joinPolls();
-    if (m_reactions.empty() && m_replies.empty())
+    if (m_reactions.empty() && m_answers.empty())
         return;
-    findTargets(content);
-    hideSuperseded();
-    // All quotes are taken before any text changes: none holds another.
-    QStringList quotes;
-    quotes.reserve(qsizetype(m_reactions.size()) + qsizetype(m_replies.size()));
-    for (const Known &reaction : m_reactions)
-        quotes.append(reaction.message->hidden ? QString() : quote(reaction.target, reaction.part));
-    for (const Reply &reply : m_replies)
-        quotes.append(quote(reply.target, reply.part));
+    findTargets();
+    supersede();
+}
 
-    auto quoted = quotes.cbegin();
-    for (const Known &reaction : m_reactions) {
-        const QString line = lineOf(reaction, *quoted++);
-        QString &text = reaction.message->text;
-        text = text.isEmpty() ? line : line + u' ' + text; // marks stay behind it
-    }
-    for (const Reply &reply : m_replies) {
-        QString &text = reply.message->text;
-        const QString line = QuoteWords::replyTo(*quoted++);
-        text = text.isEmpty() ? line : line + u'\n' + text;
+void MessageRelations::collect()
+{
+    qsizetype place = 0;
+    for (const Message &message : m_messages) {
+        if (const MessageExtras *extras = message.extras) {
+            if (extras->reaction)
+                m_reactions.push_back(place);
+            if (extras->answer)
+                m_answers.push_back(place);
+            if (extras->balloon && !extras->balloon->poll.options.isEmpty())
+                m_polls.push_back(place);
+        }
+        ++place;
     }
 }
 
 // Who adds an option sends the poll again, with all of its options.
 void MessageRelations::joinPolls()
 {
-    std::sort(m_polls.begin(), m_polls.end(), [](const KnownPoll &a, const KnownPoll &b) {
-        return std::tuple(a.message->dateMs, a.message->row)
-            < std::tuple(b.message->dateMs, b.message->row);
-    });
-    for (std::size_t i = 0; i < m_polls.size(); ++i) {
-        const KnownPoll &again = m_polls[i];
-        const std::size_t known = m_pollOf.value(again.target, i);
-        m_pollOf.insert(again.message->guidHash, known);
-        if (known == i)
+    for (const qsizetype place : m_polls) {
+        const Message &message = m_messages[std::size_t(place)];
+        const Poll &again = message.extras->balloon->poll;
+        const MessageId named = again.updatedGuid.isEmpty() ? message.id : idOf(again.updatedGuid);
+        const qsizetype known = m_pollOf.value(named, place);
+        m_pollOf.insert(message.id, known);
+        if (known == place)
             continue;
-        KnownPoll &first = m_polls[known];
-        QString &text = first.message->text;
-        const QString before = MessageWords::poll(first.poll);
-        const qsizetype place = text.indexOf(before); // marks stay around it
-        first.poll.options = again.poll.options;
-        if (place >= 0)
-            text.replace(place, before.size(), MessageWords::poll(first.poll));
-        again.message->hidden = true;
+        m_messages[std::size_t(known)].extras->balloon->poll.options = again.options;
+        message.extras->isPollUpdate = true;
     }
-    for (KnownPoll &poll : m_polls)
-        poll.places = poll.poll.places();
 }
 
-QString MessageRelations::lineOf(const Known &reaction, const QString &quoted) const
+void MessageRelations::findTargets()
 {
-    if (reaction.type != kVote)
-        return MessageWords::reaction(reaction.who, reaction.type, reaction.emoji, quoted);
-    QStringList options;
-    const auto found = m_pollOf.constFind(reaction.target);
-    if (found != m_pollOf.cend() && reaction.vote) {
-        const KnownPoll &known = m_polls[*found];
-        std::set<qsizetype> chosen; // in the order of the poll; what it does not have is dropped
-        for (const QString &id : *reaction.vote) {
-            const auto place = known.places.constFind(id);
-            if (place != known.places.cend())
-                chosen.insert(*place);
-        }
-        for (const qsizetype option : chosen)
-            options.append(MessageWords::pollOption(known.poll, option));
-    }
-    return MessageWords::vote(reaction.who, options, quoted);
-}
-
-void MessageRelations::findTargets(ConversationContent &content)
-{
-    for (const Known &reaction : m_reactions)
-        m_targets.insert(reaction.target, nullptr);
-    for (const Reply &reply : m_replies)
-        m_targets.insert(reply.target, nullptr);
-    for (const Message &message : content.messages()) {
-        const auto found = m_targets.find(message.guidHash);
+    for (const qsizetype place : m_reactions)
+        m_targets.insert(idOf(m_messages[std::size_t(place)].extras->reaction->targetGuid),
+                         Reaction::kNone);
+    for (const qsizetype place : m_answers)
+        m_targets.insert(idOf(m_messages[std::size_t(place)].extras->answer->targetGuid),
+                         Reaction::kNone);
+    m_targets.remove(MessageId());
+    qsizetype place = 0;
+    for (const Message &message : m_messages) {
+        const auto found = m_targets.find(message.id);
         if (found != m_targets.end())
-            *found = &message;
+            *found = place;
+        ++place;
+    }
+    for (const qsizetype reaction : m_reactions) {
+        Reaction &known = *m_messages[std::size_t(reaction)].extras->reaction;
+        known.target = target(known.targetGuid);
+        if (known.kind == Reaction::Kind::Vote)
+            countVote(reaction);
+    }
+    for (const qsizetype reply : m_answers) {
+        Answer &answer = *m_messages[std::size_t(reply)].extras->answer;
+        answer.target = target(answer.targetGuid);
     }
 }
 
-void MessageRelations::hideSuperseded()
+qsizetype MessageRelations::target(const QString &guid) const
 {
-    const auto subject = [](const Known &reaction) {
-        return std::tuple(reaction.target,
+    return m_targets.value(idOf(guid), Reaction::kNone);
+}
+
+void MessageRelations::countVote(qsizetype place)
+{
+    Reaction &reaction = *m_messages[std::size_t(place)].extras->reaction;
+    reaction.poll = m_pollOf.value(idOf(reaction.targetGuid), Reaction::kNone);
+    if (reaction.poll == Reaction::kNone || !reaction.vote)
+        return;
+    auto options = m_options.find(reaction.poll); // there may be many, and many votes
+    if (options == m_options.end()) {
+        options = m_options.insert(
+            reaction.poll, m_messages[std::size_t(reaction.poll)].extras->balloon->poll.places());
+    }
+    std::set<qsizetype> chosen; // in the order of the poll; what it does not have is dropped
+    for (const QString &id : *reaction.vote) {
+        const auto option = options->constFind(id);
+        if (option != options->cend())
+            chosen.insert(*option);
+    }
+    reaction.options.assign(chosen.begin(), chosen.end());
+}
+
+void MessageRelations::supersede()
+{
+    const auto subject = [this](qsizetype place) {
+        const Message &message = m_messages[std::size_t(place)];
+        const Reaction &reaction = *message.extras->reaction;
+        const MessageId id = idOf(reaction.targetGuid);
+        return std::tuple(id.high,
+                          id.low,
                           reaction.part,
-                          kindOf(reaction.type),
-                          reaction.message->fromMe,
+                          groupOf(reaction.kind),
+                          message.isFromMe,
                           reaction.person);
     };
-    std::sort(m_reactions.begin(), m_reactions.end(), [&](const Known &a, const Known &b) {
-        const auto first = subject(a);
-        const auto second = subject(b);
-        if (first != second)
-            return first < second;
-        return std::tuple(a.message->dateMs, a.message->row)
-            < std::tuple(b.message->dateMs, b.message->row);
-    });
-    for (std::size_t i = 0; i < m_reactions.size(); ++i) {
-        const Known &reaction = m_reactions[i];
-        if (reaction.type == kSticker)
-            continue;
-        const bool isLast =
-            i + 1 == m_reactions.size() || subject(m_reactions[i + 1]) != subject(reaction);
-        const bool isWithdrawn = reaction.vote && reaction.vote->isEmpty();
-        if (!isLast || isWithdrawn || isRemoval(reaction.type))
-            reaction.message->hidden = true;
+    using Subject = decltype(subject(0));
+    std::vector<std::pair<Subject, qsizetype>> sorted;
+    sorted.reserve(m_reactions.size());
+    for (const qsizetype place : m_reactions)
+        sorted.emplace_back(subject(place), place);
+    std::sort(sorted.begin(), sorted.end()); // the places are in the order of time
+    for (std::size_t i = 0; i + 1 < sorted.size(); ++i) {
+        Reaction &reaction = *m_messages[std::size_t(sorted[i].second)].extras->reaction;
+        if (reaction.kind != Reaction::Kind::PutSticker)
+            reaction.isLast = sorted[i + 1].first != sorted[i].first;
     }
-}
-
-QString MessageRelations::quote(quint64 target, int part) const
-{
-    const Message *message = m_targets.value(target);
-    if (!message)
-        return {};
-    if (message->extras && part >= 0 && part < message->extras->parts.size())
-        return QuoteWords::quote(message->extras->parts.at(part));
-    // The only part is the whole message, without what marks it.
-    const qsizetype parts = message->extras ? message->extras->parts.size() : 0;
-    if (parts == 1 || (parts > 1 && message->text.isEmpty()))
-        return QuoteWords::quote(message->extras->parts.first());
-    return QuoteWords::quote(message->text);
+    for (const qsizetype place : m_reactions) {
+        const Reaction &reaction = *m_messages[std::size_t(place)].extras->reaction;
+        const qsizetype shownAt =
+            reaction.poll == Reaction::kNone ? reaction.target : reaction.poll;
+        if (shownAt == Reaction::kNone || !reaction.holds())
+            continue;
+        Message &message = m_messages[std::size_t(shownAt)];
+        if (!message.extras)
+            message.extras = &m_extras.emplace_back();
+        message.extras->reactions.push_back(place);
+    }
 }
 
 } // namespace PhoneBackup

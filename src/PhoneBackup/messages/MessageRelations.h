@@ -1,105 +1,47 @@
 #ifndef PHONEBACKUP_MESSAGES_MESSAGERELATIONS_H
 #define PHONEBACKUP_MESSAGES_MESSAGERELATIONS_H
 
-#include "PhoneBackup/messages/Poll.h"
+#include "PhoneBackup/messages/MessageId.h"
 
-#include <QByteArrayView>
 #include <QHash>
-#include <QString>
 
-#include <optional>
+#include <deque>
 #include <vector>
 
 namespace PhoneBackup {
 
-class ConversationContent;
-class Message;
+struct Message;
+struct MessageExtras;
 
 /*!
-    \brief What the messages of one conversation have to do with each other: reactions, answers,
-    and polls with their votes.
-
-    They name the other message by its identifier, of which a hash is kept.
+    \brief Finds out what the messages of one conversation have to do with each other: reactions,
+    answers, and polls with their votes. They name the other message by its GUID.
 */
 class MessageRelations
 {
 public:
-    //! A reaction, or one that was taken back.
-    struct Reaction
-    {
-        Message *message;
-        qint64 type;
-        QString target; //!< As the row names it.
-        QString emoji;
-        QString who;
-        int person; //!< The same for all addresses of who it is from.
-        std::optional<QStringList> vote; //!< What it chose, see Poll::readVote().
-    };
+    //! \a messages are in their order, the oldest first; \a extras are those that they have.
+    MessageRelations(std::deque<Message> &messages, std::deque<MessageExtras> &extras);
 
-    static constexpr qint64 kVote = 4000; //!< The type of a vote on a poll.
-
-    //! Whether a row of this \a type is a reaction or a vote, and no message of its own.
-    static bool isReaction(qint64 type);
-
-    static quint64 hashOf(QByteArrayView guid);
-
-    void clear();
-
-    void addReaction(const Reaction &reaction);
-
-    //! \a part names the part of the answered message, in the form "part:location:length".
-    void addReply(Message &message, QByteArrayView target, const QString &part);
-
-    /*!
-        A message that shows a \a poll. \a target is what its row names: nothing, itself, or the
-        poll to which it added an option.
-    */
-    void addPoll(Message &message, const Poll &poll, const QString &target);
-
-    /*!
-        Gives each poll its last options and hides the messages that added them. Writes the lines
-        of reactions, and hides those that a later one of the same person took the place of, or
-        took back; then puts above each answer what it answers.
-    */
-    void apply(ConversationContent &content);
+    //! Writes what it finds into the extras of the messages.
+    void resolve();
 
 private:
-    struct Known
-    {
-        Message *message;
-        quint64 target;
-        int part;
-        qint64 type;
-        QString emoji;
-        QString who;
-        int person;
-        std::optional<QStringList> vote;
-    };
-    struct KnownPoll
-    {
-        Message *message;
-        quint64 target;
-        Poll poll;
-        QHash<QString, qsizetype> places; //!< Of the options; there may be many, and many votes.
-    };
-    struct Reply
-    {
-        Message *message;
-        quint64 target;
-        int part;
-    };
-
+    void collect();
     void joinPolls();
-    QString lineOf(const Known &reaction, const QString &quoted) const;
-    void findTargets(ConversationContent &content);
-    void hideSuperseded();
-    QString quote(quint64 target, int part) const;
+    void findTargets();
+    void supersede();
+    void countVote(qsizetype place);
+    qsizetype target(const QString &guid) const;
 
-    std::vector<Known> m_reactions;
-    std::vector<Reply> m_replies;
-    std::vector<KnownPoll> m_polls;
-    QHash<quint64, std::size_t> m_pollOf; // by what names it: its place in m_polls
-    QHash<quint64, const Message *> m_targets;
+    std::deque<Message> &m_messages;
+    std::deque<MessageExtras> &m_extras;
+    std::vector<qsizetype> m_reactions; // places of messages
+    std::vector<qsizetype> m_answers;
+    std::vector<qsizetype> m_polls;
+    QHash<MessageId, qsizetype> m_pollOf; // by what names it: the place of the poll as it is last
+    QHash<MessageId, qsizetype> m_targets;
+    QHash<qsizetype, QHash<QString, qsizetype>> m_options; // of polls that somebody voted on
 };
 
 } // namespace PhoneBackup

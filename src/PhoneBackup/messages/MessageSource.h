@@ -11,7 +11,8 @@
 
 namespace PhoneBackup {
 
-class ConversationContent;
+class MessageList;
+class People;
 class Source;
 
 /*!
@@ -33,10 +34,13 @@ public:
     virtual std::vector<Conversation> takeConversations() = 0;
 
     /*!
-        Fills the empty \a content with what the filter accepts. \a conversation must stay where it
-        is as long as the content is used. \return false when nothing of it could be read.
+        Fills the empty \a list. \a conversation must stay where it is as long as the list is used.
+        \return false when something of it could not be read.
     */
-    virtual bool read(const Conversation &conversation, ConversationContent &content) = 0;
+    virtual bool read(const Conversation &conversation, MessageList &list) = 0;
+
+    //! Who is at an address.
+    virtual const People &people() const = 0;
 
     //! When the message \a row was sent; invalid when that is not known.
     virtual QDateTime dateOf(qint64 row) = 0;

@@ -2,17 +2,14 @@
 
 #include "PhoneBackup/messages/AttachmentFiles.h"
 #include "PhoneBackup/messages/MessageBody.h"
+#include "PhoneBackup/messages/MessageList.h"
+#include "PhoneBackup/messages/MessageParts.h"
 #include "PhoneBackup/plist/PropertyList.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
-#include "PhoneItems/messages/ConversationContent.h"
-#include "PhoneItems/messages/MessageWords.h"
-#include "platform/Translation_p.h"
 
 #include <algorithm>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -53,6 +50,9 @@ enum Column {
     kMadridFlags,
     kMadridError,
     kMadridBody,
+    kMadridGuid,
+    kMadridDelivered,
+    kMadridRead,
 };
 
 bool isMadrid(const Statement &row)
@@ -116,7 +116,10 @@ OldMessages::OldMessages(Source &source, std::unique_ptr<SmsDatabase> database)
                                  u"madrid_roomname"_s,
                                  u"madrid_flags"_s,
                                  u"madrid_error"_s,
-                                 u"madrid_attributedBody"_s })
+                                 u"madrid_attributedBody"_s,
+                                 u"madrid_guid"_s,
+                                 u"madrid_date_delivered"_s,
+                                 u"madrid_date_read"_s })
         wanted.append(m_database->column(u"message"_s, name));
     m_rows =
         m_database->prepare(u"SELECT %1 FROM message WHERE ROWID = ?1"_s.arg(wanted.join(u", "_s)));
@@ -208,17 +211,16 @@ std::vector<Conversation> OldMessages::takeConversations()
             conversation.addresses.append(sender); // no list of a room need name everybody
         conversation.messages.push_back(row);
         if (!isMadrid(*m_rows) && flags() == kDeleted)
-            conversation.deleted.push_back(row);
+            conversation.deleted.push_back({ row });
         conversation.lastDateMs = std::max(conversation.lastDateMs, dateMs(*m_rows));
     }
     for (Conversation &conversation : m_conversations) {
         conversation.isDeleted = conversation.deleted.size() == conversation.messages.size();
-        QStringList names;
-        for (const QString &address : std::as_const(conversation.addresses))
-            names.append(m_people.name(address));
-        if (!conversation.isGroup && !names.isEmpty())
-            names = { names.constFirst() };
-        conversation.name = names.isEmpty() ? tr("Unknown") : names.join(u", "_s);
+        for (const QString &address : std::as_const(conversation.addresses)) {
+            conversation.names.append(m_people.name(address));
+            if (!conversation.isGroup)
+                break;
+        }
     }
     std::stable_sort(m_conversations.begin(),
                      m_conversations.end(),
@@ -286,80 +288,81 @@ bool OldMessages::step(qint64 row)
     m_rows->bind(1, row);
     const Statement::Step step = m_rows->step();
     if (step == Statement::Step::Failed)
-        m_database->addLoss(tr("It is damaged: %1.").arg(m_rows->error()));
+        m_database->addLoss(Notice("messages.damaged", { m_rows->error() }));
     return step == Statement::Step::Row;
 }
 
-bool OldMessages::read(const Conversation &conversation, ConversationContent &content)
+bool OldMessages::read(const Conversation &conversation, MessageList &list)
 {
-    const MessageFilter &filter = m_source.messageFilter();
-    bool anyRead = false;
+    bool isWhole = true;
     for (const qint64 row : conversation.messages) {
-        if (!step(row))
+        if (!step(row)) {
+            isWhole = false;
             continue;
-        anyRead = true;
-        Message &message = content.addMessage();
+        }
+        Message &message = list.add();
         message.row = row;
-        readMessage(message, content);
-        const bool isDeleted =
-            std::binary_search(conversation.deleted.cbegin(), conversation.deleted.cend(), row);
-        if (isDeleted && !conversation.isDeleted)
-            message.text = (MessageWords::deleted() + u' ' + message.text).trimmed();
-        message.hidden = !filter.accepts(message.msgDate())
-            || (message.text.isEmpty() && message.pieces().isEmpty()
-                && message.subject().isEmpty());
+        message.isDeleted = conversation.deletion(row) != nullptr;
+        readMessage(message, list);
     }
-    content.list();
-    for (const QString &address : conversation.addresses) {
-        content.setName(address, m_people.name(address));
-        if (!conversation.isGroup)
-            break;
-    }
-    return anyRead;
+    list.complete();
+    return isWhole;
 }
 
-void OldMessages::readMessage(Message &message, ConversationContent &content)
+void OldMessages::readMessage(Message &message, MessageList &list)
 {
     const Statement &row = *m_rows;
     message.dateMs = dateMs(row);
-    message.normalSms = !isMadrid(row);
-    QString text;
-    bool isUnreadable = false;
-    QList<MessageAttachment> attachments;
-    MessageParts::Hints hints;
     const QString subject = StoredText::cleaned(MessageBody::textAt(m_source, row, kSubject));
     if (!subject.isEmpty())
-        content.extrasOf(message).subject = subject;
-    QString address;
+        list.extrasOf(message).subject = subject;
+    MessageBody body;
+    QList<MessageAttachment> attachments;
+    MessageParts::Hints hints;
     if (isMadrid(row)) {
-        const qint64 flags = row.integer(kMadridFlags);
-        message.fromMe = (flags & kFromMe) != 0;
-        message.sentDone = !message.fromMe
-            || (row.integer(kMadridError) == 0 && (flags & (kDelivered | kWasSent)) != 0);
-        address = row.text(kMadridHandle).trimmed();
-        MessageBody body = MessageBody::read(m_source, row, kMadridBody, kText);
-        text = std::move(body.text);
-        hints.places = std::move(body.places);
-        isUnreadable = body.isUnreadable;
+        readIMessage(message, list);
+        body = MessageBody::read(m_source, row, kMadridBody, kText);
         attachments = m_attachments.of(message.row);
     } else {
-        const qint64 kind = flags();
-        message.fromMe = kind != kReceived;
-        message.sentDone = kind == kReceived || kind == kSent || kind == kDeleted;
-        text = MessageBody::textAt(m_source, row, kText);
+        message.service = MessageService::Sms;
+        message.isFromMe = flags() != kReceived;
+        if (message.isFromMe)
+            message.delivery =
+                flags() == kSent || flags() == kDeleted ? Delivery::Sent : Delivery::Failed;
+        body.text = MessageBody::textAt(m_source, row, kText);
         hints.tellsMissing = partsOf(message.row).isEmpty(); // else its files are parts
-        address = row.text(kAddress).trimmed();
     }
-    MessageParts parts(m_source, content);
-    parts.set(message, text, attachments, hints);
-    if (isUnreadable) {
-        parts.addText(message, MessageWords::unreadable());
+    MessageParts parts(m_attachments, list);
+    parts.set(message, body, attachments, hints);
+    if (body.isUnreadable) {
+        list.extrasOf(message).isTextLost = true;
         MessageBody::reportUnreadable(m_source, u"madrid_attributedBody"_s);
     }
-    if (!message.fromMe && !address.isEmpty())
-        message.address = m_handles.intern(address);
+    const QString address = row.text(isMadrid(row) ? kMadridHandle : kAddress).trimmed();
+    if (!message.isFromMe && !address.isEmpty())
+        message.sender = m_handles.intern(address);
     for (const Part &part : partsOf(message.row))
         readPart(part, message, parts);
+}
+
+void OldMessages::readIMessage(Message &message, MessageList &list)
+{
+    const qint64 flags = m_rows->integer(kMadridFlags);
+    message.service = MessageService::IMessage;
+    message.isFromMe = (flags & kFromMe) != 0;
+    if (message.isFromMe) {
+        const bool isSent = (flags & (kDelivered | kWasSent)) != 0;
+        message.delivery = m_rows->integer(kMadridError) != 0 ? Delivery::Failed
+            : isSent                                          ? Delivery::Sent
+                                                              : Delivery::Waiting;
+    }
+    message.deliveredMs = SmsDatabase::dateMs(m_rows->integer(kMadridDelivered));
+    message.readMs = SmsDatabase::dateMs(m_rows->integer(kMadridRead));
+    const QByteArrayView guid = m_rows->bytes(kMadridGuid);
+    bool isUuid = false;
+    message.id = MessageId::of(guid, &isUuid);
+    if (!isUuid)
+        list.extrasOf(message).guid = QString::fromUtf8(guid);
 }
 
 void OldMessages::readPart(const Part &part, Message &message, MessageParts &parts)
@@ -404,10 +407,7 @@ QList<OldMessages::Part> OldMessages::partsOf(qint64 message) const
 
 QDateTime OldMessages::dateOf(qint64 row)
 {
-    Message message;
-    if (step(row))
-        message.dateMs = dateMs(*m_rows);
-    return message.msgDate();
+    return step(row) ? PhoneTime::ofMs(dateMs(*m_rows)) : QDateTime();
 }
 
 QList<MessageAttachment> OldMessages::attachmentsOf(qint64 row)

@@ -3,7 +3,6 @@
 
 #include "PhoneBackup/folder/FileIndex.h"
 #include "PhoneBackup/messages/Handles.h"
-#include "PhoneBackup/messages/MessageParts.h"
 #include "PhoneBackup/messages/MessageSource.h"
 #include "PhoneBackup/messages/People.h"
 #include "PhoneBackup/messages/SmsDatabase.h"
@@ -12,7 +11,8 @@
 
 namespace PhoneBackup {
 
-class Message;
+class MessageParts;
+struct Message;
 
 /*!
     \brief The message database before system version 6: texts and picture messages, and the first
@@ -27,7 +27,8 @@ public:
     ~OldMessages() override;
 
     std::vector<Conversation> takeConversations() override;
-    bool read(const Conversation &conversation, ConversationContent &content) override;
+    bool read(const Conversation &conversation, MessageList &list) override;
+    const People &people() const override { return m_people; }
     QDateTime dateOf(qint64 row) override;
     QList<MessageAttachment> attachmentsOf(qint64 row) override;
 
@@ -49,7 +50,8 @@ private:
     int conversationWith(const QStringList &addresses, const QString &group);
     bool step(qint64 row);
     qint64 flags() const;
-    void readMessage(Message &message, ConversationContent &content);
+    void readMessage(Message &message, MessageList &list);
+    void readIMessage(Message &message, MessageList &list);
     void readPart(const Part &part, Message &message, MessageParts &parts);
     MessageAttachment attachmentOf(const Part &part) const;
     QList<Part> partsOf(qint64 message) const;

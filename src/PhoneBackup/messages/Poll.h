@@ -20,6 +20,7 @@ struct Poll
     };
 
     QString title; //!< In one line; may be empty.
+    QString updatedGuid; //!< Of the message whose poll this one replaces; empty for a new poll.
     QList<Option> options; //!< In their order; empty where there is no poll.
 
     //! The poll that the app of polls keeps in \a address, without options when it holds none.

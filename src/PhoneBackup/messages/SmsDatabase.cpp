@@ -1,9 +1,7 @@
 #include "PhoneBackup/messages/SmsDatabase.h"
 
-#include "PhoneBackup/messages/Conversation.h"
-#include "platform/Translation_p.h"
-
-DATAEXPORT_USE_TR(DataExport);
+#include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/source/PhoneTime.h"
 
 namespace PhoneBackup {
 
@@ -24,8 +22,11 @@ qint64 floorDivide(qint64 value, qint64 by)
 
 std::unique_ptr<SmsDatabase> SmsDatabase::open(Source &source)
 {
-    std::optional<RowDatabase> database = RowDatabase::open(
-        source, kMessages, "HomeDomain", u"Library/SMS/sms.db"_s, tr("Messages may be missing."));
+    std::optional<RowDatabase> database = RowDatabase::open(source,
+                                                            DataType::Messages,
+                                                            "HomeDomain",
+                                                            u"Library/SMS/sms.db"_s,
+                                                            Notice("messages.mayBeMissing"));
     return database ? std::make_unique<SmsDatabase>(std::move(*database)) : nullptr;
 }
 

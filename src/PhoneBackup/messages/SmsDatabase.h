@@ -5,12 +5,10 @@
 
 namespace PhoneBackup {
 
-//! The phone's message database.
+//! The phone's message database, whose problems are those of DataType::Messages.
 class SmsDatabase : public RowDatabase
 {
 public:
-    static constexpr int kMessages = 6; //!< The data type that its problems belong to.
-
     //! None when the backup has none or it cannot be opened.
     static std::unique_ptr<SmsDatabase> open(Source &source);
 

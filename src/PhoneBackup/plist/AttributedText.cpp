@@ -2,6 +2,7 @@
 
 #include "PhoneBackup/plist/TypedStream.h"
 
+#include <QHash>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -23,6 +24,91 @@ std::optional<QString> textAt(QByteArrayView data)
     return decoder.hasError() ? std::nullopt : std::optional(text);
 }
 
+// Puts what a stream knows of the stretches of a text into the text.
+class Stretches
+{
+public:
+    Stretches(const TypedStream &stream, AttributedText &text)
+        : m_stream(stream)
+        , m_text(text)
+        , m_attributes(stream.attributes().cbegin(), stream.attributes().cend())
+    {
+        // Of each kind one a dictionary, or work would grow with stretches times attributes.
+        const auto key = [](const TypedStream::Attribute &a) {
+            return std::pair(a.dictionary, a.key);
+        };
+        std::stable_sort(m_attributes.begin(),
+                         m_attributes.end(),
+                         [&](const auto &a, const auto &b) { return key(a) < key(b); });
+        m_attributes.erase(
+            std::unique(m_attributes.begin(),
+                        m_attributes.end(),
+                        [&](const auto &a, const auto &b) { return key(a) == key(b); }),
+            m_attributes.end());
+    }
+
+    void add(TypedStream::Index dictionary, qsizetype position, qsizetype length)
+    {
+        using Key = TypedStream::Attribute::Key;
+        AttributedText::File file { position, {}, {} };
+        const auto [first, last] = std::equal_range(m_attributes.cbegin(),
+                                                    m_attributes.cend(),
+                                                    TypedStream::Attribute { dictionary, {}, 0 },
+                                                    &isBefore);
+        for (auto it = first; it != last; ++it) {
+            switch (it->key) {
+            case Key::File:
+                file.guid = text(it->value);
+                break;
+            case Key::Transcription:
+                m_text.transcription = text(it->value);
+                break;
+            case Key::Link:
+                m_text.links.append({ position, length, text(it->value) });
+                break;
+            case Key::Mention:
+                m_text.mentions.append({ position, length, text(it->value) });
+                break;
+            case Key::Width:
+                file.pixels.setWidth(pixels(it->value));
+                break;
+            case Key::Height:
+                file.pixels.setHeight(pixels(it->value));
+                break;
+            }
+        }
+        if (!file.guid.isEmpty())
+            m_text.files.append(file);
+    }
+
+private:
+    static bool isBefore(const TypedStream::Attribute &a, const TypedStream::Attribute &b)
+    {
+        return a.dictionary < b.dictionary;
+    }
+
+    // One for all stretches that share it, which may be many.
+    const QString &text(TypedStream::Index index)
+    {
+        const auto known = m_texts.constFind(index);
+        return known != m_texts.cend()
+            ? *known
+            : *m_texts.insert(index, QString::fromUtf8(m_stream.object(index).text));
+    }
+
+    int pixels(TypedStream::Index index) const
+    {
+        constexpr qint64 kMost = 1 << 20;
+        const qint64 number = m_stream.object(index).number;
+        return number > 0 && number < kMost ? int(number) : -1;
+    }
+
+    const TypedStream &m_stream;
+    AttributedText &m_text;
+    QVarLengthArray<TypedStream::Attribute, 4> m_attributes;
+    QHash<TypedStream::Index, QString> m_texts;
+};
+
 } // namespace
 
 std::optional<AttributedText> AttributedText::decode(QByteArrayView data)
@@ -42,15 +128,16 @@ std::optional<AttributedText> AttributedText::decode(QByteArrayView data)
     AttributedText result;
     result.text = QString::fromUtf8(string.text);
     qsizetype position = 0;
+    std::optional<Stretches> stretches;
+    if (!stream.attributes().isEmpty())
+        stretches.emplace(stream, result);
     for (const TypedStream::Run &run : stream.runs()) {
-        const TypedStream::Object &attributes = stream.object(run.attributes);
-        if (!attributes.file.isEmpty())
-            result.files.append({ position, QString::fromUtf8(attributes.file) });
-        if (!attributes.transcription.isEmpty())
-            result.transcription = QString::fromUtf8(attributes.transcription);
         if (run.length < 0)
             return std::nullopt;
-        position += qsizetype(std::min<qint64>(run.length, result.text.size() - position));
+        const auto length = qsizetype(std::min<qint64>(run.length, result.text.size() - position));
+        if (stretches)
+            stretches->add(run.attributes, position, length);
+        position += length;
     }
     return result;
 }

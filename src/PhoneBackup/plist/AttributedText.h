@@ -3,6 +3,7 @@
 
 #include <QByteArrayView>
 #include <QList>
+#include <QSize>
 #include <QString>
 
 #include <optional>
@@ -22,10 +23,21 @@ struct AttributedText
     {
         qsizetype position; //!< In UTF-16 units.
         QString guid;
+        QSize pixels; //!< Of a picture or film, where it is known.
+    };
+
+    //! A stretch that leads somewhere.
+    struct Span
+    {
+        qsizetype position; //!< In UTF-16 units, as the length.
+        qsizetype length;
+        QString address;
     };
 
     QString text;
     QList<File> files; //!< In the order of the text.
+    QList<Span> links;
+    QList<Span> mentions; //!< Names of people; the address is theirs.
     QString transcription; //!< What was said in a voice message, as the phone understood it.
 
     //! Decodes \a data; none when it is damaged anywhere.

@@ -1,6 +1,8 @@
 #include "PhoneBackup/plist/TypedStream.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstring>
 
 namespace PhoneBackup {
 
@@ -37,7 +39,34 @@ TypedStream::Object::Kind kindOfClass(QByteArrayView name)
         return Kind::Dictionary;
     if (name == "NSAttributedString" || name == "NSMutableAttributedString")
         return Kind::Attributed;
-    return Kind::Unknown;
+    if (name == "NSNumber")
+        return Kind::Number;
+    return name == "NSURL" ? Kind::Url : Kind::Unknown;
+}
+
+// The names that the phone's message app gives its attributes.
+std::optional<TypedStream::Attribute::Key> attributeKey(QByteArrayView name)
+{
+    using Key = TypedStream::Attribute::Key;
+    if (name == "__kIMFileTransferGUIDAttributeName")
+        return Key::File;
+    if (name == "IMAudioTranscription")
+        return Key::Transcription;
+    if (name == "__kIMLinkAttributeName")
+        return Key::Link;
+    if (name == "__kIMMentionConfirmedMention")
+        return Key::Mention;
+    if (name == "__kIMInlineMediaWidthAttributeName")
+        return Key::Width;
+    return name == "__kIMInlineMediaHeightAttributeName" ? std::optional(Key::Height)
+                                                         : std::nullopt;
+}
+
+// The nearest whole number; 0 for one that fits nowhere.
+qint64 rounded(double value)
+{
+    constexpr double kLimit = 1e15;
+    return value > -kLimit && value < kLimit ? std::llround(value) : 0;
 }
 
 } // namespace
@@ -290,10 +319,10 @@ QByteArrayView TypedStream::readValue(QByteArrayView types, int depth, Value &va
         value.integer = readInteger(true);
         break;
     case 'f':
-        readReal(4);
+        value.integer = readReal(4);
         break;
     case 'd':
-        readReal(8);
+        value.integer = readReal(8);
         break;
     case '#':
         readClass(depth);
@@ -356,14 +385,24 @@ QByteArrayView TypedStream::readStruct(QByteArrayView types, int depth)
     return types.sliced(1);
 }
 
-void TypedStream::readReal(qint64 size)
+qint64 TypedStream::readReal(qint64 size)
 {
-    if (isAtMark(kReal)) {
-        take();
-        takeBytes(size);
-    } else {
-        readInteger(false);
+    if (!isAtMark(kReal))
+        return readInteger(false);
+    take();
+    const QByteArrayView bytes = takeBytes(size);
+    if (m_bad)
+        return 0;
+    const auto bits = quint64(littleEndian(bytes));
+    if (size == 4) {
+        const auto half = quint32(bits);
+        float value = 0;
+        std::memcpy(&value, &half, sizeof value);
+        return rounded(double(value));
     }
+    double value = 0;
+    std::memcpy(&value, &bits, sizeof value);
+    return rounded(value);
 }
 
 void TypedStream::take(Assembly &assembly,
@@ -375,6 +414,8 @@ void TypedStream::take(Assembly &assembly,
         takeObject(assembly, value.object);
     } else if (types == "+" && assembly.kind == Object::Kind::String) {
         m_objects[assembly.self].text = value.bytes;
+    } else if (assembly.kind == Object::Kind::Number && types.size() == 1) {
+        m_objects[assembly.self].number = value.integer; // behind the letter of its type
     } else if (types == "iI" && assembly.kind == Object::Kind::Attributed && assembly.self == 0) {
         const qint64 number = value.integer;
         if (number < 1 || number > m_sets.size() + 1)
@@ -404,11 +445,10 @@ void TypedStream::takeObject(Assembly &assembly, Index index)
             assembly.key = index;
             return;
         }
-        const QByteArrayView key = object(assembly.key).text;
-        if (key == "__kIMFileTransferGUIDAttributeName")
-            m_objects[assembly.self].file = object(index).text;
-        else if (key == "IMAudioTranscription")
-            m_objects[assembly.self].transcription = object(index).text;
+        if (const auto key = attributeKey(object(assembly.key).text))
+            m_attributes.append({ assembly.self, *key, index });
+    } else if (assembly.kind == Object::Kind::Url) {
+        m_objects[assembly.self].text = object(index).text; // the last: a base goes before it
     }
 }
 

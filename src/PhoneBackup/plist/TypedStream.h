@@ -26,12 +26,21 @@ public:
     //! What is known of an object or class that was read.
     struct Object
     {
-        enum class Kind : quint8 { Unknown, Class, String, Dictionary, Attributed };
+        enum class Kind : quint8 { Unknown, Class, String, Dictionary, Attributed, Number, Url };
 
         Kind kind = Kind::Unknown;
-        QByteArrayView text; //!< Of a string or C string; the name of a class.
-        QByteArrayView file; //!< Of a dictionary: the identifier of the file that it tells of.
-        QByteArrayView transcription; //!< Of a dictionary: what was said.
+        QByteArrayView text; //!< Of a string, C string or address; the name of a class.
+        qint64 number = 0; //!< Of a number; what has a fraction is rounded.
+    };
+
+    //! Something that a dictionary says of its stretch of the text.
+    struct Attribute
+    {
+        enum class Key : quint8 { File, Transcription, Link, Mention, Width, Height };
+
+        Index dictionary;
+        Key key;
+        Index value; //!< A text, an address or a number.
     };
 
     //! One stretch of an attributed string.
@@ -57,6 +66,9 @@ public:
     //! The string that the attributed string, once read, is about.
     Index string() const { return m_string; }
     const QVarLengthArray<Run, 8> &runs() const { return m_runs; }
+
+    //! What is known of all dictionaries, one after the other; mostly nothing.
+    const QVarLengthArray<Attribute, 4> &attributes() const { return m_attributes; }
 
     //! Reads a length at the beginning of \a data and the bytes after it; none when they end first.
     static std::optional<QByteArrayView> lengthAndBytes(QByteArrayView data);
@@ -87,7 +99,7 @@ private:
     QByteArrayView readValue(QByteArrayView types, int depth, Value &value);
     QByteArrayView readArray(QByteArrayView types, int depth);
     QByteArrayView readStruct(QByteArrayView types, int depth);
-    void readReal(qint64 size);
+    qint64 readReal(qint64 size);
     void take(Assembly &assembly, QByteArrayView types, const Value &value, const Value &second);
     void takeObject(Assembly &assembly, Index index);
 
@@ -98,6 +110,7 @@ private:
     QVarLengthArray<QByteArrayView, 24> m_strings;
     QVarLengthArray<Object, 32> m_objects;
     QVarLengthArray<Run, 8> m_runs;
+    QVarLengthArray<Attribute, 4> m_attributes;
     QVarLengthArray<Index, 8> m_sets; // dictionaries of the runs by their number, from 1
     Index m_string = kNil;
 };

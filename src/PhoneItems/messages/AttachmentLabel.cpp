@@ -1,17 +1,15 @@
 #include "PhoneItems/messages/AttachmentLabel.h"
 
-#include "PhoneBackup/folder/BackupFiles.h"
-#include "PhoneBackup/messages/MessageAttachments.h"
-#include "PhoneBackup/source/AudioDuration.h"
-#include "PhoneBackup/source/VCardText.h"
+#include "PhoneBackup/messages/MessageAttachment.h"
 #include "PhoneItems/messages/MessageWords.h"
 #include "PhoneItems/shared/DurationText.h"
 #include "platform/Translation_p.h"
 
 DATAEXPORT_USE_TR(DataExport);
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
+using PhoneBackup::MessageAttachment;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -35,38 +33,29 @@ QString shownType(QLatin1StringView wanted, const MessageAttachment &attachment)
 
 } // namespace
 
-QString attachmentLabel(const MessageAttachment &attachment,
-                        BackupFiles &files,
-                        bool isVoice,
-                        const QString &transcription)
+QString
+attachmentLabel(const MessageAttachment &attachment, bool isVoice, const QString &transcription)
 {
     const auto label = [&](const QString &withName, const QString &without, const QString &name) {
         return name.isEmpty() ? without : QString(withName).arg(name);
     };
-    using Kind = MessageAttachment::Kind;
-    const bool isNamelessVoice =
-        isVoice && attachment.kind == Kind::Other && attachment.name.isEmpty();
-    switch (isNamelessVoice ? Kind::Audio : attachment.kind) {
-    case MessageAttachment::Kind::Audio: {
-        const bool isSpoken = isVoice || attachment.name.endsWith(".caf"_L1, Qt::CaseInsensitive)
-            || attachment.name.endsWith(".amr"_L1, Qt::CaseInsensitive);
-        if (!isSpoken)
-            return label(tr("[Audio: %1]"), tr("[Audio]"), attachment.name);
-        const int seconds = audioDurationSeconds(files.wholeContent(attachment.file));
-        if (seconds < 0)
+    if (attachment.isRecording(isVoice)) {
+        if (attachment.seconds == MessageAttachment::kUnknownSeconds)
             return MessageWords::voiceMessage(false, transcription);
-        const QString line = tr("[Voice message %1]").arg(PhoneItems::durationText(seconds));
+        const QString line =
+            tr("[Voice message %1]").arg(PhoneItems::durationText(attachment.seconds));
         return transcription.isEmpty() ? line : line + u' ' + transcription;
     }
+    switch (attachment.kind) {
+    case MessageAttachment::Kind::Audio:
+        return label(tr("[Audio: %1]"), tr("[Audio]"), attachment.name);
     case MessageAttachment::Kind::Contact: {
-        const QString names = vCardTexts(files.wholeContent(attachment.file), "FN").join(u", "_s);
+        const QString names = attachment.people.join(u", "_s);
         return label(
             tr("[Contact: %1]"), tr("[Contact]"), names.isEmpty() ? attachment.name : names);
     }
     case MessageAttachment::Kind::Location:
-        return label(tr("[Location: %1]"),
-                     tr("[Location]"),
-                     vCardText(files.wholeContent(attachment.file), "URL"));
+        return label(tr("[Location: %1]"), tr("[Location]"), attachment.address);
     default:
         return label(tr("[File: %1]"), tr("[File]"), attachment.name);
     }
@@ -84,4 +73,4 @@ QString attachmentType(const MessageAttachment &attachment)
     }
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

@@ -4,24 +4,23 @@
 #include <QString>
 
 namespace PhoneBackup {
-
-class BackupFiles;
 struct MessageAttachment;
+}
+
+namespace PhoneItems {
 
 /*!
     What a message shows for a file that is neither picture nor video: "[Voice message 0:12]",
-    "[Contact: Ann]", "[File: plan.pdf]". Its content, which may be missing in \a files, tells
-    length and name. \a isVoice: the message was spoken, \a transcription is what the phone
-    understood.
+    "[Contact: Ann]", "[File: plan.pdf]". \a isVoice: the message was spoken, \a transcription is
+    what the phone understood.
 */
-QString attachmentLabel(const MessageAttachment &attachment,
-                        BackupFiles &files,
+QString attachmentLabel(const PhoneBackup::MessageAttachment &attachment,
                         bool isVoice,
                         const QString &transcription);
 
 //! The type of the message's part that the file is: that which the page goes by.
-QString attachmentType(const MessageAttachment &attachment);
+QString attachmentType(const PhoneBackup::MessageAttachment &attachment);
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -1,8 +1,8 @@
 #include "PhoneItems/messages/ConversationContent.h"
 
-#include <algorithm>
+#include "PhoneItems/messages/AttachmentLabel.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 void ConversationContent::clear()
 {
@@ -11,52 +11,44 @@ void ConversationContent::clear()
     m_pieces.clear();
     m_lastRead = nullptr;
     m_extras.clear();
-    m_messages.clear();
+    m_all.clear();
+    m_records.clear();
 }
 
-Message &ConversationContent::addMessage()
+MessageChat::Extras &ConversationContent::extrasOf(MessageChat &chat)
 {
-    return m_messages.emplace_back();
+    if (!chat.extras) {
+        chat.extras = &m_extras.emplace_back();
+        chat.extras->text = chat.record->text;
+    }
+    return *chat.extras;
 }
 
-Message::Extras &ConversationContent::extrasOf(Message &message)
+void ConversationContent::addText(MessageChat &chat, const QString &text)
 {
-    if (!message.extras)
-        message.extras = &m_extras.emplace_back();
-    return *message.extras;
+    extrasOf(chat).pieces.append(&m_pieces.emplace_back(text));
 }
 
-void ConversationContent::addText(Message &message, const QString &text)
+void ConversationContent::addFile(MessageChat &chat,
+                                  const PhoneBackup::MessageAttachment &attachment,
+                                  PhoneBackup::BackupFiles &files)
 {
-    extrasOf(message).pieces.append(&m_pieces.emplace_back(text));
-}
-
-void ConversationContent::addFile(Message &message,
-                                  const QString &type,
-                                  BackupFiles &files,
-                                  FileIndex::Row row,
-                                  const QString &name,
-                                  bool neverDownloaded)
-{
-    extrasOf(message).pieces.append(
-        &m_pieces.emplace_back(type, files, row, name, neverDownloaded, &m_lastRead));
+    const bool neverDownloaded = attachment.path.isEmpty();
+    extrasOf(chat).pieces.append(&m_pieces.emplace_back(attachmentType(attachment),
+                                                        files,
+                                                        attachment.file,
+                                                        attachment.name,
+                                                        neverDownloaded,
+                                                        &m_lastRead));
 }
 
 void ConversationContent::list()
 {
-    m_chats.reserve(qsizetype(m_messages.size()));
-    for (Message &message : m_messages) {
-        if (!message.hidden)
-            m_chats.append(&message);
+    m_chats.reserve(qsizetype(m_all.size()));
+    for (MessageChat &chat : m_all) {
+        if (!chat.hidden)
+            m_chats.append(&chat);
     }
-    const auto before = [](const BkSMSChat *a, const BkSMSChat *b) {
-        const auto *first = static_cast<const Message *>(a);
-        const auto *second = static_cast<const Message *>(b);
-        return first->dateMs != second->dateMs ? first->dateMs < second->dateMs
-                                               : first->row < second->row;
-    };
-    if (!std::is_sorted(m_chats.cbegin(), m_chats.cend(), before))
-        std::sort(m_chats.begin(), m_chats.end(), before);
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

@@ -1,15 +1,16 @@
 #ifndef PHONEITEMS_MESSAGES_CONVERSATIONCONTENT_H
 #define PHONEITEMS_MESSAGES_CONVERSATIONCONTENT_H
 
-#include "PhoneItems/messages/Message.h"
+#include "PhoneBackup/messages/MessageList.h"
+#include "PhoneItems/messages/MessageChat.h"
 #include "PhoneItems/messages/MessagePiece.h"
 #include "message/BkSMSChatGroup.h"
 
 #include <deque>
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
-//! The messages of the conversation that is open, and everything that they consist of.
+//! The conversation that is open: the records of its messages, and what is shown of them.
 class ConversationContent final : public BkSMSChatGroup
 {
 public:
@@ -19,32 +20,35 @@ public:
     //! Releases everything.
     void clear();
 
-    Message &addMessage();
-    Message::Extras &extrasOf(Message &message);
-    void addText(Message &message, const QString &text);
-    void addFile(Message &message,
-                 const QString &type,
-                 BackupFiles &files,
-                 FileIndex::Row row,
-                 const QString &name,
-                 bool neverDownloaded);
-    void setName(const QString &address, const QString &name) { m_names.insert(address, name); }
+    //! The records; what is shown refers to them.
+    PhoneBackup::MessageList &records() { return m_records; }
+
+    MessageChat &add(const PhoneBackup::Message &record) { return m_all.emplace_back(record); }
 
     //! All messages in the order in which they were added, hidden ones among them.
-    std::deque<Message> &messages() { return m_messages; }
+    std::deque<MessageChat> &all() { return m_all; }
 
-    //! Lists the messages that are not hidden, oldest first. Those without a date come first.
+    //! What few have, made with the text of the record when it is first asked for.
+    MessageChat::Extras &extrasOf(MessageChat &chat);
+    void addText(MessageChat &chat, const QString &text);
+    void addFile(MessageChat &chat,
+                 const PhoneBackup::MessageAttachment &attachment,
+                 PhoneBackup::BackupFiles &files);
+    void setName(const QString &address, const QString &name) { m_names.insert(address, name); }
+
+    //! Lists the messages that are not hidden.
     void list();
 
 private:
-    std::deque<Message> m_messages;
-    std::deque<Message::Extras> m_extras;
+    PhoneBackup::MessageList m_records;
+    std::deque<MessageChat> m_all;
+    std::deque<MessageChat::Extras> m_extras;
     std::deque<MessagePiece> m_pieces;
     const MessagePiece *m_lastRead = nullptr; // the one that holds a file
     QList<BkSMSChat *> m_chats;
     QMap<QString, QString> m_names;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -1,14 +1,19 @@
 #include "PhoneItems/messages/MessageData.h"
 
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/messages/MessageSource.h"
-#include "PhoneBackup/messages/SmsDatabase.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneItems/messages/ConversationContent.h"
+#include "PhoneItems/messages/ConversationWriter.h"
+#include "PhoneItems/messages/MessageWords.h"
+#include "PhoneItems/messages/Messages.h"
 
 #include <algorithm>
 #include <numeric>
 
-namespace PhoneBackup {
+namespace PhoneItems {
+
+using namespace PhoneBackup;
 
 namespace {
 
@@ -19,7 +24,7 @@ constexpr std::size_t kFewMessages = 8;
 } // namespace
 
 MessageData::MessageData(Source &source)
-    : ItemData(SmsDatabase::kMessages)
+    : ItemData(DataType::Messages)
     , m_source(source)
     , m_messages(MessageSource::open(source))
     , m_content(std::make_unique<ConversationContent>())
@@ -47,17 +52,26 @@ void MessageData::readConversations()
         if (conversation.messages.size() > kFewMessages)
             return false;
         m_content->clear();
-        return m_messages->read(conversation, *m_content) && m_content->chats().isEmpty();
+        return read(conversation, {}) && m_content->chats().isEmpty();
     };
     m_conversations.erase(std::remove_if(m_conversations.begin(), m_conversations.end(), isEmpty),
                           m_conversations.end());
     m_content->clear();
+    for (const Conversation &conversation : m_conversations)
+        m_names.push_back(MessageWords::conversation(conversation));
+}
+
+bool MessageData::read(const Conversation &conversation, const QString &name) const
+{
+    const bool isWhole = m_messages->read(conversation, m_content->records());
+    ConversationWriter(m_source, m_messages->people(), conversation, name, *m_content).write();
+    return isWhole || !m_content->chats().isEmpty();
 }
 
 // A group is also looked for by the people in it, whatever it is called.
 QStringList MessageData::namesOf(const Conversation &conversation) const
 {
-    QStringList names { conversation.name };
+    QStringList names { MessageWords::conversation(conversation) };
     for (const QString &address : conversation.addresses)
         names += m_source.addressBook().name(address);
     return names;
@@ -67,8 +81,7 @@ ConversationContent *MessageData::content(int index) const
 {
     if (m_current != index) {
         m_content->clear();
-        const bool read = m_messages->read(conversation(index), *m_content);
-        m_current = read ? index : -1;
+        m_current = read(conversation(index), name(index)) ? index : -1;
     }
     return m_current == index ? m_content.get() : nullptr;
 }
@@ -103,4 +116,9 @@ bool MessageData::isWanted(qint64 message) const
     return filter.accepts(m_messages->dateOf(message));
 }
 
-} // namespace PhoneBackup
+void readMessages(Source &source, DataSets &sets)
+{
+    sets[DataType::Messages] = std::make_unique<MessageData>(source);
+}
+
+} // namespace PhoneItems

@@ -10,10 +10,13 @@
 #include <vector>
 
 namespace PhoneBackup {
-
-class ConversationContent;
 class MessageSource;
 class Source;
+} // namespace PhoneBackup
+
+namespace PhoneItems {
+
+class ConversationContent;
 
 /*!
     \brief Data type 6: the conversations of the phone's own messages; all of them are selected.
@@ -24,16 +27,19 @@ class Source;
     \par Owner
     The source is borrowed and must outlive the set.
 */
-class MessageData final : public ItemData<MessageItem, BkSMSData>
+class MessageData final : public PhoneBackup::ItemData<MessageItem, BkSMSData>
 {
 public:
-    explicit MessageData(Source &source);
+    explicit MessageData(PhoneBackup::Source &source);
     ~MessageData() override;
 
-    const Conversation &conversation(int index) const
+    const PhoneBackup::Conversation &conversation(int index) const
     {
         return m_conversations[std::size_t(index)];
     }
+
+    //! What the conversation goes by.
+    const QString &name(int index) const { return m_names[std::size_t(index)]; }
 
     //! The messages of a conversation, valid until those of the next are asked for; null when none
     //! could be read.
@@ -46,20 +52,22 @@ public:
     bool isWanted(qint64 message) const;
 
     //! Where they come from, null when there is no database.
-    MessageSource *messages() const { return m_messages.get(); }
+    PhoneBackup::MessageSource *messages() const { return m_messages.get(); }
 
 private:
     void readConversations();
-    QStringList namesOf(const Conversation &conversation) const;
-    bool hasWanted(const Conversation &conversation) const;
+    bool read(const PhoneBackup::Conversation &conversation, const QString &name) const;
+    QStringList namesOf(const PhoneBackup::Conversation &conversation) const;
+    bool hasWanted(const PhoneBackup::Conversation &conversation) const;
 
-    Source &m_source;
-    std::unique_ptr<MessageSource> m_messages;
+    PhoneBackup::Source &m_source;
+    std::unique_ptr<PhoneBackup::MessageSource> m_messages;
     std::unique_ptr<ConversationContent> m_content;
-    std::vector<Conversation> m_conversations;
+    std::vector<PhoneBackup::Conversation> m_conversations;
+    std::vector<QString> m_names; // of the conversations
     mutable int m_current = -1;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -4,8 +4,9 @@
 #include "PhoneItems/messages/ConversationContent.h"
 #include "PhoneItems/messages/MessageData.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
+using namespace PhoneBackup;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -33,7 +34,7 @@ QString MessageItem::value(int index) const
     const Conversation &conversation = m_data.conversation(m_index);
     switch (index) {
     case 0:
-        return conversation.name;
+        return m_data.name(m_index);
     case 1:
         return joined(conversation.addresses, PhoneAddress::Kind::Number);
     case 2:
@@ -68,4 +69,4 @@ BkSMSChatGroup *MessageItem::detailContent() const
     return m_data.content(m_index);
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

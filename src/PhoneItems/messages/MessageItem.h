@@ -3,7 +3,7 @@
 
 #include "message/BkSMSItem.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
 class MessageData;
 
@@ -27,6 +27,6 @@ private:
     int m_index;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -2,8 +2,9 @@
 
 #include "PhoneBackup/folder/BackupFiles.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
+using namespace PhoneBackup;
 using namespace Qt::StringLiterals;
 
 MessagePiece::MessagePiece(const QString &text)
@@ -40,4 +41,4 @@ const QByteArray &MessagePiece::pieceData() const
     return m_data;
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

@@ -5,8 +5,10 @@
 #include "message/BkSMSPiece.h"
 
 namespace PhoneBackup {
-
 class BackupFiles;
+}
+
+namespace PhoneItems {
 
 /*!
     \brief A part of a message: a text, or a file that is read when it is asked for.
@@ -27,8 +29,8 @@ public:
         note the one that holds its bytes.
     */
     MessagePiece(const QString &type,
-                 BackupFiles &files,
-                 FileIndex::Row row,
+                 PhoneBackup::BackupFiles &files,
+                 PhoneBackup::FileIndex::Row row,
                  const QString &name,
                  bool neverDownloaded,
                  const MessagePiece **lastRead);
@@ -42,14 +44,14 @@ public:
 
 private:
     QString m_type;
-    BackupFiles *m_files = nullptr;
-    FileIndex::Row m_row = FileIndex::kNone;
+    PhoneBackup::BackupFiles *m_files = nullptr;
+    PhoneBackup::FileIndex::Row m_row = PhoneBackup::FileIndex::kNone;
     QString m_name;
     bool m_neverDownloaded = false;
     mutable QByteArray m_data;
     const MessagePiece **m_lastRead = nullptr;
 };
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

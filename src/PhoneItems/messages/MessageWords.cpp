@@ -1,6 +1,9 @@
 #include "PhoneItems/messages/MessageWords.h"
 
 #include "PhoneBackup/messages/Balloon.h"
+#include "PhoneBackup/messages/Conversation.h"
+#include "PhoneBackup/messages/GroupEvent.h"
+#include "PhoneBackup/messages/Reaction.h"
 #include "PhoneItems/shared/QuoteWords.h"
 #include "platform/Translation_p.h"
 
@@ -9,18 +12,12 @@
 
 DATAEXPORT_USE_TR(DataExport);
 
-namespace PhoneBackup::MessageWords {
+namespace PhoneItems::MessageWords {
 
+using namespace PhoneBackup;
 using namespace Qt::StringLiterals;
-namespace QuoteWords = PhoneItems::QuoteWords;
 
 namespace {
-
-QString shared(const QString &who, qint64 status)
-{
-    return (status == 0 ? tr("%1 started sharing a location") : tr("%1 stopped sharing a location"))
-        .arg(who);
-}
 
 bool isWebLink(const QString &address)
 {
@@ -28,47 +25,43 @@ bool isWebLink(const QString &address)
         || address.startsWith("http://"_L1, Qt::CaseInsensitive);
 }
 
-QString groupChange(const QString &who, qint64 action)
-{
-    switch (action) {
-    case 0:
-        return tr("%1 left the conversation").arg(who);
-    case 1:
-        return tr("%1 changed the group photo").arg(who);
-    case 2:
-        return tr("%1 removed the group photo").arg(who);
-    case 4:
-        return tr("%1 changed the background").arg(who);
-    case 6:
-        return tr("%1 removed the background").arg(who);
-    default:
-        return tr("%1 changed the conversation").arg(who);
-    }
-}
-
 } // namespace
 
-QString reaction(const QString &who, qint64 type, const QString &emoji, const QString &quotedText)
+QString conversation(const Conversation &conversation)
 {
-    const QString what = QuoteWords::orMessage(quotedText);
-    switch (type) {
-    case 2000:
+    if (!conversation.title.isEmpty())
+        return conversation.title;
+    if (!conversation.names.isEmpty())
+        return conversation.names.join(u", "_s);
+    if (!conversation.identifier.isEmpty())
+        return conversation.identifier;
+    return conversation.isNowhere ? tr("No conversation") : tr("Unknown");
+}
+
+QString reaction(const QString &who, const Reaction &reaction, const QString &quoted)
+{
+    const QString what = QuoteWords::orMessage(quoted);
+    switch (reaction.kind) {
+    case Reaction::Kind::Love:
         return tr("%1 loved %2").arg(who, what);
-    case 2001:
+    case Reaction::Kind::Like:
         return tr("%1 liked %2").arg(who, what);
-    case 2002:
+    case Reaction::Kind::Dislike:
         return tr("%1 disliked %2").arg(who, what);
-    case 2003:
+    case Reaction::Kind::Laugh:
         return tr("%1 laughed at %2").arg(who, what);
-    case 2004:
+    case Reaction::Kind::Emphasis:
         return tr("%1 emphasized %2").arg(who, what);
-    case 2005:
+    case Reaction::Kind::Question:
         return tr("%1 questioned %2").arg(who, what);
-    case 2006:
-        return QuoteWords::reaction(who, emoji, quotedText);
-    default:
-        return tr("%1 put a sticker on %2").arg(who, what);
+    case Reaction::Kind::Emoji:
+        return QuoteWords::reaction(who, reaction.emoji, quoted);
+    case Reaction::Kind::Sticker:
+    case Reaction::Kind::PutSticker:
+    case Reaction::Kind::Vote:
+        break;
     }
+    return tr("%1 put a sticker on %2").arg(who, what);
 }
 
 QString vote(const QString &who, const QStringList &chosen, const QString &quotedPoll)
@@ -82,30 +75,44 @@ QString vote(const QString &who, const QStringList &chosen, const QString &quote
     return tr("%1 voted for %2 in %3").arg(who, options.join(u", "_s), poll);
 }
 
-QString event(const Event &event)
+QString event(const GroupEvent &event, const QString &who, const QString &other)
 {
-    switch (event.type) {
-    case 1:
-        if (event.action == 0 && event.toOneself)
-            return tr("%1 changed the phone number").arg(event.who);
-        if (event.action == 0)
-            return tr("%1 added %2 to the conversation").arg(event.who, event.other);
-        return tr("%1 removed %2 from the conversation").arg(event.who, event.other);
-    case 2:
-        if (event.title.isEmpty())
-            return tr("%1 removed the name of the conversation").arg(event.who);
-        return tr("%1 named the conversation “%2”").arg(event.who, event.title);
-    case 3:
-        return groupChange(event.who, event.action);
-    case 4:
-        return shared(event.who, event.shareStatus);
-    case 5:
-        return tr("%1 kept an audio message").arg(event.who);
-    case 6:
-        return tr("%1 started a call or a shared session").arg(event.who);
-    default:
-        return tr("[Event %1 by %2]").arg(QString::number(event.type), event.who);
+    using Kind = GroupEvent::Kind;
+    switch (event.kind) {
+    case Kind::Added:
+        return tr("%1 added %2 to the conversation").arg(who, other);
+    case Kind::Removed:
+        return tr("%1 removed %2 from the conversation").arg(who, other);
+    case Kind::ChangedNumber:
+        return tr("%1 changed the phone number").arg(who);
+    case Kind::Named:
+        return tr("%1 named the conversation “%2”").arg(who, event.title);
+    case Kind::NameRemoved:
+        return tr("%1 removed the name of the conversation").arg(who);
+    case Kind::Left:
+        return tr("%1 left the conversation").arg(who);
+    case Kind::PhotoChanged:
+        return tr("%1 changed the group photo").arg(who);
+    case Kind::PhotoRemoved:
+        return tr("%1 removed the group photo").arg(who);
+    case Kind::BackgroundChanged:
+        return tr("%1 changed the background").arg(who);
+    case Kind::BackgroundRemoved:
+        return tr("%1 removed the background").arg(who);
+    case Kind::Changed:
+        return tr("%1 changed the conversation").arg(who);
+    case Kind::LocationShared:
+        return tr("%1 started sharing a location").arg(who);
+    case Kind::LocationHidden:
+        return tr("%1 stopped sharing a location").arg(who);
+    case Kind::AudioKept:
+        return tr("%1 kept an audio message").arg(who);
+    case Kind::CallStarted:
+        return tr("%1 started a call or a shared session").arg(who);
+    case Kind::Unknown:
+        break;
     }
+    return tr("[Event %1 by %2]").arg(QString::number(event.type), who);
 }
 
 QString balloon(const Balloon &balloon)
@@ -223,4 +230,4 @@ QString scheduled()
     return tr("[Scheduled]");
 }
 
-} // namespace PhoneBackup::MessageWords
+} // namespace PhoneItems::MessageWords

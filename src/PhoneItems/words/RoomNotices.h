@@ -11,6 +11,7 @@ std::span<const NoticeWords> formatNotices(); //!< base, sqlite, plist, crypto
 std::span<const NoticeWords> folderNotices();
 std::span<const NoticeWords> mediaNotices();
 std::span<const NoticeWords> notesNotices();
+std::span<const NoticeWords> messageNotices();
 std::span<const NoticeWords> plannerNotices();
 std::span<const NoticeWords> safariNotices();
 std::span<const NoticeWords> contactNotices();

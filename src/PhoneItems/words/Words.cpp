@@ -70,6 +70,7 @@ std::span<const std::span<const NoticeWords>> allNoticeWords()
         contactNotices(),
         mediaNotices(),
         notesNotices(),
+        messageNotices(),
         plannerNotices(),
         safariNotices(),
         whatsappNotices(),

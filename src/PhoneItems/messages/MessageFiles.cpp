@@ -1,27 +1,22 @@
-#include "PhoneBackup/messages/MessageFiles.h"
-
+#include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/messages/AttachmentFiles.h"
 #include "PhoneBackup/messages/MessageSource.h"
-#include "PhoneBackup/messages/Messages.h"
-#include "PhoneBackup/messages/SmsDatabase.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneItems/messages/MessageData.h"
+#include "PhoneItems/messages/Messages.h"
 #include "PhoneItems/shared/FileData.h"
 #include "platform/Translation_p.h"
 
-#include <algorithm>
-
 DATAEXPORT_USE_TR(DataExport);
 
-namespace PhoneBackup {
+namespace PhoneItems {
 
+using namespace PhoneBackup;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int kMessageFiles = 7;
 
 // Folder and stem: what the parts of a picture that moves have in common.
 QByteArray stemPath(QByteArrayView path)
@@ -35,14 +30,14 @@ public:
     MessageFiles(Source &source, const MessageData &messages)
         : m_source(source)
         , m_messages(messages)
-        , m_data(std::make_unique<FileData>(kMessageFiles, source.files()))
+        , m_data(std::make_unique<FileData>(DataType::MessageAttachments, source.files()))
     {
     }
 
     std::unique_ptr<FileData> read()
     {
         for (int i = 0; i < m_messages.recoverCount() && m_source.keepGoing(); ++i)
-            addConversation(m_messages.conversation(i));
+            addConversation(m_messages.conversation(i), m_messages.name(i));
         if (m_source.messageFilter().isEmpty()) { // what belongs to no message meets no condition
             addAttachmentsWithoutMessage();
             addFilesWithoutAttachment(AttachmentFiles::kFolder);
@@ -52,18 +47,17 @@ public:
     }
 
 private:
-    void addConversation(const Conversation &conversation)
+    void addConversation(const Conversation &conversation, const QString &name)
     {
         m_group = -1;
-        m_groupName = conversation.name;
+        m_groupName = name;
         m_inGroup.clear();
         for (const qint64 message : conversation.messages) {
             const QList<MessageAttachment> attachments =
                 m_messages.messages()->attachmentsOf(message);
             if (attachments.isEmpty() || !m_messages.isWanted(message))
                 continue;
-            const bool isDeleted = std::binary_search(
-                conversation.deleted.cbegin(), conversation.deleted.cend(), message);
+            const bool isDeleted = conversation.deletion(message) != nullptr;
             for (const MessageAttachment &attachment : attachments) {
                 m_attached.insert(attachment.row);
                 add(attachment, isDeleted, message);
@@ -165,13 +159,13 @@ private:
     {
         const QString name = attachment.name.isEmpty() ? attachment.guid : attachment.name;
         // Neither is a failure: the phone itself does not have the file.
-        const bool isLeftInCloud = attachment.path.isEmpty();
+        const bool isLeftInCloud = attachment.state() == MessageAttachment::State::NeverDownloaded;
         const bool isExpired =
             !isLeftInCloud && message != 0 && m_messages.messages()->isExpired(message);
-        const QString what = isLeftInCloud ? tr("The file was never downloaded to the phone.")
-            : isExpired ? tr("The voice message has expired; the phone no longer has its sound.")
-                        : tr("The file “%1” is missing in the backup.").arg(attachment.path);
-        Problem problem { kMessageFiles, m_groupName + u'/' + name, what };
+        const Notice what = isLeftInCloud ? Notice("messages.neverDownloaded")
+            : isExpired                   ? Notice("messages.soundExpired")
+                                          : Notice("messages.fileMissing", { attachment.path });
+        Problem problem { DataType::MessageAttachments, m_groupName + u'/' + name, what };
         problem.neverDownloaded = isLeftInCloud || isExpired;
         problem.loss = !problem.neverDownloaded;
         problem.row = attachment.row;
@@ -195,11 +189,11 @@ private:
 
 void readMessageFiles(Source &source, DataSets &sets)
 {
-    if (sets.find(SmsDatabase::kMessages) == sets.end())
+    if (sets.find(DataType::Messages) == sets.end())
         readMessages(source, sets);
-    const auto *messages = dynamic_cast<const MessageData *>(sets[SmsDatabase::kMessages].get());
+    const auto *messages = dynamic_cast<const MessageData *>(sets[DataType::Messages].get());
     if (messages)
-        sets[kMessageFiles] = MessageFiles(source, *messages).read();
+        sets[DataType::MessageAttachments] = MessageFiles(source, *messages).read();
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

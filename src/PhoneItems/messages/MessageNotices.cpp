@@ -1,0 +1,39 @@
+#include "PhoneItems/words/RoomNotices.h"
+
+#include <QtGlobal>
+
+namespace PhoneItems {
+
+namespace {
+
+constexpr NoticeWords kNotices[] = {
+    { "messages.mayBeMissing", QT_TRANSLATE_NOOP("DataExport", "Messages may be missing.") },
+    { "messages.damaged", QT_TRANSLATE_NOOP("DataExport", "It is damaged: %1.") },
+    { "messages.noTable", QT_TRANSLATE_NOOP("DataExport", "It has no table “%1”.") },
+    { "messages.noMessages",
+      QT_TRANSLATE_NOOP("DataExport", "It has no table of messages that can be read.") },
+    { "messages.noAttachments",
+      QT_TRANSLATE_NOOP("DataExport", "It has no table of attachments that can be read.") },
+    { "messages.textTooLong",
+      QT_TRANSLATE_NOOP("DataExport",
+                        "The text of some messages is too long; its end is left out.") },
+    { "messages.textDamaged",
+      QT_TRANSLATE_NOOP("DataExport",
+                        "The text of some messages is damaged and could not be read.") },
+    { "messages.neverDownloaded",
+      QT_TRANSLATE_NOOP("DataExport", "The file was never downloaded to the phone.") },
+    { "messages.soundExpired",
+      QT_TRANSLATE_NOOP("DataExport",
+                        "The voice message has expired; the phone no longer has its sound.") },
+    { "messages.fileMissing",
+      QT_TRANSLATE_NOOP("DataExport", "The file “%1” is missing in the backup.") },
+};
+
+} // namespace
+
+std::span<const NoticeWords> messageNotices()
+{
+    return kNotices;
+}
+
+} // namespace PhoneItems
