@@ -14,10 +14,10 @@
 #include <memory>
 #include <variant>
 
-//! From a path to an open backup.
+//! Finding and opening backups.
 namespace Export {
 
-// What front ends need to know of the reader.
+// What front ends need from the reader.
 using PhoneBackup::BackupInfo;
 using PhoneBackup::backupSizeBytes;
 using PhoneBackup::KeepGoing;
@@ -27,36 +27,36 @@ using PhoneItems::Backup;
 
 class Observer;
 
-//! Why there is nothing to work on.
+//! Why no backup could be used.
 struct Refusal
 {
     Failure failure;
-    QList<BackupInfo> several; //!< Of which one is to be chosen, newest first; mostly none.
+    QList<BackupInfo> several; //!< The backups to choose from, newest first; usually none.
 };
 
-//! The backup at \a path, or the only one that lies in it.
+//! The backup at \a path, or the only one in that folder.
 std::variant<BackupInfo, Refusal> chooseBackup(const QString &path);
 
 /*!
-    Opens the backup \a info for what \a messages accepts. The password of an encrypted one comes
-    from \a observer, which is asked until it is right or there is none. \a keepGoing is kept, and
-    asked while data sets are read, too.
+    Opens the backup \a info, limited to the messages that \a messages accepts. If it is encrypted,
+    \a observer is asked for the password until it is right or there is none. \a keepGoing is kept
+    and also called while data sets are read.
 */
 std::variant<std::unique_ptr<Backup>, Failure> openBackup(const BackupInfo &info,
                                                           const MessageFilter &messages,
                                                           Observer &observer,
                                                           const KeepGoing &keepGoing);
 
-//! The failure when nobody gave the password of the encrypted backup \a info.
+//! The failure if no password was provided for the encrypted backup \a info.
 Failure noPassword(const BackupInfo &info);
 
-//! "2023-03-01 12:00" in local time, or that there is no date.
+//! "2023-03-01 12:00" in local time, or "no date".
 QString dateText(const BackupInfo &info);
 
 //! "Anna's phone (iPhone 11, version 14.3), 2023-03-01 12:00".
 QString describe(const BackupInfo &info);
 
-//! "iPhone 11, version 14.3", as far as it is known.
+//! "iPhone 11, version 14.3", as far as known.
 QString phoneText(const BackupInfo &info);
 
 } // namespace Export

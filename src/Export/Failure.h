@@ -8,47 +8,47 @@
 
 namespace Export {
 
-//! What a run, or an attempt at one, came to.
+//! How a run, or the attempt to start one, ended.
 enum class Status {
     Complete,
     Failed,
-    Usage, //!< What was asked for cannot be done.
-    Incomplete, //!< Done, but some items could not be exported.
+    Usage, //!< The request cannot be carried out.
+    Incomplete, //!< Finished, but some items could not be exported.
     NoBackup,
-    Password, //!< Of an encrypted backup: missing or wrong.
+    Password, //!< Missing or wrong, for an encrypted backup.
     Output,
     Cancelled,
 };
 
-//! Why the work did not start or did not go on.
+//! Why a run did not start or did not continue.
 struct Failure
 {
     enum class Cause {
-        Stopped, //!< Somebody asked for it.
-        Unsuitable, //!< What was asked for makes no sense, or would do harm.
-        NotEmpty, //!< OUTPUT holds files, and none may be put beside them.
-        NoBackup, //!< There is none, or it cannot be read.
-        NoPassword, //!< The backup is encrypted, and no password could be had.
+        Stopped, //!< On request.
+        Unsuitable, //!< The request makes no sense or would do harm.
+        NotEmpty, //!< OUTPUT contains files, and Request::intoExisting is not set.
+        NoBackup, //!< None was found, or it cannot be read.
+        NoPassword, //!< The backup is encrypted, and no password was provided.
         WrongPassword,
-        TemporaryFolder, //!< It cannot be used or is full.
-        NoRoom, //!< The disk of OUTPUT has too little, as far as can be told before.
-        DiskFull, //!< It was found to be full.
-        Output, //!< OUTPUT cannot be written, or not any longer.
+        TemporaryFolder, //!< The temporary folder cannot be used or is full.
+        NoRoom, //!< The disk of OUTPUT seems to have too little space to start.
+        DiskFull, //!< The disk of OUTPUT filled up.
+        Output, //!< OUTPUT cannot be written to, or no longer.
     };
 
     Cause cause;
-    QString what; //!< What is wrong and where, for a person.
-    QStringList details = {}; //!< Further lines; may be empty.
-    QString advice = {}; //!< What to do about it; may be empty.
-    int systemError = 0; //!< The system's error number, where it was the system that refused.
+    QString what; //!< A sentence: what is wrong and where.
+    QStringList details = {}; //!< More lines; may be empty.
+    QString advice = {}; //!< What the user can do; may be empty.
+    int systemError = 0; //!< The system's error number, if the system refused.
 
     Status status() const;
 };
 
-//! The failure that a fault of the backup is.
+//! Converts an error of the reader.
 Failure failureOf(const PhoneBackup::Error &error);
 
-//! The user asked to stop before anything was written.
+//! The failure for a stop before anything was written.
 Failure stoppedEarly();
 
 } // namespace Export

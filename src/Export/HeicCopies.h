@@ -6,9 +6,9 @@
 namespace Export {
 
 /*!
-    \brief Writes a JPEG beside each HEIC picture that an export copies.
+    \brief Saves each HEIC picture that an export copies as a JPEG, too.
 
-    It is called like the picture, with ".jpg" behind: "IMG_0001.HEIC.jpg".
+    The JPEG is named after the picture: "IMG_0001.HEIC.jpg".
 */
 class HeicCopies final : public CICopyStep
 {

@@ -12,25 +12,25 @@ class Backup;
 namespace Export {
 
 /*!
-    \brief The page in OUTPUT that leads to everything that was exported: how much of what, whose,
-    from when, and what failed.
+    \brief The page in OUTPUT with links to everything that was exported, the counts, the phone and date
+    of the backup, and what failed.
 
-    It stands alone: no script, no network, no picture. The texts of a backup are encoded.
+    It is self-contained: no scripts, no network access, no pictures. Texts from the backup are
+    encoded.
 */
 class IndexPage
 {
 public:
-    //! OUTPUT holds what \a outcome tells of, out of \a backup.
+    //! For the export of \a backup that ended with \a outcome.
     IndexPage(const Outcome &outcome, const PhoneItems::Backup &backup);
 
     /*!
-        Writes index.html: in place of that of an earlier export, but beside a file of somebody
-        else's, as "index (2).html". \return 0, or the system's error number when it could not be
-        written.
+        Writes index.html. It replaces the page of an earlier export; if the name is taken by any
+        other file, the page is called "index (2).html". \return 0 or the system's error number.
     */
     int write();
 
-    QString path() const { return m_path; } //!< Of the page, once it is written.
+    QString path() const { return m_path; } //!< Of the written page.
 
     QByteArray html() const; //!< The whole page.
 

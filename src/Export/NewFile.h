@@ -7,17 +7,16 @@
 namespace Export {
 
 /*!
-    \brief A file of OUTPUT while it is written: nobody sees it under its own name before it is
-    complete and on the disk.
+    \brief A new file in OUTPUT, which gets its name only when it is complete and on the disk.
 
-    Nothing is written through a link. Without moveTo() the file is removed again.
+    Nothing is written through a link. Without moveTo(), the file is removed again.
     \par Errors
-    Each step answers 0 or the system's error number. What failed once fails from then on.
+    Each step returns 0 or the system's error number. After a failure, all further steps fail.
 */
 class NewFile
 {
 public:
-    //! Makes an empty file of a name that nobody has in \a folder.
+    //! Creates an empty file with an unused name in \a folder.
     explicit NewFile(const QString &folder);
     ~NewFile();
 
@@ -28,12 +27,12 @@ public:
     int write(QByteArrayView bytes);
 
     /*!
-        Gives the file, once it is on the disk, the name \a path in the same folder, in place of
-        what bears it; without \a replace that is EEXIST.
+        Syncs the file and renames it to \a path, in the same folder. If \a path exists, it is
+        replaced if \a replace is set; otherwise the error is EEXIST.
     */
     int moveTo(const QString &path, bool replace);
 
-    //! The error number, of the first step that failed.
+    //! The error number of the first step that failed.
     int error() const { return m_error; }
 
 private:
@@ -45,11 +44,11 @@ private:
 //! Writes all of \a bytes to \a descriptor. \return 0 or the error number.
 [[nodiscard]] int writeAll(int descriptor, QByteArrayView bytes);
 
-//! Whether error \a number concerns a disk as a whole, so that nothing more can be written there. A
-//! file that is too large for the disk's format, or for a limit of this user, is none of these.
+//! Whether error \a number affects the whole disk, so that nothing more can be written to it. A
+//! file that is too large for the file system or for a limit of this user does not count.
 bool isOfWholeDisk(int number);
 
-//! What error \a number means, for a person.
+//! A description of error \a number.
 QString errorText(int number);
 
 } // namespace Export

@@ -16,27 +16,27 @@ struct Inventory;
 struct TypeOutcome;
 struct TypeTotals;
 
-//! How far a run is. Speeds are those of the last seconds.
+//! How far a run has come. Speeds cover the last few seconds.
 struct Progress
 {
-    const TypeTotals &type; //!< What is exported now.
-    int items = 0; //!< Of that type, that were tried.
+    const TypeTotals &type; //!< The type being exported.
+    int items = 0; //!< Items of that type tried so far.
     double fraction = 0; //!< Of the whole run, from 0 to 1.
     qint64 milliseconds = 0; //!< Since the run started.
     double bytesPerSecond = 0;
     double itemsPerSecond = 0;
-    std::optional<double> secondsLeft; //!< None as long as the speeds are not to be relied on.
+    std::optional<double> secondsLeft; //!< Not set while speeds are not yet reliable.
 };
 
 /*!
-    \brief Told what a run does, as it does it: a terminal, a window.
+    \brief Notified of what a run does while it runs.
 
-    In this order: password() and makingKeys() if the backup is encrypted, readingIndex(), opened();
-    readingType() for each data type, inventoryRead(); then typeStarts(), progressed() and
-    typeEnds() for each type that has items. Problems may come before, between and behind. Nothing
-    has to be done about any of it.
+    The order of calls is: password() and makingKeys() if the backup is encrypted, readingIndex(),
+    opened(); readingType() for each data type, inventoryRead(); then typeStarts(), progressed() and
+    typeEnds() for each type that has items. Problems can be reported at any point. All functions do
+    nothing by default.
     \par Thread
-    Called on the thread of the run, which waits.
+    Called on the thread of the run, which waits for the call to return.
 */
 class Observer
 {
@@ -44,40 +44,40 @@ public:
     virtual ~Observer();
 
     /*!
-        The password of the encrypted backup \a info, or why there is none, which then is why the
-        run failed. \a wrong tells that the last answer was not it; null at the first time. By
-        default there is none.
+        Returns the password of the encrypted backup \a info, or the failure with which the run is to
+        end. \a wrong is the failure of the previous answer, null at first. By default, no password is
+        known.
     */
     virtual std::variant<Secret, Failure> password(const BackupInfo &info, const Failure *wrong);
 
-    //! The keys are made from the password, which takes some seconds: \a percent of it are done.
+    //! The keys are being derived from the password, which takes seconds; \a percent is done.
     virtual void makingKeys(int percent);
 
-    //! The index of the backup's files is read.
+    //! The index of the backup's files is being read.
     virtual void readingIndex();
 
-    //! The backup \a info is open.
+    //! The backup \a info has been opened.
     virtual void opened(const BackupInfo &info);
 
-    //! The data set of the type called \a typeName is read to see how much there is.
+    //! The items of the type called \a typeName are being counted.
     virtual void readingType(const QString &typeName);
 
-    //! It is known how much there is of each type.
+    //! All types have been counted.
     virtual void inventoryRead(const Inventory &inventory);
 
-    //! New \a problems with the backup: losses and warnings.
+    //! New warnings about the backup. Losses are in Outcome::failures.
     virtual void problemsFound(const QList<Problem> &problems);
 
-    //! \a type is exported from now on.
+    //! The export of \a type starts.
     virtual void typeStarts(const TypeTotals &type);
 
-    //! About ten times a second while something is written.
+    //! Called about ten times a second during the export.
     virtual void progressed(const Progress &progress);
 
-    //! Nothing more is written of a type.
+    //! The export of a type has ended.
     virtual void typeEnds(const TypeOutcome &type);
 
-    //! Nothing more is written of any type.
+    //! The export of all types has ended.
     virtual void allTypesEnded();
 };
 

@@ -15,29 +15,29 @@
 
 namespace Export {
 
-//! What became of one data type.
+//! The result for one data type.
 struct TypeOutcome
 {
     TypeTotals totals;
     RunReport::Counts counts;
-    //! The type's as a whole: complete when each output is, not started when the export ended
-    //! before it.
+    //! Of the type as a whole: complete if every output is, not started if the export ended before
+    //! this type.
     CIExportReport::End state = CIExportReport::End::NotStarted;
-    int exported = 0; //!< Items that are in the first of its outputs.
-    int failed = 0; //!< Items that are not; the rest if it was stopped was not tried.
-    int missing = 0; //!< Parts of the items, and of the backup, that are not in the output.
+    int exported = 0; //!< Items that are in the first output.
+    int failed = 0; //!< Items that are not. After a stop, the remaining items were not tried.
+    int missing = 0; //!< Parts of items, or of the backup, that are not in the output.
 
-    //! Whether there is anything to tell of.
+    //! Whether there is nothing to report.
     bool isNothing() const
     {
         return totals.items == 0 && missing == 0 && counts.neverDownloaded == 0;
     }
 
-    //! Path of the type's folder in the folder \a output; empty when nothing is there.
+    //! Path of the type's folder in \a output; empty if nothing was exported.
     QString folderIn(const QString &output) const;
 };
 
-//! The sums over several types.
+//! Totals over several types.
 struct Sums
 {
     qint64 exported = 0;
@@ -48,33 +48,34 @@ struct Sums
     explicit Sums(const QList<TypeOutcome> &types);
 };
 
-//! What became of an export.
+//! The result of an export.
 struct Outcome
 {
     Status status = Status::Complete;
-    std::optional<Failure> failure; //!< Why it ended early; none when it did not.
-    QList<PhoneBackup::BackupInfo> several; //!< Those to choose from when there was not only one.
-    bool hasStarted = false; //!< Otherwise nothing was written, and what follows tells nothing.
+    std::optional<Failure> failure; //!< Why it ended early, if it did.
+    QList<PhoneBackup::BackupInfo>
+        several; //!< The backups to choose from, if there is more than one.
+    bool hasStarted = false; //!< If false, nothing was written and the members below are empty.
     PhoneBackup::BackupInfo backup;
-    QString output; //!< As the user wrote it.
+    QString output; //!< As requested.
     QString absoluteOutput;
     QList<TypeOutcome> types;
-    QList<Problem> remarks; //!< Warnings about the backup, and what backups of its kind never hold.
-    QString indexPath; //!< Absolute, of the page that leads to everything; empty without one.
-    int indexError = 0; //!< Why there is none though OUTPUT can be written; 0 when it did not fail.
-    QString reportPath; //!< Absolute, of export-report.csv; empty without one.
-    int reportError = 0; //!< Why lines of it are missing; 0 when none is.
-    qint64 failureCount = 0; //!< All failures.
-    QList<RunReport::Failed> failures; //!< The first ones.
-    QList<RunReport::Failed> neverDownloaded; //!< Files of that kind, the first ones.
-    int jpegCopies = 0; //!< Made of HEIC pictures.
+    QList<Problem> remarks; //!< Warnings, and what backups of this kind never contain.
+    QString indexPath; //!< Absolute path of the index page; empty if there is none.
+    int indexError = 0; //!< Error number if only the index page could not be written, else 0.
+    QString reportPath; //!< Absolute path of export-report.csv; empty if there is none.
+    int reportError = 0; //!< Error number if lines of the report are missing, else 0.
+    qint64 failureCount = 0; //!< Of all failures.
+    QList<RunReport::Failed> failures; //!< The first RunReport::kKept.
+    QList<RunReport::Failed> neverDownloaded; //!< The first RunReport::kKept such files.
+    int jpegCopies = 0; //!< JPEG copies of HEIC pictures.
     double seconds = 0;
 
-    //! Whether there is anything to tell of, exported or not.
+    //! Whether nothing was exported and nothing failed.
     bool isNothing() const;
 };
 
-//! The outcome of a type, from what \a report was told.
+//! The outcome of a type, as recorded by \a report.
 TypeOutcome typeOutcome(const TypeTotals &totals, const RunReport &report);
 
 //! "page", "CSV", "vCards" or "copies".
@@ -83,7 +84,7 @@ QString outputName(CIExportReport::Output output);
 //! "complete", "stopped", "not started" or "failed".
 QString stateWord(CIExportReport::End state);
 
-//! The same with the outputs of \a type that are concerned, if others are not: "stopped (CSV)".
+//! The state word, with the affected outputs of \a type if not all are: "stopped (CSV)".
 QString stateText(const TypeOutcome &type);
 
 } // namespace Export

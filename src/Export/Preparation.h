@@ -16,26 +16,25 @@ class Observer;
 struct Request;
 
 /*!
-    \brief All that is done before the first file of an export is written.
+    \brief Everything done before the first file of an export is written.
 
     \par Owner
-    Everything handed in is borrowed.
+    All arguments are borrowed.
 */
 class Preparation
 {
 public:
-    //! \a request asks for the backup \a info.
+    //! \a info is the backup that \a request names.
     Preparation(const Request &request, const BackupInfo &info);
 
     //! OUTPUT as an absolute path.
     const QString &output() const { return m_output; }
 
-    //! Whether OUTPUT will do. To be asked before somebody has to give a password.
+    //! Checks whether OUTPUT can be used. Call it before asking for a password.
     std::optional<Failure> checkOutput() const;
 
     /*!
-        Reads what there is in the open \a backup and makes OUTPUT, unless there is too little room
-        for it.
+        Reads what the open \a backup contains and creates OUTPUT, unless there is not enough space.
     */
     std::variant<Inventory, Failure>
     prepare(const Backup &backup, Observer &observer, const KeepGoing &keepGoing) const;
@@ -50,8 +49,8 @@ private:
 };
 
 /*!
-    Reads what there is in \a backup of the data types \a codes. A failure when \a keepGoing asked
-   to stop, and when something could not be read because of the temporary folder.
+    Reads what \a backup contains of the data types \a codes. Fails if \a keepGoing asked to stop,
+    or if something could not be read because of the temporary folder.
 */
 std::variant<Inventory, Failure> takeInventory(const Backup &backup,
                                                const QList<int> &codes,

@@ -18,16 +18,16 @@ class Observer;
 struct Request;
 
 /*!
-    \brief One export, once it is prepared: does it and says what became of it.
+    \brief Performs one export that has been prepared.
 
     \par Owner
-    Everything handed in is borrowed.
+    All arguments are borrowed.
 */
 class PreparedRun
 {
 public:
-    //! \a output is the absolute path of OUTPUT, which exists. \a keepGoing is asked often; false
-    //! stops the export at the next safe point.
+    //! \a output is the absolute path of OUTPUT, which exists. \a keepGoing is called often;
+    //! returning false stops the export at the next safe point.
     PreparedRun(const Request &request,
                 const Backup &backup,
                 const Inventory &inventory,
@@ -38,7 +38,7 @@ public:
     PreparedRun(const PreparedRun &) = delete;
     PreparedRun &operator=(const PreparedRun &) = delete;
 
-    //! To be called once.
+    //! Exports. Can be called once.
     Outcome execute();
 
 private:

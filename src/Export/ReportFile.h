@@ -9,8 +9,9 @@ namespace Export {
 /*!
     \brief The table of what could not be exported, export-report.csv in OUTPUT.
 
-    Made with its first line, each line in the file when append() returns. UTF-8 with a byte-order
-    mark; no cell is taken for a formula. An older report is kept: the new one gets a numbered name.
+    It is created with the first line, and each line is written when append() returns. UTF-8 with a
+    byte-order mark; spreadsheets take no cell for a formula. An older report is kept: the new one
+    gets a numbered name.
 */
 class ReportFile
 {
@@ -21,14 +22,14 @@ public:
     ReportFile(const ReportFile &) = delete;
     ReportFile &operator=(const ReportFile &) = delete;
 
-    //! Appends one line. Does nothing once writing has failed.
+    //! Appends one line. Does nothing after a write has failed.
     void append(const QStringList &cells);
 
-    //! Waits until all lines are on the disk; error() tells whether they are.
+    //! Waits until all lines are on the disk; sets error() if that fails.
     void sync();
 
-    QString path() const { return m_path; } //!< Empty as long as there is no such file.
-    int error() const { return m_error; } //!< Why lines are missing, 0 when none is.
+    QString path() const { return m_path; } //!< Empty while there is no file.
+    int error() const { return m_error; } //!< Error number if lines are missing, else 0.
 
 private:
     void open();

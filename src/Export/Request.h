@@ -8,16 +8,16 @@
 
 namespace Export {
 
-//! What is to be exported, and how.
+//! What to export, and how.
 struct Request
 {
-    QString backup; //!< Folder of a backup, or one that holds backups.
-    QString output; //!< OUTPUT, as the user wrote it.
-    QList<int> types; //!< Codes of the selected data types, never empty.
-    PhoneBackup::MessageFilter messages; //!< Which messages are wanted, and what was sent in them.
-    bool intoExisting = false; //!< OUTPUT may hold files already.
-    bool checkSpace = true; //!< Do not start when there is too little room.
-    bool convertHeic = false; //!< Write a JPEG beside each HEIC picture that is copied.
+    QString backup; //!< Folder of a backup, or a folder that contains one.
+    QString output; //!< OUTPUT; may be relative.
+    QList<int> types; //!< Codes of the selected data types; must not be empty.
+    PhoneBackup::MessageFilter messages; //!< Limits messages and the files sent in them.
+    bool intoExisting = false; //!< Allow an OUTPUT that contains files.
+    bool checkSpace = true; //!< Do not start if there is too little space.
+    bool convertHeic = false; //!< Also save each HEIC picture as a JPEG.
 };
 
 } // namespace Export

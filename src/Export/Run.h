@@ -10,35 +10,35 @@
 
 #include <variant>
 
-//! What a front end can have done with a backup. It is a terminal, a window or a test: it observes,
-//! answers for the password, and may say at any time that it is enough.
+//! What a front end (a terminal, a window, a test) can do with a backup. It observes the work,
+//! provides the password, and can stop at any time.
 namespace Export {
 
 class Observer;
 struct Request;
 
-//! What there is in a backup of the types that were asked for.
+//! What a backup contains of the requested data types.
 struct Contents
 {
     BackupInfo backup;
     Inventory inventory;
     QList<Problem> problems;
 
-    Status status() const; //!< Incomplete when something could not be read.
+    Status status() const; //!< Incomplete if something could not be read.
 };
 
 /*!
-    Reads what there is in the backup of \a request; its output is of no interest. \a keepGoing is
-    asked often; false ends it with Failure::Cause::Stopped.
+    Reads what the backup of \a request contains; the request's output is ignored. \a keepGoing is
+    called often; returning false ends the work with Failure::Cause::Stopped.
 */
 std::variant<Contents, Refusal>
 look(const Request &request, Observer &observer, const KeepGoing &keepGoing);
 
 /*!
-    Does what \a request asks for. \a keepGoing is asked often; false stops the export at the next
-    safe point: what is complete by then stays, and no half-written file.
+    Exports as \a request says. \a keepGoing is called often; returning false stops the export at
+    the next safe point: complete files stay, and no partial file is left.
     \par Process
-    While an encrypted backup is exported, files that this process makes are for its user alone.
+    While an encrypted backup is exported, new files of this process are readable by its user only.
 */
 Outcome run(const Request &request, Observer &observer, const KeepGoing &keepGoing);
 

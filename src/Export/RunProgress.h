@@ -13,19 +13,19 @@ class Observer;
 class RunReport;
 
 /*!
-    \brief Tells an observer how far an export is.
+    \brief Reports the progress of an export to an observer.
 
-    The library counts 100 units an item; what is told is bytes where a type has them.
+    The library counts 100 units per item; the observer gets bytes for types that have them.
     \par Cost
-    A few additions a call. The clock is asked only every so many calls, as often as the speed of
-    the calls makes it needed.
+    A few additions per call. The clock is read only every so many calls, depending on how fast they
+    come.
     \par Owner
-    Everything handed in is borrowed.
+    All arguments are borrowed.
 */
 class RunProgress final : public CIProgressCallback
 {
 public:
-    //! \a keepGoing is asked at every call; false stops the export.
+    //! \a keepGoing is called each time; returning false stops the export.
     RunProgress(const Inventory &inventory,
                 const RunReport &report,
                 Observer &observer,
@@ -34,7 +34,7 @@ public:
     RunProgress(const RunProgress &) = delete;
     RunProgress &operator=(const RunProgress &) = delete;
 
-    //! Data type \a code is exported from now on; the one before it has ended.
+    //! The export of data type \a code starts, and that of the previous one has ended.
     void typeStarts(int code);
 
     void initRange(int total) override;
@@ -43,7 +43,7 @@ public:
     bool finish() override;
 
 private:
-    //! A speed that follows the last seconds.
+    //! A speed, averaged over the last few seconds.
     class Speed
     {
     public:

@@ -15,27 +15,27 @@
 namespace Export {
 
 /*!
-    \brief Counts what an export wrote and what it could not, and notices when the output gives up.
+    \brief Counts what was exported and what failed, and notices when OUTPUT can no longer be written.
 
-    Every failure goes to export-report.csv as it comes; only the first ones are kept in memory.
+    Every failure is written to export-report.csv at once; only the first kKept are held in memory.
 */
 class RunReport final : public CIExportReport
 {
 public:
     struct Failed
     {
-        int code = -1; //!< Of the data type, -1 for the backup as a whole.
+        int code = -1; //!< Code of the data type, -1 for the backup as a whole.
         QString type; //!< Display name of the data type.
         QString item; //!< Item with its group, or a source of the backup; may be empty.
-        std::optional<Cause> cause; //!< None for a file that was never downloaded.
+        std::optional<Cause> cause; //!< Not set for a file that was never downloaded.
         QString reason;
-        int systemError = 0; //!< The system's error number, where it was the system that refused.
+        int systemError = 0; //!< The system's error number, if the system refused.
 
         QString
         causeText() const; //!< "Backup", "Output", "Program", "Content", "Never downloaded".
     };
 
-    //! What the output refused, for good.
+    //! The write after which OUTPUT can no longer be written.
     struct OutputFault
     {
         QString what; //!< Type and item, or the name of a file.
@@ -50,20 +50,20 @@ public:
 
     struct Counts
     {
-        int exported = 0; //!< In the first output of the type.
-        int faults = 0; //!< Items and parts of them; an item may have more than one.
-        int unreadable = 0; //!< Parts of the backup, each of which may have held many items.
-        int neverDownloaded = 0; //!< Files that the phone left in the cloud.
+        int exported = 0; //!< Items in the first output of the type.
+        int faults = 0; //!< Of items and their parts; an item can have several.
+        int unreadable = 0; //!< Parts of the backup, each of which can have held many items.
+        int neverDownloaded = 0; //!< Files that were only in the cloud.
         bool started = false;
         QList<OutputEnd> outputs; //!< Those that have ended.
     };
 
-    //! How many failures failures() holds at most.
+    //! The maximum number of entries in failures() and neverDownloaded().
     static constexpr int kKept = 1000;
 
     using TypeStarts = std::function<void(int code)>;
 
-    //! \a typeStarts hears of each data type before anything is counted for it.
+    //! \a typeStarts is called for each data type before anything is counted for it.
     RunReport(const QString &outputFolder, TypeStarts typeStarts);
 
     void typeStarts(int code, const QString &typeName) override;
@@ -72,19 +72,19 @@ public:
 
     void outputEnded(const QString &typeName, Output output, End end) override;
 
-    //! Takes in a part of the backup that could not be read.
+    //! Records a part of the backup that could not be read.
     void sourceLost(const Problem &problem);
 
-    //! Takes in a file that is not in the backup because it was never on the phone: no failure.
+    //! Records a file that was never downloaded to the phone, which is not a failure.
     void neverDownloaded(const Problem &problem);
 
-    //! OUTPUT refused \a what with the error number \a systemError; 0: none is known.
+    //! Records that \a what could not be written, with the error number \a systemError or 0.
     void outputRefused(const QString &what, int systemError);
 
-    //! Nothing more is to be listed: waits until the list is on the disk.
+    //! Ends the list of failures and waits until it is on the disk.
     void finish();
 
-    //! What the output refused, when nothing more can be written there.
+    //! Set once nothing more can be written to OUTPUT.
     const std::optional<OutputFault> &outputFault() const;
 
     Counts counts(int code) const;

@@ -7,7 +7,7 @@ namespace Export {
 
 struct Outcome;
 
-//! What became of an export, for a program. Keys are only ever added.
+//! The machine-readable result of an export. Keys are only ever added.
 QJsonObject summaryJson(const Outcome &outcome);
 
 } // namespace Export

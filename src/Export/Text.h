@@ -3,12 +3,12 @@
 
 #include <QString>
 
-//! Texts for a person: numbers, sizes, times.
+//! Numbers, sizes and times for people to read.
 namespace Export {
 
 /*!
-    \a text with every character replaced that would steer a terminal or turn the direction of
-    writing: names in a backup come from strangers.
+    \a text without characters that control a terminal or change the direction of writing, which are
+    replaced: names in a backup can come from strangers.
 */
 QString printable(const QString &text);
 

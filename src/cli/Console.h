@@ -7,15 +7,14 @@
 namespace Cli {
 
 /*!
-    \brief The program's two outputs: results on standard output, all that is said on standard
-    error.
+    \brief The program's two outputs: results on standard output, everything else on standard error.
 
-    Every text is made printable on its way out; a closed or full output never ends the program.
+    All text is made printable; a closed or full output never ends the program.
 */
 class Console
 {
 public:
-    //! Quiet: only warnings and errors are said.
+    //! \a quiet: only warnings and errors are printed.
     explicit Console(bool quiet);
     ~Console();
 
@@ -24,25 +23,25 @@ public:
 
     bool isQuiet() const;
 
-    //! Whether a status line can be redrawn: standard error is a terminal that can do it.
+    //! Whether standard error is a terminal that can redraw a status line.
     bool isTerminal() const;
 
     //! Columns of the terminal.
     int columns() const;
 
-    //! Says one line, unless quiet.
+    //! Prints a line, unless quiet.
     void say(const QString &line);
     void warn(const QString &line); //!< "Warning: …"
     void error(const QString &line); //!< "Error: …"
-    void note(const QString &line); //!< A further line of a warning or error.
+    void note(const QString &line); //!< Another line of a warning or error.
 
-    //! Draws \a line, cut to the terminal's width, over the last status. Nothing without a
-    //! terminal or when quiet.
+    //! Replaces the status line by \a line, cut to the width of the terminal. Does nothing without
+    //! a terminal or if quiet.
     void status(const QString &line);
-    void clearStatus(); //!< Takes the status line away.
+    void clearStatus(); //!< Removes the status line.
 
-    //! Writes a result to standard output. \return false when it could not be written; said here.
-    //! A reader that has gone away, as head(1) does, counts as content with what it got.
+    //! Writes a result to standard output. \return false if that failed, after printing the error.
+    //! A reader that has gone away, such as head(1), is not an error.
     [[nodiscard]] bool result(const QByteArray &text);
 
 private:

@@ -12,10 +12,10 @@ class Console;
 struct Options;
 
 /*!
-    \brief Shows what an export does, with a bar on a terminal, and gets the password.
+    \brief Shows on a terminal what an export does, and asks for the password.
 
     \par Owner
-    Everything handed in is borrowed.
+    All arguments are borrowed.
 */
 class ConsoleObserver final : public Export::Observer
 {

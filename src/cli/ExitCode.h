@@ -5,19 +5,19 @@
 
 namespace Cli {
 
-//! What the program answers to its caller; docs/exit-codes.md explains each.
+//! Exit codes of the program; see docs/exit-codes.md.
 enum class ExitCode {
     Complete = 0,
     Failed = 1,
     Usage = 2,
-    Incomplete = 3, //!< Done, but some items could not be exported.
+    Incomplete = 3, //!< Finished, but some items could not be exported.
     NoBackup = 10,
-    Password = 11, //!< Of an encrypted backup: missing or wrong.
+    Password = 11, //!< Missing or wrong, for an encrypted backup.
     Output = 12,
     Cancelled = 130,
 };
 
-//! What the program answers when a run, or an attempt at one, came to \a status.
+//! The exit code for a run, or the attempt to start one, that ended with \a status.
 ExitCode exitCode(Export::Status status);
 
 } // namespace Cli

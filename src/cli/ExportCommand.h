@@ -8,7 +8,7 @@ namespace Cli {
 class Console;
 struct Options;
 
-//! Exports the selected types of the backup into OUTPUT, and tells what became of each.
+//! Exports the selected types of the backup to OUTPUT and prints the result.
 ExitCode runExport(Console &console, const Options &options);
 
 } // namespace Cli

@@ -10,7 +10,7 @@
 
 namespace Cli {
 
-//! Lays out --help: two usage lines, one option a line, groups in the order of their options.
+//! Formats --help: two usage lines, one option per line, groups in the order of their options.
 class HelpFormatter : public CLI::Formatter
 {
 public:
@@ -24,7 +24,7 @@ public:
     std::string make_option_opts(const CLI::Option *option) const override;
 };
 
-//! What stands below the options: types, examples, exit codes.
+//! The text below the options: types, examples, exit codes.
 QString helpFooter();
 
 } // namespace Cli

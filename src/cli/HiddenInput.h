@@ -9,7 +9,7 @@
 
 namespace Cli {
 
-//! The terminal that the program was started from, asked without showing what is typed.
+//! Input from the terminal that the program was started from, without showing what is typed.
 class HiddenInput
 {
 public:
@@ -19,11 +19,11 @@ public:
     HiddenInput(const HiddenInput &) = delete;
     HiddenInput &operator=(const HiddenInput &) = delete;
 
-    //! Whether somebody sits there: standard input is a terminal, and it can be opened.
+    //! Whether standard input is a terminal that can be opened.
     bool isPossible() const { return m_terminal >= 0; }
 
-    //! The line that is typed after \a question, without its end; none when the input ends or the
-    //! program is asked to stop.
+    //! Prints \a question and returns the line typed, without its end; nothing if the input ends or
+    //! the program is asked to stop.
     std::optional<Export::Secret> line(const QString &question);
 
 private:

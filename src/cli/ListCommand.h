@@ -8,7 +8,7 @@ namespace Cli {
 class Console;
 struct Options;
 
-//! --list: shows what is in the backup and exports nothing.
+//! Implements --list: prints what the backup contains.
 ExitCode runList(Console &console, const Options &options);
 
 } // namespace Cli

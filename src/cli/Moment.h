@@ -4,13 +4,13 @@
 #include <QDateTime>
 #include <QString>
 
-//! Moments as people write them on the command line, in local time.
+//! Dates and times on the command line, in local time.
 namespace Cli::Moment {
 
-//! The moment "YYYY-MM-DD hh:mm", or the first one of the day "YYYY-MM-DD". Invalid otherwise.
+//! The moment "YYYY-MM-DD hh:mm", or the start of the day "YYYY-MM-DD". Invalid otherwise.
 QDateTime first(const QString &text);
 
-//! The same moment when \a text has a time; else the first one after the day.
+//! The same moment if \a text has a time; otherwise the start of the next day.
 QDateTime behind(const QString &text);
 
 } // namespace Cli::Moment

@@ -10,16 +10,16 @@
 
 namespace Cli {
 
-//! What the command line asks for.
+//! The options of the command line.
 struct Options : Export::Request
 {
-    QString passwordFile; //!< Empty: none.
-    bool list = false; //!< Export nothing; output is empty.
+    QString passwordFile; //!< Empty if there is none.
+    bool list = false; //!< List only; output is empty.
     bool json = false;
     bool quiet = false;
 };
 
-//! The options, or the code to end with: help and version are written, faults are said here.
+//! Returns the options, or the exit code after printing help, version or an error.
 std::variant<Options, ExitCode> parseOptions(int argc, const char *const *argv);
 
 } // namespace Cli

@@ -7,15 +7,15 @@ namespace Export {
 struct Outcome;
 }
 
-//! What became of an export, for a person at a terminal.
+//! The result of an export as text.
 namespace Cli {
 
 class Console;
 
-//! Says on standard error what went wrong, and what there is nevertheless.
+//! Prints to standard error what went wrong and what was exported anyway.
 void sayOutcome(Console &console, const Export::Outcome &outcome);
 
-//! The table of all types.
+//! A table of all types.
 QByteArray summaryText(const Export::Outcome &outcome);
 
 } // namespace Cli

@@ -10,19 +10,19 @@
 namespace Cli {
 
 /*!
-    \brief Where the password of an encrypted backup comes from: a file, the environment, or the
-    person at the terminal; the first of them that there is.
+    \brief Gets the password of an encrypted backup from a file, the environment or the user at the
+    terminal, whichever is available first.
 */
 class PasswordSource
 {
 public:
-    //! Of \a backup. \a file: path of the password file, empty for none.
+    //! For \a backup. \a file is the path of the password file; empty if there is none.
     PasswordSource(const QString &file, const Export::BackupInfo &backup);
 
-    //! The password to try next, or why there is none.
+    //! The next password to try, or why there is none.
     std::variant<Export::Secret, Export::Failure> next();
 
-    //! Whether another try makes sense: a person was asked, and not yet three times.
+    //! Whether the user was asked, but fewer than three times.
     bool canTryAgain() const;
 
 private:

@@ -8,20 +8,20 @@
 
 class QJsonObject;
 
-//! What the program ends with: results on standard output, faults on standard error, a code.
+//! How the program ends: results on standard output, errors on standard error, an exit code.
 namespace Cli {
 
 class Console;
 struct Options;
 
-//! \a result and the exit code that belongs to \a status, as text.
+//! \a result with the exit code for \a status, as JSON text.
 QByteArray document(QJsonObject result, Export::Status status);
 
-//! Says \a failure on standard error.
+//! Prints \a failure to standard error.
 void say(Console &console, const Export::Failure &failure);
 
-//! Says why nothing is done, as JSON too when that is wanted, and which backups there are to choose
-//! from. \return the code to end with.
+//! Prints why nothing was exported, also as JSON if requested, and the backups to choose from.
+//! \return the exit code.
 ExitCode refuse(Console &console, const Options &options, const Export::Refusal &refusal);
 
 } // namespace Cli

@@ -5,15 +5,15 @@
 #include <QString>
 #include <QStringList>
 
-//! Texts for a terminal, where each letter takes a column.
+//! Text for a terminal, where each character takes one column.
 namespace Cli {
 
-//! \a text in at most \a columns, with an ellipsis in its middle where something was left out.
+//! \a text in at most \a columns, with an ellipsis in the middle if it was shortened.
 QString elided(const QString &text, int columns);
 
 /*!
-    Lines of a table, columns two blanks apart and as wide as their widest cell. \a alignment has
-    one letter a column: 'l' or 'r'. Cells are made printable.
+    Lines of a table whose columns are two spaces apart and as wide as their widest cell. \a
+    alignment has one letter per column, 'l' or 'r'. Cells are made printable.
 */
 QStringList tableLines(const QList<QStringList> &rows, const char *alignment);
 

@@ -6,14 +6,14 @@
 
 #include <optional>
 
-//! The words that name a data type on the command line.
+//! Names of data types on the command line.
 namespace Cli::TypeNames {
 
-//! The data type that \a text names by its word, a longer form of it, or its number. None when
-//! this program cannot export such a type.
+//! The data type with the name, long name or number \a text; nothing if the program cannot export
+//! such a type.
 std::optional<int> code(const QString &text);
 
-//! The words of all types that this program exports, in the order of their codes.
+//! The names of all types that the program exports, in the order of their codes.
 QStringList words();
 
 } // namespace Cli::TypeNames

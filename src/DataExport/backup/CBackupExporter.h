@@ -53,7 +53,7 @@ public:
     void setReport(CIExportReport *report);
     CIExportReport *report() const; //!< As set.
 
-    //! What is done with each file that is copied; null (as at first) for nothing.
+    //! Something to do with each file that is copied; null, the default, for nothing. Borrowed.
     void setCopyStep(CICopyStep *step);
     CICopyStep *copyStep() const; //!< As set.
 

@@ -21,8 +21,7 @@ class QIODevice;
     The progress callback is asked after every 16384 bytes. A cancelled copy leaves no file and is
     not a failure: it answers true.
     \par Report
-    Every file that could not be copied, and every one that was; of those what the copy step failed
-    to do with them.
+    Every file that could not be copied or with which the copy step failed, and every other file.
     \par Memory
     Constant, whatever the size of a file.
 */
@@ -61,7 +60,7 @@ public:
     //! The callback that is told of copied bytes; null for none. Borrowed.
     void setExportProgress(CIProgressCallback *progress);
 
-    //! Done with each file that was copied; null (as at first) for nothing. Borrowed.
+    //! Something to do with each file that is copied; null, the default, for nothing. Borrowed.
     void setCopyStep(CICopyStep *step);
 
     //! The date that the files from now on bear; an invalid one leaves them the time of writing.

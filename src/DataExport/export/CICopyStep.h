@@ -9,7 +9,7 @@
 #include <optional>
 
 /*!
-    \brief More to do with each file that an export copies, such as another version to put beside it.
+    \brief Something to do with each file that an export copies, such as saving another version of it.
 
     \par Owner
     The application; it must outlive the export.
@@ -22,9 +22,9 @@ public:
     virtual ~CICopyStep();
 
     /*!
-        An item was copied to the file \a path, an absolute one, which is complete and closed.
-        \return what went wrong, which the report hears in place of CIExportReport::itemExported();
-        the copy stays. Nothing when all went well, or there was nothing to do.
+        Called after an item has been copied to the file with the absolute path \a path, which is
+        complete and closed. \return what went wrong, if anything: the report gets it through
+        CIExportReport::itemFailed() instead of itemExported(). The copy stays.
     */
     virtual std::optional<CIExportReport::Fault> fileCopied(const QString &path) = 0;
 };

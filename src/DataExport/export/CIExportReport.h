@@ -53,8 +53,8 @@ public:
     virtual ~CIExportReport();
 
     /*!
-        Data type \a code, whose display name is \a typeName, is exported from now on: all that is
-        told until the next one starts belongs to it. Said by CBackupExporter::exportBackup() for
+        The export of data type \a code with the display name \a typeName starts: everything
+        reported until the next call belongs to it. Called by CBackupExporter::exportBackup() for
         each data type with items. Does nothing by default.
     */
     virtual void typeStarts(int code, const QString &typeName);

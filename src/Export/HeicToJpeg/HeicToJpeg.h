@@ -5,29 +5,29 @@
 #include <QString>
 
 /*!
-    HEIC pictures as JPEG: of full size and upright, with date, place and the other remarks of the
-    camera.
+    Converts HEIC pictures to JPEG: at full size, upright, with date, location and other metadata of
+    the camera.
 */
 namespace Export::HeicToJpeg {
 
-//! Whether the name of \a path is that of a HEIC picture. The file need not be there.
+//! Whether \a path is named like a HEIC picture. The file need not exist.
 bool isNamedHeic(const QString &path);
 
 /*!
-    Whether the file \a path is to be converted: by its name or, where that is the name of another
-    kind of picture, by its first bytes. Phones put HEIC under the name of the JPEG that was edited.
+    Whether the file \a path is a HEIC picture: by its name or, if it is named like another kind of
+    picture, by its first bytes. Phones save HEIC under the name of a JPEG that was edited.
 */
 bool isHeic(const QString &path);
 
-//! About how much room the JPEG files of pictures that take \a heicBytes need.
+//! About how much space the JPEG copies of pictures of \a heicBytes in total need.
 qint64 roomFor(qint64 heicBytes);
 
-//! What became of a picture.
+//! The result of converting a picture.
 struct Conversion
 {
-    QByteArray jpeg; //!< A whole file; empty when none could be made.
-    QString why; //!< Why none could be made, without a full stop; empty when one was.
-    bool lacksRemarks = false; //!< The camera noted something that cannot be read.
+    QByteArray jpeg; //!< A complete file; empty if the conversion failed.
+    QString why; //!< Why the conversion failed, without a full stop; else empty.
+    bool lacksRemarks = false; //!< There is metadata, but it cannot be read.
 };
 
 //! Converts the picture in the file \a path.
