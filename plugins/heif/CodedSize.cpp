@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -52,6 +53,37 @@ QSize sizeOf(quint32 width, quint32 height)
         : QSize();
 }
 
+// Whether the parameters of a sequence that follow its size hold together with it. The decoder
+// would write to standard error that they do not.
+bool holdTogether(BitReader &reader, int layers, quint32 width, quint32 height)
+{
+    constexpr quint32 kMaxLog2 = 16; // far beyond any block
+    if (reader.bits(1) != 0) { // a window
+        for (int side = 0; side < 4; ++side)
+            reader.golomb();
+    }
+    constexpr quint32 kMaxFurtherDepth = 8; // besides the 8 bits that a sample has at least
+    const bool areDepthsKnown =
+        reader.golomb() <= kMaxFurtherDepth && reader.golomb() <= kMaxFurtherDepth;
+    reader.golomb(); // bits of a place in the order
+    for (int layer = reader.bits(1) != 0 ? 0 : layers; layer <= layers; ++layer) {
+        for (int number = 0; number < 3; ++number)
+            reader.golomb();
+    }
+    const quint32 smallestBlock = std::min(reader.golomb(), kMaxLog2) + 3; // as powers of two
+    const quint32 largestBlock = smallestBlock + std::min(reader.golomb(), kMaxLog2);
+    const quint32 smallestTransform = std::min(reader.golomb(), kMaxLog2) + 2;
+    const quint32 largestTransform = smallestTransform + std::min(reader.golomb(), kMaxLog2);
+    constexpr quint32 kLargestTransform = 5;
+    const auto isDeep = [&](quint32 depth) { return smallestTransform + depth > largestBlock; };
+    const bool areTooDeep =
+        isDeep(std::min(reader.golomb(), kMaxLog2)) || isDeep(std::min(reader.golomb(), kMaxLog2));
+    const quint32 outside = (1U << smallestBlock) - 1;
+    return reader.isOk() && areDepthsKnown && !areTooDeep && (width & outside) == 0
+        && (height & outside) == 0 && smallestTransform <= smallestBlock
+        && largestTransform <= std::min(largestBlock, kLargestTransform);
+}
+
 } // namespace
 
 QSize CodedSize::ofHevc(QByteArrayView header)
@@ -75,7 +107,7 @@ QSize CodedSize::ofHevc(QByteArrayView header)
         reader.skip(1);
     const quint32 width = reader.golomb();
     const quint32 height = reader.golomb();
-    return reader.isOk() ? sizeOf(width, height) : QSize();
+    return holdTogether(reader, layers, width, height) ? sizeOf(width, height) : QSize();
 }
 
 QSize CodedSize::ofAv1(QByteArrayView header)

@@ -5,6 +5,7 @@
 #include "support/RecordingSink.h"
 #include "support/SMSFromJson.h"
 
+#include <QDataStream>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QProcess>
@@ -85,11 +86,9 @@ QByteArray chunk(const QByteArray &type, const QByteArray &content)
     return bytes + checked + sum;
 }
 
-constexpr qsizetype kPngSignatureBytes = 8;
-
 QByteArray pngHeld(const QImage &image, int orientation)
 {
-    constexpr qsizetype kBehindHeader = kPngSignatureBytes + 25;
+    constexpr qsizetype kBehindHeader = 8 + 25;
     return encoded(image, "PNG")
         .insert(kBehindHeader, chunk("eXIf", exifBlock(orientation).sliced(6)));
 }
@@ -138,21 +137,18 @@ QByteArray heicHeld(const QImage &image, int orientation)
     return Sample::encodeHeic(image, { orientation, exifBlock(orientation) });
 }
 
-// A PNG of so many pixels of one byte for each colour, whatever else it holds.
-QByteArray pngOf(quint32 width, quint32 height, const QByteArray &rest)
+// The header of a PNG of so many pixels, with a few bytes of data.
+QByteArray pngHeader(quint32 width,
+                     quint32 height,
+                     const QByteArray &data = chunk("IDAT",
+                                                    qCompress(QByteArray(1000, 'x')).mid(4)))
 {
     QByteArray header(13, '\0');
     qToBigEndian(width, header.data());
     qToBigEndian(height, header.data() + 4);
     header[8] = 8;
     header[9] = 2;
-    return QByteArray("\x89PNG\r\n\x1a\n") + chunk("IHDR", header) + rest + chunk("IEND", {});
-}
-
-// The header of a PNG of so many pixels, with a few bytes of data.
-QByteArray pngHeader(quint32 width, quint32 height)
-{
-    return pngOf(width, height, chunk("IDAT", qCompress(QByteArray(1000, 'x')).mid(4)));
+    return QByteArray("\x89PNG\r\n\x1a\n") + chunk("IHDR", header) + data + chunk("IEND", {});
 }
 
 // A small JPEG whose frame header promises so many pixels.
@@ -172,11 +168,24 @@ bool exportPicture(const QByteArray &bytes, RecordingSink &sink)
     return CSMS2HtmlTranslate(&data).translate(&sink, {}, nullptr);
 }
 
+// \a file in each way in which one bit between the places \a from and \a to can be another.
+QByteArrayList changed(const QByteArray &file, qsizetype from, qsizetype to)
+{
+    QByteArrayList files;
+    for (qsizetype at = from; at < to; ++at) {
+        for (int bit = 0; bit < 8; ++bit) {
+            files += file;
+            files.last()[at] = char(file.at(at) ^ (1 << bit));
+        }
+    }
+    return files;
+}
+
 constexpr char kAsApplication[] = "--as-application";
 constexpr char kOwnWords[] = "qt.gui.imageio: the application's own words";
 
-// What an application does that has no handler of its own: exports the picture that comes in, and
-// says something itself before and after it.
+// What an application does that has no handler of its own: exports the pictures that come in, and
+// says something itself before and after them.
 int runAsApplication()
 {
     QFile input;
@@ -184,8 +193,14 @@ int runAsApplication()
         return 1;
     const QLoggingCategory category("qt.gui.imageio");
     qCWarning(category, "%s", "the application's own words");
-    RecordingSink sink;
-    const bool isDone = exportPicture(input.readAll(), sink);
+    QByteArrayList pictures;
+    QDataStream stream(input.readAll());
+    stream >> pictures;
+    bool isDone = !pictures.isEmpty();
+    for (const QByteArray &picture : std::as_const(pictures)) {
+        RecordingSink sink;
+        isDone = exportPicture(picture, sink) && isDone;
+    }
     qCWarning(category, "%s", "the application's own words");
     return isDone ? 0 : 1;
 }
@@ -441,74 +456,64 @@ void tst_MessagePictures::showsAPlaceholder()
 
 void tst_MessagePictures::keepsDecodersQuiet_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArrayList>("pictures");
+    const auto add = [](const QByteArray &name, const QByteArray &picture) {
+        QTest::newRow(name.constData()) << QByteArrayList { picture };
+    };
 
     const QImage image = redCorner(200, 160);
     for (const char *format : { "JPG", "TIFF", "WEBP" })
-        QTest::addRow("%s without its end", format) << encoded(image, format).chopped(200);
+        add(QByteArray(format) + " without its end", encoded(image, format).chopped(200));
     const QByteArray jpeg = encoded(image, "JPG");
-    QTest::newRow("JPEG with data between its marks")
-        << jpeg.first(2) + QByteArray(40, 'x') + jpeg.sliced(2);
-    QTest::newRow("JPEG with a profile of colours that is none") << [&jpeg] {
-        const QByteArray profile = QByteArray("ICC_PROFILE\0\1\1", 14) + QByteArray(200, 'x');
-        QByteArray block = QByteArray("\xff\xe2\0", 3) + char(profile.size() + 2);
-        return jpeg.first(2) + block + profile + jpeg.sliced(2);
-    }();
+    const auto jpegWith = [&jpeg](const QByteArray &between) {
+        return jpeg.first(2) + between + jpeg.sliced(2);
+    };
+    add("JPEG with data between its marks", jpegWith(QByteArray(40, 'x')));
+    add("JPEG with a profile of colours that is none",
+        jpegWith(QByteArray("\xff\xe2\0\xca"
+                            "ICC_PROFILE\0\1\1",
+                            18)
+                 + QByteArray(186, 'x')));
+    add("JPEG with a remark that has no name", jpegWith(QByteArray("\xff\xfe\0\x06\1: x", 8)));
     QByteArray tiff = encoded(image, "TIFF");
     qToLittleEndian(quint32 { 0x7fffffff }, tiff.data() + 4); // where its directory is
-    QTest::newRow("TIFF that leads out of the file") << tiff;
-    const QByteArray png = encoded(image, "PNG");
-    for (const qsizetype bytes : { 8, 20, 40, 200 })
-        QTest::addRow("PNG of %d bytes", int(bytes)) << png.first(bytes);
-    QTest::newRow("PNG without its end") << png.chopped(12);
-    QTest::newRow("PNG that is cut in its end") << png.chopped(3);
-    QTest::newRow("PNG with a damaged remark") << [&image] {
-        constexpr qsizetype kBehindHeader = kPngSignatureBytes + 25;
-        QByteArray remark = chunk("tEXt", "Comment");
-        remark.back() = static_cast<char>(~remark.back());
-        return encoded(image, "PNG").insert(kBehindHeader, remark);
-    }();
-    QTest::newRow("grey PNG that states the colours of its screen") << [&image] {
-        const QByteArray gamma = chunk("gAMA", QByteArray::fromHex("0000b18f"));
-        return encoded(image.convertToFormat(QImage::Format_Grayscale8), "PNG")
-            .insert(kPngSignatureBytes + 25, gamma);
-    }();
-    QTest::newRow("BMP of two colours that counts three") << [&image] {
-        QByteArray bmp = encoded(image.convertToFormat(QImage::Format_Mono), "BMP");
-        bmp[46] = 3;
-        return bmp;
-    }();
-    QTest::newRow("JPEG with a remark that has no name") <<
-        [&jpeg] { return jpeg.first(2) + QByteArray("\xff\xfe\0\x06\1: x", 8) + jpeg.sliced(2); }();
-    // One bit of each part of each chunk.
-    const QByteArray palette = encoded(image.convertToFormat(QImage::Format_Indexed8), "PNG");
-    for (qsizetype at = kPngSignatureBytes; at < palette.size();) {
-        constexpr qsizetype kSizeBytes = 4;
-        constexpr qsizetype kHeadBytes = 8;
-        const auto size = qsizetype { qFromBigEndian<quint32>(palette.constData() + at) };
-        const qsizetype end = at + kHeadBytes + size;
-        const QByteArray type = palette.sliced(at + kSizeBytes, kSizeBytes);
-        for (const qsizetype damaged : { at + 3, at + 5, end - 1, end }) {
-            QByteArray bytes = palette;
-            bytes[damaged] = char(bytes[damaged] ^ 1);
-            QTest::addRow("PNG with a bit of %s changed at %d", type.constData(), int(damaged))
-                << bytes;
-        }
-        at = end + kSizeBytes;
-    }
-    QTest::newRow("PNG of seven bits a colour") << [&] {
-        QByteArray header = palette.sliced(kPngSignatureBytes + 8, 13);
-        header[8] = 7;
-        return QByteArray(palette).replace(kPngSignatureBytes, 25, chunk("IHDR", header));
-    }();
-    QTest::newRow("PNG whose pixels are no stream") << pngOf(24, 24, chunk("IDAT", "no stream"));
-    QTest::newRow("PNG of too few rows") << pngHeader(24, 24);
-    QTest::newRow("PNG of a filter that there is not")
-        << pngOf(24, 24, chunk("IDAT", qCompress(QByteArray(73 * 24, 'x')).mid(4)));
-    QTest::newRow("PNG of too many pixels") << pngHeader(60000, 60000);
-    QTest::newRow("PNG of 2^31 - 1 squared") << pngHeader(0x7fffffff, 0x7fffffff);
-    QTest::newRow("PNG with a chunk that must be known") << pngOf(
-        24, 24, chunk("ABCD", {}) + chunk("IDAT", qCompress(QByteArray(73 * 24, 0)).mid(4)));
+    add("TIFF that leads out of the file", tiff);
+    QByteArray bmp = encoded(image.convertToFormat(QImage::Format_Mono), "BMP");
+    bmp[46] = 3;
+    add("BMP of two colours that counts three", bmp);
+    const QByteArray heic = Sample::encodeHeic(redCorner(40, 32));
+    const qsizetype parameters = heic.indexOf("hvcC");
+    QTest::newRow("HEIC with a bit of its parameters changed")
+        << changed(heic, parameters, parameters + 120);
+
+    const QByteArray palette =
+        encoded(redCorner(40, 32).convertToFormat(QImage::Format_Indexed8), "PNG");
+    QTest::newRow("PNG with a bit changed") << changed(palette, 8, palette.size());
+    QByteArrayList cut;
+    for (qsizetype bytes = 8; bytes < palette.size(); ++bytes)
+        cut += palette.first(bytes);
+    QTest::newRow("PNG that is cut off") << cut;
+    const auto pngWith = [&image](QImage::Format format, const QByteArray &behindHeader) {
+        constexpr qsizetype kBehindHeader = 8 + 25;
+        return encoded(image.convertToFormat(format), "PNG").insert(kBehindHeader, behindHeader);
+    };
+    add("PNG with a damaged remark",
+        pngWith(QImage::Format_RGB32, chunk("tEXt", "Comment").chopped(1) + '-'));
+    add("grey PNG that states the colours of its screen",
+        pngWith(QImage::Format_Grayscale8, chunk("gAMA", QByteArray::fromHex("0000b18f"))));
+    add("PNG with a chunk that must be known", pngWith(QImage::Format_RGB32, chunk("ABCD", {})));
+    QByteArray header = palette.sliced(16, 13);
+    header[8] = 7;
+    add("PNG of seven bits a colour", QByteArray(palette).replace(8, 25, chunk("IHDR", header)));
+    const auto pngOf = [](const QByteArray &data) {
+        constexpr quint32 kSide = 24;
+        return pngHeader(kSide, kSide, chunk("IDAT", data));
+    };
+    add("PNG whose pixels are no stream", pngOf("no stream"));
+    add("PNG of too few rows", pngOf(qCompress(QByteArray(100, 0)).mid(4)));
+    add("PNG of a filter that there is not", pngOf(qCompress(QByteArray(73 * 24, 'x')).mid(4)));
+    add("PNG of too many pixels", pngHeader(60000, 60000));
+    add("PNG of 2^31 - 1 squared", pngHeader(0x7fffffff, 0x7fffffff));
 }
 
 // What is refused for the structure of a file is nothing that could be shown.
@@ -542,15 +547,18 @@ void tst_MessagePictures::refusesNoPngThatCanBeRead()
 // Qt would hand remarks to the test's own handler, so another process makes them.
 void tst_MessagePictures::keepsDecodersQuiet()
 {
-    QFETCH(QByteArray, bytes);
+    QFETCH(QByteArrayList, pictures);
 
+    QByteArray input;
+    QDataStream stream(&input, QIODevice::WriteOnly);
+    stream << pictures;
     QProcess application;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"QT_FORCE_STDERR_LOGGING"_s, u"1"_s);
     application.setProcessEnvironment(environment);
     application.start(QCoreApplication::applicationFilePath(),
                       { QString::fromLatin1(kAsApplication) });
-    application.write(bytes);
+    application.write(input);
     application.closeWriteChannel();
     QVERIFY(application.waitForFinished());
     QCOMPARE(application.exitCode(), 0);
