@@ -44,9 +44,9 @@ public:
     virtual ~Observer();
 
     /*!
-        Returns the password of the encrypted backup \a info, or the failure with which the run is to
-        end. \a wrong is the failure of the previous answer, null at first. By default, no password is
-        known.
+        Returns the password of the encrypted backup \a info, or the failure with which the run
+        ends. \a wrong is the failure of the previous answer, null at first. By default, no password
+        is known.
     */
     virtual std::variant<Secret, Failure> password(const BackupInfo &info, const Failure *wrong);
 
