@@ -82,4 +82,10 @@ struct BoxVersion
     int flags;
 };
 
+//! A side as a file gives it: empty when it is beyond any picture.
+inline int sideOf(quint64 length)
+{
+    return length <= 0xFFFF ? static_cast<int>(length) : 0;
+}
+
 #endif

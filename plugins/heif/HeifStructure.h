@@ -1,16 +1,11 @@
 #ifndef PLUGINS_HEIF_HEIFSTRUCTURE_H
 #define PLUGINS_HEIF_HEIFSTRUCTURE_H
 
-#include "HevcPicture.h"
+#include "HeifItems.h"
 
-#include <QByteArray>
-#include <QByteArrayView>
 #include <QSize>
-#include <QTransform>
 
-#include <map>
 #include <optional>
-#include <vector>
 
 class QIODevice;
 
@@ -35,13 +30,11 @@ class QIODevice;
     library cannot decode.
 
     \par Cost
-    Bounded, whatever the file says: at most kMaxMetaBytes are held, and counts have limits.
+    Bounded, whatever the file says; see HeifItems.
 */
 class HeifStructure
 {
 public:
-    static constexpr qint64 kMaxMetaBytes = 16LL * 1024 * 1024;
-
     //! Of the file in \a device, which can seek and stands at its start, but not afterwards.
     explicit HeifStructure(QIODevice &device);
 
@@ -49,7 +42,7 @@ public:
     bool isSafe();
 
     //! Whether the file holds nothing but a sequence, whose first picture is then the main one.
-    bool isSequence() const { return m_isSequence; }
+    bool isSequence() const { return m_items.isSequence(); }
 
     /*!
         Where the main picture of a safe file is, if HEVC is all that is needed to decode it, with
@@ -58,50 +51,17 @@ public:
     std::optional<HevcPicture> hevcPicture();
 
 private:
-    struct Item
-    {
-        quint32 type = 0;
-        QSize size; // as stated, before turns and crops
-        int changes = 0; // turns, flips and crops
-        bool isCropped = false;
-        QTransform turn; // all turns and flips
-        std::optional<StatedColours> colours;
-        FileExtent configuration { 0, 0 }; // the coder's
-        std::vector<FileExtent> extents; // of its data, in this order
-        std::vector<quint32> inputs; // what it is made of
-        std::vector<quint32> thumbnails; // items that are smaller versions of it
-        std::vector<quint32> auxiliaries; // items that belong to it, such as its transparency
-    };
-
-    bool readBoxes();
-    bool parseMeta(QByteArrayView meta);
-    bool parseItems(QByteArrayView iinf);
-    bool parseLocations(QByteArrayView iloc, QByteArrayView idat);
-    bool parseProperties(QByteArrayView iprp);
-    bool addProperty(Item &item, quint32 type, QByteArrayView content) const;
-    bool parseReferences(QByteArrayView iref);
-    bool parseMovie(QByteArrayView moov);
-
     bool hasSafeItems() const;
     bool isSafePicture(quint32 id);
-    bool isSafeImage(const Item &item);
+    bool isSafeImage(const HeifItem &item);
     bool isSafeInput(quint32 id);
-    bool isSafeGrid(const Item &grid);
-    std::optional<QSize> gridTiles(const Item &grid); // columns and rows
-    bool isSafeHevc(const Item &item);
-    bool isSafeAv1(const Item &item);
-
-    const Item *find(quint32 id) const;
-    FileExtent fileExtent(QByteArrayView ofMeta) const;
-    QByteArray read(const std::vector<FileExtent> &extents, qint64 at, qint64 size);
+    bool isSafeGrid(const HeifItem &grid);
+    std::optional<QSize> gridTiles(const HeifItem &grid); // columns and rows
+    bool isSafeHevc(const HeifItem &item);
+    bool isSafeAv1(const HeifItem &item);
 
     QIODevice &m_device;
-    QByteArray m_meta; // or the movie, in a sequence
-    qint64 m_metaAt = 0; // in the file
-    bool m_isSequence = false;
-    quint32 m_primary = 0;
-    std::map<quint32, Item> m_items;
-    int m_reads = 0;
+    HeifItems m_items;
     qint64 m_codedBytes = 0; // that decoding would read
 };
 

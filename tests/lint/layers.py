@@ -61,7 +61,7 @@ ITEM_HEADER = re.compile(r"(backup|message|contact|table)/Bk\w+\.h")
 # What decodes pictures is for a run, too; nothing else that the library keeps to itself is for it or for
 # the program.
 PRIVATE_HEADER = re.compile(r"(?!export/(PictureReader|QuietDecoding)_p).*_p\.h")
-LONGEST_FILE = 650
+LONGEST_FILE = 600
 
 
 def folder_of(include: str) -> str:
