@@ -1,8 +1,8 @@
 #include "PhoneItems/DataTypes.h"
 
 #include "PhoneBackup/base/DataType.h"
-#include "PhoneBackup/calls/CallHistory.h"
-#include "PhoneBackup/calls/Voicemail.h"
+#include "PhoneBackup/whatsapp/WhatsappCalls.h"
+#include "PhoneItems/calls/CallTable.h"
 #include "PhoneItems/contacts/ContactData.h"
 #include "PhoneItems/media/BookData.h"
 #include "PhoneItems/media/MediaData.h"
@@ -38,6 +38,45 @@ static_assert(DataType::Voicemail == int(BkDataType::Voicemail));
 static_assert(DataType::Safari == int(BkDataType::Safari));
 static_assert(DataType::NoteAttachments == int(BkDataType::NoteAttachments));
 
+namespace {
+
+Call::Direction directionOf(const WhatsappCall &call)
+{
+    switch (call.direction) {
+    case WhatsappCall::Direction::Unknown:
+        break;
+    case WhatsappCall::Direction::Incoming:
+        return Call::Direction::Incoming;
+    case WhatsappCall::Direction::Outgoing:
+        return Call::Direction::Outgoing;
+    }
+    return Call::Direction::Unknown;
+}
+
+// Calls of the phone and of apps are one list.
+void readAllCalls(Source &source, DataSets &sets)
+{
+    std::vector<Call> ofLogs;
+    for (const WhatsappCall &logged : readWhatsappCalls(source, DataType::Calls)) {
+        Call &call = ofLogs.emplace_back();
+        call.row = logged.row;
+        call.date = logged.date;
+        call.seconds = logged.seconds;
+        call.direction = directionOf(logged);
+        call.kind = Call::Kind::App;
+        call.isMissed = logged.isMissed;
+        call.isVideo = logged.isVideo;
+        call.isOfLog = true;
+        call.app = logged.app;
+        call.addresses = logged.numbers;
+        call.names = logged.names;
+        call.group = logged.group;
+    }
+    PhoneItems::readCallTable(source, sets, std::move(ofLogs));
+}
+
+} // namespace
+
 const QList<DataSetReader> &dataTypeTable()
 {
     static const QList<DataSetReader> table {
@@ -56,8 +95,8 @@ const QList<DataSetReader> &dataTypeTable()
         { DataType::WhatsappAttachments, &PhoneItems::readWhatsappFiles },
         { DataType::Reminders, &PhoneItems::readReminderTable },
         { DataType::Calendar, &PhoneItems::readEventTable },
-        { DataType::Calls, &readCallHistory },
-        { DataType::Voicemail, &readVoicemail },
+        { DataType::Calls, &readAllCalls },
+        { DataType::Voicemail, &PhoneItems::readVoicemailFiles },
         { DataType::Safari, &PhoneItems::readSafari },
         { DataType::NoteAttachments, &PhoneItems::readNotes },
     };

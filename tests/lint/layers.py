@@ -27,17 +27,7 @@ FLOORS = {
     "PhoneBackup/sqlite": ["PhoneBackup/base", *LIBRARY[:1]],
     "PhoneBackup/folder": ["PhoneBackup/base", *FORMATS],
     "PhoneBackup/source": [*BELOW_ROOMS[:-1], *LIBRARY[:1]],
-    # The readers still fill the item model themselves.
-    **{f"PhoneBackup/{room}": [*BELOW_ROOMS, *LIBRARY[:1], "PhoneItems/words", "PhoneItems/shared",
-                               "PhoneItems", *(f"PhoneItems/{room}" for room in ROOMS)]
-       for room in ROOMS},
-    "PhoneBackup/media": BELOW_ROOMS,
-    "PhoneBackup/messages": BELOW_ROOMS,
-    "PhoneBackup/notes": BELOW_ROOMS,
-    "PhoneBackup/planner": BELOW_ROOMS,
-    "PhoneBackup/safari": BELOW_ROOMS,
-    "PhoneBackup/whatsapp": BELOW_ROOMS,
-    "PhoneBackup/contacts": BELOW_ROOMS,
+    **{f"PhoneBackup/{room}": BELOW_ROOMS for room in ROOMS},
     "PhoneItems/words": ["PhoneBackup/base", *LIBRARY[:1]],
     "PhoneItems/shared": ["PhoneItems/words", *BELOW_ROOMS, *LIBRARY[:1], *ITEM_MODEL],
     **{f"PhoneItems/{room}": ["PhoneItems", "PhoneItems/words", "PhoneItems/shared",
@@ -50,10 +40,6 @@ FLOORS = {
     "Export": ["Export/HeicToJpeg", "PhoneItems", "PhoneItems/words", "PhoneItems/shared",
                "PhoneBackup/base", "PhoneBackup/folder", "PhoneBackup/source", *LIBRARY],
     "cli": ["Export", "DataExport/backup"],
-}
-# Not yet apart.
-NEIGHBOURS = {
-    ("PhoneBackup/calls", "PhoneBackup/whatsapp"),
 }
 # Headers of the item model say what an item is; the reader and the program see nothing else of these
 # folders.
@@ -91,7 +77,7 @@ def main(root: pathlib.Path) -> int:
             to = folder_of(include)
             if to == folder:
                 continue
-            below = to == FILES or to in allowed or (folder, to) in NEIGHBOURS
+            below = to == FILES or to in allowed
             if folder.startswith(("Phone", "cli")) and to in ITEM_MODEL:
                 below = below and bool(ITEM_HEADER.fullmatch(include))
             if folder.startswith(("Export", "cli")):

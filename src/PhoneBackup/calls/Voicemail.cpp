@@ -1,15 +1,18 @@
 #include "PhoneBackup/calls/Voicemail.h"
 
+#include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/plist/KeyedArchive.h"
 #include "PhoneBackup/source/MediaKind.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
-#include "PhoneItems/shared/FileData.h"
-#include "platform/Translation_p.h"
+#include "PhoneBackup/source/StoredText.h"
+#include "PhoneBackup/source/Table.h"
+
+#include <QHash>
 
 #include <algorithm>
-
-DATAEXPORT_USE_TR(DataExport);
+#include <iterator>
 
 namespace PhoneBackup {
 
@@ -17,38 +20,40 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kVoicemail = 16;
 constexpr QByteArrayView kDomain = "HomeDomain";
 constexpr QByteArrayView kFolder = "Library/Voicemail/";
+constexpr qint64 kHeardFlag = 1; // 2 is new, 3 is heard
 
-class Voicemail
+class VoicemailReader
 {
 public:
-    explicit Voicemail(Source &source)
+    explicit VoicemailReader(Source &source)
         : m_source(source)
     {
     }
 
-    void read(DataSets &sets)
+    std::vector<Voicemail> read()
     {
         collectFiles();
-        if (const std::optional<Database> database =
-                m_source.openDatabase(kVoicemail, kDomain, u"Library/Voicemail/voicemail.db"_s)) {
-            if (!database->hasTable(u"voicemail"_s)) {
-                m_source.addDatabaseProblem(
-                    kVoicemail, *database, tr("It has no table of voicemail that can be read."));
-            }
-            readTable(*database, u"voicemail"_s, false);
-            readTable(*database, u"deleted"_s, true); // what was purged, where the file is left
+        std::optional<RowDatabase> database =
+            RowDatabase::open(m_source,
+                              DataType::Voicemail,
+                              kDomain,
+                              u"Library/Voicemail/voicemail.db"_s,
+                              RowDatabase::Consequence::filesStay());
+        if (database) {
+            Table received(*database, u"voicemail"_s);
+            if (!received.exists())
+                database->addLoss(Notice("voicemail.noTable"));
+            readTable(received, false);
+            Table purged(*database, u"deleted"_s); // told where the file is left
+            readTable(purged, true);
         }
         addFilesWithoutRow();
-        std::stable_sort(m_entries.begin(), m_entries.end(), [](const auto &a, const auto &b) {
+        std::stable_sort(m_found.begin(), m_found.end(), [](const auto &a, const auto &b) {
             return PhoneTime::isNewer(a.date, b.date);
         });
-        auto data = std::make_unique<FileData>(kVoicemail, m_source.files());
-        for (const FileEntry &entry : m_entries)
-            data->add(entry);
-        sets[kVoicemail] = std::move(data);
+        return std::move(m_found);
     }
 
 private:
@@ -73,70 +78,77 @@ private:
         }
     }
 
-    void readTable(const Database &database, const QString &table, bool purged)
+    void readTable(Table &table, bool isPurged)
     {
-        const QStringList columns = database.columns(table);
-        if (columns.isEmpty())
-            return;
-        const auto column = [&](const QString &name) { return columnOrNull(columns, name); };
-        const QString sql = u"SELECT ROWID, %1, %2, %3, %4 FROM %5 ORDER BY ROWID DESC"_s.arg(
-            column(u"date"_s),
-            column(u"sender"_s),
-            column(u"callback_num"_s),
-            column(u"trashed_date"_s),
-            table);
-        m_source.query(kVoicemail, database, sql, [this, purged](const Statement &row) {
-            const qint64 number = row.integer(0);
-            const auto file = m_byNumber.constFind(number);
-            if (file == m_byNumber.constEnd()) // not downloaded
+        const auto [date, sender, callback, duration, trashed, flags] =
+            table.columns(u"date"_s,
+                          u"sender"_s,
+                          u"callback_num"_s,
+                          u"duration"_s,
+                          u"trashed_date"_s,
+                          u"flags"_s);
+        std::vector<Voicemail> rows;
+        table.forEach([&](const Table::Row &row) {
+            Voicemail voicemail;
+            voicemail.row = row.id();
+            voicemail.file = m_byNumber.value(row.id(), FileIndex::kNone);
+            if (isPurged && voicemail.file == FileIndex::kNone)
                 return;
-            FileEntry entry;
-            entry.row = *file;
-            entry.id = number;
-            entry.date = PhoneTime::sinceUnix(row.number(1));
-            entry.deleted = purged || row.number(4).value_or(0) != 0;
-            entry.name = nameOf(entry, row.text(2).trimmed(), row.text(3).trimmed());
-            m_entries.append(entry);
-            m_files.removeOne(*file);
-            m_byNumber.erase(file);
+            voicemail.date = PhoneTime::sinceUnix(row.number(date));
+            voicemail.sender = row.text(sender).trimmed();
+            voicemail.callback = row.text(callback).trimmed();
+            voicemail.seconds = row.number(duration);
+            // Since 2001, where the other date is since 1970.
+            voicemail.deletedOn = PhoneTime::since2001(row.number(trashed));
+            voicemail.isDeleted = isPurged || row.number(trashed).value_or(0) != 0;
+            voicemail.isHeard = (row.integer(flags) & kHeardFlag) != 0;
+            if (voicemail.file != FileIndex::kNone) {
+                m_files.removeOne(voicemail.file);
+                m_byNumber.remove(row.id());
+            }
+            rows.push_back(std::move(voicemail));
         });
-    }
-
-    QString nameOf(const FileEntry &entry, const QString &sender, const QString &callback) const
-    {
-        const QString &number = sender.isEmpty() ? callback : sender;
-        QString caller = m_source.addressBook().name(number);
-        if (caller.isEmpty())
-            caller = number.isEmpty() ? tr("Unknown") : number;
-        const QString title = entry.date.isValid()
-            ? entry.date.toLocalTime().toString(u"yyyy-MM-dd hh-mm "_s) + caller
-            : caller;
-        const QByteArrayView path = m_source.index().path(entry.row);
-        return OutputNames::clean(title, PathParts::text(PathParts::extension(path)));
+        // Of equal dates the later row is the newer one.
+        std::move(rows.rbegin(), rows.rend(), std::back_inserter(m_found));
     }
 
     // Greetings, and recordings that the database does not know or could not tell of.
     void addFilesWithoutRow()
     {
-        for (const FileIndex::Row row : m_files) {
-            FileEntry entry;
-            entry.row = row;
-            entry.date = m_source.files().record(row).modified;
-            m_entries.append(entry);
+        for (const FileIndex::Row row : std::as_const(m_files)) {
+            Voicemail voicemail;
+            voicemail.file = row;
+            voicemail.date = m_source.files().record(row).modified;
+            m_found.push_back(std::move(voicemail));
         }
     }
 
     Source &m_source;
     QList<FileIndex::Row> m_files; // that no row was found for yet
     QHash<qint64, FileIndex::Row> m_byNumber;
-    QList<FileEntry> m_entries;
+    std::vector<Voicemail> m_found;
 };
 
 } // namespace
 
-void readVoicemail(Source &source, DataSets &sets)
+std::vector<Voicemail> readVoicemail(Source &source)
 {
-    Voicemail(source).read(sets);
+    return VoicemailReader(source).read();
+}
+
+QString transcriptOf(Source &source, const Voicemail &voicemail)
+{
+    if (voicemail.file == FileIndex::kNone)
+        return {};
+    const QByteArrayView path = source.index().path(voicemail.file);
+    const QString beside = PathParts::text(PathParts::folder(path)) + u'/'
+        + PathParts::text(PathParts::stem(path)) + u".transcript"_s;
+    const FileIndex::Row row = source.files().findFile(kDomain, beside);
+    if (row == FileIndex::kNone)
+        return {};
+    const KeyedArchive archive(source.files().wholeContent(row));
+    const QVariant text = archive.resolve(archive.root().value(u"transcriptionString"_s));
+    return StoredText::cleaned(text.toString());
 }
 
 } // namespace PhoneBackup

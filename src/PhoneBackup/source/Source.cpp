@@ -72,72 +72,6 @@ void Source::stop()
     addProblem({ -1, m_files->folder().path(), Notice("source.stopped"), true });
 }
 
-std::optional<Database>
-Source::openDatabase(int dataType, QByteArrayView domain, const QString &path)
-{
-    Result<Database> database = m_files->openDatabase(domain, path);
-    if (!database) {
-        if (database.error().fault == Fault::Cancelled) {
-            stop();
-        } else if (database.error().fault != Fault::NotFound) {
-            addProblem(dataType,
-                       PathParts::text(domain) + u'/' + path,
-                       database.error(),
-                       Notice("source.filesStay"),
-                       false);
-        }
-        return std::nullopt;
-    }
-    if (database.value().isDamaged())
-        addDatabaseProblem(dataType, database.value(), database.value().damage());
-    return database.take();
-}
-
-bool Source::query(int dataType,
-                   const Database &database,
-                   const QString &sql,
-                   const std::function<void(const Statement &)> &row)
-{
-    Result<Statement> statement = database.prepare(sql);
-    if (!statement) {
-        addDatabaseProblem(dataType, database, statement.error().what);
-        return false;
-    }
-    for (qint64 left = database.maxRowCount();; --left) {
-        switch (statement.value().step()) {
-        case Statement::Step::Row:
-            if (left <= 0) {
-                addDatabaseProblem(dataType, database, Notice("source.endlessRows"));
-                return false;
-            }
-            row(statement.value());
-            if (!keepGoing())
-                return false;
-            break;
-        case Statement::Step::Done:
-            return !database.isDamaged();
-        case Statement::Step::Failed:
-            if (statement.value().isStopped()) {
-                stop();
-                return false;
-            }
-            addDatabaseProblem(
-                dataType, database, Notice("source.damaged", { statement.value().failure() }));
-            return false;
-        }
-    }
-}
-
-void Source::addDatabaseProblem(int dataType, const Database &database, const Notice &why)
-{
-    addProblem(
-        dataType,
-        database.name(),
-        database.temporaryFolderError().value_or(Error { Fault::Corrupt, database.path(), why }),
-        Notice("source.namesMayBeMissing"),
-        false);
-}
-
 PropertyList Source::propertyList(int dataType, QByteArrayView domain, const QString &path)
 {
     const FileIndex::Row row = m_files->findFile(domain, path);
@@ -148,11 +82,6 @@ PropertyList Source::propertyList(int dataType, QByteArrayView domain, const QSt
         addProblem({ dataType, m_files->place(row), Notice("source.noPropertyList"), false });
     }
     return list;
-}
-
-QString columnOrNull(const QStringList &columns, const QString &column)
-{
-    return columns.contains(column, Qt::CaseInsensitive) ? column : u"NULL"_s;
 }
 
 } // namespace PhoneBackup

@@ -62,25 +62,6 @@ public:
     //! Whoever learned otherwise that the caller asked to stop says so: keepGoing() is false then.
     void stop();
 
-    /*!
-        The database at this place. None when the backup has none, and when it cannot be read; the
-        latter and a damaged one are a problem of \a dataType: what its rows tell is missing, the
-        files are not.
-    */
-    std::optional<Database> openDatabase(int dataType, QByteArrayView domain, const QString &path);
-
-    /*!
-        Calls \a row for each row of \a sql. \return false when it could not be read to its end,
-        which is then a problem of \a dataType.
-    */
-    bool query(int dataType,
-               const Database &database,
-               const QString &sql,
-               const std::function<void(const Statement &)> &row);
-
-    //! Says that \a database could not be used for \a dataType, and why.
-    void addDatabaseProblem(int dataType, const Database &database, const Notice &why);
-
     //! The property list at this place; a damaged one is a problem of \a dataType.
     PropertyList propertyList(int dataType, QByteArrayView domain, const QString &path);
 
@@ -94,9 +75,6 @@ private:
     int m_questions = 0;
     bool m_stopped = false;
 };
-
-//! \a column when \a columns has it, else "NULL": what a query asks for in its place.
-QString columnOrNull(const QStringList &columns, const QString &column);
 
 } // namespace PhoneBackup
 

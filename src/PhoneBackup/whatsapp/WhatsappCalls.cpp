@@ -9,6 +9,8 @@
 #include <QRegularExpression>
 #include <QSet>
 
+#include <utility>
+
 namespace PhoneBackup {
 
 using namespace Qt::StringLiterals;
@@ -220,11 +222,18 @@ private:
 std::vector<WhatsappCall> readWhatsappCalls(Source &source, int dataType)
 {
     std::vector<WhatsappCall> calls;
-    for (const WhatsappHome &home : { WhatsappHome::app(), WhatsappHome::business() }) {
+    const std::pair<WhatsappHome, QString> homes[] = {
+        { WhatsappHome::app(), u"net.whatsapp.WhatsApp"_s },
+        { WhatsappHome::business(), u"net.whatsapp.WhatsAppSMB"_s },
+    };
+    for (const auto &[home, app] : homes) {
         auto database = WhatsappDatabase::open(
             source, home, u"CallHistory.sqlite"_s, Notice("whatsapp.callsMayBeMissing"), dataType);
+        const std::size_t before = calls.size();
         if (database)
             CallLog(source, home, std::move(database), dataType).read(calls);
+        for (std::size_t i = before; i < calls.size(); ++i)
+            calls[i].app = app;
     }
     return calls;
 }

@@ -27,6 +27,7 @@ struct WhatsappCall
     QStringList names;
     QStringList numbers; //!< Of the others, those that are known.
     QString group; //!< Name of the group that was called.
+    QString app; //!< Identifier of the app or of its business edition.
 };
 
 /*!

@@ -27,7 +27,7 @@ class ConversationContent;
     \par Owner
     The source is borrowed and must outlive the set.
 */
-class MessageData final : public PhoneBackup::ItemData<MessageItem, BkSMSData>
+class MessageData final : public ItemData<MessageItem, BkSMSData>
 {
 public:
     explicit MessageData(PhoneBackup::Source &source);

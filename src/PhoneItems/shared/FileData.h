@@ -108,10 +108,4 @@ private:
 
 } // namespace PhoneItems
 
-namespace PhoneBackup {
-// For readers that still make items.
-using PhoneItems::FileData;
-using PhoneItems::FileEntry;
-} // namespace PhoneBackup
-
 #endif

@@ -47,10 +47,4 @@ private:
 
 } // namespace PhoneItems
 
-namespace PhoneBackup {
-// For readers that still make items.
-template <class Item, class Base = BkData>
-using ItemData = PhoneItems::ItemData<Item, Base>;
-} // namespace PhoneBackup
-
 #endif

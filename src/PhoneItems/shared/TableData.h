@@ -37,12 +37,4 @@ private:
 
 } // namespace PhoneItems
 
-namespace PhoneBackup {
-
-// For readers that still fill the item model.
-using PhoneItems::Row;
-using PhoneItems::TableData;
-
-} // namespace PhoneBackup
-
 #endif

@@ -9,6 +9,7 @@ namespace PhoneItems {
 // lie here, and those of a room in its own folder. Words.cpp lists all of them.
 std::span<const NoticeWords> formatNotices(); //!< base, sqlite, plist, crypto
 std::span<const NoticeWords> folderNotices();
+std::span<const NoticeWords> callNotices(); //!< voicemail, too
 std::span<const NoticeWords> mediaNotices();
 std::span<const NoticeWords> notesNotices();
 std::span<const NoticeWords> messageNotices();

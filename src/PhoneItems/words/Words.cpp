@@ -68,6 +68,7 @@ std::span<const std::span<const NoticeWords>> allNoticeWords()
         folderNotices(),
         sourceNotices(),
         contactNotices(),
+        callNotices(),
         mediaNotices(),
         notesNotices(),
         messageNotices(),

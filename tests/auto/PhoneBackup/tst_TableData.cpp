@@ -2,7 +2,7 @@
 
 #include <QtTest>
 
-using namespace PhoneBackup;
+using namespace PhoneItems;
 using namespace Qt::StringLiterals;
 
 class tst_TableData : public QObject

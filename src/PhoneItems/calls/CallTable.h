@@ -1,0 +1,22 @@
+#ifndef PHONEITEMS_CALLS_CALLTABLE_H
+#define PHONEITEMS_CALLS_CALLTABLE_H
+
+#include "PhoneBackup/calls/Call.h"
+#include "PhoneItems/DataTypes.h"
+
+namespace PhoneItems {
+
+/*!
+    Data type 15: calls with name, number, type, date and duration, newest first. \a ofLogs come
+    from the logs of apps.
+*/
+void readCallTable(PhoneBackup::Source &source,
+                   PhoneBackup::DataSets &sets,
+                   std::vector<PhoneBackup::Call> ofLogs);
+
+//! Data type 16: voicemail recordings, named after date and caller, newest first.
+void readVoicemailFiles(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+
+} // namespace PhoneItems
+
+#endif
