@@ -119,6 +119,8 @@ bool CHtmlExporter::closeExporter(bool ok)
     if (isWhole)
         m_file->write((isHardened() ? m_images->mark() : QString())
                       + QLatin1String("</body></html>"));
+    if (isWhole)
+        m_images->complete();
     const bool closed = m_file->close(!ok                ? Closing::Discard
                                           : isHardened() ? Closing::KeepOnDisk
                                                          : Closing::Keep);

@@ -1,7 +1,6 @@
 #include "export/CHtmlExporter.h"
 #include "export/PageImages_p.h"
 #include "platform/CCommonUtils.h"
-#include "platform/OutputFile_p.h"
 #include "platform/OutputFolder_p.h"
 #include "platform/Translation_p.h"
 
@@ -32,6 +31,18 @@ void removePictures(const QDir &folder)
     }
 }
 
+// What a run that was killed left in a folder of pictures. Its page never came to be.
+void removeKilled(const QString &folder)
+{
+    const QDir dir(folder);
+    OutputFile::removeLeftovers(dir);
+    if (!OutputFile::hasAbandonedClaim(dir))
+        return;
+    removePictures(dir);
+    OutputFile::removeAbandonedClaims(dir); // last, so that whoever is stopped here leaves one
+    OutputFolder::removeEmpty(folder);
+}
+
 CIExportReport::Fault targetFault(const OutputFile &file)
 {
     return { CIExportReport::Cause::Target,
@@ -50,8 +61,16 @@ PageImages::Fault PageImages::open(const QString &folder, bool hardened)
         return CIExportReport::Fault { CIExportReport::Cause::Target,
                                        OutputFolder::Made { ELOOP }.reason(images),
                                        ELOOP };
-    if (hardened)
-        OutputFile::removeLeftovers(QDir(images));
+    if (!hardened)
+        return {};
+    static const QRegularExpression number(u"\\A[0-9]+\\z"_s);
+    const QStringList names =
+        QDir(images).entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+    for (const QString &name : names) {
+        if (number.match(name).hasMatch())
+            removeKilled(images + u'/' + name);
+    }
+    removeKilled(images);
     return {};
 }
 
@@ -127,8 +146,14 @@ void PageImages::removeMarked(const QString &mark) const
     OutputFolder::removeEmpty(folder);
 }
 
+void PageImages::complete()
+{
+    m_claim.discard();
+}
+
 void PageImages::discard()
 {
+    m_claim.discard();
     for (const QString &path : std::as_const(m_placed))
         QFile::remove(path);
     for (auto folder = m_folders.crbegin(); folder != m_folders.crend(); ++folder)
@@ -156,6 +181,8 @@ PageImages::Fault PageImages::makePictureFolder()
         if (fault && fault->systemError != ENOTDIR && fault->systemError != ELOOP)
             return fault;
     }
+    if (!m_claim.openClaim(m_page + u'/' + folder))
+        return targetFault(m_claim);
     m_pictures = folder;
     return {};
 }

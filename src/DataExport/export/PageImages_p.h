@@ -2,6 +2,7 @@
 #define DATAEXPORT_EXPORT_PAGEIMAGES_P_H
 
 #include "export/CIExportReport.h"
+#include "platform/OutputFile_p.h"
 
 #include <QByteArray>
 #include <QString>
@@ -15,7 +16,8 @@
     Pages of one folder share the images that belong to the program. The pictures of a hardened page
     are its own: they lie in "image" if this page made that folder, otherwise in a numbered folder
     in it. The page says at its end where they are, so that the one that replaces it can remove
-    them.
+    them. Until the page is complete the folder is claimed: when its run is killed, the next one
+   that opens a page there removes them.
 */
 class PageImages
 {
@@ -44,6 +46,9 @@ public:
     //! Removes the pictures of an earlier page that ended with \a mark.
     void removeMarked(const QString &mark) const;
 
+    //! To be called just before the page gets its name: from then on the pictures are in use.
+    void complete();
+
     //! Removes what was placed, and folders that are empty then.
     void discard();
 
@@ -54,6 +59,7 @@ private:
 
     QString m_page; // folder of the page, empty while not open
     QString m_pictures; // folder of the pictures relative to the page's, empty while there is none
+    OutputFile m_claim; // on the folder of the pictures
     QStringList m_placed;
     QStringList m_folders; // those that were made
     bool m_hardened = false;

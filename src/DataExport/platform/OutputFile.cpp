@@ -17,21 +17,22 @@ namespace {
 
 constexpr QLatin1String kTemporaryStart(".dataexport-");
 constexpr QLatin1String kTemporaryEnd(".part");
+constexpr QLatin1String kClaimEnd(".claim");
 constexpr qsizetype kCopyChunk = 128 * 1024;
 
 // No other process, and no other file of this one, gets the same.
-QString temporaryName()
+QString temporaryName(QLatin1String end = kTemporaryEnd)
 {
     static const quint64 process = QRandomGenerator::system()->generate64();
     static std::atomic<quint64> count { 0 };
     return kTemporaryStart + QString::number(process, 16).rightJustified(16, QLatin1Char('0'))
-        + QLatin1Char('-') + QString::number(++count) + kTemporaryEnd;
+        + QLatin1Char('-') + QString::number(++count) + end;
 }
 
 bool isTemporaryName(const QString &name)
 {
     static const QRegularExpression pattern(
-        QStringLiteral("\\A\\.dataexport-[0-9a-f]{16}-[0-9]+\\.part\\z"));
+        QStringLiteral("\\A\\.dataexport-[0-9a-f]{16}-[0-9]+\\.(?:part|claim)\\z"));
     return pattern.match(name).hasMatch();
 }
 
@@ -48,6 +49,21 @@ bool isAbandoned(const QByteArray &path)
         && status.st_uid == ::geteuid() && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
     ::close(descriptor);
     return abandoned;
+}
+
+// Paths of the files in \a folder with temporary names of that \a end that no run is at work on.
+QList<QByteArray> abandoned(const QDir &folder, QLatin1String end)
+{
+    QList<QByteArray> paths;
+    const QStringList names = folder.entryList({ kTemporaryStart + QLatin1Char('*') + end },
+                                               QDir::Files | QDir::Hidden | QDir::NoSymLinks,
+                                               QDir::Unsorted);
+    for (const QString &name : names) {
+        const QByteArray path = QFile::encodeName(folder.absoluteFilePath(name));
+        if (isTemporaryName(name) && isAbandoned(path))
+            paths.append(path);
+    }
+    return paths;
 }
 
 // 0, or the system's error number: EEXIST when something has the name \a to.
@@ -90,6 +106,18 @@ bool OutputFile::open(const QString &path, Way way, Existing existing)
     if (!(existing == Existing::Replace ? m_file.replace(path) : m_file.create(path)))
         return false;
     m_current = path;
+    return true;
+}
+
+bool OutputFile::openClaim(const QString &folder)
+{
+    discard();
+    m_error = 0;
+    m_path = folder + QLatin1Char('/') + temporaryName(kClaimEnd);
+    if (!m_file.create(m_path))
+        return false;
+    m_current = m_path;
+    m_file.lock();
     return true;
 }
 
@@ -170,15 +198,19 @@ QString OutputFile::errorString() const
 
 void OutputFile::removeLeftovers(const QDir &folder)
 {
-    const QStringList names =
-        folder.entryList({ kTemporaryStart + QLatin1Char('*') + kTemporaryEnd },
-                         QDir::Files | QDir::Hidden | QDir::NoSymLinks,
-                         QDir::Unsorted);
-    for (const QString &name : names) {
-        const QByteArray path = QFile::encodeName(folder.absoluteFilePath(name));
-        if (isTemporaryName(name) && isAbandoned(path))
-            ::unlink(path.constData());
-    }
+    for (const QByteArray &path : abandoned(folder, kTemporaryEnd))
+        ::unlink(path.constData());
+}
+
+bool OutputFile::hasAbandonedClaim(const QDir &folder)
+{
+    return !abandoned(folder, kClaimEnd).isEmpty();
+}
+
+void OutputFile::removeAbandonedClaims(const QDir &folder)
+{
+    for (const QByteArray &path : abandoned(folder, kClaimEnd))
+        ::unlink(path.constData());
 }
 
 void OutputFile::syncFolder(const QString &folder)

@@ -29,6 +29,13 @@ public:
     //! Opens what is to become the file \a path.
     bool open(const QString &path, Way way, Existing existing);
 
+    /*!
+        Opens a hidden file that says of what is put into \a folder that it is of no use yet. It is
+        for discard(), once that has changed; if it is still there when no run holds it any more,
+        its run was killed.
+    */
+    bool openClaim(const QString &folder);
+
     //! Whether it is open, or waits for a free name.
     bool isOpen() const { return !m_current.isEmpty(); }
 
@@ -61,6 +68,10 @@ public:
 
     //! Removes from \a folder what a run that was killed left there under temporary names.
     static void removeLeftovers(const QDir &folder);
+
+    //! Whether a run that was killed had a claim on \a folder.
+    static bool hasAbandonedClaim(const QDir &folder);
+    static void removeAbandonedClaims(const QDir &folder);
 
     //! Waits until the disk has the entries of \a folder.
     static void syncFolder(const QString &folder);
