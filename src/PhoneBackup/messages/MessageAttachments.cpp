@@ -98,7 +98,9 @@ Kind kindByContent(const QByteArray &bytes)
     const QByteArrayView brand = PictureFormat::brand(bytes);
     if (!brand.isEmpty() && !PictureFormat::isPictureBrand(brand))
         return brand == "M4A " ? Kind::Audio : Kind::Video;
-    return PictureFormat::of(bytes) ? Kind::Picture : Kind::Other;
+    const QByteArrayView format = PictureFormat::of(bytes);
+    const bool isTextLikely = format == "bmp"; // known by two letters
+    return format.isEmpty() || isTextLikely ? Kind::Other : Kind::Picture;
 }
 
 } // namespace

@@ -60,9 +60,10 @@ void tst_MessageFiles::showsFilesInTheirPlaces_data()
         << message(1, "NULL") + attachment(1, 1, folder + "still'")
             + attachment(2, 1, folder + "moving'") + attachment(3, 1, folder + "avif'")
         << u"{image/still still}{image/moving moving}{image/avif avif}"_s;
-    QTest::newRow("no type by a content that is cut off")
+    QTest::newRow("no type by a content that is cut off, or by two letters")
         << message(1, "NULL") + attachment(1, 1, folder + "riff'")
-        << u"[File: riff]{application/octet-stream riff}"_s;
+            + attachment(2, 1, folder + "letters'")
+        << u"[File: riff]{application/octet-stream riff}+[File: letters]{application/octet-stream letters}"_s;
     QTest::newRow("hidden and of a balloon")
         << message(1, "'x'") + attachment(1, 1, folder + "a.jpg'", "hide_attachment = 1")
             + attachment(2, 1, folder + "b.pluginPayloadAttachment'")
@@ -119,6 +120,7 @@ void tst_MessageFiles::showsFilesInTheirPlaces()
     add(u"moving"_s, QByteArray("\0\0\0\x18", 4) + "ftyphevc");
     add(u"avif"_s, QByteArray("\0\0\0\x18", 4) + "ftypavif");
     add(u"riff"_s, "RIFF");
+    add(u"letters"_s, "BM is how this text begins");
     add(u"c.vcf"_s,
         "BEGIN:VCARD\r\nitem1.TEL:1\r\nFN;CHARSET=utf-8:Carl\\; Jr.\r\nEND:VCARD\r\n"
         "BEGIN:VCARD\r\nFN:Zoe\r\nEND:VCARD\r\n");
