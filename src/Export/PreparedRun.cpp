@@ -182,8 +182,8 @@ void PreparedRun::judge(Outcome &result) const
         });
     };
     const bool isCut = has(CIExportReport::End::Stopped) || has(CIExportReport::End::NotStarted);
-    if (m_report.outputFault())
-        result.failure = outputFailure(*m_report.outputFault(), m_request.output);
+    if (const auto &fault = m_report.outputFault())
+        result.failure = outputFailure(*fault, m_request.output);
     else if (auto failure = temporaryFolderFailure(m_backup))
         result.failure = failure;
     else if (isCut && !m_keepGoing())
