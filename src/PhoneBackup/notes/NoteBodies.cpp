@@ -34,6 +34,9 @@ NoteBodies::NoteBodies(Source &source, RowDatabase &store, NoteDrafts &drafts)
     : m_source(source)
     , m_store(store)
     , m_drafts(drafts)
+    , m_tables(store, NoteObjects::kObjects)
+    , m_tableRecord(m_tables.expression(
+          ObjectStore::attribute(store, NoteObjects::kObjects, u"ZMERGEABLEDATA"_s)))
     , m_partsLeft(kMaxParts)
     , m_bytesLeft(kMaxUnpackedBytes)
 {
@@ -47,27 +50,23 @@ void NoteBodies::read(bool withoutNote)
             m_store.addLoss(Notice("notes.noTexts"));
         return;
     }
-    const QString cipher =
-        u"coalesce(%1, %2)"_s.arg(m_store.column(texts, u"ZCRYPTOTAG"_s),
-                                  m_store.column(texts, u"ZCRYPTOINITIALIZATIONVECTOR"_s));
-    m_store.query(u"Z_PK, %1, %2 IS NOT NULL"_s.arg(m_store.column(texts, u"ZDATA"_s), cipher),
-                  texts,
-                  [this, withoutNote](const Statement &row) { readText(row, withoutNote); });
-}
-
-void NoteBodies::readText(const Statement &row, bool withoutNote)
-{
-    const QByteArrayView record = row.bytes(1);
-    auto draft = m_drafts.drafts.find(m_drafts.noteOfText.value(row.integer(0)));
-    if (draft == m_drafts.drafts.end() && withoutNote && !record.isEmpty()) {
-        // What told of this note is lost, but not the note.
-        const qint64 lost = ~row.integer(0);
-        draft = m_drafts.drafts.insert(lost, {});
-        m_drafts.order.append(lost);
-    }
-    if (draft != m_drafts.drafts.end() && draft->note.bodyState == BodyState::Elsewhere
-        && !record.isEmpty())
-        setBody(*draft, record, row.integer(2) != 0);
+    Table table(m_store, texts);
+    const Table::Column data = table.column(u"ZDATA"_s);
+    const Table::Column enciphered = table.expression(u"coalesce(%1, %2) IS NOT NULL"_s.arg(
+        table.sql(u"ZCRYPTOTAG"_s), table.sql(u"ZCRYPTOINITIALIZATIONVECTOR"_s)));
+    table.forEach([&](const Table::Row &row) {
+        const QByteArrayView record = row.bytes(data);
+        auto draft = m_drafts.drafts.find(m_drafts.noteOfText.value(row.id()));
+        if (draft == m_drafts.drafts.end() && withoutNote && !record.isEmpty()) {
+            // What told of this note is lost, but not the note.
+            const qint64 lost = ~row.id();
+            draft = m_drafts.drafts.insert(lost, {});
+            m_drafts.order.append(lost);
+        }
+        if (draft != m_drafts.drafts.end() && draft->note.bodyState == BodyState::Elsewhere
+            && !record.isEmpty())
+            setBody(*draft, record, row.integer(enciphered) != 0);
+    });
 }
 
 // A record may unpack to a thousand times its size: together they have a limit, too.
@@ -145,23 +144,10 @@ std::shared_ptr<const NoteTable> NoteBodies::table(qint64 attachment, NoteDraft 
 
 QByteArray NoteBodies::tableRecord(qint64 key)
 {
-    if (!m_tableRecord) {
-        const QString &objects = NoteObjects::kObjects;
-        m_tableRecord = m_store.prepare(u"SELECT %1 FROM %2 WHERE ROWID = ?1"_s.arg(
-            ObjectStore::attribute(m_store, objects, u"ZMERGEABLEDATA"_s), objects));
-    }
-    if (!m_tableRecord)
-        return {};
-    m_tableRecord->reset();
-    m_tableRecord->bind(1, key);
-    const Statement::Step step = m_tableRecord->step();
-    QByteArray record;
-    if (step == Statement::Step::Row)
-        record = m_tableRecord->bytes(0).toByteArray();
-    else if (step == Statement::Step::Failed)
-        m_store.addLoss(Notice("source.damaged", { m_tableRecord->error() }));
-    m_tableRecord->reset();
-    return record;
+    if (!m_tableRecords)
+        m_tableRecords = m_tables.lookup();
+    const Table::Row *row = m_tableRecords->find(key);
+    return row == nullptr ? QByteArray() : row->bytes(m_tableRecord).toByteArray();
 }
 
 } // namespace PhoneBackup

@@ -4,7 +4,7 @@
 #include "PhoneBackup/notes/NoteDrafts.h"
 #include "PhoneBackup/notes/NoteText.h"
 #include "PhoneBackup/packed/Gzip.h"
-#include "PhoneBackup/source/RowDatabase.h"
+#include "PhoneBackup/source/Table.h"
 
 namespace PhoneBackup {
 
@@ -28,7 +28,6 @@ public:
 
 private:
     Unzipped unpacked(QByteArrayView record);
-    void readText(const Statement &row, bool withoutNote);
     void setBody(NoteDraft &draft, QByteArrayView record, bool isEnciphered);
     std::shared_ptr<const NoteTable> table(qint64 attachment, NoteDraft &draft);
     QByteArray tableRecord(qint64 key);
@@ -37,7 +36,9 @@ private:
     Source &m_source;
     RowDatabase &m_store;
     NoteDrafts &m_drafts;
-    std::unique_ptr<Statement> m_tableRecord;
+    Table m_tables; // those that stand in notes
+    Table::Column m_tableRecord;
+    std::optional<Table::Lookup> m_tableRecords;
     qsizetype m_charactersLeft = kMaxCharacters;
     qsizetype m_partsLeft;
     qsizetype m_bytesLeft;

@@ -1,5 +1,7 @@
 #include "PhoneBackup/notes/NoteBodyWriter.h"
 
+#include "PhoneBackup/source/StoredText.h"
+
 namespace PhoneBackup {
 
 QString NoteBody::firstLine() const
@@ -39,9 +41,7 @@ void NoteBodyWriter::put(QStringView text, const NoteLook &look)
     const qsizetype room = kMaxCharacters - m_body.text.size();
     if (text.size() > room) {
         m_isFull = true;
-        text = text.first(room);
-        if (!text.isEmpty() && text.back().isHighSurrogate())
-            text.chop(1);
+        text = StoredText::beginning(text, room);
     }
     NoteBlock &open = m_body.blocks.back();
     // An attachment has a run of its own.
@@ -84,11 +84,6 @@ void NoteBodyWriter::forgetLink(qint32 number)
         if (run->look.link == number)
             run->look.link = -1;
     }
-}
-
-QChar NoteBodyWriter::lastCharacter() const
-{
-    return isBlockEmpty() || m_body.runs.back().length == 0 ? QChar() : m_body.text.back();
 }
 
 } // namespace PhoneBackup

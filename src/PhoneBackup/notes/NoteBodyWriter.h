@@ -45,9 +45,6 @@ public:
     //! Makes the characters of the link \a number ordinary ones.
     void forgetLink(qint32 number);
 
-    //! The last character of the block that is open; none when that is empty.
-    QChar lastCharacter() const;
-
     //! Whether something had to be dropped.
     bool isFull() const { return m_isFull; }
 

@@ -2,13 +2,11 @@
 #define PHONEBACKUP_NOTES_NOTEOBJECTS_H
 
 #include "PhoneBackup/notes/NoteDrafts.h"
+#include "PhoneBackup/source/Table.h"
 
 #include <QSet>
 
 namespace PhoneBackup {
-
-class RowDatabase;
-class Statement;
 
 /*!
     \brief Reads the wide table of the store of notes: notes, folders, accounts, attachments and
@@ -28,14 +26,14 @@ public:
     bool read();
 
 private:
-    QString column(const QString &name) const;
-    QString attribute(const QString &name) const;
+    struct Columns;
+
     void readTextKeys();
     bool readTable();
-    void readObject(const Statement &row);
-    void readNote(const Statement &row);
-    void readFolder(const Statement &row);
-    void readAttachment(const Statement &row);
+    void readObject(const Table::Row &row, const Columns &columns);
+    void readNote(const Table::Row &row, const Columns &columns);
+    void readFolder(const Table::Row &row, const Columns &columns);
+    void readAttachment(const Table::Row &row, const Columns &columns);
     void readFolderLinks();
 
     RowDatabase &m_store;

@@ -3,8 +3,8 @@
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/notes/HtmlBody.h"
 #include "PhoneBackup/source/PhoneTime.h"
-#include "PhoneBackup/source/RowDatabase.h"
 #include "PhoneBackup/source/Source.h"
+#include "PhoneBackup/source/Table.h"
 
 #include <QHash>
 
@@ -30,26 +30,24 @@ using Names = QHash<qint64, QString>;
 Names accountsOf(RowDatabase &store)
 {
     Names names;
-    if (store.hasTable(kAccounts)) {
-        store.query(u"Z_PK, "_s + store.column(kAccounts, u"ZNAME"_s),
-                    kAccounts,
-                    [&](const Statement &row) { names.insert(row.integer(0), row.text(1)); });
-    }
+    Table accounts(store, kAccounts);
+    const auto name = accounts.column(u"ZNAME"_s);
+    accounts.forEach([&](const Table::Row &row) { names.insert(row.id(), row.text(name)); });
     return names;
 }
 
 QHash<qint64, Folder> foldersOf(RowDatabase &store)
 {
     QHash<qint64, Folder> folders;
-    if (!store.hasTable(kFolders))
+    Table table(store, kFolders);
+    if (!table.exists())
         return folders;
     const Names accounts = accountsOf(store);
-    store.query(u"Z_PK, %1, %2"_s.arg(store.column(kFolders, u"ZNAME"_s),
-                                      store.column(kFolders, u"ZACCOUNT"_s)),
-                kFolders,
-                [&](const Statement &row) {
-                    folders.insert(row.integer(0), { row.text(1), accounts.value(row.integer(2)) });
-                });
+    const auto name = table.column(u"ZNAME"_s);
+    const auto account = table.column(u"ZACCOUNT"_s);
+    table.forEach([&](const Table::Row &row) {
+        folders.insert(row.id(), { row.text(name), accounts.value(row.integer(account)) });
+    });
     return folders;
 }
 
@@ -66,56 +64,52 @@ struct OldNotes
 
 void OldNotes::read(RowDatabase &store)
 {
-    enum Column { Key, Guid, Title, Summary, InStore, Created, Modified, Deleted, Hidden, Body };
     const QHash<qint64, Folder> folders = foldersOf(store);
-    QString columns = u"Z_PK"_s;
-    for (const QString &name : { u"ZGUID"_s,
-                                 u"ZTITLE"_s,
-                                 u"ZSUMMARY"_s,
-                                 u"ZSTORE"_s,
-                                 u"ZCREATIONDATE"_s,
-                                 u"ZMODIFICATIONDATE"_s,
-                                 u"ZDELETEDFLAG"_s,
-                                 u"ZISBOOKKEEPINGENTRY"_s,
-                                 u"ZBODY"_s })
-        columns += u", "_s + store.column(kNotes, name);
-    store.query(columns, kNotes, [&](const Statement &row) {
-        if (row.integer(Hidden) != 0 || places.contains(row.integer(Key)))
+    Table table(store, kNotes);
+    const auto guid = table.column(u"ZGUID"_s);
+    const auto title = table.column(u"ZTITLE"_s);
+    const auto summary = table.column(u"ZSUMMARY"_s);
+    const auto inFolder = table.column(u"ZSTORE"_s);
+    const auto created = table.column(u"ZCREATIONDATE"_s);
+    const auto modified = table.column(u"ZMODIFICATIONDATE"_s);
+    const auto deleted = table.column(u"ZDELETEDFLAG"_s);
+    const auto hidden = table.column(u"ZISBOOKKEEPINGENTRY"_s);
+    const auto body = table.column(u"ZBODY"_s);
+    table.forEach([&](const Table::Row &row) {
+        if (row.integer(hidden) != 0)
             return;
         Note note;
         note.store = Note::Store::Old;
-        note.id = row.integer(Key);
-        note.identifier = row.text(Guid);
-        note.title = row.text(Title).trimmed();
-        note.snippet = row.text(Summary).trimmed();
-        const Folder folder = folders.value(row.integer(InStore));
+        note.id = row.id();
+        note.identifier = row.text(guid);
+        note.title = row.text(title).trimmed();
+        note.snippet = row.text(summary).trimmed();
+        const Folder folder = folders.value(row.integer(inFolder));
         note.folder = folder.name;
         note.account = folder.account;
-        note.created = PhoneTime::since2001(row.number(Created));
-        note.modified = PhoneTime::since2001(row.number(Modified));
-        note.deleted = row.integer(Deleted) != 0;
+        note.created = PhoneTime::since2001(row.number(created));
+        note.modified = PhoneTime::since2001(row.number(modified));
+        note.deleted = row.integer(deleted) != 0;
         places.insert(note.id, qsizetype(notes.size()));
-        if (row.integer(Body) != 0)
-            placesByBody.insert(row.integer(Body), qsizetype(notes.size()));
+        if (row.integer(body) != 0)
+            placesByBody.insert(row.integer(body), qsizetype(notes.size()));
         notes.push_back(std::move(note));
     });
 }
 
 void OldNotes::readBodies(RowDatabase &store)
 {
-    store.query(u"Z_PK, %1, %2"_s.arg(store.column(kBodies, u"ZOWNER"_s),
-                                      store.column(kBodies, u"ZCONTENT"_s)),
-                kBodies,
-                [&](const Statement &row) {
-                    const qsizetype place =
-                        places.value(row.integer(1), placesByBody.value(row.integer(0), -1));
-                    if (place < 0 || row.bytes(2).isEmpty())
-                        return;
-                    Note &note = notes[std::size_t(place)];
-                    note.attachments.clear();
-                    note.body = bodyOfHtml(row.text(2), note.attachments);
-                    note.bodyState = Note::BodyState::Whole;
-                });
+    Table table(store, kBodies);
+    const auto [owner, content] = table.columns(u"ZOWNER"_s, u"ZCONTENT"_s);
+    table.forEach([&, owner = owner, content = content](const Table::Row &row) {
+        const qsizetype place = places.value(row.integer(owner), placesByBody.value(row.id(), -1));
+        if (place < 0 || row.bytes(content).isEmpty())
+            return;
+        Note &note = notes[std::size_t(place)];
+        note.attachments.clear();
+        note.body = bodyOfHtml(row.text(content), note.attachments);
+        note.bodyState = Note::BodyState::Whole;
+    });
 }
 
 } // namespace

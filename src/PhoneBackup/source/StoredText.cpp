@@ -37,6 +37,11 @@ QString cleaned(const QString &text)
 
 QString beginning(const QString &text, qsizetype longest)
 {
+    return text.first(beginning(QStringView(text), longest).size());
+}
+
+QStringView beginning(QStringView text, qsizetype longest)
+{
     if (text.size() <= longest)
         return text;
     const bool insidePair = longest > 0 && text[longest - 1].isHighSurrogate();

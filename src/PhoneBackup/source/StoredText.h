@@ -16,6 +16,7 @@ QString cleaned(const QString &text);
 
 //! The first \a longest characters of \a text; one less where they would end inside a pair.
 QString beginning(const QString &text, qsizetype longest);
+QStringView beginning(QStringView text, qsizetype longest);
 
 } // namespace StoredText
 

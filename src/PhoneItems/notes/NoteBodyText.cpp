@@ -1,5 +1,6 @@
 #include "PhoneItems/notes/NoteBodyText.h"
 
+#include "PhoneBackup/source/StoredText.h"
 #include "PhoneItems/notes/AttachmentWords.h"
 
 #include <algorithm>
@@ -87,8 +88,8 @@ public:
             m_text.chop(1);
         NoteBodyText result { std::move(m_text), m_isComplete };
         if (result.text.size() > NoteBodyText::kMaxCharacters) {
-            const bool insidePair = result.text[NoteBodyText::kMaxCharacters - 1].isHighSurrogate();
-            result.text.truncate(NoteBodyText::kMaxCharacters - (insidePair ? 1 : 0));
+            result.text =
+                PhoneBackup::StoredText::beginning(result.text, NoteBodyText::kMaxCharacters);
             result.isComplete = false;
         }
         return result;

@@ -4,6 +4,7 @@
 #include "PhoneBackup/notes/Notes.h"
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
+#include "PhoneBackup/source/StoredText.h"
 #include "PhoneItems/notes/AttachmentWords.h"
 #include "PhoneItems/notes/NoteBodyText.h"
 #include "PhoneItems/shared/FileData.h"
@@ -28,7 +29,7 @@ QString firstLine(const QString &text)
     const QString line = text.trimmed().section(u'\n', 0, 0).trimmed();
     if (line.size() <= kLongest)
         return line;
-    return line.first(kLongest - (line[kLongest - 1].isHighSurrogate() ? 1 : 0)) + u'…';
+    return StoredText::beginning(line, kLongest) + u'…';
 }
 
 QString beginning(const Note &note)
@@ -115,7 +116,7 @@ private:
         NoteBodyText body = NoteBodyText::of(note);
         const bool hasRoom = body.text.size() <= m_charactersLeft;
         if (!hasRoom)
-            body.text.truncate(std::max<qsizetype>(m_charactersLeft, 0));
+            body.text = StoredText::beginning(body.text, std::max<qsizetype>(m_charactersLeft, 0));
         m_charactersLeft -= body.text.size();
         const bool isCut = note.bodyState == Note::BodyState::Cut || !body.isComplete || !hasRoom;
         const bool isUnreadable = note.bodyState == Note::BodyState::Unreadable;
