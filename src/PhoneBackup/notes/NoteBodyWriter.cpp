@@ -31,6 +31,7 @@ void NoteBodyWriter::begin(const NoteBlock &block)
         return;
     m_body.blocks.push_back(block);
     m_body.blocks.back().firstRun = qint32(m_body.runs.size());
+    m_body.blocks.back().runCount = 0;
     m_isOpen = true;
 }
 
