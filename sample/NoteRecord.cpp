@@ -1,8 +1,11 @@
 #include "sample/NoteRecord.h"
 
+#include <QtEndian>
+
 #include <zlib.h>
 
 #include <array>
+#include <bit>
 
 namespace Sample {
 
@@ -12,6 +15,15 @@ FieldWriter &FieldWriter::number(quint32 field, quint64 value)
 {
     varint(quint64(field) << 3);
     varint(value);
+    return *this;
+}
+
+FieldWriter &FieldWriter::real(quint32 field, float value)
+{
+    constexpr quint64 kFixed32 = 5;
+    varint(quint64(field) << 3 | kFixed32);
+    const auto bits = qToLittleEndian(std::bit_cast<quint32>(value));
+    m_message.append(reinterpret_cast<const char *>(&bits), sizeof bits);
     return *this;
 }
 
@@ -55,7 +67,7 @@ QByteArray runMessage(const NoteRun &run)
     if (!run.attachment.isEmpty())
         writer.bytes(12,
                      FieldWriter().text(1, run.attachment).text(2, run.attachmentType).message());
-    return writer.number(13, 1686989700).message(); // when the run was changed
+    return writer.number(13, 1686989700).message() + run.otherFields; // 13: when it was changed
 }
 
 // The part that notes and cells of tables have in common.

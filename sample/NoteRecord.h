@@ -13,6 +13,7 @@ class FieldWriter
 {
 public:
     FieldWriter &number(quint32 field, quint64 value);
+    FieldWriter &real(quint32 field, float value);
     FieldWriter &bytes(quint32 field, const QByteArray &value);
     FieldWriter &text(quint32 field, const QString &value) { return bytes(field, value.toUtf8()); }
 
@@ -46,6 +47,7 @@ struct NoteRun
     QString link = {};
     QString attachment = {}; //!< Its identifier; the text is U+FFFC.
     QString attachmentType = {};
+    QByteArray otherFields = {}; //!< Of its message.
 };
 
 //! The record of a note's text, not packed.

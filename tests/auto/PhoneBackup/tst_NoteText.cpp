@@ -1,4 +1,3 @@
-#include "PhoneBackup/notes/HtmlBody.h"
 #include "PhoneBackup/notes/NoteBodyWriter.h"
 #include "PhoneBackup/notes/NoteTableRecord.h"
 #include "PhoneBackup/packed/FieldReader.h"
@@ -88,17 +87,11 @@ private Q_SLOTS:
     void unpacks_data();
     void unpacks();
     void neverUnpacksMoreThanAllowed();
-    void readsLooks_data();
-    void readsLooks();
     void readsDamagedRecords();
     void survivesEveryFlippedByte_data();
     void survivesEveryFlippedByte();
     void boundsWhatRecordsSay_data();
     void boundsWhatRecordsSay();
-    void readsTables_data();
-    void readsTables();
-    void readsHtml_data();
-    void readsHtml();
     void readsRealRecords_data();
     void readsRealRecords();
 };
@@ -197,97 +190,6 @@ void tst_NoteText::neverUnpacksMoreThanAllowed()
         QCOMPARE(result.data.size(), most);
         QVERIFY(result.data.capacity() < 2 * most + 5000);
     }
-}
-
-void tst_NoteText::readsLooks_data()
-{
-    QTest::addColumn<QList<SampleRun>>("runs");
-    QTest::addColumn<QString>("expected");
-
-    const int plain = SampleRun::kPlain;
-    const auto row = [](const char *name, const QList<SampleRun> &runs, const QString &expected) {
-        QTest::newRow(name) << runs << expected;
-    };
-    row("nothing", {}, QString());
-    row("plain", { { u"One\nTwo\n\nThree"_s } }, u"One\nTwo\n\nThree"_s);
-    row("line ends behind the text", { { u"One\n\n\n"_s } }, u"One"_s);
-    row("title and heading",
-        { { u"T\n"_s, SampleRun::Title }, { u"H\n"_s, SampleRun::Heading }, { u"b"_s } },
-        u"T\nH\nb"_s);
-    row("lists",
-        { { u"a\nb\n"_s, SampleRun::Dotted },
-          { u"c\n"_s, SampleRun::Dotted, 1 },
-          { u"d\n"_s, SampleRun::Dashed, 2 } },
-        u"• a\n• b\n....• c\n........– d"_s);
-    row("checklist",
-        { { u"open\n"_s, SampleRun::Checklist }, { u"done\n"_s, SampleRun::Checklist, 1, true } },
-        u"☐ open\n....☑ done"_s);
-    row("an item that is empty", { { u"a\n\nb"_s, SampleRun::Dotted } }, u"• a\n• \n• b"_s);
-    row("numbers go on behind a deeper level",
-        { { u"a\nb\n"_s, SampleRun::Numbered },
-          { u"x\ny\n"_s, SampleRun::Numbered, 1 },
-          { u"c\n"_s, SampleRun::Numbered },
-          { u"x\n"_s, SampleRun::Numbered, 1 } },
-        u"1. a\n2. b\n....1. x\n....2. y\n3. c\n....1. x"_s);
-    row("numbers begin anew behind a text",
-        { { u"a\nb\n"_s, SampleRun::Numbered }, { u"text\n"_s }, { u"c"_s, SampleRun::Numbered } },
-        u"1. a\n2. b\ntext\n1. c"_s);
-    row("an item of several looks has one mark",
-        { { u"a "_s, SampleRun::Dotted },
-          { u"bold\n"_s, SampleRun::Dotted },
-          { u"b"_s, SampleRun::Dotted } },
-        u"• a bold\n• b"_s);
-    row("line break in an item",
-        { { u"a\u2028b\nc"_s, SampleRun::Dotted, 1 } },
-        u"....• a\n....b\n....• c"_s);
-    row("quote", { { u"said\n"_s, plain, 0, false, true } }, u"┃ said"_s);
-    row("indented code", { { u"if\n  x\n\ty z"_s, SampleRun::Monospaced } }, u"if\n..x\n....y z"_s);
-    row("link",
-        { { u"see "_s },
-          { u"here"_s, plain, 0, false, false, u"https://a.example/x"_s },
-          { u"."_s } },
-        u"see here (https://a.example/x)."_s);
-    row("link in several looks",
-        { { u"he"_s, plain, 0, false, false, u"https://a.example"_s },
-          { u"re"_s, plain, 0, false, false, u"https://a.example"_s } },
-        u"here (https://a.example)"_s);
-    row("link up to the end of its line",
-        { { u"here\n"_s, plain, 0, false, false, u"https://a.example"_s }, { u"b"_s } },
-        u"here (https://a.example)\nb"_s);
-    row("link that is shown",
-        { { u"A.example"_s, plain, 0, false, false, u"https://a.example/"_s } },
-        u"A.example"_s);
-    row("address that is shown",
-        { { u"ann@a.example"_s, plain, 0, false, false, u"mailto:ann@a.example"_s } },
-        u"ann@a.example"_s);
-    row("file",
-        { { u"see "_s },
-          { kFile, plain, 0, false, false, {}, u"id"_s, u"public.jpeg"_s },
-          { u" ok"_s } },
-        u"see [id public.jpeg] ok"_s);
-    row("table stands alone",
-        { { u"see "_s }, { kFile, plain, 0, false, false, {}, u"table"_s, u"t"_s }, { u"ok"_s } },
-        u"see \na | b\nc | d\nok"_s);
-    row("line break before a table",
-        { { u"see\u2028"_s }, { kFile, plain, 0, false, false, {}, u"table"_s, u"t"_s } },
-        u"see\na | b\nc | d"_s);
-    row("table between lines",
-        { { u"see\n"_s },
-          { kFile, plain, 0, false, false, {}, u"table"_s, u"t"_s },
-          { u"\nok"_s } },
-        u"see\na | b\nc | d\nok"_s);
-    row("outside the BMP: lengths count UTF-16",
-        { { u"🚀🕹️"_s, SampleRun::Dotted }, { u" x\n"_s, SampleRun::Dotted }, { u"後"_s } },
-        u"• 🚀🕹️ x\n後"_s);
-}
-
-void tst_NoteText::readsLooks()
-{
-    QFETCH(QList<SampleRun>, runs);
-    QFETCH(QString, expected);
-    NamedNote note;
-    QVERIFY(note.read(Sample::noteDocument(runs)));
-    QCOMPARE(note.text(), expected);
 }
 
 void tst_NoteText::readsDamagedRecords()
@@ -426,97 +328,6 @@ void tst_NoteText::boundsWhatRecordsSay()
     const NoteBodyText shown = NoteBodyText::of(note);
     QVERIFY(!text.isComplete || !shown.isComplete);
     QCOMPARE(shown.text.size() == NoteBodyText::kMaxCharacters, !isLines);
-}
-
-void tst_NoteText::readsTables_data()
-{
-    QTest::addColumn<QByteArray>("document");
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("two by three") << Sample::tableDocument(
-        { { u"a"_s, u"b"_s, u"c"_s }, { u"d"_s, u"e"_s, u"f"_s } })
-                                  << u"a | b | c\nd | e | f"_s;
-    QTest::newRow("cells with lines, and empty ones")
-        << Sample::tableDocument({ { u"a\nb"_s, QString() }, { QString(), u"d"_s } })
-        << u"a b | \n | d"_s;
-    QTest::newRow("a picture in a cell")
-        << Sample::tableDocument({ { kFile + u"id"_s, u"b"_s } }) << u"[id public.jpeg] | b"_s;
-    QTest::newRow("from right to left")
-        << Sample::tableDocument({ { u"a"_s, u"אב"_s }, { QString(), u"d"_s } }, { true })
-        << u"⟪‹a› | ‹אב››\n⟪ | ‹d››"_s;
-    QTest::newRow("words from right to left")
-        << Sample::tableDocument({ { u"אב"_s, u"גד"_s, u"e"_s } }) << u"‹אב› | ‹גד› | e"_s;
-    // The cells come behind the table and its two axes of five objects, the last one first.
-    constexpr char kLastCell = 11;
-    const auto cellReference = [](char object) {
-        return FieldWriter().bytes(2, FieldWriter().number(6, quint64(object)).message()).message();
-    };
-    const QList<QStringList> twoRows { { u"a"_s, u"b"_s }, { u"c"_s, u"d"_s } };
-    QTest::newRow("a row that is deleted")
-        << Sample::tableDocument(twoRows, { false, 0 }) << u"c | d"_s;
-    QTest::newRow("cells that have no place")
-        << Sample::tableDocument(twoRows, { false, -1, 0 }) << u"c | d (incomplete)"_s;
-    QTest::newRow("a cell that leads nowhere")
-        << Sample::tableDocument(twoRows).replace(cellReference(kLastCell), cellReference('\x7f'))
-        << u"a | b\nc |  (incomplete)"_s;
-    QTest::newRow("no rows") << Sample::tableDocument({}) << QString();
-    QTest::newRow("a note is none") << Sample::noteDocument({ { u"a"_s } }) << u"none"_s;
-    QTest::newRow("nothing") << QByteArray() << u"none"_s;
-}
-
-void tst_NoteText::readsTables()
-{
-    QFETCH(QByteArray, document);
-    QFETCH(QString, expected);
-    QCOMPARE(tableText(document), expected);
-}
-
-void tst_NoteText::readsHtml_data()
-{
-    QTest::addColumn<QString>("html");
-    QTest::addColumn<QString>("expected");
-
-    const auto row = [](const char *name, const QString &html, const QString &expected) {
-        QTest::newRow(name) << html << expected;
-    };
-    row("lines", u"<div>Milk</div><div>Bread</div>"_s, u"Milk\nBread"_s);
-    row("first line bare", u"Milk<div>Bread</div>"_s, u"Milk\nBread"_s);
-    row("empty line", u"<div>a</div><div><br></div><div>b</div>"_s, u"a\n\nb"_s);
-    row("breaks", u"a<br>b<br/><BR>c"_s, u"a\nb\n\nc"_s);
-    row("white space", u"<p> a \n  b </p>\n<p>c</p>"_s, u"a b\nc"_s);
-    row("entities",
-        u"<b>a &lt;b&gt; &amp;amp; &#8364; &#x1F600; &nbsp;x &bogus; &#0; &"_s,
-        u"a <b> &amp; € 😀 \u00A0x &bogus; &#0; &"_s);
-    row("no tags", u"a\nb &amp; c"_s, u"a\nb & c"_s);
-    row("lists",
-        u"<ul><li>a</li><li>b<ol><li>c</li><li>d</li></ol></li></ul>e"_s,
-        u"• a\n• b\n\u00A0\u00A0\u00A0\u00A01. c\n\u00A0\u00A0\u00A0\u00A02. d\ne"_s);
-    row("link",
-        u"<a href=\"https://a.example/?a=1&amp;b=2\">here</a>!"_s,
-        u"here (https://a.example/?a=1&b=2)!"_s);
-    row("link that is shown", u"<a href='http://a.example/'>a.example</a>"_s, u"a.example"_s);
-    row("table",
-        u"<table><tr><td>a</td><td>b</td></tr><tr><td>c</td></tr></table>"_s,
-        u"a | b\nc"_s);
-    row("picture",
-        u"<div>x <img src=\"cid:1\" alt=\"Boat\"> <img src='cid:2'></div>"_s,
-        u"x [Boat] [Picture]"_s);
-    row("script and style", u"<style>p{}</style>a<script>if (a<b) x();</script>b"_s, u"ab"_s);
-    row("comment", u"a<!-- <b> -->b<!-- open"_s, u"ab"_s);
-    row("no tag", u"<b>1 < 2 and 3 <4</b>"_s, u"1 < 2 and 3 <4"_s);
-    row("tag without an end", u"<b>a <b"_s, u"a <b"_s);
-    row("bracket in an attribute", u"<a title=\"a>b\">x</a>"_s, u"x"_s);
-    row("preformatted", u"<pre>a\n b</pre>"_s, u"a\n\u00A0b"_s);
-}
-
-void tst_NoteText::readsHtml()
-{
-    QFETCH(QString, html);
-    QFETCH(QString, expected);
-    Note note;
-    note.store = Note::Store::Old;
-    note.body = bodyOfHtml(html, note.attachments);
-    QCOMPARE(NoteBodyText::of(note).text, expected);
 }
 
 void tst_NoteText::readsRealRecords_data()
