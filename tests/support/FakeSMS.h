@@ -20,10 +20,12 @@ public:
         return data;
     }
     const QString &pieceLocation() const override { return location; }
+    QString fault() const override { return toBlame; }
 
     QString type;
     QByteArray data;
     QString location;
+    QString toBlame;
     mutable int timesAsked = 0;
 };
 

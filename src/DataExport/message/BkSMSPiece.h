@@ -38,6 +38,13 @@ public:
     //! Whether the phone had left the picture in the cloud, so that its bytes being empty is no
     //! fault, and not reported. false by default.
     virtual bool neverDownloaded() const;
+
+    /*!
+        What the backup is to blame for when a picture cannot be shown, as sentences for the report;
+        asked after pieceData(), only of such pictures. Empty by default, and when there is nothing
+        to tell: then the report has what decoding met, or that the picture is missing.
+    */
+    virtual QString fault() const;
 };
 
 #endif

@@ -166,7 +166,8 @@ private:
 
     void reportPicture(const BkSMSPiece &piece, const QString &why)
     {
-        if (!why.isEmpty()) {
+        const QString fault = piece.fault();
+        if (fault.isEmpty() && !why.isEmpty()) {
             MessagePage::reportPicture(m_exporter, m_item, piece.pieceLocation(), why);
             return;
         }
@@ -175,8 +176,11 @@ private:
         QString name = MessagePage::nameForReport(m_item);
         if (!piece.pieceLocation().isEmpty())
             name += u'/' + piece.pieceLocation();
-        m_exporter->reportFailure(
-            name, { CIExportReport::Cause::Source, tr("The picture is missing in the backup.") });
+        m_exporter->reportFailure(name,
+                                  { CIExportReport::Cause::Source,
+                                    fault.isEmpty()
+                                        ? tr("The picture is missing in the backup.")
+                                        : tr("The picture cannot be shown. %1").arg(fault) });
     }
 
     CIDataExporter *m_exporter;

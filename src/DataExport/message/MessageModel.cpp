@@ -23,6 +23,11 @@ bool BkSMSPiece::neverDownloaded() const
     return false;
 }
 
+QString BkSMSPiece::fault() const
+{
+    return {};
+}
+
 BkWhatsappItem::~BkWhatsappItem() = default;
 
 BkWhatsappChat::~BkWhatsappChat() = default;

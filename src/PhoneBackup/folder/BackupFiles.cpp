@@ -118,7 +118,23 @@ Result<> BackupFiles::load(const Password &password)
 
 QList<BackupFiles::Remark> BackupFiles::takeRemarks()
 {
+    for (const Remark &remark : std::as_const(m_remarks))
+        m_taken.insert(remark.row, remark);
     return std::exchange(m_remarks, {});
+}
+
+std::optional<BackupFiles::Remark> BackupFiles::takeRemark(Row row)
+{
+    // What is asked for has just been remarked.
+    const auto found = std::find_if(m_remarks.crbegin(),
+                                    m_remarks.crend(),
+                                    [row](const Remark &remark) { return remark.row == row; });
+    if (found != m_remarks.crend()) {
+        m_taken.insert(row, *found);
+        m_remarks.erase(std::prev(found.base()));
+    }
+    const auto taken = m_taken.constFind(row);
+    return taken == m_taken.cend() ? std::nullopt : std::optional(*taken);
 }
 
 void BackupFiles::addRemark(Row row, const Notice &what, bool loss, Fault fault)

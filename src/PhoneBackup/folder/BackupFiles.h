@@ -65,6 +65,9 @@ public:
     //! What reading contents met since this was called last.
     QList<Remark> takeRemarks();
 
+    //! The remark on \a row, which takeRemarks() leaves out from then on: the caller tells of it.
+    std::optional<Remark> takeRemark(Row row);
+
     //! Bytes of the content of \a row, 0 when it is missing. Of an encrypted file nearly.
     qint64 contentSize(Row row);
 
@@ -145,6 +148,7 @@ private:
     FileRecord m_record; // of that row: size, date and key are asked for one after the other
     QList<Remark> m_remarks;
     QSet<Row> m_remarked;
+    QHash<Row, Remark> m_taken; // remarks that somebody has
 };
 
 } // namespace PhoneBackup

@@ -1,6 +1,7 @@
 #include "PhoneItems/messages/MessagePiece.h"
 
 #include "PhoneBackup/folder/BackupFiles.h"
+#include "PhoneItems/words/Words.h"
 
 namespace PhoneItems {
 
@@ -39,6 +40,14 @@ const QByteArray &MessagePiece::pieceData() const
         *m_lastRead = this;
     }
     return m_data;
+}
+
+QString MessagePiece::fault() const
+{
+    if (!m_files || m_row == FileIndex::kNone)
+        return {};
+    const std::optional<BackupFiles::Remark> remark = m_files->takeRemark(m_row);
+    return remark ? words(remark->what) : QString();
 }
 
 } // namespace PhoneItems

@@ -41,6 +41,7 @@ public:
     const QByteArray &pieceData() const override;
     const QString &pieceLocation() const override { return m_name; }
     bool neverDownloaded() const override { return m_neverDownloaded; }
+    QString fault() const override;
 
 private:
     QString m_type;

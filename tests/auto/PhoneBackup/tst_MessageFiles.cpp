@@ -1,5 +1,6 @@
 #include "MessageFixture.h"
 #include "sample/TypedStream.h"
+#include "support/Files.h"
 
 #include <QtTest>
 
@@ -21,6 +22,7 @@ private Q_SLOTS:
     void showsFilesInTheirPlaces_data();
     void showsFilesInTheirPlaces();
     void givesTheBytesOfFiles();
+    void saysWhatIsWrongWithAPicture();
     void exportsFiles();
 };
 
@@ -161,6 +163,27 @@ void tst_MessageFiles::givesTheBytesOfFiles()
                 QCOMPARE(data, picture + QByteArray::number(number % 7));
         }
     }
+}
+
+// Whoever asks for it tells of it, for each message that has the picture; the backup then does not.
+void tst_MessageFiles::saysWhatIsWrongWithAPicture()
+{
+    MessageFixture fixture;
+    const QByteArray row = "'~/Library/SMS/Attachments/1/a.jpg'";
+    fixture.addMessages(kAnn + message(1, "NULL") + attachment(1, 1, row) + message(2, "NULL")
+                        + attachment(2, 2, row));
+    const QString path = u"Library/SMS/Attachments/1/a.jpg"_s;
+    QVERIFY(Files::write(fixture.writer.contentPath(u"MediaDomain"_s, path), QByteArray(100, 'x')));
+    fixture.writer.addWithoutContent(u"MediaDomain"_s, path, 1000);
+    BkSMSChatGroup *group = fixture.content();
+    QVERIFY(group);
+    QCOMPARE(group->chats().size(), 2);
+    for (const BkSMSChat *chat : group->chats()) {
+        const BkSMSPiece *piece = chat->pieces().constFirst();
+        QCOMPARE(piece->pieceData().size(), 100);
+        QVERIFY2(piece->fault().contains(u"should have 1000 bytes"_s), qPrintable(piece->fault()));
+    }
+    QCOMPARE(fixture.problems(), QStringList());
 }
 
 void tst_MessageFiles::exportsFiles()

@@ -227,6 +227,8 @@ private Q_SLOTS:
     void keepsTheLimitAcrossThreads();
     void namesTheConversationInTheReport_data();
     void namesTheConversationInTheReport();
+    void tellsWhatIsToBlame_data();
+    void tellsWhatIsToBlame();
     void readsEachPictureOnce();
 
 private:
@@ -614,6 +616,30 @@ void tst_MessagePictures::namesTheConversationInTheReport()
     QVERIFY(CSMS2HtmlTranslate(&data).translate(&sink, {}, nullptr));
     QCOMPARE(m_report.failures.size(), 1);
     QCOMPARE(m_report.failures.first().item, expected);
+}
+
+// Once, with what the backup is to blame for rather than with what decoding met.
+void tst_MessagePictures::tellsWhatIsToBlame_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+
+    QTest::newRow("nothing to be had") << QByteArray();
+    QTest::newRow("the first of it") << QByteArray("\x89PNG\r\n\x1a\n");
+}
+
+void tst_MessagePictures::tellsWhatIsToBlame()
+{
+    QFETCH(QByteArray, bytes);
+    FakeSMSData data;
+    data.addConversation(u"Bob"_s).addChat({}).addPiece(u"image/png"_s, bytes, u"a"_s).toBlame =
+        u"The disk is damaged."_s;
+    RecordingSink sink;
+    sink.setReport(&m_report);
+    QVERIFY(CSMS2HtmlTranslate(&data).translate(&sink, {}, nullptr));
+    QCOMPARE(m_report.failures.size(), 1);
+    QCOMPARE(m_report.failures.first().item, u"Bob/a"_s);
+    QCOMPARE(m_report.failures.first().cause, CIExportReport::Cause::Source);
+    QVERIFY(m_report.failures.first().reason.endsWith(u". The disk is damaged."_s));
 }
 
 void tst_MessagePictures::readsEachPictureOnce()
