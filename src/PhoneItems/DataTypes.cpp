@@ -15,7 +15,9 @@
 #include "PhoneItems/whatsapp/WhatsappFiles.h"
 #include "backup/BkDataType.h"
 
-namespace PhoneBackup {
+namespace PhoneItems {
+
+using namespace PhoneBackup;
 
 // The reader counts as the item model does.
 static_assert(DataType::Photos == int(BkDataType::Photos));
@@ -72,7 +74,7 @@ void readAllCalls(Source &source, DataSets &sets)
         call.names = logged.names;
         call.group = logged.group;
     }
-    PhoneItems::readCallTable(source, sets, std::move(ofLogs));
+    readCallTable(source, sets, std::move(ofLogs));
 }
 
 } // namespace
@@ -80,27 +82,27 @@ void readAllCalls(Source &source, DataSets &sets)
 const QList<DataSetReader> &dataTypeTable()
 {
     static const QList<DataSetReader> table {
-        { DataType::Photos, &PhoneItems::readCameraRoll },
-        { DataType::Videos, &PhoneItems::readCameraRoll },
-        { DataType::SharedAlbums, &PhoneItems::readSharedAlbums },
-        { DataType::VoiceMemos, &PhoneItems::readVoiceMemos },
-        { DataType::Books, &PhoneItems::readBooks },
-        { DataType::Music, &PhoneItems::readSongs },
-        { DataType::Messages, &PhoneItems::readMessages },
-        { DataType::MessageAttachments, &PhoneItems::readMessageFiles },
-        { DataType::Contacts, &PhoneItems::readContacts },
-        { DataType::Notes, &PhoneItems::readNotes },
-        { DataType::AppDocuments, &PhoneItems::readAppDocuments },
-        { DataType::Whatsapp, &PhoneItems::readWhatsapp },
-        { DataType::WhatsappAttachments, &PhoneItems::readWhatsappFiles },
-        { DataType::Reminders, &PhoneItems::readReminderTable },
-        { DataType::Calendar, &PhoneItems::readEventTable },
+        { DataType::Photos, &readCameraRoll },
+        { DataType::Videos, &readCameraRoll },
+        { DataType::SharedAlbums, &readSharedAlbums },
+        { DataType::VoiceMemos, &readVoiceMemos },
+        { DataType::Books, &readBooks },
+        { DataType::Music, &readSongs },
+        { DataType::Messages, &readMessages },
+        { DataType::MessageAttachments, &readMessageFiles },
+        { DataType::Contacts, &readContacts },
+        { DataType::Notes, &readNotes },
+        { DataType::AppDocuments, &readAppDocuments },
+        { DataType::Whatsapp, &readWhatsapp },
+        { DataType::WhatsappAttachments, &readWhatsappFiles },
+        { DataType::Reminders, &readReminderTable },
+        { DataType::Calendar, &readEventTable },
         { DataType::Calls, &readAllCalls },
-        { DataType::Voicemail, &PhoneItems::readVoicemailFiles },
-        { DataType::Safari, &PhoneItems::readSafari },
-        { DataType::NoteAttachments, &PhoneItems::readNotes },
+        { DataType::Voicemail, &readVoicemailFiles },
+        { DataType::Safari, &readSafari },
+        { DataType::NoteAttachments, &readNotes },
     };
     return table;
 }
 
-} // namespace PhoneBackup
+} // namespace PhoneItems

@@ -9,8 +9,10 @@
 #include <memory>
 
 namespace PhoneBackup {
-
 class Source;
+}
+
+namespace PhoneItems {
 
 //! The data sets that have been read, by their code.
 using DataSets = std::map<int, std::unique_ptr<BkData>>;
@@ -20,12 +22,12 @@ struct DataSetReader
 {
     int code;
     //! Puts the set of the code into the given ones; may put others that it read along the way.
-    void (*read)(Source &source, DataSets &sets);
+    void (*read)(PhoneBackup::Source &source, DataSets &sets);
 };
 
 //! All data types that can be read, in the order of their codes.
 const QList<DataSetReader> &dataTypeTable();
 
-} // namespace PhoneBackup
+} // namespace PhoneItems
 
 #endif

@@ -37,14 +37,6 @@ QByteArrayView Notice::code() const
     return m_sentences.empty() ? QByteArrayView() : QByteArrayView(m_sentences.front().code);
 }
 
-QString Notice::ownText() const
-{
-    QStringList texts;
-    for (const Sentence &sentence : m_sentences)
-        texts += sentence.text;
-    return texts.join(u' ');
-}
-
 Notice &Notice::operator+=(const Notice &other)
 {
     m_sentences.insert(m_sentences.end(), other.m_sentences.begin(), other.m_sentences.end());

@@ -40,17 +40,14 @@ public:
     explicit Notice(const char *code);
     Notice(const char *code, std::vector<Fact> facts);
 
-    //! Words of somebody else, as a library's message.
-    Notice(const QString &text); // NOLINT(google-explicit-constructor): for readers that make words
+    //! Words of somebody else, such as the message of a library.
+    explicit Notice(const QString &text);
 
     ~Notice();
     Notice(const Notice &other);
     Notice(Notice &&other) noexcept;
     Notice &operator=(const Notice &other);
     Notice &operator=(Notice &&other) noexcept;
-
-    //! The words of somebody else alone; goes when no reader makes words any more.
-    QString ownText() const;
 
     bool isEmpty() const;
     const std::vector<Sentence> &sentences() const { return m_sentences; }

@@ -193,7 +193,7 @@ Result<QString> PrivateFolder::newSubFolder(qint64 bytes)
         return made.error();
     const QString path = m_folder->path() + u'/' + QString::number(++m_count);
     if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0)
-        return notMade(m_folder->path(), qt_error_string(errno), errno);
+        return notMade(m_folder->path(), Notice(qt_error_string(errno)), errno);
     return path;
 }
 
@@ -205,11 +205,12 @@ Result<> PrivateFolder::make()
         return notMade(place, Notice("temporary.inBackup"));
     // QTemporaryDir would make it, and leave it behind.
     if (!QFileInfo(place).isDir())
-        return notMade(place, qt_error_string(ENOENT), ENOENT);
+        return notMade(place, Notice(qt_error_string(ENOENT)), ENOENT);
     for (int attempt = 0; !m_folder; ++attempt) {
         auto folder = std::make_unique<Folder>(place);
         if (!folder->isValid())
-            return notMade(place, qt_error_string(folder->systemError()), folder->systemError());
+            return notMade(
+                place, Notice(qt_error_string(folder->systemError())), folder->systemError());
         if (folder->isOurs())
             m_folder = std::move(folder);
         else if (attempt == kAttempts)

@@ -218,7 +218,7 @@ QByteArray BackupFiles::content(Row row, qint64 maxBytes)
     for (qint64 count = 1; count > 0 && size < bytes.size(); size += count) {
         count = device->read(bytes.data() + size, bytes.size() - size);
         if (count < 0) {
-            addRemark(row, notReadable(device->errorString()), true, Fault::Io);
+            addRemark(row, notReadable(Notice(device->errorString())), true, Fault::Io);
             return {};
         }
     }

@@ -217,7 +217,7 @@ MessageAttachment MessageAttachments::read(qint64 row)
     case Statement::Step::Done:
         return attachment;
     case Statement::Step::Failed:
-        m_database.addLoss(m_query->error());
+        m_database.addFailure(*m_query);
         return attachment;
     }
     attachment.row = row;

@@ -283,7 +283,7 @@ bool MessageReader::read(const Conversation &conversation, MessageList &list)
             break;
         case Statement::Step::Failed:
             if (std::exchange(isWhole, false))
-                m_database.addLoss(Notice("messages.damaged", { m_rows->error() }));
+                m_database.addFailure(*m_rows);
             break;
         }
     }

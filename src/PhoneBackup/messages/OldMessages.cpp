@@ -288,7 +288,7 @@ bool OldMessages::step(qint64 row)
     m_rows->bind(1, row);
     const Statement::Step step = m_rows->step();
     if (step == Statement::Step::Failed)
-        m_database->addLoss(Notice("messages.damaged", { m_rows->error() }));
+        m_database->addFailure(*m_rows);
     return step == Statement::Step::Row;
 }
 

@@ -32,10 +32,6 @@ public:
             , ofPart(lost)
         {
         }
-        Consequence(const QString &lost) // NOLINT(google-explicit-constructor): likewise
-            : Consequence(Notice(lost))
-        {
-        }
 
         //! For databases that only tell about files: nothing of those is lost.
         static Consequence filesStay();

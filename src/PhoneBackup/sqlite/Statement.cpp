@@ -1,12 +1,8 @@
 #include "PhoneBackup/sqlite/Statement.h"
 
-#include "platform/Translation_p.h"
-
 #include <sqlite3.h>
 
 #include <utility>
-
-DATAEXPORT_USE_TR(DataExport);
 
 namespace PhoneBackup {
 
@@ -107,16 +103,7 @@ Notice Statement::failure() const
         return Notice("sqlite.stopped");
     if (m_share.exhausted)
         return Notice("sqlite.circles");
-    return QString::fromUtf8(sqlite3_errmsg(sqlite3_db_handle(m_statement.get())));
-}
-
-QString Statement::error() const
-{
-    if (m_share.stopped)
-        return tr("reading was stopped on request");
-    if (m_share.exhausted)
-        return tr("its pages lead round in circles");
-    return QString::fromUtf8(sqlite3_errmsg(sqlite3_db_handle(m_statement.get())));
+    return Notice(QString::fromUtf8(sqlite3_errmsg(sqlite3_db_handle(m_statement.get()))));
 }
 
 void Statement::Finalize::operator()(sqlite3_stmt *statement) const

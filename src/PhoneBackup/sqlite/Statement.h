@@ -63,7 +63,6 @@ public:
 
     //! Why step() failed, to be put into a sentence: it has no full stop.
     Notice failure() const;
-    QString error() const;
 
 private:
     struct Finalize

@@ -73,9 +73,7 @@ QString nameOf(PhoneBackup::Source &source, const Call &call)
 
 } // namespace
 
-void readCallTable(PhoneBackup::Source &source,
-                   PhoneBackup::DataSets &sets,
-                   std::vector<Call> ofLogs)
+void readCallTable(PhoneBackup::Source &source, DataSets &sets, std::vector<Call> ofLogs)
 {
     auto table = std::make_unique<TableData>(
         PhoneBackup::DataType::Calls,

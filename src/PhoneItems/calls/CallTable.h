@@ -11,11 +11,11 @@ namespace PhoneItems {
     from the logs of apps.
 */
 void readCallTable(PhoneBackup::Source &source,
-                   PhoneBackup::DataSets &sets,
+                   DataSets &sets,
                    std::vector<PhoneBackup::Call> ofLogs);
 
 //! Data type 16: voicemail recordings, named after date and caller, newest first.
-void readVoicemailFiles(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+void readVoicemailFiles(PhoneBackup::Source &source, DataSets &sets);
 
 } // namespace PhoneItems
 

@@ -49,7 +49,7 @@ private:
 };
 
 //! Puts the address book into \a sets.
-void readContacts(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+void readContacts(PhoneBackup::Source &source, DataSets &sets);
 
 } // namespace PhoneItems
 

@@ -34,7 +34,7 @@ private:
 };
 
 //! Data type 4: books, by title.
-void readBooks(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+void readBooks(PhoneBackup::Source &source, DataSets &sets);
 
 } // namespace PhoneItems
 

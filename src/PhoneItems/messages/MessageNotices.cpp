@@ -8,7 +8,6 @@ namespace {
 
 constexpr NoticeWords kNotices[] = {
     { "messages.mayBeMissing", QT_TRANSLATE_NOOP("DataExport", "Messages may be missing.") },
-    { "messages.damaged", QT_TRANSLATE_NOOP("DataExport", "It is damaged: %1.") },
     { "messages.noTable", QT_TRANSLATE_NOOP("DataExport", "It has no table “%1”.") },
     { "messages.noMessages",
       QT_TRANSLATE_NOOP("DataExport", "It has no table of messages that can be read.") },

@@ -6,7 +6,7 @@
 namespace PhoneItems {
 
 //! Data types 9 and 18: the notes of both stores, and the files that are kept in them.
-void readNotes(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+void readNotes(PhoneBackup::Source &source, DataSets &sets);
 
 } // namespace PhoneItems
 

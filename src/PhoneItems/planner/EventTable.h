@@ -6,7 +6,7 @@
 namespace PhoneItems {
 
 //! Data type 14: the events of the calendar, those that repeat once and with their rule.
-void readEventTable(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+void readEventTable(PhoneBackup::Source &source, DataSets &sets);
 
 } // namespace PhoneItems
 

@@ -6,7 +6,7 @@
 namespace PhoneItems {
 
 //! Data type 13: the reminders, list by list.
-void readReminderTable(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+void readReminderTable(PhoneBackup::Source &source, DataSets &sets);
 
 } // namespace PhoneItems
 

@@ -6,7 +6,7 @@
 namespace PhoneItems {
 
 //! Data type 17: bookmarks in their folders, reading list, and history, newest first.
-void readSafari(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+void readSafari(PhoneBackup::Source &source, DataSets &sets);
 
 } // namespace PhoneItems
 

@@ -47,7 +47,7 @@ private:
 };
 
 //! Reads data type 11.
-void readWhatsapp(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+void readWhatsapp(PhoneBackup::Source &source, DataSets &sets);
 
 } // namespace PhoneItems
 

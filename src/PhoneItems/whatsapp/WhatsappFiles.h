@@ -9,7 +9,7 @@
 namespace PhoneItems {
 
 //! Reads data type 12: the files sent in WhatsApp's chats, in a group for each chat.
-void readWhatsappFiles(PhoneBackup::Source &source, PhoneBackup::DataSets &sets);
+void readWhatsappFiles(PhoneBackup::Source &source, DataSets &sets);
 
 /*!
     The name of the copy of a file that a message of \a kind sent at \a date: the \a title of a

@@ -35,7 +35,8 @@ struct Reading
         if (!files)
             return;
         source.emplace(files.take(), KeepGoing());
-        database = RowDatabase::open(*source, 6, "HomeDomain", u"a.db"_s, u"Some are lost."_s);
+        database =
+            RowDatabase::open(*source, 6, "HomeDomain", u"a.db"_s, Notice(u"Some are lost."_s));
     }
 
     BackupFixture fixture;
