@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::size_t kMostLevels = 16;
-constexpr QChar kCellEnd = u'\t'; // no other tab is left in a row
+constexpr QChar kCellEnd(0x1F); // no other is left in a row
 constexpr QChar kAttachment = QChar::ObjectReplacementCharacter;
 
 // What begins and ends a line.
@@ -197,7 +197,7 @@ private:
             takeCharacter(u'&');
         else if (character == u"\n")
             endLine();
-        else if (character == u"\t" && isIn(TableRow))
+        else if (character == kCellEnd && isIn(TableRow))
             put(u"\u00A0");
         else
             put(character);

@@ -49,7 +49,7 @@ struct NoteBlock
         Heading,
         Subheading,
         Code, //!< One line of it, its blanks as they are.
-        Row, //!< Of a table that is mere text; tabs part its cells.
+        Row, //!< Of a table that is mere text; U+001F parts its cells.
         Table, //!< All of it is in NoteBody::tables.
     };
     enum class List : quint8 { None, Dotted, Dashed, Numbered, Checklist };

@@ -20,6 +20,7 @@ constexpr QChar kFirstStrongIsolate(0x2068);
 constexpr QChar kRightToLeftIsolate(0x2067);
 constexpr QChar kEndOfIsolate(0x2069);
 constexpr QChar kFixedBlank(QChar::Nbsp); // pages draw blanks at the start of a line together
+constexpr QChar kCellEnd(0x1F); // in a row of mere text
 constexpr int kBlanksALevel = 4;
 constexpr int kBlanksATab = 4;
 
@@ -148,7 +149,7 @@ private:
                 indent(block);
             } else if (m_isIndent && (c == u' ' || c == u'\t')) {
                 m_text += QString(c == u'\t' ? kBlanksATab : 1, kFixedBlank);
-            } else if (c == u'\t' && block.kind == NoteBlock::Kind::Row) {
+            } else if (c == kCellEnd && block.kind == NoteBlock::Kind::Row) {
                 m_text += u" | "_s;
             } else {
                 m_isIndent = false;
