@@ -1,5 +1,6 @@
 #include "HeifPicture.h"
 
+#include "Av1Decoder.h"
 #include "Files/PictureFormat.h"
 #include "HeifStructure.h"
 #include "PlaneAverages.h"
@@ -146,6 +147,7 @@ Image decodeAs(const heif_image_handle &handle, heif_chroma layout)
     if (!options)
         return {};
     options->convert_hdr_to_8bit = 1;
+    options->decoder_id = Av1Decoder::name(); // HEVC has one decoder, which is taken all the same
     heif_image *decoded = nullptr;
     const bool isDone =
         isOk(heif_decode_image(&handle, &decoded, heif_colorspace_RGB, layout, options.get()));

@@ -488,6 +488,15 @@ void tst_MessagePictures::keepsDecodersQuiet_data()
     QTest::newRow("HEIC with a bit of its parameters changed")
         << changed(heic, parameters, parameters + 120);
 
+    const QByteArray avif = QByteArray::fromBase64(
+        "AAAAHGZ0eXBhdmlmAAAAAGF2aWZtaWYxbWlhZgAAAOptZXRhAAAAAAAAACFoZGxyAAAAAAAAAABwaWN0AAAA"
+        "AAAAAAAAAAAAAAAAAA5waXRtAAAAAAABAAAAImlsb2MAAAAAREAAAQABAAAAAAEOAAEAAAAAAAAAIwAAACNp"
+        "aW5mAAAAAAABAAAAFWluZmUCAAAAAAEAAGF2MDEAAAAAamlwcnAAAABLaXBjbwAAABNjb2xybmNseAACAAIA"
+        "BoAAAAAMYXYxQ4EADAAAAAAUaXNwZQAAAAAAAAAQAAAAEAAAABBwaXhpAAAAAAMICAgAAAAXaXBtYQAAAAAA"
+        "AAABAAEEgYIDhAAAACttZGF0EgAKCRgM/9ggQEDQgDIURsAGmmmhQBFiOENwknnPLy7ID/Y=");
+    QTest::newRow("AVIF with a bit of its data changed")
+        << changed(avif, avif.indexOf("mdat"), avif.size());
+
     const QByteArray palette =
         encoded(redCorner(40, 32).convertToFormat(QImage::Format_Indexed8), "PNG");
     QTest::newRow("PNG with a bit changed") << changed(palette, 8, palette.size());
