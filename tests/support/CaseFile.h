@@ -28,6 +28,7 @@
         --- plist [OPTION …] DOMAIN/PATH  a binary property list of this JSON
         --- hex [OPTION …] DOMAIN/PATH    these bytes; blanks and line ends are skipped
         --- text [OPTION …] DOMAIN/PATH   this text
+        --- encrypted                     the backup is
         --- records [WHAT]                what is read, as JSON, a record a line
         --- items [WHAT]                  what the item model makes of it, a line each
         --- problems [items]              what could not be read, or the item model of it:
@@ -80,12 +81,20 @@ public:
         QTemporaryDir folder;
         const QString root = folder.filePath(QStringLiteral("backup"));
         Sample::BackupWriter writer(root);
+        PhoneBackup::Password password;
+        if (has(wanted, "encrypted")) {
+            Sample::Encryption::Settings settings;
+            settings.password = QStringLiteral("secret");
+            settings.iterations = 10;
+            writer.setEncryption(settings);
+            password.text = PhoneBackup::Secret(settings.password.toUtf8());
+        }
         for (const Section &section : inputs(cases.first(), wanted))
             section.addTo(writer);
         if (!writer.finish())
             return writer.error().toUtf8();
-        auto files = PhoneBackup::BackupFiles::open(root, {});
-        auto backup = PhoneItems::Backup::open(root);
+        auto files = PhoneBackup::BackupFiles::open(root, {}, password);
+        auto backup = PhoneItems::Backup::open(root, {}, password);
         if (!files || !backup)
             return "the backup cannot be opened";
         PhoneBackup::Source source(files.take(), {});
@@ -213,6 +222,13 @@ private:
             at = end;
         } while (at < file.size());
         return cases;
+    }
+
+    static bool has(const Case &one, const QByteArray &kind)
+    {
+        return std::any_of(one.sections.begin(), one.sections.end(), [&](const Section &section) {
+            return section.kind == kind;
+        });
     }
 
     // What the backup holds: the shared files and those of the case.
