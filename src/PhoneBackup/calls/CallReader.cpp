@@ -1,8 +1,8 @@
 #include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/calls/Call.h"
 #include "PhoneBackup/calls/KnownCalls.h"
 #include "PhoneBackup/source/Jid.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/Table.h"
 

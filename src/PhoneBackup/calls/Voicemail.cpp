@@ -1,10 +1,10 @@
 #include "PhoneBackup/calls/Voicemail.h"
 
 #include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/plist/KeyedArchive.h"
 #include "PhoneBackup/source/MediaKind.h"
 #include "PhoneBackup/source/PathParts.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
 #include "PhoneBackup/source/Table.h"

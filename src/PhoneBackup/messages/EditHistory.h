@@ -1,7 +1,7 @@
 #ifndef PHONEBACKUP_MESSAGES_EDITHISTORY_H
 #define PHONEBACKUP_MESSAGES_EDITHISTORY_H
 
-#include "PhoneBackup/source/PhoneTime.h"
+#include "PhoneBackup/base/PhoneTime.h"
 
 #include <QByteArrayView>
 #include <QString>

@@ -1,8 +1,8 @@
 #ifndef PHONEBACKUP_MESSAGES_MESSAGE_H
 #define PHONEBACKUP_MESSAGES_MESSAGE_H
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/messages/MessageId.h"
-#include "PhoneBackup/source/PhoneTime.h"
 
 #include <QString>
 

@@ -1,5 +1,6 @@
 #include "PhoneBackup/messages/OldMessages.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/messages/AttachmentFiles.h"
 #include "PhoneBackup/messages/MessageBody.h"
 #include "PhoneBackup/messages/MessageList.h"
@@ -18,7 +19,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QByteArrayView kParts = "Library/SMS/Parts/";
-constexpr qint64 kYear2200 = 7258118400;
 
 // What the columns of a text message say together.
 enum Flags : qint64 {
@@ -65,7 +65,7 @@ qint64 dateMs(const Statement &row)
     const qint64 date = row.integer(kDate);
     if (isMadrid(row))
         return SmsDatabase::dateMs(date);
-    return date > 0 && date < kYear2200 ? date * 1000 : PhoneTime::kNoMs;
+    return date > 0 && date < PhoneTime::kYear2200 ? date * 1000 : PhoneTime::kNoMs;
 }
 
 bool isKnown(const Statement &row, qint64 flags)

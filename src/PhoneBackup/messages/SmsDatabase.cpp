@@ -1,7 +1,7 @@
 #include "PhoneBackup/messages/SmsDatabase.h"
 
 #include "PhoneBackup/base/DataType.h"
-#include "PhoneBackup/source/PhoneTime.h"
+#include "PhoneBackup/base/PhoneTime.h"
 
 namespace PhoneBackup {
 
@@ -9,8 +9,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 kBase2001Ms = 978307200000;
-constexpr qint64 kYear2200Ms = 7258118400000;
 constexpr qint64 kLargestSeconds = 1'000'000'000'000; // beyond it a value counts nanoseconds
 
 qint64 floorDivide(qint64 value, qint64 by)
@@ -40,8 +38,8 @@ qint64 SmsDatabase::dateMs(qint64 value)
     const bool isSeconds = value <= kLargestSeconds && value >= -kLargestSeconds;
     if (value == 0)
         return PhoneTime::kNoMs;
-    const qint64 ms = kBase2001Ms + (isSeconds ? value * 1000 : floorDivide(value, 1'000'000));
-    return ms > 0 && ms < kYear2200Ms ? ms : PhoneTime::kNoMs;
+    const qint64 since2001Ms = isSeconds ? value * 1000 : floorDivide(value, 1'000'000);
+    return PhoneTime::momentMs(PhoneTime::kYear2001 * 1000 + since2001Ms);
 }
 
 } // namespace PhoneBackup

@@ -1,7 +1,7 @@
 #include "PhoneBackup/notes/NoteObjects.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/source/ObjectStore.h"
-#include "PhoneBackup/source/PhoneTime.h"
 
 #include <QRegularExpression>
 

@@ -1,9 +1,9 @@
 #include "PhoneBackup/notes/Notes.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/notes/NoteMedia.h"
 #include "PhoneBackup/notes/NoteStore.h"
 #include "PhoneBackup/notes/OldNotes.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 
 #include <QSet>

@@ -1,8 +1,8 @@
 #include "PhoneBackup/notes/OldNotes.h"
 
 #include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/notes/HtmlBody.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/Table.h"
 

@@ -1,7 +1,7 @@
 #include "PhoneBackup/whatsapp/WhatsappCalls.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/source/Jid.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Table.h"
 #include "PhoneBackup/whatsapp/WhatsappDatabase.h"
 #include "PhoneBackup/whatsapp/WhatsappNames.h"

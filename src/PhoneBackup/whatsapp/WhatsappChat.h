@@ -1,7 +1,7 @@
 #ifndef PHONEBACKUP_WHATSAPP_WHATSAPPCHAT_H
 #define PHONEBACKUP_WHATSAPP_WHATSAPPCHAT_H
 
-#include "PhoneBackup/source/PhoneTime.h"
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/whatsapp/WhatsappPerson.h"
 
 #include <QDateTime>

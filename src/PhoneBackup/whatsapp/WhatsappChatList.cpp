@@ -1,7 +1,7 @@
 #include "PhoneBackup/whatsapp/WhatsappChatList.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/source/PhoneAddress.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/Table.h"
 #include "PhoneBackup/whatsapp/WhatsappDatabase.h"

@@ -1,7 +1,7 @@
 #include "PhoneBackup/whatsapp/WhatsappPacked.h"
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/packed/FieldReader.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/source/StoredText.h"
 #include "PhoneBackup/source/VCardText.h"
 

@@ -1,6 +1,6 @@
 #include "PhoneBackup/whatsapp/WhatsappReader.h"
 
-#include "PhoneBackup/source/PhoneTime.h"
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
 #include "PhoneBackup/whatsapp/WhatsappInfos.h"

@@ -1,8 +1,8 @@
 #ifndef PHONEITEMS_WHATSAPP_WHATSAPPLINE_H
 #define PHONEITEMS_WHATSAPP_WHATSAPPLINE_H
 
+#include "PhoneBackup/base/PhoneTime.h"
 #include "PhoneBackup/folder/BackupFiles.h"
-#include "PhoneBackup/source/PhoneTime.h"
 #include "PhoneBackup/whatsapp/WhatsappMessage.h"
 #include "message/BkWhatsappMsg.h"
 #include "message/BkWhatsappType.h"

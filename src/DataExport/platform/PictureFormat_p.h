@@ -1,6 +1,0 @@
-#ifndef DATAEXPORT_PLATFORM_PICTUREFORMAT_P_H
-#define DATAEXPORT_PLATFORM_PICTUREFORMAT_P_H
-
-#include "Files/PictureFormat.h"
-
-#endif
