@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 
 #include <cerrno>
+#include <ranges>
 
 using namespace Qt::StringLiterals;
 DATAEXPORT_USE_TR(DataExport);
@@ -156,8 +157,8 @@ void PageImages::discard()
     m_claim.discard();
     for (const QString &path : std::as_const(m_placed))
         QFile::remove(path);
-    for (auto folder = m_folders.crbegin(); folder != m_folders.crend(); ++folder)
-        OutputFolder::removeEmpty(*folder);
+    for (const QString &folder : std::as_const(m_folders) | std::views::reverse)
+        OutputFolder::removeEmpty(folder);
     m_placed.clear();
     m_folders.clear();
 }

@@ -26,26 +26,26 @@ class AllocationLimit
 public:
     explicit AllocationLimit(int mb)
     {
-        const std::lock_guard lock(s_mutex);
-        if (s_users++ > 0)
+        const std::lock_guard lock(sharedMutex);
+        if (users++ > 0)
             return;
-        s_before = QImageReader::allocationLimit();
+        limitBefore = QImageReader::allocationLimit();
         QImageReader::setAllocationLimit(mb);
     }
     ~AllocationLimit()
     {
-        const std::lock_guard lock(s_mutex);
-        if (--s_users == 0)
-            QImageReader::setAllocationLimit(s_before);
+        const std::lock_guard lock(sharedMutex);
+        if (--users == 0)
+            QImageReader::setAllocationLimit(limitBefore);
     }
 
     AllocationLimit(const AllocationLimit &) = delete;
     AllocationLimit &operator=(const AllocationLimit &) = delete;
 
 private:
-    static inline std::mutex s_mutex;
-    static inline int s_users = 0;
-    static inline int s_before = 0;
+    static inline std::mutex sharedMutex;
+    static inline int users = 0;
+    static inline int limitBefore = 0;
 };
 
 // Whether the picture is to be turned by a quarter: it is scaled before that, and what does not

@@ -39,7 +39,7 @@ void readBytes(png_structp png, png_bytep data, std::size_t size)
 
 void read(png_structp png, png_infop info, Reading &reading)
 {
-    if (setjmp(png_jmpbuf(png)) != 0) // NOLINT(cert-err52-cpp): libpng knows no other way
+    if (setjmp(png_jmpbuf(png)) != 0) // libpng knows no other way
         return;
     // As the image library sets it.
     png_set_benign_errors(png, 1);

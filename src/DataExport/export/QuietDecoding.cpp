@@ -19,13 +19,13 @@ constexpr std::array<std::string_view, 2> kPictureCategories { "qt.gui.imageio",
 constexpr std::array<QLatin1StringView, 2> kRemarkStarts { QLatin1StringView("QBuffer::seek"),
                                                            QLatin1StringView("QImage") };
 
-thread_local int t_decodings = 0;
+thread_local int decodings = 0;
 
 // What was there before. The process has one handler of each kind; ours are put before them once
 // and stay, since to take them away again could undo what another thread has set meanwhile.
-std::atomic<QtMessageHandler> s_messageHandler { nullptr };
-std::atomic<TIFFErrorHandler> s_tiffErrors { nullptr };
-std::atomic<TIFFErrorHandler> s_tiffWarnings { nullptr };
+std::atomic<QtMessageHandler> nextMessageHandler { nullptr };
+std::atomic<TIFFErrorHandler> nextTiffErrors { nullptr };
+std::atomic<TIFFErrorHandler> nextTiffWarnings { nullptr };
 
 bool isOnPicture(const QMessageLogContext &context, const QString &message)
 {
@@ -42,12 +42,12 @@ bool isOnPicture(const QMessageLogContext &context, const QString &message)
 
 void handleMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
-    if (t_decodings > 0 && type != QtFatalMsg && isOnPicture(context, message))
+    if (decodings > 0 && type != QtFatalMsg && isOnPicture(context, message))
         return;
-    QtMessageHandler next = s_messageHandler;
+    QtMessageHandler next = nextMessageHandler;
     while (next == nullptr) { // another thread has just put this one before it
         std::this_thread::yield();
-        next = s_messageHandler;
+        next = nextMessageHandler;
     }
     next(type, context, message);
 }
@@ -56,15 +56,15 @@ template <std::atomic<TIFFErrorHandler> &next>
 void handleTiff(const char *module, const char *format, std::va_list values)
 {
     const TIFFErrorHandler handler = next;
-    if (t_decodings == 0 && handler != nullptr)
+    if (decodings == 0 && handler != nullptr)
         handler(module, format, values);
 }
 
 void installHandlers()
 {
-    s_tiffErrors = TIFFSetErrorHandler(&handleTiff<s_tiffErrors>);
-    s_tiffWarnings = TIFFSetWarningHandler(&handleTiff<s_tiffWarnings>);
-    s_messageHandler = qInstallMessageHandler(&handleMessage);
+    nextTiffErrors = TIFFSetErrorHandler(&handleTiff<nextTiffErrors>);
+    nextTiffWarnings = TIFFSetWarningHandler(&handleTiff<nextTiffWarnings>);
+    nextMessageHandler = qInstallMessageHandler(&handleMessage);
 }
 
 } // namespace
@@ -73,10 +73,10 @@ QuietDecoding::QuietDecoding()
 {
     static std::once_flag isInstalled;
     std::call_once(isInstalled, &installHandlers);
-    ++t_decodings;
+    ++decodings;
 }
 
 QuietDecoding::~QuietDecoding()
 {
-    --t_decodings;
+    --decodings;
 }

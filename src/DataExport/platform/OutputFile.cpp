@@ -18,7 +18,7 @@ namespace {
 constexpr QLatin1String kTemporaryStart(".dataexport-");
 constexpr QLatin1String kTemporaryEnd(".part");
 constexpr QLatin1String kClaimEnd(".claim");
-constexpr qsizetype kCopyChunk = 128 * 1024;
+constexpr qsizetype kCopyChunk = qsizetype { 128 } * 1024;
 
 // No other process, and no other file of this one, gets the same.
 QString temporaryName(QLatin1String end = kTemporaryEnd)
