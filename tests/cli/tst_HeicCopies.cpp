@@ -541,9 +541,9 @@ void tst_HeicCopies::refusesWhatItCannotRead_data()
     QByteArray passes = withSize(jpeg, 4'000, 4'000).replace("\xff\xc0", "\xff\xc2");
     passes.insert(passes.indexOf(pass.first(2)), pass.repeated(100));
     QTest::newRow("JPEG of too many passes")
-        << passes << QByteArray("It would have to be read too often (101 times).");
+        << passes << QByteArray("It would have to be read too many times (101).");
     QTest::newRow("a format that no phone has")
-        << encoded(drawn(), "PPM") << QByteArray("It is in none of the formats that are read.");
+        << encoded(drawn(), "PPM") << QByteArray("Its format is not supported.");
     QByteArray png = encoded(drawn(), "PNG");
     png[20] = char(~png.at(20));
     QTest::newRow("PNG with a wrong sum") << png << QByteArray("It is damaged (IHDR: CRC error).");

@@ -130,7 +130,7 @@ void CIDataExporter::syncAll(const QString &folder)
         return;
     reportFailure(QString(),
                   { CIExportReport::Cause::Target,
-                    tr("Not everything reached the disk: %1.").arg(qt_error_string(error)),
+                    tr("Not everything was written to the disk: %1.").arg(qt_error_string(error)),
                     error });
     setFailed();
 }

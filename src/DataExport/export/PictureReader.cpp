@@ -77,7 +77,7 @@ decode(QIODevice &source, const QByteArray &format, const PictureReader::Fit &fi
         return {};
     }
     if (scans.areTooMany(pixels)) {
-        why = DataExport::tr("It would have to be read too often (%1 times)").arg(scans.count());
+        why = DataExport::tr("It would have to be read too many times (%1)").arg(scans.count());
         return {};
     }
     if (fit && size.isValid()) {
@@ -125,7 +125,7 @@ QImage PictureReader::read(QIODevice &source, int maxDecodedMb, const Fit &fit, 
     const QuietDecoding quiet;
     const QByteArray format = PictureFormat::of(source.peek(PictureFormat::kStartBytes));
     if (format.isEmpty()) {
-        why = DataExport::tr("It is in none of the formats that are read");
+        why = DataExport::tr("Its format is not supported");
         return {};
     }
     if (format != "png")

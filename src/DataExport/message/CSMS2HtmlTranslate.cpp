@@ -179,7 +179,7 @@ private:
         m_exporter->reportFailure(name,
                                   { CIExportReport::Cause::Source,
                                     fault.isEmpty()
-                                        ? tr("The picture is missing in the backup.")
+                                        ? tr("The picture is missing from the backup.")
                                         : tr("The picture cannot be shown. %1").arg(fault) });
     }
 

@@ -10,12 +10,12 @@ constexpr NoticeWords kNotices[] = {
     { "messages.mayBeMissing", QT_TRANSLATE_NOOP("DataExport", "Messages may be missing.") },
     { "messages.noTable", QT_TRANSLATE_NOOP("DataExport", "It has no table “%1”.") },
     { "messages.noMessages",
-      QT_TRANSLATE_NOOP("DataExport", "It has no table of messages that can be read.") },
+      QT_TRANSLATE_NOOP("DataExport", "It has no readable table of messages.") },
     { "messages.noAttachments",
-      QT_TRANSLATE_NOOP("DataExport", "It has no table of attachments that can be read.") },
+      QT_TRANSLATE_NOOP("DataExport", "It has no readable table of attachments.") },
     { "messages.textTooLong",
       QT_TRANSLATE_NOOP("DataExport",
-                        "The text of some messages is too long; its end is left out.") },
+                        "The text of some messages is too long and has been cut off.") },
     { "messages.textDamaged",
       QT_TRANSLATE_NOOP("DataExport",
                         "The text of some messages is damaged and could not be read.") },
@@ -25,7 +25,7 @@ constexpr NoticeWords kNotices[] = {
       QT_TRANSLATE_NOOP("DataExport",
                         "The voice message has expired; the phone no longer has its sound.") },
     { "messages.fileMissing",
-      QT_TRANSLATE_NOOP("DataExport", "The file “%1” is missing in the backup.") },
+      QT_TRANSLATE_NOOP("DataExport", "The file “%1” is missing from the backup.") },
 };
 
 } // namespace

@@ -8,13 +8,12 @@ namespace {
 
 constexpr NoticeWords kNotices[] = {
     { "notes.mayBeMissing", QT_TRANSLATE_NOOP("DataExport", "Notes may be missing.") },
-    { "notes.noTable",
-      QT_TRANSLATE_NOOP("DataExport", "It has no table of notes that can be read.") },
-    { "notes.noTexts",
-      QT_TRANSLATE_NOOP("DataExport", "It has no table of texts that can be read.") },
+    { "notes.noTable", QT_TRANSLATE_NOOP("DataExport", "It has no readable table of notes.") },
+    { "notes.noTexts", QT_TRANSLATE_NOOP("DataExport", "It has no readable table of texts.") },
     { "notes.tableDamaged",
-      QT_TRANSLATE_NOOP("DataExport",
-                        "The table is damaged, locked or too long; cells of it may be missing.") },
+      QT_TRANSLATE_NOOP(
+          "DataExport",
+          "The table is damaged, locked or too long; some of its cells may be missing.") },
     { "notes.unreadable",
       QT_TRANSLATE_NOOP("DataExport", "The text of the note is damaged and cannot be read.") },
     { "notes.cut",

@@ -29,7 +29,7 @@ constexpr NoticeWords kNotices[] = {
       QT_TRANSLATE_NOOP("DataExport",
                         "Copy the backup again from its original location, or make a new one.") },
     { "sqlite.stopped", QT_TRANSLATE_NOOP("DataExport", "reading was stopped on request") },
-    { "sqlite.circles", QT_TRANSLATE_NOOP("DataExport", "its pages lead round in circles") },
+    { "sqlite.circles", QT_TRANSLATE_NOOP("DataExport", "its pages form an endless loop") },
     { "sqlite.changesDamaged",
       QT_TRANSLATE_NOOP("DataExport",
                         "The newest changes to “%1” are damaged and could not be read.") },

@@ -21,7 +21,7 @@ constexpr NoticeWords kNotices[] = {
                         "Names, dates and deletion marks stored in it may be missing; the files "
                         "themselves are exported.") },
     { "source.peopleMayBeMissing",
-      QT_TRANSLATE_NOOP("DataExport", "Names of people may be missing.") },
+      QT_TRANSLATE_NOOP("DataExport", "People's names may be missing.") },
     { "source.noPropertyList",
       QT_TRANSLATE_NOOP("DataExport",
                         "The property list is damaged or missing. Files are exported under the "
