@@ -52,7 +52,7 @@ Error notMade(const QString &path, const Notice &why, int systemError = 0)
 // that are not filled.
 qint64 withMargin(qint64 bytes)
 {
-    constexpr qint64 kSmall = 128 * 1024;
+    constexpr qint64 kSmall = qint64(128) * 1024;
     return bytes + bytes / 256 + kSmall;
 }
 

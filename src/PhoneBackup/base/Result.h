@@ -28,7 +28,7 @@ enum class Fault {
 //! A fault, where it lies, and what to tell a person: what is wrong and what to do.
 struct Error
 {
-    Fault fault;
+    Fault fault {};
     QString path;
     Notice what;
     int systemError = 0; //!< The error number of the system, where it was the system that refused.

@@ -166,7 +166,7 @@ qint64 BackupFiles::contentSize(Row row)
 Result<Secret> BackupFiles::keyOf(Row row)
 {
     const FileRecord file = record(row);
-    if (!file.encryptionKey.isEmpty())
+    if (m_keys && !file.encryptionKey.isEmpty())
         return m_keys->unwrap(file.encryptionKey);
     if (file.isSet())
         return Secret();

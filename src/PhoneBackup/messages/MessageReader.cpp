@@ -410,7 +410,7 @@ void MessageReader::keepDetails(Message &message, Details &details)
     if (details.isScheduled)
         extrasOf(message).isScheduled = true;
     if (details.reaction)
-        return keepReaction(message, details);
+        return keepReaction(message, *details.reaction, details);
     if (details.isEvent())
         return keepEvent(message, details);
     if (details.isBalloon())
@@ -423,9 +423,8 @@ void MessageReader::keepDetails(Message &message, Details &details)
     }
 }
 
-void MessageReader::keepReaction(Message &message, Details &details)
+void MessageReader::keepReaction(Message &message, Reaction &reaction, const Details &details)
 {
-    Reaction &reaction = *details.reaction;
     reaction.emoji = details.associatedEmoji;
     if (message.sender)
         reaction.person = m_people.number(*message.sender);

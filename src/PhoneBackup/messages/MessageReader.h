@@ -60,7 +60,7 @@ private:
     void readTexts(Message &message, Details &details);
     Details readDetails(qint64 row);
     void keepDetails(Message &message, Details &details);
-    void keepReaction(Message &message, Details &details);
+    void keepReaction(Message &message, Reaction &reaction, const Details &details);
     void keepEvent(Message &message, const Details &details);
     void keepBalloon(Message &message, const Details &details);
     void keepChanges(Message &message, const Details &details, EditHistory &history);

@@ -1,6 +1,7 @@
 #include "PhoneItems/calls/CallTable.h"
 
 #include "PhoneBackup/base/DataType.h"
+#include "PhoneBackup/calls/CallReader.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneItems/shared/DurationText.h"
 #include "PhoneItems/shared/TableData.h"
@@ -21,9 +22,9 @@ constexpr double kLongestCallSeconds = 1000.0 * 3600;
 
 QString lengthText(std::optional<double> seconds)
 {
-    if (!seconds || !(*seconds >= 0 && *seconds <= kLongestCallSeconds)) // not a number fails both
-        return {};
-    return durationText(qint64(*seconds));
+    if (seconds && *seconds >= 0 && *seconds <= kLongestCallSeconds) // both false of a NaN
+        return durationText(qint64(*seconds));
+    return {};
 }
 
 QString typeText(const Call &call)
