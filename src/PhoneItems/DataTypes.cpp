@@ -42,39 +42,10 @@ static_assert(DataType::NoteAttachments == int(BkDataType::NoteAttachments));
 
 namespace {
 
-Call::Direction directionOf(const WhatsappCall &call)
-{
-    switch (call.direction) {
-    case WhatsappCall::Direction::Unknown:
-        break;
-    case WhatsappCall::Direction::Incoming:
-        return Call::Direction::Incoming;
-    case WhatsappCall::Direction::Outgoing:
-        return Call::Direction::Outgoing;
-    }
-    return Call::Direction::Unknown;
-}
-
 // Calls of the phone and of apps are one list.
 void readAllCalls(Source &source, DataSets &sets)
 {
-    std::vector<Call> ofLogs;
-    for (const WhatsappCall &logged : readWhatsappCalls(source, DataType::Calls)) {
-        Call &call = ofLogs.emplace_back();
-        call.row = logged.row;
-        call.date = logged.date;
-        call.seconds = logged.seconds;
-        call.direction = directionOf(logged);
-        call.kind = Call::Kind::App;
-        call.isMissed = logged.isMissed;
-        call.isVideo = logged.isVideo;
-        call.isOfLog = true;
-        call.app = logged.app;
-        call.addresses = logged.numbers;
-        call.names = logged.names;
-        call.group = logged.group;
-    }
-    readCallTable(source, sets, std::move(ofLogs));
+    readCallTable(source, sets, readWhatsappCalls(source, DataType::Calls));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
+#include "PhoneBackup/calls/CallReader.h"
+
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/base/PhoneTime.h"
-#include "PhoneBackup/calls/Call.h"
 #include "PhoneBackup/calls/KnownCalls.h"
 #include "PhoneBackup/source/Jid.h"
 #include "PhoneBackup/source/Source.h"

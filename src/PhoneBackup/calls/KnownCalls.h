@@ -1,7 +1,7 @@
 #ifndef PHONEBACKUP_CALLS_KNOWNCALLS_H
 #define PHONEBACKUP_CALLS_KNOWNCALLS_H
 
-#include "PhoneBackup/calls/Call.h"
+#include "PhoneBackup/source/Call.h"
 #include "PhoneBackup/source/PhoneAddress.h"
 
 #include <map>

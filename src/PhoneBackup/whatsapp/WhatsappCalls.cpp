@@ -44,7 +44,7 @@ struct ListedCall
 
 struct StoredCall
 {
-    WhatsappCall call;
+    Call call;
     qint64 listed = 0;
     qint64 outcome = kConnected;
     Jid caller;
@@ -65,7 +65,7 @@ public:
     {
     }
 
-    void read(std::vector<WhatsappCall> &calls)
+    void read(std::vector<Call> &calls)
     {
         readCalls();
         if (m_calls.empty())
@@ -168,8 +168,8 @@ private:
 
     void complete(StoredCall &stored) const
     {
-        using Direction = WhatsappCall::Direction;
-        WhatsappCall &call = stored.call;
+        using Direction = Call::Direction;
+        Call &call = stored.call;
         const auto listed = m_list.constFind(stored.listed);
         const bool isListed = listed != m_list.constEnd();
         if (isListed)
@@ -189,7 +189,7 @@ private:
         setPeople(call, others);
     }
 
-    void setPeople(WhatsappCall &call, const QList<Jid> &others) const
+    void setPeople(Call &call, const QList<Jid> &others) const
     {
         QSet<QString> known;
         bool anyName = false;
@@ -201,7 +201,7 @@ private:
             anyName = anyName || !person.name.isEmpty() || person.number.isEmpty();
             call.names.append(person.nameOrNumber());
             if (!person.number.isEmpty())
-                call.numbers.append(person.number);
+                call.addresses.append(person.number);
         }
         if (!anyName)
             call.names.clear();
@@ -219,9 +219,9 @@ private:
 
 } // namespace
 
-std::vector<WhatsappCall> readWhatsappCalls(Source &source, int dataType)
+std::vector<Call> readWhatsappCalls(Source &source, int dataType)
 {
-    std::vector<WhatsappCall> calls;
+    std::vector<Call> calls;
     const std::pair<WhatsappHome, QString> homes[] = {
         { WhatsappHome::app(), u"net.whatsapp.WhatsApp"_s },
         { WhatsappHome::business(), u"net.whatsapp.WhatsAppSMB"_s },
@@ -232,8 +232,11 @@ std::vector<WhatsappCall> readWhatsappCalls(Source &source, int dataType)
         const std::size_t before = calls.size();
         if (database)
             CallLog(source, home, std::move(database), dataType).read(calls);
-        for (std::size_t i = before; i < calls.size(); ++i)
+        for (std::size_t i = before; i < calls.size(); ++i) {
             calls[i].app = app;
+            calls[i].kind = Call::Kind::App;
+            calls[i].isOfLog = true;
+        }
     }
     return calls;
 }

@@ -1,8 +1,10 @@
 #ifndef PHONEITEMS_CALLS_CALLTABLE_H
 #define PHONEITEMS_CALLS_CALLTABLE_H
 
-#include "PhoneBackup/calls/Call.h"
+#include "PhoneBackup/source/Call.h"
 #include "PhoneItems/DataTypes.h"
+
+#include <vector>
 
 namespace PhoneItems {
 

@@ -1,17 +1,13 @@
-#ifndef PHONEBACKUP_CALLS_CALL_H
-#define PHONEBACKUP_CALLS_CALL_H
+#ifndef PHONEBACKUP_SOURCE_CALL_H
+#define PHONEBACKUP_SOURCE_CALL_H
 
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <optional>
-#include <vector>
 
 namespace PhoneBackup {
-
-class Source;
 
 //! A call, from the phone's own history or from the log of an app.
 struct Call
@@ -44,14 +40,6 @@ struct Call
     QString place; //!< Where the number belongs, as the phone tells it.
     QString country; //!< Two letters, as in ISO 3166, in small ones; that of the network.
 };
-
-/*!
-    Reads the phone's history of calls in the order of its stores, then \a ofLogs, which come from
-    the logs of apps. A call that stands in both is told once, among the latter.
-*/
-void readCalls(Source &source,
-               std::vector<Call> ofLogs,
-               const std::function<void(const Call &)> &sink);
 
 } // namespace PhoneBackup
 
