@@ -36,6 +36,7 @@ FLOORS = {
     "PhoneItems": ["PhoneItems/words", "PhoneItems/shared", *(f"PhoneItems/{room}" for room in ROOMS),
                    *BELOW_ROOMS, *(f"PhoneBackup/{room}" for room in ROOMS), *LIBRARY[:1],
                    *ITEM_MODEL],
+    "Archive/records": [*BELOW_ROOMS, *(f"PhoneBackup/{room}" for room in ROOMS)],
     "Export/HeicToJpeg": LIBRARY[:2],
     "Export": ["Export/HeicToJpeg", "PhoneItems", "PhoneItems/words", "PhoneItems/shared",
                "PhoneBackup/base", "PhoneBackup/folder", "PhoneBackup/source", *LIBRARY],
@@ -52,7 +53,7 @@ LONGEST_FILE = 600
 
 def folder_of(include: str) -> str:
     folder = str(pathlib.PurePosixPath(include).parent)
-    return folder if folder.startswith(("Phone", "Export", FILES)) else f"DataExport/{folder}"
+    return folder if folder.startswith(("Phone", "Archive", "Export", FILES)) else f"DataExport/{folder}"
 
 
 def main(root: pathlib.Path) -> int:

@@ -8,9 +8,8 @@
 #include "sample/PropertyList.h"
 #include "support/Golden.h"
 
-#include <QJsonArray>
+#include <QDirIterator>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -29,37 +28,40 @@
         --- hex [OPTION …] DOMAIN/PATH    these bytes; blanks and line ends are skipped
         --- text [OPTION …] DOMAIN/PATH   this text
         --- encrypted                     the backup is
-        --- records [WHAT]                what is read, as JSON, a record a line
-        --- items [WHAT]                  what the item model makes of it, a line each
+        --- records KIND                  what is read, as JSON, a record a line
+        --- items TYPE [WHAT]             what the item model makes of it, a line each
         --- problems [items]              what could not be read, or the item model of it:
-                                          "code place", " (loss)" behind some
+                                          "code place", " (loss)" and " (never downloaded)"
+                                          behind some
 
     What precedes the first section says what the case is about. Options: "wal" leaves what a
     database holds in its write-ahead log; "cut=N" keeps N percent of the bytes; "zero=AT+COUNT"
-   makes zeros of these bytes; "modified=SECONDS" (since 1970) is the date of the file. Fields that
-   are empty are left out of records. UPDATE_GOLDEN=1 writes records, items and problems anew.
+   makes zeros of these bytes; "modified=SECONDS" (since 1970) is the date of the file.
+   UPDATE_GOLDEN=1 writes records, items and problems anew.
 */
 class CaseFile
 {
 public:
-    using Records = QList<QJsonObject>;
-
-    using ReadRecords = std::function<Records(PhoneBackup::Source &, const QString &what)>;
+    using ReadRecords = std::function<QByteArrayList(PhoneBackup::Source &, const QString &kind)>;
     using ReadItems = std::function<QStringList(PhoneItems::Backup &, const QString &what)>;
 
-    //! Adds a row for each case of \a room, with the column "path".
-    static void addRows(const QString &room)
+    //! Adds a row for each case, with the column "path".
+    static void addRows()
     {
         QTest::addColumn<QString>("path");
-        const QDir folder(QStringLiteral(TEST_SOURCE_DIR "/cases/") + room);
-        const QStringList names = folder.entryList({ QStringLiteral("*.case") });
-        if (names.isEmpty())
+        const QDir folder(QStringLiteral(TEST_SOURCE_DIR "/cases"));
+        QStringList paths;
+        QDirIterator files(
+            folder.path(), { QStringLiteral("*.case") }, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext())
+            paths.append(files.next());
+        paths.sort();
+        if (paths.isEmpty())
             qFatal("There are no cases in %s", qPrintable(folder.path()));
-        for (const QString &name : names) {
-            const QString path = folder.filePath(name);
+        for (const QString &path : paths) {
             const QList<Case> cases = casesOf(Files::read(path));
             for (qsizetype i = cases.size() > 1 ? 1 : 0; i < cases.size(); ++i) {
-                QByteArray row = name.chopped(5).toUtf8();
+                QByteArray row = folder.relativeFilePath(path).chopped(5).toUtf8();
                 if (i > 0)
                     row += ": " + cases[i].head.mid(4).trimmed();
                 QTest::newRow(row.constData()) << path + QLatin1Char('#') + QString::number(i);
@@ -72,7 +74,7 @@ public:
        readItems yield for each WHAT. \return what differs, empty when nothing does.
     */
     static QByteArray
-    difference(const QString &path, const ReadRecords &readRecords, const ReadItems &readItems = {})
+    difference(const QString &path, const ReadRecords &readRecords, const ReadItems &readItems)
     {
         const QString file = path.section(QLatin1Char('#'), 0, -2);
         const QByteArray expected = Files::read(file);
@@ -120,25 +122,6 @@ public:
             Files::write(file, actual);
         return Golden::difference(actual, expected);
     }
-
-    //! \a fields without those that are empty: null, "", false, an invalid date, no elements.
-    static QJsonObject filled(const QJsonObject &fields)
-    {
-        QJsonObject kept;
-        for (auto field = fields.begin(); field != fields.end(); ++field) {
-            const QJsonValue value = field.value();
-            const bool isEmpty = value.isNull() || (value.isString() && value.toString().isEmpty())
-                || (value.isBool() && !value.toBool())
-                || (value.isArray() && value.toArray().isEmpty())
-                || (value.isObject() && value.toObject().isEmpty());
-            if (!isEmpty)
-                kept.insert(field.key(), value);
-        }
-        return kept;
-    }
-
-    //! \a date in UTC with milliseconds.
-    static QString text(const QDateTime &date) { return date.toUTC().toString(Qt::ISODateWithMs); }
 
 private:
     struct Section
@@ -286,11 +269,11 @@ private:
         return all;
     }
 
-    static QByteArray lines(const Records &records)
+    static QByteArray lines(const QByteArrayList &records)
     {
         QByteArray all;
-        for (const QJsonObject &record : records)
-            all += QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n';
+        for (const QByteArray &record : records)
+            all += record + '\n';
         return all;
     }
 
@@ -299,7 +282,8 @@ private:
         QByteArray all;
         for (const PhoneBackup::Problem &problem : problems) {
             all += QByteArray::number(problem.dataType) + ' ' + problem.source.toUtf8()
-                + (problem.loss ? " (loss)\n" : "\n");
+                + (problem.loss ? " (loss)" : "")
+                + (problem.neverDownloaded ? " (never downloaded)\n" : "\n");
         }
         return all;
     }

@@ -1,0 +1,7 @@
+#include "Archive/records/FileNames.h"
+
+namespace Archive {
+
+FileNames::~FileNames() = default;
+
+} // namespace Archive
