@@ -26,7 +26,7 @@
                                           ones of the same place
         --- plist [OPTION …] DOMAIN/PATH  a binary property list of this JSON
         --- hex [OPTION …] DOMAIN/PATH    these bytes; blanks and line ends are skipped
-        --- text [OPTION …] DOMAIN/PATH   this text
+        --- text [OPTION …] DOMAIN/PATH   this text, without the line ends behind it
         --- encrypted                     the backup is
         --- records KIND                  what is read, as JSON, a record a line
         --- items TYPE [WHAT]             what the item model makes of it, a line each
@@ -149,7 +149,12 @@ private:
                 return Sample::Database({}, body.constData()).image();
             if (kind == "plist")
                 return Sample::binaryPropertyList(QJsonDocument::fromJson(body).toVariant());
-            return kind == "hex" ? QByteArray::fromHex(body) : body;
+            if (kind == "hex")
+                return QByteArray::fromHex(body);
+            qsizetype size = body.size();
+            while (size > 0 && body[size - 1] == '\n')
+                --size;
+            return body.first(size);
         }
 
         void addTo(Sample::BackupWriter &writer) const

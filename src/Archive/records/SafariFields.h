@@ -35,9 +35,11 @@ inline void fields(FieldWriter &field, const PhoneBackup::ReadingListEntry &entr
 
 inline void fields(FieldWriter &field, const PhoneBackup::Bookmark &bookmark)
 {
-    // From the outermost one on.
+    // From the outermost one on; deeper ones than a person makes are damage that repeats itself.
+    constexpr std::size_t kMostFolders = 64;
     std::vector<std::reference_wrapper<const PhoneBackup::BookmarkFolder>> folders;
-    for (const auto *folder = bookmark.folder; folder != nullptr; folder = folder->parent)
+    for (const auto *folder = bookmark.folder; folder != nullptr && folders.size() < kMostFolders;
+         folder = folder->parent)
         folders.insert(folders.begin(), *folder);
     field("id", bookmark.uuid);
     field("row", bookmark.id, 0);

@@ -14,6 +14,7 @@
 #include "message/BkWhatsappItem.h"
 #include "message/BkWhatsappMsg.h"
 #include "support/Files.h"
+#include "table/BkSafariBookmarkItem.h"
 
 #include <algorithm>
 #include <array>
@@ -23,6 +24,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kDeleted = u" [deleted]"_s;
+constexpr int kFewestCells = 3; // what items without columns tell of themselves
 
 // Characters that nobody sees in a line.
 QString visible(QString line)
@@ -70,8 +72,8 @@ QStringList contactLines(const BkContactPrivate *about)
     return lines;
 }
 
-// "> " before the owner's, else "address: ", then "subject / ", the text, "+text" and "{type name}"
-// for each further part.
+// "> " before the owner's, else "address: ", then "! " where it was not sent, "SMS " where it is
+// one, the date, "subject / ", the text, "+text" and "{type name}" for each further part.
 QStringList messageLines(const BkSMSChatGroup *group)
 {
     if (!group)
@@ -79,6 +81,12 @@ QStringList messageLines(const BkSMSChatGroup *group)
     QStringList lines;
     for (const BkSMSChat *chat : group->chats()) {
         QString line = chat->isFromMe() ? u"> "_s : chat->addr() + u": "_s;
+        if (!chat->isSentDone())
+            line += u"! "_s;
+        if (chat->isNormalSMS())
+            line += u"SMS "_s;
+        if (chat->msgDate().isValid())
+            line += chat->msgDate().toUTC().toString(u"yyyy-MM-dd HH:mm:ss "_s);
         if (!chat->subject().isEmpty())
             line += chat->subject() + u" / "_s;
         line += chat->content();
@@ -158,6 +166,12 @@ QStringList rowLines(const BkData &data)
         QStringList cells;
         for (int column = 0; column < data.column(); ++column)
             cells.append(data.value(row, column));
+        for (int i = 0; cells.size() < kFewestCells; ++i)
+            cells.append(item->value(i));
+        while (cells.size() > 1 && cells.last().isEmpty())
+            cells.removeLast();
+        if (const auto *link = dynamic_cast<const BkSafariBookmarkItem *>(item))
+            cells.prepend(link->bookmarkGroup());
         lines.append(visible(cells.join(u'|')) + (item->flag(0) ? kDeleted : QString()));
         for (const QString &detail : detailsOf(item))
             lines.append(u"  "_s + visible(detail));

@@ -56,10 +56,6 @@ private Q_SLOTS:
     void keepsAllFilesWhateverTheDatabase();
     void marksDeletedFromTheRecords_data();
     void marksDeletedFromTheRecords();
-    void tellsWhatIsForPeople_data();
-    void tellsWhatIsForPeople();
-    void ordersAndGroupsByFolder();
-    void readsSharedAlbums();
 };
 
 void tst_CameraRoll::marksDeletedFromTheDatabase_data()
@@ -178,118 +174,6 @@ void tst_CameraRoll::marksDeletedFromTheRecords()
     QCOMPARE(fixture.list(0),
              QStringList({ u"100APPLE/IMG_0001.HEIC"_s + mark, u"100APPLE/IMG_0002.HEIC"_s }));
     QCOMPARE(fixture.list(1), QStringList(u"100APPLE/IMG_0001.MOV"_s + mark)); // its film
-}
-
-void tst_CameraRoll::tellsWhatIsForPeople_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<int>("dataType"); // -1: left out
-
-    const auto row = [](const char *path, int dataType) {
-        QTest::newRow(path) << QString::fromUtf8(path) << dataType;
-    };
-    row("Media/DCIM/100APPLE/IMG_1.heic", 0);
-    row("Media/DCIM/100APPLE/IMG_1.DNG", 0);
-    row("Media/DCIM/100APPLE/IMG_1.JXL", 0);
-    row("Media/DCIM/IMG_1.PNG", 0);
-    row("Media/DCIM/100APPLE/IMG_1.MP4", 1);
-    row("Media/DCIM/100APPLE/IMG_1.webm", 1);
-    row("Media/PhotoData/CPLAssets/group1/A-B.JPG", 0);
-    row("Media/PhotoData/CPLAssets/group1/A-B.mov", 1);
-    row("Media/DCIM/100APPLE/IMG_1.FUTURE", 0);
-    row("Media/DCIM/100APPLE/film.FUTURE", 1); // the database says so
-    row("Media/PhotoData/Elsewhere/known.JPG", 0); // likewise
-    row("Media/PhotoData/Elsewhere/unknown.JPG", -1);
-    row("Media/DCIM/100APPLE/IMG_1.AAE", -1);
-    row("Media/DCIM/100APPLE/IMG_1.THM", -1);
-    row("Media/DCIM/.MISC/IMG_1.JPG", -1);
-    row("Media/DCIM/100APPLE/.hidden.JPG", -1);
-    row("Media/PhotoData/Thumbnails/V2/DCIM/100APPLE/IMG_1.JPG/5005.JPG", -1);
-    row("Media/PhotoData/Metadata/DCIM/100APPLE/IMG_1.JPG", -1);
-    row("Media/PhotoData/Mutations/DCIM/100APPLE/IMG_1/Adjustments/Adjustments.data", -1);
-    row("Media/PhotoData/PhotoCloudSharingData/1/A/100CLOUD/IMG_1.JPG", 2);
-    row("Media/PhotoData/PhotoCloudSharingData/1/A/100CLOUD/IMG_1.MOV", 2);
-    row("Media/PhotoData/PhotoCloudSharingData/1/A/100CLOUD/IMG_1.FUTURE", 2);
-    row("Media/PhotoData/PhotoCloudSharingData/1/A/Info.plist", -1);
-    row("Media/PhotoData/PhotoCloudSharingData/1/A/state.future", -1);
-    row("Media/PhotoData/PhotoCloudSharingData/personInfo.JPG", -1);
-}
-
-void tst_CameraRoll::tellsWhatIsForPeople()
-{
-    QFETCH(QString, path);
-    QFETCH(int, dataType);
-    BackupFixture fixture;
-    fixture.writer.addFile(kDomain, path, "content");
-    fixture.writer.addFile(
-        kDomain,
-        kDatabase,
-        BackupFixture::database(
-            QByteArray(kAssetTable
-                       + QByteArray("INSERT INTO ZASSET VALUES"
-                                    "(1, 1, 0, 'DCIM/100APPLE', 'film.FUTURE'),"
-                                    "(2, 0, 0, 'PhotoData/Elsewhere', 'known.JPG'),"
-                                    "(3, 0, 0, 'PhotoData/Elsewhere', 'known.JPG'),"
-                                    "(4, 0, 0, '../../etc', 'passwd')"))
-                .constData()));
-    for (const int code : { 0, 1, 2 })
-        QCOMPARE(fixture.list(code).size(), code == dataType ? 1 : 0);
-}
-
-void tst_CameraRoll::ordersAndGroupsByFolder()
-{
-    BackupFixture fixture;
-    for (const char *path : { "Media/DCIM/100APPLE/IMG_10.JPG",
-                              "Media/DCIM/100APPLE/IMG_9.JPG",
-                              "Media/DCIM/100APPLE/img_9.jpg",
-                              "Media/DCIM/99APPLE/IMG_1.JPG",
-                              "Media/PhotoData/CPLAssets/group10/B.JPG",
-                              "Media/PhotoData/CPLAssets/group9/A.JPG",
-                              "Media/PhotoData/CPLAssets/100APPLE/C.JPG",
-                              "Media/PhotoData/Mutations/PhotoData/CPLAssets/group9/A/Adjustments/"
-                              "FullSizeRender.heic" })
-        fixture.writer.addFile(kDomain, QString::fromLatin1(path), "x");
-    QCOMPARE(fixture.list(0),
-             QStringList({ u"99APPLE/IMG_1.JPG"_s,
-                           u"100APPLE/IMG_9.JPG"_s,
-                           u"100APPLE/img_9 (2).jpg"_s,
-                           u"100APPLE/IMG_10.JPG"_s,
-                           u"100APPLE (2)/C.JPG"_s, // another folder of that name
-                           u"group9/A.JPG"_s,
-                           u"group9/A FullSizeRender.heic"_s,
-                           u"group10/B.JPG"_s }));
-}
-
-void tst_CameraRoll::readsSharedAlbums()
-{
-    BackupFixture fixture;
-    const QString shared = u"Media/PhotoData/PhotoCloudSharingData/77/%1/100CLOUD/IMG_%2.JPG"_s;
-    for (const char *album : { "AAAA", "BBBB", "CCCC", "DDDD" }) {
-        for (const int number : { 10, 9 })
-            fixture.writer.addFile(
-                kDomain, shared.arg(QString::fromLatin1(album)).arg(number), "x");
-    }
-    const QString info = u"Media/PhotoData/PhotoCloudSharingData/77/%1/Info.plist"_s;
-    fixture.writer.addFile(kDomain,
-                           info.arg(u"BBBB"_s),
-                           Sample::binaryPropertyList(QVariantMap { { u"title"_s, u"Trip"_s } }));
-    fixture.writer.addFile(kDomain, info.arg(u"CCCC"_s), "damaged");
-    fixture.writer.addFile(
-        kDomain,
-        kDatabase,
-        BackupFixture::database("CREATE TABLE ZGENERICALBUM (ZTITLE, ZCLOUDGUID);"
-                                "INSERT INTO ZGENERICALBUM VALUES ('trip', 'aaaa'), (NULL, 'BBBB'),"
-                                "('Other', NULL)"));
-    QCOMPARE(fixture.list(2),
-             QStringList({ u"CCCC/IMG_9.JPG"_s,
-                           u"CCCC/IMG_10.JPG"_s,
-                           u"DDDD/IMG_9.JPG"_s,
-                           u"DDDD/IMG_10.JPG"_s,
-                           u"Trip/IMG_9.JPG"_s,
-                           u"Trip/IMG_10.JPG"_s,
-                           u"trip (2)/IMG_9.JPG"_s,
-                           u"trip (2)/IMG_10.JPG"_s }));
-    QCOMPARE(fixture.problems(), QStringList(u"2 CameraRollDomain/"_s + info.arg(u"CCCC"_s)));
 }
 
 QTEST_GUILESS_MAIN(tst_CameraRoll)
