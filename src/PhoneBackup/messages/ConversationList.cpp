@@ -5,6 +5,7 @@
 #include "PhoneBackup/messages/SmsDatabase.h"
 #include "PhoneBackup/plist/PropertyList.h"
 #include "PhoneBackup/source/StoredText.h"
+#include "PhoneBackup/source/Table.h"
 
 #include <numeric>
 
@@ -78,40 +79,32 @@ void ConversationList::tellMissingTables() const
 
 void ConversationList::readChats()
 {
-    const QString table = u"chat"_s;
-    if (!m_database.hasTable(table))
-        return;
-    QStringList wanted { u"ROWID"_s };
-    for (const QString &name : { u"style"_s,
-                                 u"chat_identifier"_s,
-                                 u"service_name"_s,
-                                 u"room_name"_s,
-                                 u"display_name"_s,
-                                 u"group_id"_s,
-                                 u"last_addressed_handle"_s,
-                                 u"account_login"_s,
-                                 u"properties"_s })
-        wanted.append(m_database.column(table, name));
+    Table table(m_database, u"chat"_s);
+    const Table::Column style = table.column(u"style"_s);
+    const Table::Column identifier = table.column(u"chat_identifier"_s);
+    const Table::Column service = table.column(u"service_name"_s);
+    const Table::Column room = table.column(u"room_name"_s);
+    const Table::Column displayName = table.column(u"display_name"_s);
+    const Table::Column groupId = table.column(u"group_id"_s);
+    const Table::Column lastAddressed = table.column(u"last_addressed_handle"_s);
+    const Table::Column accountLogin = table.column(u"account_login"_s);
+    const Table::Column propertyList = table.column(u"properties"_s);
     std::vector<Chat> chats;
-    QSet<qint64> known;
-    m_database.query(wanted.join(u", "_s), table, [&](const Statement &row) {
+    table.forEach([&](const Table::Row &row) {
         Chat chat;
-        chat.row = row.integer(0);
-        if (known.contains(chat.row))
-            return;
-        known.insert(chat.row);
-        chat.isGroup = row.integer(1) == kGroupStyle;
-        chat.identifier = row.text(2).trimmed();
-        chat.service = row.text(3);
-        chat.room = row.text(4).trimmed();
-        chat.displayName = StoredText::cleaned(row.text(5)).simplified();
-        chat.groupId = row.text(6).trimmed();
-        chat.ownAddresses.append(row.text(7).trimmed());
-        QString login = row.text(8).trimmed();
+        chat.row = row.id();
+        chat.isGroup = row.integer(style) == kGroupStyle;
+        chat.identifier = row.text(identifier).trimmed();
+        chat.service = row.text(service);
+        chat.room = row.text(room).trimmed();
+        chat.displayName = StoredText::cleaned(row.text(displayName)).simplified();
+        chat.groupId = row.text(groupId).trimmed();
+        chat.ownAddresses.append(row.text(lastAddressed).trimmed());
+        QString login = row.text(accountLogin).trimmed();
         if (login.startsWith("P:"_L1) || login.startsWith("E:"_L1))
             login.remove(0, 2);
         chat.ownAddresses.append(login);
-        const QByteArrayView properties = row.bytes(9);
+        const QByteArrayView properties = row.bytes(propertyList);
         if (properties.contains(kPicture)) { // most have others, which are not worth parsing
             chat.pictureGuid = PropertyList::parse(properties.toByteArray())
                                    .value(kPicture.toByteArray().constData())
@@ -136,15 +129,14 @@ void ConversationList::readChats()
 
 void ConversationList::readParticipants(std::vector<Chat> &chats) const
 {
-    const QString table = u"chat_handle_join"_s;
-    if (!m_database.hasColumn(table, u"chat_id"_s) || !m_database.hasColumn(table, u"handle_id"_s))
-        return;
+    Table table(m_database, u"chat_handle_join"_s);
+    const auto [ofChat, handle] = table.columns(u"chat_id"_s, u"handle_id"_s);
     QHash<qint64, Chat *> byRow;
     for (Chat &chat : chats)
         byRow.insert(chat.row, &chat);
-    m_database.query(u"chat_id, handle_id"_s, table, [&](const Statement &row) {
-        Chat *chat = byRow.value(row.integer(0));
-        const QString *address = m_handles.address(row.integer(1));
+    table.forEach([&, ofChat = ofChat, handle = handle](const Table::Row &row) {
+        Chat *chat = byRow.value(row.integer(ofChat));
+        const QString *address = m_handles.address(row.integer(handle));
         if (chat && address && !chat->addresses.contains(*address))
             chat->addresses.append(*address);
     });
@@ -256,74 +248,76 @@ void ConversationList::nameConversations()
 
 void ConversationList::readMessages()
 {
-    if (!m_database.hasTable(u"message"_s)) {
+    const Table table(m_database, u"message"_s);
+    if (!table.exists()) {
         m_database.addLoss(Notice("messages.noMessages"));
         return;
     }
-    m_database.query(
-        u"ROWID"_s,
-        u"message"_s,
-        [this](const Statement &row) { m_rows.add(row.integer(0)); },
-        SmsDatabase::Order::Any);
+    table.forEach([this](const Table::Row &row) { m_rows.add(row.id()); }, Table::Order::Any);
     m_rows.sort();
     m_linked.assign(std::size_t(m_rows.count()), false);
-    m_dateQuery = m_database.prepare(u"SELECT %1 FROM message WHERE ROWID = ?1"_s.arg(
-        m_database.column(u"message"_s, u"date"_s)));
+    m_dateQuery =
+        m_database.prepare(u"SELECT %1 FROM message WHERE ROWID = ?1"_s.arg(table.sql(u"date"_s)));
 }
 
 void ConversationList::readLinks()
 {
-    const QString table = u"chat_message_join"_s;
-    if (!m_database.hasColumn(table, u"chat_id"_s) || !m_database.hasColumn(table, u"message_id"_s))
+    Table table(m_database, u"chat_message_join"_s);
+    if (!table.hasColumn(u"chat_id"_s) || !table.hasColumn(u"message_id"_s))
         return;
-    const QString what = u"chat_id, message_id, "_s + m_database.column(table, u"message_date"_s);
+    const auto [ofChat, ofMessage, ofDate] =
+        table.columns(u"chat_id"_s, u"message_id"_s, u"message_date"_s);
     qint64 lastChat = 0;
     int index = -1;
-    const auto link = [&](const Statement &row) {
-        const qint64 chat = row.integer(0);
-        if (chat != lastChat || index < 0) {
-            index = m_ofChat.value(chat, -1);
-            lastChat = chat;
-        }
-        const qint64 message = row.integer(1);
-        const qsizetype position = m_rows.position(message);
-        if (index < 0 || position == RowSet::kNone)
-            return;
-        m_linked[std::size_t(position)] = true;
-        Conversation &conversation = at(index);
-        conversation.messages.push_back(message);
-        const qint64 date = SmsDatabase::dateMs(row.integer(2));
-        if (date == PhoneTime::kNoMs)
-            m_undated[std::size_t(index)] = true;
-        else
-            conversation.lastDateMs = std::max(conversation.lastDateMs, date);
-    };
-    m_database.query(what, table, link, SmsDatabase::Order::Any);
+    const auto link =
+        [&, ofChat = ofChat, ofMessage = ofMessage, ofDate = ofDate](const Table::Row &row) {
+            const qint64 chat = row.integer(ofChat);
+            if (chat != lastChat || index < 0) {
+                index = m_ofChat.value(chat, -1);
+                lastChat = chat;
+            }
+            const qint64 message = row.integer(ofMessage);
+            const qsizetype position = m_rows.position(message);
+            if (index < 0 || position == RowSet::kNone)
+                return;
+            m_linked[std::size_t(position)] = true;
+            Conversation &conversation = at(index);
+            conversation.messages.push_back(message);
+            const qint64 date = SmsDatabase::dateMs(row.integer(ofDate));
+            if (date == PhoneTime::kNoMs)
+                m_undated[std::size_t(index)] = true;
+            else
+                conversation.lastDateMs = std::max(conversation.lastDateMs, date);
+        };
+    table.forEach(link, Table::Order::Any);
 }
 
 // The phone moves the link of a deleted message to a table of its own.
 void ConversationList::readDeleted()
 {
-    const QString table = u"chat_recoverable_message_join"_s;
-    if (!m_database.hasColumn(table, u"chat_id"_s) || !m_database.hasColumn(table, u"message_id"_s))
+    Table table(m_database, u"chat_recoverable_message_join"_s);
+    if (!table.hasColumn(u"chat_id"_s) || !table.hasColumn(u"message_id"_s))
         return;
-    const QString what = u"chat_id, message_id, "_s + m_database.column(table, u"delete_date"_s);
+    const auto [ofChat, ofMessage, ofDate] =
+        table.columns(u"chat_id"_s, u"message_id"_s, u"delete_date"_s);
     std::vector<qsizetype> positions;
-    m_database.query(what, table, [&](const Statement &row) {
-        const int index = m_ofChat.value(row.integer(0), -1);
-        const qint64 message = row.integer(1);
-        const qsizetype position = m_rows.position(message);
-        if (position == RowSet::kNone || m_linked[std::size_t(position)])
-            return;
-        if (index < 0) {
-            m_deletedElsewhere.insert(message, SmsDatabase::dateMs(row.integer(2)));
-            return;
-        }
-        positions.push_back(position);
-        at(index).messages.push_back(message);
-        at(index).deleted.push_back({ message, SmsDatabase::dateMs(row.integer(2)) });
-        m_undated[std::size_t(index)] = true;
-    });
+    table.forEach(
+        [&, ofChat = ofChat, ofMessage = ofMessage, ofDate = ofDate](const Table::Row &row) {
+            const int index = m_ofChat.value(row.integer(ofChat), -1);
+            const qint64 message = row.integer(ofMessage);
+            const qint64 deletedMs = SmsDatabase::dateMs(row.integer(ofDate));
+            const qsizetype position = m_rows.position(message);
+            if (position == RowSet::kNone || m_linked[std::size_t(position)])
+                return;
+            if (index < 0) {
+                m_deletedElsewhere.insert(message, deletedMs);
+                return;
+            }
+            positions.push_back(position);
+            at(index).messages.push_back(message);
+            at(index).deleted.push_back({ message, deletedMs });
+            m_undated[std::size_t(index)] = true;
+        });
     for (const qsizetype position : positions)
         m_linked[std::size_t(position)] = true;
 }

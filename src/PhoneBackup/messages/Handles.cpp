@@ -2,6 +2,7 @@
 
 #include "PhoneBackup/messages/SmsDatabase.h"
 #include "PhoneBackup/source/StoredText.h"
+#include "PhoneBackup/source/Table.h"
 
 namespace PhoneBackup {
 
@@ -9,17 +10,15 @@ using namespace Qt::StringLiterals;
 
 Handles::Handles(SmsDatabase &database)
 {
-    if (!database.hasColumn(u"handle"_s, u"id"_s))
-        return;
-    const QString table = u"handle"_s;
-    const QString what = u"ROWID, id, "_s + database.column(table, u"person_centric_id"_s);
+    Table table(database, u"handle"_s);
+    const auto [id, personId] = table.columns(u"id"_s, u"person_centric_id"_s);
     QHash<QString, QString> ofPerson;
-    database.query(what, table, [&](const Statement &row) {
-        const QString address = StoredText::cleaned(row.text(1)).simplified();
+    table.forEach([&, id = id, personId = personId](const Table::Row &row) {
+        const QString address = StoredText::cleaned(row.text(id)).simplified();
         if (address.isEmpty())
             return;
-        m_byRow.insert(row.integer(0), intern(address));
-        const QString person = row.text(2);
+        m_byRow.insert(row.id(), intern(address));
+        const QString person = row.text(personId);
         if (person.isEmpty())
             return;
         const QString first = ofPerson.value(person);

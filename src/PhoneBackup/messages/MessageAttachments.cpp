@@ -8,6 +8,7 @@
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
+#include "PhoneBackup/source/Table.h"
 #include "PhoneBackup/source/VCardText.h"
 
 #include <algorithm>
@@ -138,7 +139,7 @@ MessageAttachments::MessageAttachments(Source &source, SmsDatabase &database)
     if (!database.hasTable(m_table))
         return;
     if (isFirst)
-        readLinks(m_table, u"message_id"_s, u"ROWID"_s);
+        readLinks(m_table, u"message_id"_s, {});
     else
         readLinks(u"message_attachment_join"_s, u"message_id"_s, u"attachment_id"_s);
 
@@ -162,12 +163,13 @@ void MessageAttachments::readLinks(const QString &table,
                                    const QString &message,
                                    const QString &attachment)
 {
-    const bool isKnown = m_database.hasColumn(table, message)
-        && (attachment == "ROWID"_L1 || m_database.hasColumn(table, attachment));
-    if (!isKnown)
+    Table links(m_database, table);
+    if (!links.hasColumn(message) || !(attachment.isEmpty() || links.hasColumn(attachment)))
         return;
-    m_database.query(message + u", "_s + attachment, table, [this](const Statement &row) {
-        m_links.push_back({ row.integer(0), row.integer(1) });
+    const auto [ofMessage, file] = links.columns(message, attachment);
+    links.forEach([&, ofMessage = ofMessage, file = file](const Table::Row &row) {
+        m_links.push_back(
+            { row.integer(ofMessage), attachment.isEmpty() ? row.id() : row.integer(file) });
     });
     const auto before = [](const Link &a, const Link &b) { return a.message < b.message; };
     std::stable_sort(m_links.begin(), m_links.end(), before);
@@ -196,11 +198,10 @@ QList<qint64> MessageAttachments::rows()
 {
     QList<qint64> rows;
     if (m_query) {
-        m_database.query(
-            u"ROWID"_s, m_table, [&rows](const Statement &row) { rows.append(row.integer(0)); });
+        const Table table(m_database, m_table);
+        table.forEach([&rows](const Table::Row &row) { rows.append(row.id()); });
     }
     std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
 }
 

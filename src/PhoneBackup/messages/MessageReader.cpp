@@ -9,6 +9,7 @@
 #include "PhoneBackup/messages/SmsDatabase.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
+#include "PhoneBackup/source/Table.h"
 
 #include <algorithm>
 #include <utility>
@@ -204,22 +205,23 @@ void MessageReader::prepare()
 // Each chat of a message has a row for a part of it.
 void MessageReader::readDeletedParts()
 {
-    const QString table = u"recoverable_message_part"_s;
-    if (!m_database.hasColumn(table, u"message_id"_s)
-        || !m_database.hasColumn(table, u"part_text"_s))
+    Table table(m_database, u"recoverable_message_part"_s);
+    if (!table.hasColumn(u"message_id"_s))
         return;
-    const QString what = u"message_id, %1, part_text, %2"_s.arg(
-        m_database.column(table, u"part_index"_s), m_database.column(table, u"delete_date"_s));
-    m_database.query(what, table, [this](const Statement &row) {
-        const QByteArrayView bytes = row.bytes(2);
+    const Table::Column ofMessage = table.column(u"message_id"_s);
+    const Table::Column number = table.column(u"part_index"_s);
+    const Table::Column text = table.column(u"part_text"_s);
+    const Table::Column date = table.column(u"delete_date"_s);
+    table.forEach([&](const Table::Row &row) {
+        const QByteArrayView bytes = row.bytes(text);
         const QByteArrayView body = bytes.first(std::min(bytes.size(), MessageBody::kMaxTextBytes));
         const auto part = AttributedText::decode(body);
-        DeletedPart deleted { row.integer(1),
+        DeletedPart deleted { row.integer(number),
                               StoredText::cleaned(
                                   part ? part->text
                                        : AttributedText::salvage(body).value_or(QString())),
-                              SmsDatabase::dateMs(row.integer(3)) };
-        std::vector<DeletedPart> &parts = m_deletedParts[row.integer(0)];
+                              SmsDatabase::dateMs(row.integer(date)) };
+        std::vector<DeletedPart> &parts = m_deletedParts[row.integer(ofMessage)];
         const auto isSame = [&](const DeletedPart &other) {
             return other.number == deleted.number && other.text == deleted.text;
         };

@@ -9,6 +9,7 @@
 #include "PhoneBackup/source/PathParts.h"
 #include "PhoneBackup/source/Source.h"
 #include "PhoneBackup/source/StoredText.h"
+#include "PhoneBackup/source/Table.h"
 
 #include <algorithm>
 
@@ -133,12 +134,11 @@ OldMessages::~OldMessages() = default;
 
 void OldMessages::readMembers()
 {
-    const QString table = u"group_member"_s;
-    if (!m_database->hasColumn(table, u"group_id"_s) || !m_database->hasColumn(table, u"address"_s))
-        return;
-    m_database->query(u"group_id, address"_s, table, [this](const Statement &row) {
-        const QString address = row.text(1).trimmed();
-        QStringList &members = m_members[row.integer(0)];
+    Table table(*m_database, u"group_member"_s);
+    const auto [group, member] = table.columns(u"group_id"_s, u"address"_s);
+    table.forEach([this, group = group, member = member](const Table::Row &row) {
+        const QString address = row.text(member).trimmed();
+        QStringList &members = m_members[row.integer(group)];
         if (!address.isEmpty() && !members.contains(address))
             members.append(address);
     });
@@ -146,41 +146,35 @@ void OldMessages::readMembers()
 
 void OldMessages::readRooms()
 {
-    const QString table = u"madrid_chat"_s;
-    if (!m_database->hasColumn(table, u"room_name"_s)
-        || !m_database->hasColumn(table, u"participants"_s))
-        return;
-    m_database->query(u"room_name, participants"_s, table, [this](const Statement &row) {
-        const PropertyList list = PropertyList::parse(row.bytes(1).toByteArray());
-        m_rooms.insert(row.text(0).trimmed(), texts(list.toVariant()));
+    Table table(*m_database, u"madrid_chat"_s);
+    const auto [name, participants] = table.columns(u"room_name"_s, u"participants"_s);
+    table.forEach([this, name = name, participants = participants](const Table::Row &row) {
+        const PropertyList list = PropertyList::parse(row.bytes(participants).toByteArray());
+        m_rooms.insert(row.text(name).trimmed(), texts(list.toVariant()));
     });
 }
 
 void OldMessages::readParts()
 {
-    const QString table = u"msg_pieces"_s;
-    if (!m_database->hasColumn(table, u"message_id"_s))
+    Table table(*m_database, u"msg_pieces"_s);
+    if (!table.hasColumn(u"message_id"_s))
         return;
-    m_database->query(
-        u"ROWID, message_id, %1, %2"_s.arg(m_database->column(table, u"part_id"_s),
-                                           m_database->column(table, u"content_type"_s)),
-        table,
-        [this](const Statement &row) {
-            m_parts.push_back({ row.integer(1),
-                                row.integer(2),
-                                row.integer(0),
-                                row.text(3).trimmed().toLower() });
-        });
+    const auto [message, number, type] =
+        table.columns(u"message_id"_s, u"part_id"_s, u"content_type"_s);
+    table.forEach([this, message = message, number = number, type = type](const Table::Row &row) {
+        m_parts.push_back({ row.integer(message),
+                            row.integer(number),
+                            row.id(),
+                            row.text(type).trimmed().toLower() });
+    });
     const auto key = [](const Part &part) {
         return std::tuple(part.message, part.number, part.row);
     };
     std::sort(m_parts.begin(), m_parts.end(), [key](const Part &a, const Part &b) {
         return key(a) < key(b);
     });
-    const auto isSame = [](const Part &a, const Part &b) { return a.row == b.row; };
-    m_parts.erase(std::unique(m_parts.begin(), m_parts.end(), isSame), m_parts.end());
     m_partTexts = m_database->prepare(
-        u"SELECT %1 FROM msg_pieces WHERE ROWID = ?1"_s.arg(m_database->column(table, u"data"_s)));
+        u"SELECT %1 FROM msg_pieces WHERE ROWID = ?1"_s.arg(table.sql(u"data"_s)));
 }
 
 void OldMessages::findFiles()
@@ -196,11 +190,9 @@ void OldMessages::findFiles()
 std::vector<Conversation> OldMessages::takeConversations()
 {
     std::vector<qint64> rows;
-    m_database->query(u"ROWID"_s, u"message"_s, [&rows](const Statement &row) {
-        rows.push_back(row.integer(0));
-    });
+    const Table table(*m_database, u"message"_s);
+    table.forEach([&rows](const Table::Row &row) { rows.push_back(row.id()); });
     std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     for (const qint64 row : rows) {
         if (!step(row) || !isKnown(*m_rows, flags()))
             continue;

@@ -81,15 +81,6 @@ QString RowDatabase::column(const QString &table, const QString &column) const
     return hasColumn(table, column) ? column : u"NULL"_s;
 }
 
-bool RowDatabase::query(const QString &what,
-                        const QString &from,
-                        const std::function<void(const Statement &)> &row,
-                        Order order)
-{
-    return readTable(
-        what, from, [&row](const Statement &statement, qint64) { row(statement); }, order);
-}
-
 bool RowDatabase::readTable(const QString &what,
                             const QString &from,
                             const ReadRow &row,

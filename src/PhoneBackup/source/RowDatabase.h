@@ -77,17 +77,11 @@ public:
     enum class Order { ByRow, Any };
 
     /*!
-        Calls \a row for each row of "SELECT \a what FROM \a from", behind whose columns there may
-        be one more. Where a damaged page ends that, the rest is read from the end backwards, and
-        then what lies between damaged pages, so that rows may come twice and in any order.
-        \return whether all were read.
+        For Table: calls \a row for each row of "SELECT \a what FROM \a from" and with its number.
+        Where a damaged page ends that, the rest is read from the end backwards, and then what lies
+        between damaged pages, so that rows may come twice and in any order. \return whether all
+       were read.
     */
-    bool query(const QString &what,
-               const QString &from,
-               const std::function<void(const Statement &)> &row,
-               Order order = Order::ByRow);
-
-    //! The same, with the number of each row.
     bool readTable(const QString &what,
                    const QString &from,
                    const std::function<void(const Statement &, qint64 number)> &row,
