@@ -1,6 +1,7 @@
 // What the messages of a backup cost, from the database to the page and the CSV file.
 // bench_export BACKUP: each pass is repeated until it has taken long enough to be told apart.
 #include "PhoneItems/Backup.h"
+#include "backup/BkDataType.h"
 #include "bench/Usage.h"
 #include "export/CHtmlExporter.h"
 #include "export/CPlainFileExporter.h"
@@ -22,7 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMessagesCode = 6;
 constexpr double kLongEnoughSeconds = 3;
 constexpr int kFewestRuns = 3;
 
@@ -97,7 +97,7 @@ int main(int argc, char *argv[])
         return 1;
     }
     const auto backup = opened.take();
-    auto *data = dynamic_cast<BkSMSData *>(backup->getBkData(kMessagesCode));
+    auto *data = dynamic_cast<BkSMSData *>(backup->getBkData(BkDataType::Messages));
     if (!data) {
         std::fputs("There are no messages in the backup.\n", stderr);
         return 1;

@@ -1,5 +1,6 @@
 // What messages cost: the page, the CSV file, and the thumbnails of a camera's pictures.
 // bench_messages [MESSAGES CONVERSATIONS], as a rule 1000000 2000
+#include "bench/Usage.h"
 #include "export/CHtmlExporter.h"
 #include "export/CPlainFileExporter.h"
 #include "message/BkSMSChat.h"
@@ -20,29 +21,11 @@
 #include <cstdio>
 #include <memory>
 #include <random>
-#include <sys/resource.h>
 #include <vector>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-double processorSeconds()
-{
-    rusage usage {};
-    getrusage(RUSAGE_SELF, &usage);
-    const auto seconds = [](const timeval &time) {
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
-    };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
-long peakMb()
-{
-    rusage usage {};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;
-}
 
 class BenchPiece : public BkSMSPiece
 {
@@ -147,14 +130,14 @@ template <class Sink, class Translator>
 double run(BenchData &data, Sink &sink)
 {
     const QTemporaryDir dir;
-    const double start = processorSeconds();
+    const double start = Bench::cpuSeconds();
     bool ok = sink.initExporter(QDir(dir.path()), u"Ann"_s, u"Messages"_s);
     Translator translator(&data);
     ok = ok && translator.translate(&sink, u"Ann's Messages"_s, nullptr);
     sink.finish(ok);
     if (!ok)
         std::puts("failed");
-    return processorSeconds() - start;
+    return Bench::cpuSeconds() - start;
 }
 
 double runPage(BenchData &data)
@@ -205,11 +188,11 @@ void benchPicture(const char *what, const QByteArray &picture)
     BenchData data(kPictures, 1);
     data.showPicture(&piece);
     const double seconds = runPage(data);
-    std::printf("thumbnail of a 12-megapixel %s (%.1f MB): %.1f ms, peak %ld MB\n",
+    std::printf("thumbnail of a 12-megapixel %s (%.1f MB): %.1f ms, peak %.0f MB\n",
                 what,
                 static_cast<double>(piece.data.size()) / 1e6,
                 seconds * 1000 / kPictures,
-                peakMb());
+                Bench::peakMemoryMb());
 }
 
 void benchPictures()
@@ -237,13 +220,13 @@ int main(int argc, char *argv[])
     const double page = runPage(data);
     const double csv = runCsv(data);
     std::printf(
-        "%d messages in %d conversations: page %.2f s (%.2f us each), CSV %.2f s, peak %ld MB\n",
+        "%d messages in %d conversations: page %.2f s (%.2f us each), CSV %.2f s, peak %.0f MB\n",
         messages,
         conversations,
         page,
         page * 1e6 / messages,
         csv,
-        peakMb());
+        Bench::peakMemoryMb());
     benchPictures();
     return 0;
 }
