@@ -13,7 +13,8 @@ QString addressOf(const QString *address)
 
 } // namespace
 
-// Found by the lookup of FieldWriter, which is in this namespace.
+// NOLINTBEGIN(misc-use-anonymous-namespace): FieldWriter finds these by the namespace of its own,
+// and would not look into one without a name.
 
 static void fields(FieldWriter &field, const TextSpan &span)
 {
@@ -152,6 +153,7 @@ static void putExtras(FieldWriter &field, const MessageList &list, const Message
     field("reaction", extras.reaction);
     field("event", extras.event);
     std::vector<MessageOf> reactions;
+    reactions.reserve(extras.reactions.size());
     for (const qsizetype place : extras.reactions)
         reactions.push_back({ list, list.messages()[std::size_t(place)] });
     field("reactions", reactions);
@@ -172,6 +174,8 @@ static void putExtras(FieldWriter &field, const MessageList &list, const Message
     field("history", extras.history);
     field("deletedParts", extras.deletedParts);
 }
+
+// NOLINTEND(misc-use-anonymous-namespace)
 
 void fields(FieldWriter &field, const MessageOf &of)
 {

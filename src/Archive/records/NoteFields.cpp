@@ -15,6 +15,7 @@ void fields(FieldWriter &field, const NoteBlockOf &of)
 {
     const PhoneBackup::NoteBlock &block = of.block;
     std::vector<NoteRunOf> runs;
+    runs.reserve(std::size_t(block.runCount));
     for (const PhoneBackup::NoteRun &run : of.body.runsOf(block))
         runs.push_back({ of.body, run });
     field("kind", block.kind);
@@ -29,6 +30,7 @@ void fields(FieldWriter &field, const NoteBlockOf &of)
         return;
     const PhoneBackup::NoteTable &table = *of.body.tables[std::size_t(block.table)];
     std::vector<std::vector<NoteBlockOf>> cells;
+    cells.reserve(table.cells.size());
     for (const PhoneBackup::NoteBody &cell : table.cells)
         cells.push_back(blocksOf(cell));
     field("columns", table.columns);

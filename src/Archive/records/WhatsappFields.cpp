@@ -4,7 +4,8 @@ using namespace PhoneBackup;
 
 namespace Archive {
 
-// Found by the lookup of FieldWriter, which is in this namespace.
+// NOLINTBEGIN(misc-use-anonymous-namespace): FieldWriter finds these by the namespace of its own,
+// and would not look into one without a name.
 
 static void fields(FieldWriter &field, const WhatsappPerson &person)
 {
@@ -129,6 +130,8 @@ static void putDetails(FieldWriter &field, const WhatsappDetails &details)
     field("forwardedFrom", details.forwardedFrom.key());
     field("deletedBy", details.deletedBy.key());
 }
+
+// NOLINTEND(misc-use-anonymous-namespace)
 
 void fields(FieldWriter &field, const WhatsappMember &member)
 {

@@ -5,6 +5,9 @@
 #include "platform/OutputFolder_p.h"
 #include "platform/Translation_p.h"
 
+#include <ranges>
+#include <utility>
+
 DATAEXPORT_USE_TR(DataExport);
 
 namespace {
@@ -100,8 +103,8 @@ bool CIDataExporter::finish(bool ok)
     if (!m_hardened && !ok)
         CCommonUtils::rmDir(m_dir, m_folder, nullptr);
     if (m_hardened && (!keep || m_failed)) {
-        for (auto made = m_madeFolders.crbegin(); made != m_madeFolders.crend(); ++made)
-            OutputFolder::removeEmpty(*made);
+        for (const auto &made : std::views::reverse(std::as_const(m_madeFolders)))
+            OutputFolder::removeEmpty(made);
     }
     reportEnd(!ok || !closed || m_failed ? End::Failed : m_stopped ? End::Stopped : End::Complete);
     return closed;

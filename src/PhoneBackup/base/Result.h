@@ -26,7 +26,7 @@ enum class Fault {
 };
 
 //! A fault, where it lies, and what to tell a person: what is wrong and what to do.
-struct Error
+struct Error // NOLINT(clang-analyzer-core.uninitialized.Assign): it does not follow std::variant
 {
     Fault fault {};
     QString path;

@@ -7,6 +7,7 @@
 #include "PhoneBackup/source/StoredText.h"
 #include "PhoneBackup/source/Table.h"
 
+#include <algorithm>
 #include <numeric>
 
 namespace PhoneBackup {
@@ -132,8 +133,7 @@ void ConversationList::readParticipants(std::vector<Chat> &chats) const
     Table table(m_database, u"chat_handle_join"_s);
     const auto [ofChat, handle] = table.columns(u"chat_id"_s, u"handle_id"_s);
     QHash<qint64, Chat *> byRow;
-    for (Chat &chat : chats)
-        byRow.insert(chat.row, &chat);
+    std::for_each(chats.begin(), chats.end(), [&](Chat &chat) { byRow.insert(chat.row, &chat); });
     table.forEach([&, ofChat = ofChat, handle = handle](const Table::Row &row) {
         Chat *chat = byRow.value(row.integer(ofChat));
         const QString *address = m_handles.address(row.integer(handle));

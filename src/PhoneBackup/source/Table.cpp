@@ -20,7 +20,7 @@ bool Table::isThere() const
 Table::Column Table::expression(const QString &sql)
 {
     Column column;
-    column.place = int(m_columns.size());
+    column.m_place = int(m_columns.size());
     m_columns.append(sql);
     return column;
 }

@@ -26,7 +26,7 @@ public:
     class Column
     {
         friend class Table;
-        int place = 0;
+        int m_place = 0;
     };
 
     //! The current row; its values convert as those of Statement.
@@ -36,17 +36,17 @@ public:
         //! The number of the row, which is its integer primary key when it has one.
         qint64 id() const { return m_id; }
 
-        qint64 integer(Column column) const { return m_statement->integer(column.place); }
+        qint64 integer(Column column) const { return m_statement->integer(column.m_place); }
         std::optional<double> number(Column column) const
         {
-            return m_statement->number(column.place);
+            return m_statement->number(column.m_place);
         }
-        QString text(Column column) const { return m_statement->text(column.place); }
+        QString text(Column column) const { return m_statement->text(column.m_place); }
 
         //! Valid until the next row.
-        QByteArrayView bytes(Column column) const { return m_statement->bytes(column.place); }
+        QByteArrayView bytes(Column column) const { return m_statement->bytes(column.m_place); }
 
-        bool isNull(Column column) const { return m_statement->isNull(column.place); }
+        bool isNull(Column column) const { return m_statement->isNull(column.m_place); }
 
     private:
         friend class Table;

@@ -78,7 +78,7 @@ public:
                                                   u"ChatStorage.sqlite"_s,
                                                   Notice("whatsapp.callNamesMayBeMissing"),
                                                   m_dataType);
-        m_names.emplace(m_source, m_home, chats.get(), m_dataType);
+        m_names = std::make_unique<WhatsappNames>(m_source, m_home, chats.get(), m_dataType);
         if (chats)
             readGroups(*chats);
         findOwner();
@@ -211,7 +211,7 @@ private:
     const WhatsappHome m_home;
     std::unique_ptr<WhatsappDatabase> m_database;
     int m_dataType;
-    std::optional<WhatsappNames> m_names;
+    std::unique_ptr<WhatsappNames> m_names; // once there are calls
     std::vector<StoredCall> m_calls;
     QHash<qint64, ListedCall> m_list;
     QHash<QString, QString> m_groups; // names by Jid::key()
