@@ -121,7 +121,8 @@ QImage drawScreenshot(Random &random, QSize size)
     const double cell = static_cast<double>(size.width()) / kColumns;
     const int rows = std::max(1, static_cast<int>(size.height() / cell) - 2);
     for (int i = 0; i < kColumns * rows; ++i) {
-        const QPointF corner { cell * (i % kColumns + 0.18), cell * (i / kColumns + 0.7) };
+        const int row = i / kColumns;
+        const QPointF corner { cell * (i % kColumns + 0.18), cell * (row + 0.7) };
         painter.setBrush(QColor::fromRgb(random.pick(kTiles)));
         painter.drawRoundedRect(
             QRectF(corner, QSizeF(cell * 0.64, cell * 0.64)), cell * 0.15, cell * 0.15);

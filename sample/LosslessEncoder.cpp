@@ -12,7 +12,7 @@ public:
     void put(quint32 value, int bits)
     {
         for (int bit = bits - 1; bit >= 0; --bit) {
-            m_current = static_cast<quint8>(m_current << 1 | ((value >> bit) & 1));
+            m_current = static_cast<quint8>(quint32(m_current) << 1 | ((value >> bit) & 1));
             if (++m_filled == 8)
                 flushByte();
         }

@@ -318,7 +318,7 @@ void Showcase::tomas()
         m_script.say(tomas.handle, u"Bet I still beat you to the lighthouse on Sunday"_s);
     m_script.react(kMe, Laugh, bet);
     m_script.wait(4);
-    SentFile film { u"Sea trial.mov"_s,
+    const SentFile film { u"Sea trial.mov"_s,
                     u"video/quicktime"_s,
                     u"com.apple.quicktime-movie"_s,
                     landscapeMovie(m_random, { 480, 360 }, 24, m_script.now()),

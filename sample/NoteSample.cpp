@@ -350,7 +350,7 @@ void addOldStore(BackupWriter &writer, const QList<NoteText> &notes)
         "ZMODIFICATIONDATE,ZTITLE) VALUES (?,3,1,?,?,?,?,?,?)");
     Statement body = database.prepare("INSERT INTO ZNOTEBODY VALUES (?,4,1,?,?)");
     for (int i = 0; i < int(notes.size()); ++i) {
-        const double created = cocoaSeconds(sampleStart().addDays(-i * 9));
+        const double created = cocoaSeconds(sampleStart().addDays(qint64(-9) * i));
         note.run({ i + 1,
                    notes[i].folder == Trash,
                    i + 1,
@@ -384,7 +384,7 @@ void addNotes(BackupWriter &writer, const Options &options)
     store.addFolders();
     store.addAttachments(Note + 1, Note + 2);
     for (int i = 0; i < int(notes.size()); ++i)
-        store.addNote(i, notes[i], sampleStart().addDays(-i * 9));
+        store.addNote(i, notes[i], sampleStart().addDays(qint64(-9) * i));
     writer.addFile(kDomain, u"NoteStore.sqlite"_s, store.database().image());
     if (!store.database().error().isEmpty())
         writer.fail(u"NoteStore.sqlite"_s, store.database().error());

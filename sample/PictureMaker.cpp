@@ -43,7 +43,7 @@ public:
     QByteArray bytes() const
     {
         const auto count = static_cast<quint16>(m_entries.size());
-        quint32 valueOffset = m_startOffset + 2 + 12U * count + 4;
+        const quint32 valueOffset = m_startOffset + 2 + 12U * count + 4;
         QByteArray directory = word(count);
         QByteArray values;
         for (const Entry &entry : m_entries) {

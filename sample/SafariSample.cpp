@@ -103,7 +103,7 @@ void addBookmarks(BackupWriter &writer, const Options &options)
                      inventedSentence(random),
                      u"https://boats.example.com/%1/%2"_s.arg(i).arg(random.below(1000000)) };
         const bool isToBeRead = link.folder == 3;
-        const QDateTime added = sampleStart().addSecs(i * 5000);
+        const QDateTime added = sampleStart().addSecs(qint64(5000) * i);
         insert.run(
             { link.folder,
               link.title,

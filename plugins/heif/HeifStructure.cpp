@@ -266,7 +266,7 @@ bool HeifStructure::isSafeHevc(const HeifItem &item)
         const QByteArray start = m_items.read(item.extents, at, kUnitStartBytes);
         BoxReader data(start);
         const auto size = static_cast<qint64>(data.number(4));
-        const QByteArrayView unit = data.take(std::min<quint64>(size, data.left()));
+        const QByteArrayView unit = data.take(quint64(std::min<qint64>(size, data.left())));
         if (unit.size() < 3 || units == kMaxUnits)
             return false;
         if (isHevcHeader(unit) && !isCodedAs(CodedSize::ofHevc(unit), item.size))
@@ -312,7 +312,7 @@ bool HeifStructure::isSafeAv1(const HeifItem &item)
             size = static_cast<quint64>(total - content); // the last
         if (!data.isOk() || units == kMaxUnits || size > static_cast<quint64>(total - content))
             return false;
-        const QByteArrayView unit = data.take(std::min<quint64>(size, data.left()));
+        const QByteArrayView unit = data.take(std::min(size, quint64(data.left())));
         switch (head >> 3 & 0xF) {
         case 1: // header of the sequence
             if (!isCodedAs(CodedSize::ofAv1(unit), item.size))

@@ -63,9 +63,9 @@ int NewFile::moveTo(const QString &path, bool replace)
         return m_error;
     const QByteArray target = QFile::encodeName(path);
     // A disk may take all bytes and find out only now that it has no room for them.
-    if (::fsync(m_descriptor) != 0 && errno != EINVAL && errno != EROFS) {
-        m_error = errno;
-    } else if (::close(std::exchange(m_descriptor, -1)) != 0) {
+    const bool isOnDisk =
+        ::fsync(m_descriptor) == 0 || errno == EINVAL || errno == EROFS; // pipes, some file systems
+    if (!isOnDisk || ::close(std::exchange(m_descriptor, -1)) != 0) {
         m_error = errno;
     } else if (replace) {
         m_error = ::rename(m_path.constData(), target.constData()) == 0 ? 0 : errno;

@@ -12,9 +12,9 @@ constexpr double kYear2400 = 13569465600;
 // Not a number lies within no bounds.
 QDateTime moment(double unixSeconds, double after = 0, double before = double(kYear2200))
 {
-    if (!(unixSeconds > after && unixSeconds < before))
-        return {};
-    return QDateTime::fromMSecsSinceEpoch(std::llround(unixSeconds * 1000), Qt::UTC);
+    const bool isWithin = unixSeconds > after && unixSeconds < before;
+    return isWithin ? QDateTime::fromMSecsSinceEpoch(std::llround(unixSeconds * 1000), Qt::UTC)
+                    : QDateTime();
 }
 
 } // namespace

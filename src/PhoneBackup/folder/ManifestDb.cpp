@@ -168,7 +168,7 @@ QByteArray ManifestDb::archive(qint64 recordKey)
     m_recordQuery->bind(1, recordKey);
     if (m_recordQuery->step() != Statement::Step::Row)
         return {};
-    QByteArray bytes = m_recordQuery->bytes(0).toByteArray();
+    const QByteArray bytes = m_recordQuery->bytes(0).toByteArray();
     return m_recordKey ? m_recordKey->open(bytes) : bytes;
 }
 

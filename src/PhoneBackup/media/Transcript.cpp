@@ -62,7 +62,7 @@ QString text(QByteArrayView json)
     const QJsonArray runs =
         said.isArray() ? said.toArray() : said.toObject().value("runs"_L1).toArray();
     QString words;
-    for (const QJsonValue &run : runs)
+    for (const auto &run : runs)
         words += run.toString();
     return words.trimmed();
 }

@@ -40,7 +40,7 @@ Poll Poll::read(const QString &address)
     Poll poll;
     poll.title = line(item.value("title"_L1));
     const QJsonArray options = item.value("orderedPollOptions"_L1).toArray();
-    for (const QJsonValue &value : options) {
+    for (const auto &value : options) {
         const QJsonObject option = value.toObject();
         poll.options.append(
             { option.value("optionIdentifier"_L1).toString(), line(option.value("text"_L1)) });
@@ -63,7 +63,7 @@ std::optional<QStringList> Poll::readVote(const QString &address)
         return std::nullopt;
     QStringList ids;
     const QJsonArray list = votes.toArray();
-    for (const QJsonValue &vote : list)
+    for (const auto &vote : list)
         ids.append(vote.toObject().value("voteOptionIdentifier"_L1).toString());
     return ids;
 }

@@ -81,9 +81,9 @@ qint32 NoteBodyWriter::addLink(const QString &target)
 
 void NoteBodyWriter::forgetLink(qint32 number)
 {
-    for (auto run = m_body.runs.rbegin(); run != m_body.runs.rend(); ++run) {
-        if (run->look.link == number)
-            run->look.link = -1;
+    for (NoteRun &run : m_body.runs) {
+        if (run.look.link == number)
+            run.look.link = -1;
     }
 }
 

@@ -267,7 +267,7 @@ private:
                 return false;
             list.append(element->value);
         }
-        made.value = std::move(list);
+        made.value = list;
         return true;
     }
 
@@ -284,7 +284,7 @@ private:
                 return false;
             map.insert(key->value.toString(), value->value);
         }
-        made.value = std::move(map);
+        made.value = map;
         return true;
     }
 

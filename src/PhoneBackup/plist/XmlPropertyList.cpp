@@ -27,7 +27,7 @@ qsizetype tagLength(QByteArrayView text)
     while (length < text.size() && length <= kLongestTag && text[length] != '<') {
         const char c = text[length++];
         if (quote)
-            quote = c == quote ? 0 : quote;
+            quote = c == quote ? '\0' : quote;
         else if (c == '"' || c == '\'')
             quote = c;
         else if (c == '>')
@@ -79,7 +79,7 @@ public:
         if (!m_xml.readNextStartElement() || m_xml.name() != "plist"_L1
             || !m_xml.readNextStartElement())
             return {};
-        QVariant root = value(1);
+        const QVariant root = value(1);
         const bool hasAnother = m_xml.readNextStartElement();
         return hasAnother || m_xml.hasError() ? QVariant() : root;
     }
