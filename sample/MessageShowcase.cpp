@@ -319,11 +319,11 @@ void Showcase::tomas()
     m_script.react(kMe, Laugh, bet);
     m_script.wait(4);
     const SentFile film { u"Sea trial.mov"_s,
-                    u"video/quicktime"_s,
-                    u"com.apple.quicktime-movie"_s,
-                    landscapeMovie(m_random, { 480, 360 }, 24, m_script.now()),
-                    SentFile::Where::InBackup,
-                    false };
+                          u"video/quicktime"_s,
+                          u"com.apple.quicktime-movie"_s,
+                          landscapeMovie(m_random, { 480, 360 }, 24, m_script.now()),
+                          SentFile::Where::InBackup,
+                          false };
     m_script.send(tomas.handle, u"￼Proof of speed"_s, { film });
     m_script.say(kMe, u"That is the ferry overtaking you"_s);
 }

@@ -68,7 +68,10 @@ public:
     }
 
     //! Begins a group of values of \a types.
-    void group(const char *types) { sharedString(QByteArray::fromRawData(types, qsizetype(qstrlen(types)))); }
+    void group(const char *types)
+    {
+        sharedString(QByteArray::fromRawData(types, qsizetype(qstrlen(types))));
+    }
 
     void cString(const char *text)
     {
