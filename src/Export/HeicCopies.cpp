@@ -52,6 +52,7 @@ std::optional<CIExportReport::Fault> HeicCopies::fileCopied(const QString &path)
     if (dated.open(QIODevice::ReadWrite))
         dated.setFileTime(original.lastModified(), QFileDevice::FileModificationTime);
     ++m_count;
+    m_lastPath = target;
     if (!made.lacksRemarks)
         return std::nullopt;
     return Fault {

@@ -18,8 +18,12 @@ public:
     //! How many were written.
     int count() const { return m_count; }
 
+    //! The absolute path of the last one.
+    const QString &lastPath() const { return m_lastPath; }
+
 private:
     int m_count = 0;
+    QString m_lastPath;
 };
 
 } // namespace Export

@@ -1,5 +1,6 @@
 #include "Export/IndexPage.h"
 
+#include "Archive/ArchiveWriter.h"
 #include "Export/Backups.h"
 #include "Export/NewFile.h"
 #include "Export/Text.h"
@@ -101,10 +102,13 @@ bool isOurs(const QString &path)
 
 } // namespace
 
-IndexPage::IndexPage(const Outcome &outcome, const PhoneItems::Backup &backup)
+IndexPage::IndexPage(const Outcome &outcome,
+                     const PhoneItems::Backup &backup,
+                     const Archive::ArchiveWriter *archive)
     : m_outcome(outcome)
     , m_sums(outcome.types)
     , m_backup(backup)
+    , m_archive(archive)
 {
 }
 
@@ -122,13 +126,51 @@ int IndexPage::write()
     return file.error();
 }
 
+// The sections in their order, those that people look at most in wide tiles.
+QByteArray IndexPage::entrance() const
+{
+    const Archive::Frame &frame = m_archive->frame();
+    const QByteArray root = QUrl::toPercentEncoding(frame.archiveFolder) + '/';
+    QByteArray body = "<div class=\"home\"><h1 dir=\"auto\">";
+    body += encoded(frame.phone).toUtf8() + "</h1>\n";
+    body += heading().replace("<p>"_L1, "<p class=\"sub\">"_L1).toUtf8();
+    body += "<form class=\"hero\" role=\"search\"><input type=\"search\" name=\"all\" "
+            "aria-label=\"Search "
+            "messages, people, notes and everything else\" placeholder=\"Search messages, people, "
+            "notes, calls, places …\"></form>\n<ul class=\"tiles\">\n";
+    for (const Archive::Section &section : frame.sections) {
+        const QByteArray folder(section.folder);
+        const bool isBig = folder == "chats" || folder == "photos";
+        body += (isBig ? "<li class=\"big\"><a href=\"" : "<li><a href=\"") + root + folder
+            + "/index.html\"><b>" + section.title + "</b>" + m_archive->tiles().value(folder)
+            + "</a></li>\n";
+    }
+    body += "</ul>\n";
+    if (m_outcome.failureCount > 0) {
+        body += "<p class=\"trouble\"><b>"
+            + counted(m_outcome.failureCount, u"item"_s, u"items"_s).toUtf8()
+            + " could not be exported.</b> <a href=\"#missing\">See the list</a></p>\n";
+    }
+    body += "<h2>Files and folders</h2>\n" + table().toUtf8() + "</div>\n";
+    const Archive::Page page { u"%1's Backup"_s.arg(m_backup.backupProperty(0)), {}, -1 };
+    return page.html(frame, body);
+}
+
 QByteArray IndexPage::html() const
 {
+    if (m_archive && !m_archive->tiles().isEmpty())
+        return entrance();
     const QString title = encoded(u"%1's Backup"_s.arg(m_backup.backupProperty(0)));
     QString page = QLatin1StringView(kHead) + QLatin1StringView(kMark) + "<title>"_L1 + title
         + "</title>"_L1 + QLatin1StringView(kStyle) + "</head><body><div id=\"wrap\"><h1>"_L1
-        + title + "</h1>\n"_L1 + heading();
-    page += "<table><tr><th>Type</th><th class=\"n\">Exported</th><th class=\"n\">Failed</th>"_L1;
+        + title + "</h1>\n"_L1 + heading() + table() + "</div></body></html>\n"_L1;
+    return page.toUtf8();
+}
+
+QString IndexPage::table() const
+{
+    QString page =
+        u"<table><tr><th>Type</th><th class=\"n\">Exported</th><th class=\"n\">Failed</th>"_s;
     if (m_sums.missing > 0)
         page += "<th class=\"n\">Missing</th>"_L1;
     if (m_sums.neverDownloaded > 0)
@@ -136,8 +178,7 @@ QByteArray IndexPage::html() const
     page += "<th>Folder</th></tr>\n"_L1 + rows() + "</table>\n"_L1;
     for (const QString &line : absences(m_outcome.remarks))
         page += "<p>"_L1 + encoded(line) + "</p>\n"_L1;
-    page += failures() + "</div></body></html>\n"_L1;
-    return page.toUtf8();
+    return page + failures();
 }
 
 QString IndexPage::heading() const
@@ -213,7 +254,7 @@ QString IndexPage::failures() const
 {
     if (m_outcome.failureCount == 0)
         return {};
-    QString html = "<h2>What could not be exported</h2>\n<table>"_L1;
+    QString html = "<h2 id=\"missing\">What could not be exported</h2>\n<table>"_L1;
     const qsizetype shown = std::min(kFailuresShown, m_outcome.failures.size());
     for (qsizetype i = 0; i < shown; ++i) {
         const RunReport::Failed &failed = m_outcome.failures.at(i);

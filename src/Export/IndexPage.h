@@ -5,6 +5,10 @@
 
 #include <QString>
 
+namespace Archive {
+class ArchiveWriter;
+}
+
 namespace PhoneItems {
 class Backup;
 }
@@ -15,14 +19,16 @@ namespace Export {
     \brief The page in OUTPUT with links to everything that was exported, the counts, the phone and date
     of the backup, and what failed.
 
-    It is self-contained: no scripts, no network access, no pictures. Texts from the backup are
-    encoded.
+    With an archive it is that one's entrance and looks like its pages; else it is self-contained.
+    Texts from the backup are encoded.
 */
 class IndexPage
 {
 public:
-    //! For the export of \a backup that ended with \a outcome.
-    IndexPage(const Outcome &outcome, const PhoneItems::Backup &backup);
+    //! For the export of \a backup that ended with \a outcome. \a archive may be null.
+    IndexPage(const Outcome &outcome,
+              const PhoneItems::Backup &backup,
+              const Archive::ArchiveWriter *archive);
 
     /*!
         Writes index.html. It replaces the page of an earlier export; if the name is taken by any
@@ -35,6 +41,8 @@ public:
     QByteArray html() const; //!< The whole page.
 
 private:
+    QByteArray entrance() const;
+    QString table() const;
     QString heading() const;
     QString rows() const;
     QString row(const TypeOutcome &type, bool isOdd) const;
@@ -44,6 +52,7 @@ private:
     const Outcome &m_outcome;
     const Sums m_sums;
     const PhoneItems::Backup &m_backup;
+    const Archive::ArchiveWriter *m_archive;
     QString m_path;
 };
 

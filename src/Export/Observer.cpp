@@ -27,6 +27,8 @@ void Observer::progressed(const Progress & /*progress*/) { }
 
 void Observer::typeEnds(const TypeOutcome & /*type*/) { }
 
+void Observer::archiving(const QString & /*kind*/, qint64 /*records*/) { }
+
 void Observer::allTypesEnded() { }
 
 } // namespace Export

@@ -77,6 +77,9 @@ public:
     //! The export of a type has ended.
     virtual void typeEnds(const TypeOutcome &type);
 
+    //! The archive is being written; \a records of a \a kind ("messages", "notes", …) are done.
+    virtual void archiving(const QString &kind, qint64 records);
+
     //! The export of all types has ended.
     virtual void allTypesEnded();
 };

@@ -107,15 +107,22 @@ QString stateText(const TypeOutcome &type)
         : u"%1 (%2)"_s.arg(word, concerned.join(u", "_s));
 }
 
-TypeOutcome typeOutcome(const TypeTotals &totals, const RunReport &report)
+TypeOutcome typeOutcome(const TypeTotals &totals, const RunReport &report, const Formats &formats)
 {
     TypeOutcome type { totals, report.counts(totals.code) };
     const RunReport::Counts &counts = type.counts;
+    if (!formats.areOf(totals.code)) { // the archive alone has them
+        type.state = End::Complete;
+        type.exported = totals.items;
+        type.missing = counts.unreadable;
+        return type;
+    }
     type.state = stateOf(type);
     // The first output tells of the items. A page that did not come to its end is not there.
     const bool isPage = totals.isPage();
     const bool hasFirst = !counts.outputs.isEmpty() && counts.outputs.first().end == End::Complete;
-    type.exported = isPage && !hasFirst ? 0 : counts.exported;
+    const bool isCounted = !isPage || formats.page; // tables and cards count nothing
+    type.exported = isPage && !hasFirst ? 0 : isCounted ? counts.exported : totals.items;
     const int others = std::max(totals.items - type.exported, 0);
     if (hasFirst || type.state == End::Failed)
         type.failed = others;

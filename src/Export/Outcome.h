@@ -2,6 +2,7 @@
 #define EXPORT_OUTCOME_H
 
 #include "Export/Failure.h"
+#include "Export/Formats.h"
 #include "Export/Inventory.h"
 #include "Export/Problems.h"
 #include "Export/RunReport.h"
@@ -76,7 +77,7 @@ struct Outcome
 };
 
 //! The outcome of a type, as recorded by \a report.
-TypeOutcome typeOutcome(const TypeTotals &totals, const RunReport &report);
+TypeOutcome typeOutcome(const TypeTotals &totals, const RunReport &report, const Formats &formats);
 
 //! "page", "CSV", "vCards" or "copies".
 QString outputName(CIExportReport::Output output);

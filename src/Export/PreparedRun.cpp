@@ -4,6 +4,8 @@
 #include "Export/Observer.h"
 #include "Export/Problems.h"
 #include "Export/Request.h"
+#include "Export/SmallPicture.h"
+#include "PhoneBackup/source/Source.h"
 #include "backup/CBackupExporter.h"
 
 #include <QDir>
@@ -89,9 +91,12 @@ PreparedRun::PreparedRun(const Request &request,
     , m_observer(observer)
     , m_keepGoing(keepGoing)
     , m_report(output, [this](int code) { m_progress.typeStarts(code); })
-    , m_progress(inventory, m_report, observer, [this] { return goesOn(); })
+    , m_progress(inventory, request.formats, m_report, observer, [this] { return goesOn(); })
+    , m_copies(output, backup.source().index().count(), request.convertHeic)
 {
 }
+
+PreparedRun::~PreparedRun() = default;
 
 Outcome PreparedRun::execute()
 {
@@ -100,6 +105,8 @@ Outcome PreparedRun::execute()
     const QDir folder(m_output);
     const QStringList before = foldersBefore(folder);
     exportTypes(folder);
+    if (m_request.formats.hasRecords() && goesOn())
+        writeArchive();
     reportNewProblems();
     m_report.finish();
     Outcome result = outcome();
@@ -136,11 +143,16 @@ bool PreparedRun::goesOn() const
 
 void PreparedRun::exportTypes(const QDir &folder)
 {
-    SelectedBackup selected(m_backup, m_request.types);
+    QList<int> written;
+    for (const int code : m_request.types) {
+        if (m_request.formats.areOf(code))
+            written.append(code);
+    }
+    SelectedBackup selected(m_backup, written);
     CBackupExporter exporter;
+    exporter.setOmitted(m_request.formats.omitted());
     exporter.setReport(&m_report);
-    if (m_request.convertHeic)
-        exporter.setCopyStep(&m_heicCopies);
+    exporter.setCopyStep(&m_copies);
     exporter.setHardened(true); // anyone can send a message or a contact with markup in it
     exporter.exportBackup(&selected, folder, &m_progress);
 }
@@ -153,12 +165,12 @@ Outcome PreparedRun::outcome() const
     result.output = m_request.output;
     result.absoluteOutput = m_output;
     for (const TypeTotals &totals : m_inventory.types)
-        result.types += typeOutcome(totals, m_report);
+        result.types += typeOutcome(totals, m_report, m_request.formats);
     result.remarks = problems(m_backup);
     result.remarks.removeIf([](const Problem &problem) {
         return problem.kind != Problem::Kind::Warning && problem.kind != Problem::Kind::Absence;
     });
-    result.jpegCopies = m_heicCopies.count();
+    result.jpegCopies = m_copies.jpegCopies();
     result.seconds = static_cast<double>(m_clock.elapsed()) / 1000;
     takeReport(result);
     judge(result);
@@ -181,7 +193,8 @@ void PreparedRun::judge(Outcome &result) const
             return type.state == state;
         });
     };
-    const bool isCut = has(CIExportReport::End::Stopped) || has(CIExportReport::End::NotStarted);
+    const bool isCut =
+        m_isArchiveCut || has(CIExportReport::End::Stopped) || has(CIExportReport::End::NotStarted);
     if (const auto &fault = m_report.outputFault())
         result.failure = outputFailure(*fault, m_request.output);
     else if (auto failure = temporaryFolderFailure(m_backup))
@@ -195,11 +208,38 @@ void PreparedRun::judge(Outcome &result) const
         result.status = Status::Incomplete;
 }
 
+void PreparedRun::writeArchive()
+{
+    m_plan.output = m_output;
+    m_plan.pages = m_request.formats.archive;
+    m_plan.data = m_request.formats.json;
+    m_plan.phone = m_backup.info().deviceName.isEmpty() ? m_backup.info().displayName
+                                                        : m_backup.info().deviceName;
+    for (const TypeTotals &totals : m_inventory.types) {
+        if (totals.items > 0)
+            m_plan.types.append(totals.code);
+    }
+    m_archive = std::make_unique<Archive::ArchiveWriter>(
+        m_backup.source(),
+        m_copies.files(),
+        m_plan,
+        &smallPicture,
+        [this] { return goesOn(); },
+        [this](const char *kind, qint64 records) {
+            m_observer.archiving(QString::fromLatin1(kind), records);
+        });
+    if (m_archive->write())
+        return;
+    if (m_archive->error() != 0)
+        m_report.outputRefused(m_archive->failedPath(), m_archive->error());
+    m_isArchiveCut = true;
+}
+
 void PreparedRun::writeIndex(Outcome &result)
 {
     if (result.isNothing())
         return;
-    IndexPage page(result, m_backup);
+    IndexPage page(result, m_backup, m_archive.get());
     const int number = page.write();
     result.indexPath = page.path();
     if (number == 0 || m_report.outputFault())

@@ -1,14 +1,17 @@
 #ifndef EXPORT_PREPAREDRUN_H
 #define EXPORT_PREPAREDRUN_H
 
+#include "Archive/ArchiveWriter.h"
 #include "Export/Backups.h"
-#include "Export/HeicCopies.h"
+#include "Export/CopiedFiles.h"
 #include "Export/Outcome.h"
 #include "Export/RunProgress.h"
 #include "Export/RunReport.h"
 
 #include <QElapsedTimer>
 #include <QString>
+
+#include <memory>
 
 class QDir;
 
@@ -35,6 +38,8 @@ public:
                 Observer &observer,
                 const KeepGoing &keepGoing);
 
+    ~PreparedRun();
+
     PreparedRun(const PreparedRun &) = delete;
     PreparedRun &operator=(const PreparedRun &) = delete;
 
@@ -48,6 +53,7 @@ private:
     Outcome outcome() const;
     void judge(Outcome &result) const;
     void takeReport(Outcome &result) const;
+    void writeArchive();
     void writeIndex(Outcome &result);
 
     const Request &m_request;
@@ -56,9 +62,12 @@ private:
     QString m_output;
     Observer &m_observer;
     KeepGoing m_keepGoing;
+    Archive::Plan m_plan;
+    std::unique_ptr<Archive::ArchiveWriter> m_archive; // once everything is copied
     RunReport m_report;
     RunProgress m_progress;
-    HeicCopies m_heicCopies;
+    CopiedFiles m_copies;
+    bool m_isArchiveCut = false; // it was stopped
     QElapsedTimer m_clock;
     qsizetype m_problemsReported = 0;
 };

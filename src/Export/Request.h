@@ -1,6 +1,7 @@
 #ifndef EXPORT_REQUEST_H
 #define EXPORT_REQUEST_H
 
+#include "Export/Formats.h"
 #include "PhoneBackup/source/MessageFilter.h"
 
 #include <QList>
@@ -15,6 +16,7 @@ struct Request
     QString output; //!< OUTPUT; may be relative.
     QList<int> types; //!< Codes of the selected data types; must not be empty.
     PhoneBackup::MessageFilter messages; //!< Limits messages and the files sent in them.
+    Formats formats;
     bool intoExisting = false; //!< Allow an OUTPUT that contains files.
     bool checkSpace = true; //!< Do not start if there is too little space.
     bool convertHeic = false; //!< Also save each HEIC picture as a JPEG.

@@ -43,10 +43,12 @@ void RunProgress::Speed::advance(double position, double seconds)
 }
 
 RunProgress::RunProgress(const Inventory &inventory,
+                         const Formats &formats,
                          const RunReport &report,
                          Observer &observer,
                          PhoneBackup::KeepGoing keepGoing)
     : m_inventory(inventory)
+    , m_formats(formats)
     , m_report(report)
     , m_observer(observer)
     , m_keepGoing(std::move(keepGoing))
@@ -94,7 +96,7 @@ void RunProgress::endType()
 {
     if (!m_type)
         return;
-    m_observer.typeEnds(typeOutcome(*m_type, m_report));
+    m_observer.typeEnds(typeOutcome(*m_type, m_report, m_formats));
     m_workBefore += workOf(*m_type);
     m_bytesBefore += m_type->sizeBytes;
     m_itemsBefore += m_type->items;

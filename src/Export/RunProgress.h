@@ -11,6 +11,7 @@ namespace Export {
 
 class Observer;
 class RunReport;
+struct Formats;
 
 /*!
     \brief Reports the progress of an export to an observer.
@@ -27,6 +28,7 @@ class RunProgress final : public CIProgressCallback
 public:
     //! \a keepGoing is called each time; returning false stops the export.
     RunProgress(const Inventory &inventory,
+                const Formats &formats,
                 const RunReport &report,
                 Observer &observer,
                 PhoneBackup::KeepGoing keepGoing);
@@ -63,6 +65,7 @@ private:
     double workDone() const;
 
     const Inventory &m_inventory;
+    const Formats &m_formats;
     const RunReport &m_report;
     Observer &m_observer;
     PhoneBackup::KeepGoing m_keepGoing;

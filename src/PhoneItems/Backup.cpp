@@ -124,6 +124,11 @@ void Backup::setMessageFilter(const MessageFilter &filter)
     m_d->source.setMessageFilter(filter);
 }
 
+Source &Backup::source() const
+{
+    return m_d->source;
+}
+
 QList<Problem> Backup::problems() const
 {
     m_d->takeRemarks();

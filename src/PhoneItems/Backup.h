@@ -14,8 +14,9 @@
 #include <memory>
 
 namespace PhoneBackup {
+class Source;
 struct MessageFilter;
-}
+} // namespace PhoneBackup
 
 namespace PhoneItems {
 
@@ -63,6 +64,9 @@ public:
     //! How many messages are stored in the conversations of data type \a code that the filter
     //! accepts, reactions and the like among them; -1 for a type that has none.
     qint64 messageCount(int code) const;
+
+    //! What everything is read from; what is noticed there stands in problems(), too.
+    PhoneBackup::Source &source() const;
 
     //! What could not be read so far. Grows with the data sets that are asked for.
     QList<PhoneBackup::Problem> problems() const;

@@ -96,6 +96,11 @@ void ConsoleObserver::problemsFound(const QList<Export::Problem> &problems)
             u"%1 more problems like these."_s.arg(grouped(problems.size() - said.size())));
 }
 
+void ConsoleObserver::archiving(const QString &kind, qint64 records)
+{
+    m_console.status(u"Writing the archive: %1 %2"_s.arg(kind, grouped(records)));
+}
+
 void ConsoleObserver::allTypesEnded()
 {
     m_console.clearStatus();

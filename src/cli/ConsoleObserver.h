@@ -31,6 +31,7 @@ public:
     void inventoryRead(const Export::Inventory &inventory) override;
     void problemsFound(const QList<Export::Problem> &problems) override;
     void progressed(const Export::Progress &progress) override;
+    void archiving(const QString &kind, qint64 records) override;
     void allTypesEnded() override;
 
 private:

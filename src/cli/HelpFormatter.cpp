@@ -71,6 +71,7 @@ QString helpFooter()
 Examples:
   dataexport --list ~/Backups
   dataexport ~/Backups/00008030-001A2D3C4E5F802E ~/phone
+  dataexport --formats archive ~/Backups ~/phone
   dataexport --only photos,videos ~/Backups /media/disk/pictures
   dataexport --only messages --chat "Anna" --since 2023-06-01 ~/Backups ~/anna
   dataexport --password-file ~/.backup-password ~/Backups ~/phone

@@ -13,6 +13,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -32,6 +33,7 @@ struct Raw
     std::string output;
     std::vector<std::string> only;
     std::vector<std::string> skip;
+    std::vector<std::string> formats;
     std::string passwordFile;
     std::optional<std::string> since;
     std::optional<std::string> until;
@@ -62,6 +64,16 @@ void describe(CLI::App &app, Raw &raw, Options &options)
         ->group("What to export");
     addTypes("--only", raw.only, "Export only these types");
     addTypes("--skip", raw.skip, "Export all types except these");
+    app.add_option("--formats",
+                   raw.formats,
+                   "Write these formats: archive (pages to browse and\n"
+                   "search), page (one page per type), csv, vcard,\n"
+                   "json; by default, all")
+        ->type_name("FORMAT")
+        ->option_text("FORMAT,...")
+        ->type_size(1)
+        ->allow_extra_args(false)
+        ->group("What to export");
     app.add_flag("--convert-heic",
                  options.convertHeic,
                  "Also save each HEIC picture as a JPEG, for computers\n"
@@ -187,6 +199,36 @@ std::variant<QList<int>, Failure> selectedTypes(const Raw &raw)
     return types;
 }
 
+std::variant<Export::Formats, Failure> formatsOf(const Raw &raw, const QList<int> &types)
+{
+    Export::Formats formats;
+    if (raw.formats.empty())
+        return formats;
+    formats = { false, false, false, false, false };
+    const std::array known { std::pair(u"archive", &formats.archive),
+                             std::pair(u"page", &formats.page),
+                             std::pair(u"csv", &formats.csv),
+                             std::pair(u"vcard", &formats.vcard),
+                             std::pair(u"json", &formats.json) };
+    QStringList words;
+    for (const std::string &word : raw.formats)
+        words += fromArgument(word).split(u',');
+    for (const QString &word : std::as_const(words)) {
+        const auto found = std::find_if(known.begin(), known.end(), [&](const auto &format) {
+            return word.trimmed().compare(QStringView(format.first), Qt::CaseInsensitive) == 0;
+        });
+        if (found == known.end())
+            return usage(u"Unknown format “%1”."_s.arg(word.trimmed()),
+                         u"Formats: archive, page, csv, vcard, json."_s);
+        *found->second = true;
+    }
+    const bool isAny = formats.hasRecords()
+        || std::any_of(types.begin(), types.end(), [&](int code) { return formats.areOf(code); });
+    if (!isAny)
+        return usage(u"None of the selected types is written in any of these formats."_s);
+    return formats;
+}
+
 std::optional<Failure> readMoment(const char *option,
                                   const std::optional<std::string> &text,
                                   QDateTime (*read)(const QString &),
@@ -239,6 +281,10 @@ std::variant<Options, Failure> complete(const Raw &raw, Options options)
     if (const auto *failure = std::get_if<Failure>(&types))
         return *failure;
     options.types = std::get<0>(types);
+    const auto formats = formatsOf(raw, options.types);
+    if (const auto *failure = std::get_if<Failure>(&formats))
+        return *failure;
+    options.formats = std::get<0>(formats);
     auto filter = messageFilter(raw, options.types);
     if (const auto *failure = std::get_if<Failure>(&filter))
         return *failure;

@@ -39,7 +39,9 @@ class Terminal
 public:
     explicit Terminal(const QStringList &arguments)
     {
-        QList<QByteArray> words { QByteArrayLiteral(DATAEXPORT_PROGRAM) };
+        QList<QByteArray> words { QByteArrayLiteral(DATAEXPORT_PROGRAM),
+                                  "--formats",
+                                  "page,csv,vcard" };
         for (const QString &argument : arguments)
             words += QFile::encodeName(argument);
         QList<char *> argv;

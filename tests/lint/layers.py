@@ -13,6 +13,10 @@ ROOMS = ["messages", "whatsapp", "contacts", "notes", "planner", "calls", "safar
 BELOW_ROOMS = ["PhoneBackup/base", *FORMATS, "PhoneBackup/folder", "PhoneBackup/source"]
 ITEM_MODEL = [f"DataExport/{folder}" for folder in ("message", "contact", "table", "backup")]
 
+READER = [*BELOW_ROOMS, *(f"PhoneBackup/{room}" for room in ROOMS)]
+ARCHIVE_BELOW = ["Archive/records", "Archive/output", "Archive/html", "PhoneBackup/base"]
+WORDS = [f"PhoneItems/{room}" for room in ("messages", "whatsapp", "notes", "planner")]
+
 # Each folder, and those below it whose headers it may include besides its own.
 FLOORS = {
     "Files": [],
@@ -36,9 +40,21 @@ FLOORS = {
     "PhoneItems": ["PhoneItems/words", "PhoneItems/shared", *(f"PhoneItems/{room}" for room in ROOMS),
                    *BELOW_ROOMS, *(f"PhoneBackup/{room}" for room in ROOMS), *LIBRARY[:1],
                    *ITEM_MODEL],
-    "Archive/records": [*BELOW_ROOMS, *(f"PhoneBackup/{room}" for room in ROOMS)],
+    "Archive/records": READER,
+    "Archive/output": READER,
+    "Archive/html": ["Archive/records", *READER],
+    "Archive/search": ["Archive/html", "Archive/output", *READER],
+    "Archive/media": [*ARCHIVE_BELOW, "Archive/search", *READER],
+    "Archive/data": ARCHIVE_BELOW,
+    **{f"Archive/{room}": [*ARCHIVE_BELOW, "Archive/search", "Archive/media", *READER, *WORDS]
+       for room in ("lists", "photos")},
+    "Archive/people": [*ARCHIVE_BELOW, "Archive/search", "Archive/media", "Archive/lists", *READER, *ITEM_MODEL],
+    "Archive/notes": [*ARCHIVE_BELOW, "Archive/search", "Archive/media", "Archive/lists", *READER, *WORDS],
+    "Archive/chats": [*ARCHIVE_BELOW, "Archive/search", "Archive/media", *READER, *WORDS],
+    "Archive": [f"Archive/{room}" for room in ("records", "output", "html", "search", "media", "data", "lists",
+                                               "photos", "people", "notes", "chats")] + READER,
     "Export/HeicToJpeg": LIBRARY[:2],
-    "Export": ["Export/HeicToJpeg", "PhoneItems", "PhoneItems/words", "PhoneItems/shared",
+    "Export": ["Archive", "Archive/media", "Archive/html", "Export/HeicToJpeg", "PhoneItems", "PhoneItems/words", "PhoneItems/shared",
                "PhoneBackup/base", "PhoneBackup/folder", "PhoneBackup/source", *LIBRARY],
     "cli": ["Export", "DataExport/backup"],
 }
@@ -48,6 +64,8 @@ ITEM_HEADER = re.compile(r"(backup|message|contact|table)/Bk\w+\.h")
 # What decodes pictures is for a run, too; nothing else that the library keeps to itself is for it or for
 # the program.
 PRIVATE_HEADER = re.compile(r"(?!export/(PictureReader|QuietDecoding)_p).*_p\.h")
+# Sentences for persons, which the archive shares with the item model; nothing else of it is for the archive.
+WORDS_HEADER = re.compile(r"PhoneItems/\w+/(\w+Words|PlannedText|NoteBodyText)\.h")
 LONGEST_FILE = 600
 
 
@@ -80,6 +98,10 @@ def main(root: pathlib.Path) -> int:
                 continue
             below = to == FILES or to in allowed
             if folder.startswith(("Phone", "cli")) and to in ITEM_MODEL:
+                below = below and bool(ITEM_HEADER.fullmatch(include))
+            if folder.startswith("Archive") and to.startswith("PhoneItems"):
+                below = below and bool(WORDS_HEADER.fullmatch(include))
+            if folder.startswith("Archive") and to in ITEM_MODEL:
                 below = below and bool(ITEM_HEADER.fullmatch(include))
             if folder.startswith(("Export", "cli")):
                 below = below and not PRIVATE_HEADER.fullmatch(include)

@@ -2,6 +2,7 @@
 #define ARCHIVE_RECORDS_MESSAGEFIELDS_H
 
 #include "Archive/records/FieldWriter.h"
+#include "Archive/records/RecordTaker.h"
 #include "PhoneBackup/messages/Conversation.h"
 #include "PhoneBackup/messages/MessageList.h"
 
@@ -51,13 +52,6 @@ inline constexpr std::array kNames<PhoneBackup::GroupEvent::Kind> { "added",
                                                                     "audioKept",
                                                                     "callStarted",
                                                                     "unknown" };
-
-//! A message in its conversation: what others say of it stands with it.
-struct MessageOf
-{
-    const PhoneBackup::MessageList &list;
-    const PhoneBackup::Message &message;
-};
 
 void fields(FieldWriter &field, const MessageOf &of);
 void fields(FieldWriter &field, const PhoneBackup::Conversation &conversation);

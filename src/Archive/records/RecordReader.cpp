@@ -1,20 +1,19 @@
 #include "Archive/records/RecordReader.h"
 
-#include "Archive/records/CallFields.h"
-#include "Archive/records/ContactFields.h"
-#include "Archive/records/MediaFields.h"
-#include "Archive/records/MessageFields.h"
-#include "Archive/records/NoteFields.h"
-#include "Archive/records/PlannerFields.h"
-#include "Archive/records/SafariFields.h"
-#include "Archive/records/WhatsappFields.h"
 #include "PhoneBackup/base/DataType.h"
 #include "PhoneBackup/calls/CallReader.h"
+#include "PhoneBackup/calls/Voicemail.h"
 #include "PhoneBackup/contacts/ContactOrder.h"
 #include "PhoneBackup/contacts/ContactReader.h"
+#include "PhoneBackup/media/AppDocuments.h"
+#include "PhoneBackup/media/Books.h"
 #include "PhoneBackup/media/MusicLibrary.h"
 #include "PhoneBackup/media/PhotoFacts.h"
 #include "PhoneBackup/media/PhotoReader.h"
+#include "PhoneBackup/media/SharedAlbums.h"
+#include "PhoneBackup/media/Songs.h"
+#include "PhoneBackup/media/VoiceMemos.h"
+#include "PhoneBackup/messages/MessageList.h"
 #include "PhoneBackup/messages/MessageSource.h"
 #include "PhoneBackup/notes/Notes.h"
 #include "PhoneBackup/planner/Events.h"
@@ -31,93 +30,20 @@ using namespace PhoneBackup;
 
 namespace Archive {
 
-// Facts that readers tell beside a record.
-// NOLINTBEGIN(misc-use-anonymous-namespace): FieldWriter finds these by the namespace of its own,
-// and would not look into one without a name.
-
-struct Person
-{
-    const QString &name;
-    const Contact &contact;
-};
-
-static void fields(FieldWriter &field, const Person &person)
-{
-    field("name", person.name);
-    fields(field, person.contact);
-}
-
-struct WithTranscript
-{
-    const VoiceMemo *memo;
-    const Voicemail *voicemail;
-    const QString &transcript;
-};
-
-static void fields(FieldWriter &field, const WithTranscript &of)
-{
-    if (of.memo)
-        fields(field, *of.memo);
-    else
-        fields(field, *of.voicemail);
-    field("transcript", of.transcript);
-}
-
-struct ChatWithMembers
-{
-    const WhatsappChat &chat;
-    const std::vector<WhatsappMember> &members;
-};
-
-static void fields(FieldWriter &field, const ChatWithMembers &of)
-{
-    fields(field, of.chat);
-    field("business", of.chat.store->isBusiness());
-    field("picture", File { of.chat.store->picture(of.chat.jid) });
-    field("members", of.members);
-}
-
-struct FileOfNoNote
-{
-    FileIndex::Row row;
-};
-
-static void fields(FieldWriter &field, const FileOfNoNote &of)
-{
-    field("file", File { of.row });
-}
-
-// NOLINTEND(misc-use-anonymous-namespace)
-
 namespace {
 
-// Gives records to a sink, each in the same bytes.
-class Lines
+auto to(RecordTaker &taker)
 {
-public:
-    Lines(const FileNames &files, const RecordSink &sink)
-        : m_files(files)
-        , m_sink(sink)
-    {
-    }
+    return [&taker](const auto &record) { taker.take(record); };
+}
 
-    template <class Record>
-    void operator()(const Record &record)
-    {
-        m_line.resize(0);
-        FieldWriter(m_line, m_files).put(record);
-        m_sink(m_line);
-    }
-
-private:
-    const FileNames &m_files;
-    const RecordSink &m_sink;
-    QByteArray m_line;
-};
-
-void readPeople(Source &source, const FileNames &files, const RecordSink &sink)
+bool isFiltered(const MessageFilter &filter)
 {
-    Lines line(files, sink);
+    return filter.since.isValid() || filter.until.isValid();
+}
+
+void readPeople(Source &source, RecordTaker &taker)
+{
     const AddressBook &book = source.addressBook();
     reportContactLosses(source);
     if (!book.database())
@@ -127,38 +53,51 @@ void readPeople(Source &source, const FileNames &files, const RecordSink &sink)
         const AddressBook::Person &person = book.people()[std::size_t(number)];
         Contact contact;
         if (reader.read(person, contact))
-            line(Person { person.name, contact });
+            taker.take(
+                Person { person.name, contact, number, [&] { return reader.photo(person); } });
     }
 }
 
-void readMessages(Source &source, const FileNames &files, const RecordSink &sink)
+void readMessages(Source &source, RecordTaker &taker)
 {
-    Lines line(files, sink);
     const auto messages = MessageSource::open(source);
     if (!messages)
         return;
+    const MessageFilter &filter = source.messageFilter();
     MessageList list;
     for (const Conversation &conversation : messages->takeConversations()) {
-        line(conversation);
+        if (!source.keepGoing())
+            return;
+        if (!filter.chats.isEmpty()
+            && !filter.accepts(conversation.names + QStringList(conversation.title),
+                               conversation.addresses))
+            continue;
         list.clear();
         messages->read(conversation, list);
+        const auto isWanted = [&](const Message &message) {
+            return !isFiltered(filter) || filter.accepts(PhoneTime::ofMs(message.dateMs));
+        };
+        if (std::none_of(list.messages().begin(), list.messages().end(), isWanted)
+            && !list.messages().empty())
+            continue;
+        taker.take(ConversationOf { conversation, messages->people() });
         std::vector<bool> isTold(list.messages().size());
         for (const Message &message : list.messages()) {
-            if (!message.extras)
+            if (!message.extras || !isWanted(message))
                 continue;
             for (const qsizetype place : message.extras->reactions)
                 isTold[std::size_t(place)] = true;
         }
         for (std::size_t i = 0; i < isTold.size(); ++i) {
-            if (!isTold[i])
-                line(MessageOf { list, list.messages()[i] });
+            const Message &message = list.messages()[i];
+            if (!isTold[i] && isWanted(message))
+                taker.take(MessageOf { list, message });
         }
     }
 }
 
-void readWhatsapp(Source &source, const FileNames &files, const RecordSink &sink)
+void readWhatsapp(Source &source, RecordTaker &taker)
 {
-    Lines line(files, sink);
     const auto stores = WhatsappStore::openAll(source);
     std::vector<WhatsappChat> chats;
     for (const auto &store : stores) {
@@ -168,107 +107,104 @@ void readWhatsapp(Source &source, const FileNames &files, const RecordSink &sink
     std::stable_sort(chats.begin(), chats.end(), [](const WhatsappChat &a, const WhatsappChat &b) {
         return a.lastDateMs > b.lastDateMs;
     });
+    const MessageFilter &filter = source.messageFilter();
     for (const WhatsappChat &chat : chats) {
+        if (!source.keepGoing())
+            return;
         const bool hasMembers = chat.kind == WhatsappChat::Kind::Group;
-        line(ChatWithMembers {
+        taker.take(ChatOf {
             chat, hasMembers ? chat.store->members(chat) : std::vector<WhatsappMember>() });
-        chat.store->reader().read(chat, [&](WhatsappMessage &&message) { line(message); });
+        chat.store->reader().read(chat, [&](WhatsappMessage &&message) {
+            if (!isFiltered(filter) || filter.accepts(message.date))
+                taker.take(message);
+        });
     }
 }
 
-void readAllCalls(Source &source, const FileNames &files, const RecordSink &sink)
+void readAllCalls(Source &source, RecordTaker &taker)
 {
-    readCalls(source, readWhatsappCalls(source, DataType::Calls), Lines(files, sink));
+    readCalls(source, readWhatsappCalls(source, DataType::Calls), to(taker));
 }
 
-void readAllVoicemail(Source &source, const FileNames &files, const RecordSink &sink)
+void readAllVoicemail(Source &source, RecordTaker &taker)
 {
-    Lines line(files, sink);
     for (const Voicemail &voicemail : readVoicemail(source))
-        line(WithTranscript { nullptr, &voicemail, transcriptOf(source, voicemail) });
+        taker.take(Transcribed<Voicemail> { voicemail, transcriptOf(source, voicemail) });
 }
 
-void readCameraRoll(Source &source, const FileNames &files, const RecordSink &sink)
+void readCameraRoll(Source &source, RecordTaker &taker)
 {
-    readPhotos(source, Lines(files, sink));
+    readPhotos(source, to(taker));
 }
 
-void readSharedAlbums(Source &source, const FileNames &files, const RecordSink &sink)
+void readSharedAlbums(Source &source, RecordTaker &taker)
 {
-    Lines line(files, sink);
     PhotoFacts facts(source, DataType::SharedAlbums);
     for (const SharedAlbum &album : sharedAlbums(source)) {
-        line(album);
+        taker.take(album);
         for (const FileIndex::Row row : album.files) {
             Photo photo;
             photo.file = row;
             facts.describe(row, photo);
-            line(photo);
+            taker.take(photo);
         }
     }
 }
 
-void readVoiceMemos(Source &source, const FileNames &files, const RecordSink &sink)
+void readVoiceMemos(Source &source, RecordTaker &taker)
 {
-    Lines line(files, sink);
     for (const VoiceMemo &memo : voiceMemos(source))
-        line(WithTranscript { &memo, nullptr, transcriptOf(source, memo) });
+        taker.take(Transcribed<VoiceMemo> { memo, transcriptOf(source, memo) });
 }
 
-void readBooks(Source &source, const FileNames &files, const RecordSink &sink)
+void readBooks(Source &source, RecordTaker &taker)
 {
-    Lines line(files, sink);
     for (const Book &book : books(source))
-        line(book);
+        taker.take(book);
 }
 
-void readMusic(Source &source, const FileNames &files, const RecordSink &sink)
+void readMusic(Source &source, RecordTaker &taker)
 {
-    Lines line(files, sink);
     const MusicLibrary library(source);
     readSongs(source, [&](Song song) {
         library.describe(song);
-        line(song);
+        taker.take(song);
     });
 }
 
-void readDocuments(Source &source, const FileNames &files, const RecordSink &sink)
+void readDocuments(Source &source, RecordTaker &taker)
 {
-    Lines line(files, sink);
     const AppDocuments documents(source);
     for (std::size_t i = 0; i < documents.count(); ++i)
-        line(documents.at(i));
+        taker.take(documents.at(i));
 }
 
-void readAllNotes(Source &source, const FileNames &files, const RecordSink &sink)
+void readAllNotes(Source &source, RecordTaker &taker)
 {
-    Lines line(files, sink);
-    for (const FileIndex::Row row : readNotes(source, [&](const Note &note) { line(note); }))
-        line(FileOfNoNote { row });
+    for (const FileIndex::Row row : readNotes(source, [&](const Note &note) { taker.take(note); }))
+        taker.take(FileOfNoNote { row });
 }
 
-void readCalendar(Source &source, const FileNames &files, const RecordSink &sink)
+void readCalendar(Source &source, RecordTaker &taker)
 {
-    Lines line(files, sink);
     for (const Event &event : readEvents(source))
-        line(event);
+        taker.take(event);
 }
 
-void readAllReminders(Source &source, const FileNames &files, const RecordSink &sink)
+void readAllReminders(Source &source, RecordTaker &taker)
 {
-    Lines line(files, sink);
     for (const Reminder &reminder : readReminders(source))
-        line(reminder);
+        taker.take(reminder);
 }
 
-void readAllBookmarks(Source &source, const FileNames &files, const RecordSink &sink)
+void readAllBookmarks(Source &source, RecordTaker &taker)
 {
-    readBookmarks(source, Lines(files, sink));
+    readBookmarks(source, to(taker));
 }
 
-void readVisits(Source &source, const FileNames &files, const RecordSink &sink)
+void readVisits(Source &source, RecordTaker &taker)
 {
-    BrowserHistory(source).read(Lines(files, sink));
+    BrowserHistory(source).read(to(taker));
 }
 
 } // namespace
@@ -276,22 +212,22 @@ void readVisits(Source &source, const FileNames &files, const RecordSink &sink)
 const QList<RecordKind> &recordKinds()
 {
     static const QList<RecordKind> kinds {
-        { "people", &readPeople },
-        { "messages", &readMessages },
-        { "whatsapp", &readWhatsapp },
-        { "calls", &readAllCalls },
-        { "voicemail", &readAllVoicemail },
-        { "photos", &readCameraRoll },
-        { "albums", &readSharedAlbums },
-        { "memos", &readVoiceMemos },
-        { "books", &readBooks },
-        { "songs", &readMusic },
-        { "documents", &readDocuments },
-        { "notes", &readAllNotes },
-        { "events", &readCalendar },
-        { "reminders", &readAllReminders },
-        { "bookmarks", &readAllBookmarks },
-        { "visits", &readVisits },
+        { "people", { DataType::Contacts }, &readPeople },
+        { "messages", { DataType::Messages }, &readMessages },
+        { "whatsapp", { DataType::Whatsapp }, &readWhatsapp },
+        { "calls", { DataType::Calls }, &readAllCalls },
+        { "voicemail", { DataType::Voicemail }, &readAllVoicemail },
+        { "photos", { DataType::Photos, DataType::Videos }, &readCameraRoll },
+        { "albums", { DataType::SharedAlbums }, &readSharedAlbums },
+        { "memos", { DataType::VoiceMemos }, &readVoiceMemos },
+        { "books", { DataType::Books }, &readBooks },
+        { "songs", { DataType::Music }, &readMusic },
+        { "documents", { DataType::AppDocuments }, &readDocuments },
+        { "notes", { DataType::Notes }, &readAllNotes },
+        { "events", { DataType::Calendar }, &readCalendar },
+        { "reminders", { DataType::Reminders }, &readAllReminders },
+        { "bookmarks", { DataType::Safari }, &readAllBookmarks },
+        { "visits", { DataType::Safari }, &readVisits },
     };
     return kinds;
 }

@@ -1,12 +1,9 @@
 #ifndef ARCHIVE_RECORDS_RECORDREADER_H
 #define ARCHIVE_RECORDS_RECORDREADER_H
 
-#include "Archive/records/FileNames.h"
+#include "Archive/records/RecordTaker.h"
 
-#include <QByteArray>
 #include <QList>
-
-#include <functional>
 
 namespace PhoneBackup {
 class Source;
@@ -14,23 +11,21 @@ class Source;
 
 namespace Archive {
 
-//! Takes a record as JSON in one line, without its end.
-using RecordSink = std::function<void(const QByteArray &record)>;
-
 //! Records of one kind.
 struct RecordKind
 {
     const char *name; //!< In file names and in scripts that read them.
+    QList<int> dataTypes; //!< Codes of the data types that they belong to.
 
-    //! Reads all records of \a source in the order of its reader. What cannot be read is a problem
-    //! of the source.
-    void (*read)(PhoneBackup::Source &source, const FileNames &files, const RecordSink &sink);
+    //! Gives all records of \a source to \a taker, in the order of their reader. What cannot be
+    //! read is a problem of the source.
+    void (*read)(PhoneBackup::Source &source, RecordTaker &taker);
 };
 
 /*!
     All kinds. A conversation or chat stands before its messages and a shared album before its
     pictures; reactions and votes stand with the message that they are about, those whose message is
-    gone by themselves.
+    gone by themselves. Conversations and messages are those that the source's filter accepts.
 */
 const QList<RecordKind> &recordKinds();
 

@@ -67,3 +67,21 @@ const BkDataType *BkDataType::find(int code)
         all().begin(), all().end(), [code](const BkDataType &type) { return type.code == code; });
     return found == all().end() ? nullptr : &*found;
 }
+
+QList<CIExportReport::Output> BkDataType::outputs() const
+{
+    using Output = CIExportReport::Output;
+    switch (form) {
+    case Form::Files:
+        return { Output::Copies };
+    case Form::Contacts:
+        return { Output::Page, Output::Table, Output::Cards };
+    case Form::Messages:
+    case Form::Whatsapp:
+        return { Output::Page, Output::Table };
+    case Form::Table:
+    case Form::Bookmarks:
+        break;
+    }
+    return { Output::Page };
+}

@@ -2,6 +2,7 @@
 #define DATAEXPORT_BACKUP_BKDATATYPE_H
 
 #include "DataExport_global.h"
+#include "export/CIExportReport.h"
 
 #include <QList>
 #include <QString>
@@ -53,6 +54,9 @@ struct DATAEXPORT_EXPORT BkDataType
         *word; //!< For command lines and machine-readable results, never translated: "photos".
     const char *name; //!< In English, as it was marked for translation.
     const char *longWord = nullptr; //!< What a person may try in place of the word; null for none.
+
+    //! What it is written as, in this order.
+    QList<CIExportReport::Output> outputs() const;
 
     //! Whether it is written as a page, and not as copies of files.
     bool isPage() const { return form != Form::Files; }

@@ -89,6 +89,16 @@ bool CBackupExporter::isHardened() const
     return m_hardened;
 }
 
+void CBackupExporter::setOmitted(const QList<CIExportReport::Output> &outputs)
+{
+    m_omitted = outputs;
+}
+
+bool CBackupExporter::isOmitted(CIExportReport::Output output) const
+{
+    return m_omitted.contains(output);
+}
+
 bool CBackupExporter::exportBackup(BkBackup *backup, const QDir &dir, CIProgressCallback *progress)
 {
     const QList<BkDataType> &types = BkDataType::all();

@@ -2,13 +2,14 @@
 #define DATAEXPORT_BACKUP_CBACKUPEXPORTER_H
 
 #include "DataExport_global.h"
+#include "export/CIExportReport.h"
 
+#include <QList>
 #include <QString>
 
 class BkBackup;
 class BkData;
 class CICopyStep;
-class CIExportReport;
 class CIProgressCallback;
 class QDir;
 
@@ -64,6 +65,11 @@ public:
     */
     void setHardened(bool hardened);
     bool isHardened() const; //!< As set; false at first.
+
+    //! Leaves out what would be written as one of \a outputs. None is left out at first; copies
+    //! never are.
+    void setOmitted(const QList<CIExportReport::Output> &outputs);
+    bool isOmitted(CIExportReport::Output output) const; //!< As set.
 
     /*!
         Exports every non-empty data set of \a backup into its folder in \a dir. \a progress may be
@@ -127,6 +133,7 @@ private:
     bool m_hardened = false;
     CIExportReport *m_report = nullptr;
     CICopyStep *m_copyStep = nullptr;
+    QList<CIExportReport::Output> m_omitted;
 };
 
 #endif

@@ -6,6 +6,7 @@
 #include "backup/CBackupExporter.h"
 #include "backup/SinkSettings_p.h"
 #include "export/CFileExporter.h"
+#include "export/CICopyStep.h"
 #include "export/FileProgress.h"
 #include "platform/CCommonUtils.h"
 #include "platform/NativeFile_p.h"
@@ -40,6 +41,8 @@ void exportContent(const BkFileItem &file, CFileExporter &sink, bool protect)
 {
     const QString name = file.value(0);
     sink.setFileDate(file.fileDate());
+    if (sink.copyStep())
+        sink.copyStep()->itemStarts(file);
     if (file.isStreamed()) {
         const std::unique_ptr<QIODevice> stream = file.openStream();
         sink.exportStream(stream.get(), name);

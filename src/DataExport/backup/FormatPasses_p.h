@@ -36,6 +36,8 @@ public:
     template <class Translator>
     void run(CIDataExporter &sink, Translator &translator, const QString &subDir = QString())
     {
+        if (m_exporter && m_exporter->isOmitted(sink.output()))
+            return;
         constexpr int unitsPerPass = 100;
         applySettings(m_exporter, sink);
         if (m_isOver) {

@@ -131,6 +131,8 @@ bool complete(OutputFile &target,
 
 CICopyStep::~CICopyStep() = default;
 
+void CICopyStep::itemStarts(const BkFileItem & /*item*/) { }
+
 CFileExporter::CFileExporter()
     : CIDataExporter(CIExportReport::Output::Copies)
 {

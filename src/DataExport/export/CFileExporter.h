@@ -62,6 +62,7 @@ public:
 
     //! Something to do with each file that is copied; null, the default, for nothing. Borrowed.
     void setCopyStep(CICopyStep *step);
+    CICopyStep *copyStep() const { return m_copyStep; } //!< As set; null at first.
 
     //! The date that the files from now on bear; an invalid one leaves them the time of writing.
     void setFileDate(const QDateTime &date);

@@ -8,6 +8,8 @@
 
 #include <optional>
 
+class BkFileItem;
+
 /*!
     \brief Something to do with each file that an export copies, such as saving another version of it.
 
@@ -20,6 +22,9 @@ class DATAEXPORT_EXPORT CICopyStep
 {
 public:
     virtual ~CICopyStep();
+
+    //! The files that are copied next have the content of \a item. Does nothing by default.
+    virtual void itemStarts(const BkFileItem &item);
 
     /*!
         Called after an item has been copied to the file with the absolute path \a path, which is

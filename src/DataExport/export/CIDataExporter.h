@@ -93,6 +93,9 @@ public:
     //! Tells \a report (may be null, as at first) of every fault from now on.
     void setReport(CIExportReport *report);
 
+    //! What it writes.
+    CIExportReport::Output output() const { return m_output; }
+
     /*!
         Whether text of strangers is kept from becoming mark-up (false at first): what pages
         otherwise take as it is is encoded, links lead to well-known schemes only, and the page

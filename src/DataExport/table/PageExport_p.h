@@ -20,6 +20,8 @@ bool exportPage(Translator &translator,
                 const CBackupExporter *exporter)
 {
     CHtmlExporter page;
+    if (exporter && exporter->isOmitted(page.output()))
+        return true;
     applySettings(exporter, page);
     page.setStyle(page.isHardened() ? style + PageText::wrappingStyleElement() : style);
     const QString title = DataExport::tr("%1's %2").arg(owner, typeName);

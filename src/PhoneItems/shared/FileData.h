@@ -78,10 +78,10 @@ public:
     qint64 id(int index) const;
     bool isDeleted(int index) const;
     BkAbstractItem *group(int index) const;
+    PhoneBackup::FileIndex::Row row(int index) const { return record(index).row; }
 
 protected:
     PhoneBackup::BackupFiles &files() const { return m_files; }
-    PhoneBackup::FileIndex::Row row(int index) const { return record(index).row; }
 
 private:
     static constexpr qint64 kNoDate = std::numeric_limits<qint64>::min();

@@ -6,6 +6,8 @@
 
 namespace PhoneItems {
 
+using PhoneBackup::FileIndex;
+
 FileItem::FileItem(const FileData &data, int index)
     : m_data(data)
     , m_index(index)
@@ -13,6 +15,11 @@ FileItem::FileItem(const FileData &data, int index)
 }
 
 FileItem::~FileItem() = default;
+
+FileIndex::Row FileItem::row() const
+{
+    return m_data.row(m_index);
+}
 
 QString FileItem::value(int index) const
 {

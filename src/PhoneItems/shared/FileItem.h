@@ -1,6 +1,7 @@
 #ifndef PHONEITEMS_SHARED_FILEITEM_H
 #define PHONEITEMS_SHARED_FILEITEM_H
 
+#include "PhoneBackup/folder/FileIndex.h"
 #include "backup/BkFileItem.h"
 
 namespace PhoneItems {
@@ -15,6 +16,9 @@ public:
     ~FileItem() override;
 
     const FileData &data() const { return m_data; }
+
+    //! The file in the index of the backup; of a folder, the row that stands for it.
+    PhoneBackup::FileIndex::Row row() const;
 
     QString value(int index) const override;
     bool flag(int index) const override;

@@ -59,7 +59,7 @@ void WhatsappContent::weave(const std::vector<Aside> &asides)
         return;
     std::priority_queue<Waiting, std::vector<Waiting>, std::greater<>> waiting;
     QList<BkWhatsappMsg *> woven;
-    woven.reserve(qsizetype(m_lines.size() + asides.size()));
+    woven.reserve(qsizetype(m_lines.size()) + qsizetype(asides.size()));
     const auto takeFirst = [&] {
         woven.append(asides[waiting.top().number].line);
         waiting.pop();

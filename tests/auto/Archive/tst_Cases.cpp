@@ -1,3 +1,4 @@
+#include "Archive/records/RecordJson.h"
 #include "Archive/records/RecordReader.h"
 #include "CaseItems.h"
 #include "CaseSql.h"
@@ -34,9 +35,11 @@ QByteArrayList recordsOf(PhoneBackup::Source &source, const QString &name)
         return { "no records have this name" };
     QByteArrayList records;
     const OwnNames names(source.index());
-    kind->read(source, names, [&](const QByteArray &record) {
-        records.append(QJsonDocument::fromJson(record).isObject() ? record : "no JSON: " + record);
+    Archive::RecordJson json(names, [&](const Archive::JsonRecord &record) {
+        const bool isJson = QJsonDocument::fromJson(record.line).isObject();
+        records.append(isJson ? record.line : "no JSON: " + record.line);
     });
+    kind->read(source, json);
     return records;
 }
 

@@ -127,6 +127,8 @@ Export::Request tst_Run::request(const QString &backup) const
     request.backup = inDir(backup);
     request.output = m_out->filePath(u"out"_s);
     request.types = Export::Backup::dataTypes();
+    request.formats.archive = false;
+    request.formats.json = false;
     return request;
 }
 

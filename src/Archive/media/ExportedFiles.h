@@ -1,0 +1,52 @@
+#ifndef ARCHIVE_MEDIA_EXPORTEDFILES_H
+#define ARCHIVE_MEDIA_EXPORTEDFILES_H
+
+#include "Archive/records/FileNames.h"
+
+#include <QByteArray>
+#include <QHash>
+
+#include <vector>
+
+namespace Archive {
+
+/*!
+    \brief Where the files of a backup were copied to.
+
+    \par Memory
+    8 bytes per file of the backup, and the name of each that was copied.
+*/
+class ExportedFiles final : public FileNames
+{
+public:
+    //! For a backup whose index has \a count entries.
+    explicit ExportedFiles(int count);
+
+    //! Says that \a row was copied to \a path, relative to OUTPUT. The first place counts.
+    void add(PhoneBackup::FileIndex::Row row, const QString &path);
+
+    //! Says that the JPEG at \a path shows the same picture.
+    void addJpeg(PhoneBackup::FileIndex::Row row, const QString &path);
+
+    QString nameOf(PhoneBackup::FileIndex::Row row) const override;
+
+    //! The file that a browser can show as a picture: the JPEG of it, else the file itself.
+    QString pictureOf(PhoneBackup::FileIndex::Row row) const;
+
+private:
+    struct Place
+    {
+        quint32 name = 0; // where it begins in the names, and 1
+        quint32 folder = 0;
+    };
+
+    std::vector<Place> m_places;
+    QByteArray m_names; // UTF-8, each with its end
+    QHash<QString, quint32> m_folderNumbers;
+    std::vector<QString> m_folders;
+    QHash<PhoneBackup::FileIndex::Row, QString> m_jpegs;
+};
+
+} // namespace Archive
+
+#endif

@@ -1,0 +1,7 @@
+#include "Archive/records/RecordTaker.h"
+
+namespace Archive {
+
+RecordTaker::~RecordTaker() = default;
+
+} // namespace Archive
