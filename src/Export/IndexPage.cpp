@@ -134,7 +134,8 @@ QByteArray IndexPage::entrance() const
     QByteArray body = "<div class=\"home\"><h1 dir=\"auto\">";
     body += encoded(frame.phone).toUtf8() + "</h1>\n";
     body += heading().replace("<p>"_L1, "<p class=\"sub\">"_L1).toUtf8();
-    body += "<form class=\"hero\" role=\"search\"><input type=\"search\" name=\"all\" "
+    body += "<form class=\"hero\" role=\"search\" aria-label=\"Whole archive\"><input "
+            "type=\"search\" name=\"all\" "
             "aria-label=\"Search "
             "messages, people, notes and everything else\" placeholder=\"Search messages, people, "
             "notes, calls, places …\"></form>\n<ul class=\"tiles\">\n";
@@ -219,7 +220,7 @@ QString IndexPage::rows() const
 QString IndexPage::row(const TypeOutcome &type, bool isOdd) const
 {
     const QString &name = type.totals.name;
-    const bool isThere = type.exported > 0;
+    const bool isThere = type.exported > 0 && !type.isInArchiveOnly;
     const QString page = isThere ? pageOf(type) : QString();
     QString html = isOdd ? u"<tr class=\"grey\">"_s : u"<tr>"_s;
     html += "<td>"_L1 + (isThere ? link(page.isEmpty() ? name : page, name) : encoded(name));

@@ -41,7 +41,7 @@ QString TypeOutcome::folderIn(const QString &output) const
         std::any_of(counts.outputs.begin(), counts.outputs.end(), [](const auto &ended) {
             return ended.output != Output::Copies && ended.end == End::Complete;
         });
-    if (exported == 0 && !hasOutput)
+    if (isInArchiveOnly || (exported == 0 && !hasOutput))
         return {};
     return (output.endsWith(u'/') ? output : output + u'/') + totals.name;
 }
@@ -113,6 +113,7 @@ TypeOutcome typeOutcome(const TypeTotals &totals, const RunReport &report, const
     const RunReport::Counts &counts = type.counts;
     if (!formats.areOf(totals.code)) { // the archive alone has them
         type.state = End::Complete;
+        type.isInArchiveOnly = true;
         type.exported = totals.items;
         type.missing = counts.unreadable;
         return type;

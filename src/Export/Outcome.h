@@ -26,6 +26,7 @@ struct TypeOutcome
     CIExportReport::End state = CIExportReport::End::NotStarted;
     int exported = 0; //!< Items that are in the first output.
     int failed = 0; //!< Items that are not. After a stop, the remaining items were not tried.
+    bool isInArchiveOnly = false; //!< The formats asked for nothing else of it.
     int missing = 0; //!< Parts of items, or of the backup, that are not in the output.
 
     //! Whether there is nothing to report.

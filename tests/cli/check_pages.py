@@ -28,7 +28,8 @@ with tempfile.TemporaryDirectory() as temp:
     subprocess.run([maker, backup, *NOTHING_ELSE], check=True, stdout=subprocess.DEVNULL)
     subprocess.run([program, "--quiet", backup, output], stderr=subprocess.DEVNULL)
     pages = [glob.glob(os.path.join(output, folder, "*.html")) for folder in FOLDERS]
-    missing = [folder for folder, found in zip(FOLDERS, pages) if not found]
+    pages.append(glob.glob(os.path.join(output, "Archive", "**", "*.html"), recursive=True))
+    missing = [folder for folder, found in zip((*FOLDERS, "Archive"), pages) if not found]
     checker = os.path.join(tools, "node_modules/vnu-jar/build/dist/vnu.jar")
     done = subprocess.run(
         ["java", "-jar", checker, "--errors-only", *(page for found in pages for page in found)],

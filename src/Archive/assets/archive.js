@@ -265,17 +265,28 @@
     results.replaceChildren(status, list);
     if (!question.trim()) { status.textContent = 'Type words, “phrases”, or from: in: kind: before: after:'; return; }
     let count = 0;
-    for (const [name, month, entries] of shards) {
-      // A month that ends before the time asked for, or begins behind it, holds nothing.
-      const begin = month ? new Date(Math.floor(month / 100), month % 100 - 1, 1).getTime() / 1000 : null;
-      const end = month ? new Date(Math.floor(month / 100), month % 100, 1).getTime() / 1000 : null;
-      if (query.before !== null && (begin === null || begin >= query.before)) continue;
-      if (query.after !== null && (end === null || end <= query.after)) continue;
+    const start = (month, more) => new Date(Math.floor(month / 100), month % 100 - 1 + more, 1).getTime() / 1000;
+    let oldestShown = Infinity;
+    let hits = [];
+    for (const [name, newest, oldest] of shards) {
+      // Months that begin after the time asked for, or end before it, hold nothing.
+      if (query.before !== null && oldest && start(oldest, 0) >= query.before) continue;
+      if (query.after !== null && start(newest, 1) <= query.after) continue;
       const shard = await load(name);
       if (mine !== run) return;
       if (!shard) { status.textContent = `“${name}” could not be read.`; continue; }
-      for (const hit of hitsIn(shard, query)) {
-        if (++count > kMostShown) continue;
+      const more = hitsIn(shard, query);
+      count += more.length;
+      // A month may be in several shards: then hits between those that are shown come.
+      const isBetween = more.length > 0 && (more[0].time ?? 0) > oldestShown;
+      hits = hits.concat(more);
+      if (isBetween) {
+        hits.sort((a, b) => (b.time ?? 0) - (a.time ?? 0));
+        list.replaceChildren();
+      }
+      hits.length = Math.min(hits.length, kMostShown);
+      for (const hit of hits.slice(list.children.length)) {
+        oldestShown = hit.time ?? 0;
         list.append(make('li', {}, make('a', { className: 'hit', href: `${root()}${hit.where[2].split('/').map(encodeURIComponent).join('/')}/${hit.page}` },
           make('span', { className: 'top' },
             make('b', { dir: 'auto' }, marked(hit.who || hit.where[1], query.words)),

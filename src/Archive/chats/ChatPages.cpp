@@ -267,10 +267,10 @@ QByteArray ChatPages::listed(const Entry &entry, const MediaHtml &media) const
         << '>';
     media.putAvatar(html, entry.head.avatar, entry.head.title);
     html << "<b dir=\"auto\">";
-    html.text(entry.head.title) << "</b><time>";
+    html.text(entry.head.title) << "</b><span class=\"when\">";
     if (entry.lastMs != kNoMs)
         html.text(m_site.clock.day(entry.lastMs));
-    html << "</time><span class=\"last\" dir=\"auto\">";
+    html << "</span><span class=\"last\" dir=\"auto\">";
     html.text(entry.lastText) << "</span><span class=\"tag\">";
     html.text(entry.head.service) << " · ";
     html.number(entry.count) << (entry.head.isDeleted ? " · deleted" : "") << "</span></a></li>\n";

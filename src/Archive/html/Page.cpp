@@ -72,7 +72,8 @@ QByteArray Page::html(const Frame &frame, const QByteArray &body) const
         entry(frame.sections[i]);
     }
     html << (frame.sections.size() > kSectionsInBar ? "</ul></details>" : "</ul></nav>");
-    html << "<form class=\"find\" role=\"search\"><input type=\"search\" name=\"q\" "
+    html << "<form class=\"find\" role=\"search\" aria-label=\"Everything\"><input type=\"search\" "
+            "name=\"q\" "
             "aria-label=\"Search everything\" placeholder=\"Search everything\"></form>"
             "<button class=\"theme\" type=\"button\" hidden aria-label=\"Switch between light and "
             "dark\">◐</button></header>\n<main id=\"main\" tabindex=\"-1\">\n";

@@ -79,8 +79,8 @@ void CallPages::take(const PhoneBackup::Call &call)
     Call &one = m_calls.emplace_back();
     Html html(one.entry.html);
     html << "<b dir=\"auto\"" << (call.isMissed ? " class=\"bad\">" : ">");
-    html.text(who) << "</b><time>";
-    html.text(m_site.clock.dayAndTime(call.date)) << "</time><span>";
+    html.text(who) << "</b><span class=\"when\">";
+    html.text(m_site.clock.dayAndTime(call.date)) << "</span><span>";
     html.text(facts.join(u" · "_s)) << "</span>";
     if (numbers != who)
         html << "<small dir=\"auto\">", html.text(numbers) << "</small>";

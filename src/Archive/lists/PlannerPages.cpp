@@ -143,8 +143,8 @@ void PlannerPages::take(const Event &event)
     Html html(planned.entry.html);
     html << "<b dir=\"auto\""
          << (event.status == Event::Status::Cancelled ? " class=\"done\">" : ">");
-    html.text(title) << "</b><time>";
-    html.text(spanOf(event)) << "</time>";
+    html.text(title) << "</b><span class=\"when\">";
+    html.text(spanOf(event)) << "</span>";
     QString place;
     if (event.place) {
         place = event.place->title;
@@ -187,9 +187,9 @@ void PlannerPages::take(const Reminder &reminder)
          << (reminder.parent != 0 ? " sub\">" : "\">") << (reminder.isCompleted ? "☑ " : "☐ ");
     html.text(title) << "</b>";
     if (reminder.due.isValid()) {
-        html << "<time>Due ";
+        html << "<span class=\"when\">Due ";
         html.text(reminder.isAllDay ? dayText(dayOf(reminder.due)) : timeOf(reminder.due))
-            << "</time>";
+            << "</span>";
     }
     putLine(html, "", reminder.notes);
     putDetails(html, reminder.details.get(), reminder.notes);

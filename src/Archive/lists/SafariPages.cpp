@@ -102,8 +102,8 @@ void SafariPages::take(const VisitedPage &page)
     Listing::Entry entry;
     Html html(entry.html);
     putPage(html, page.title, page.address);
-    html << "<time>";
-    html.text(m_site.clock.dayAndTime(page.visited)) << "</time>";
+    html << "<span class=\"when\">";
+    html.text(m_site.clock.dayAndTime(page.visited)) << "</span>";
     if (page.visits > 1)
         html << "<small>" << QByteArray::number(page.visits) << " visits</small>";
     entry.date = page.visited;

@@ -38,7 +38,7 @@ Listing::Entry ShelfPages::sound(
     html << "<b dir=\"auto\">";
     html.text(title) << "</b>";
     if (date.isValid())
-        html << "<time>", html.text(m_site.clock.dayAndTime(date)) << "</time>";
+        html << "<span class=\"when\">", html.text(m_site.clock.dayAndTime(date)) << "</span>";
     list.media().put(html, media);
     if (!facts.isEmpty())
         html << "<small dir=\"auto\">", html.text(facts.join(u" · "_s)) << "</small>";

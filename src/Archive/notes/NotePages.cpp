@@ -81,8 +81,8 @@ void NotePages::take(const Note &note)
     Html html(listed.entry.html);
     html << "<a class=\"whole\" href=\"" << free.toLatin1() << ".html\"><b dir=\"auto\">"
          << (note.pinned ? "📌 " : "") << (note.isLocked() ? "🔒 " : "");
-    html.text(title) << "</b><time>";
-    html.text(m_site.clock.dayAndTime(note.orderDate())) << "</time><span dir=\"auto\">";
+    html.text(title) << "</b><span class=\"when\">";
+    html.text(m_site.clock.dayAndTime(note.orderDate())) << "</span><span dir=\"auto\">";
     QString snippet = text.simplified();
     if (snippet.startsWith(title))
         snippet = snippet.sliced(title.size()).trimmed();
@@ -104,7 +104,7 @@ void NotePages::writeNote(const Note &note, const QString &title, const QString 
     QByteArray out;
     Html html(out);
     html << "<article class=\"narrow note\"><p class=\"acts\"><a class=\"btn\" "
-            "href=\"index.html\">‹ Notes</a></p><p class=\"when\" dir=\"auto\">";
+            "href=\"index.html\">‹ Notes</a></p><p class=\"facts\" dir=\"auto\">";
     QStringList facts;
     if (note.created.isValid())
         facts.append(u"Created "_s + m_site.clock.dayAndTime(note.created));

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -179,6 +180,8 @@ void OutputStream::write(QByteArrayView bytes)
 
 void OutputStream::flush()
 {
+    if (m_buffer.isEmpty() && !m_temporary.isEmpty())
+        return;
     if (m_temporary.isEmpty()) {
         m_temporary = m_tree.newTemporary();
         if (m_temporary.isEmpty()) {
@@ -192,6 +195,23 @@ void OutputStream::flush()
     if (m_error == 0)
         m_error = writeAll(m_descriptor, m_buffer);
     m_buffer.resize(0);
+}
+
+QByteArray OutputStream::read(qint64 at, qint64 length)
+{
+    flush();
+    QByteArray bytes(qsizetype(std::min(length, m_size - at)), Qt::Uninitialized);
+    qsizetype done = 0;
+    while (m_error == 0 && done < bytes.size()) {
+        const ssize_t count = ::pread(
+            m_descriptor, bytes.data() + done, std::size_t(bytes.size() - done), off_t(at + done));
+        if (count > 0)
+            done += count;
+        else if (count == 0 || errno != EINTR)
+            m_error = count == 0 ? EIO : errno;
+    }
+    bytes.truncate(done);
+    return bytes;
 }
 
 bool OutputStream::finish(const QString &path)
@@ -208,15 +228,8 @@ bool OutputStream::finish(const QString &path, const std::vector<Line> &lines)
 {
     flush();
     OutputStream sorted(m_tree);
-    QByteArray line;
-    for (const Line &one : lines) {
-        line.resize(qsizetype(one.length));
-        if (m_error == 0
-            && ::pread(m_descriptor, line.data(), std::size_t(one.length), off_t(one.at))
-                != ssize_t(one.length))
-            m_error = EIO;
-        sorted.write(line);
-    }
+    for (const Line &one : lines)
+        sorted.write(read(one.at, one.length));
     if (m_error != 0)
         sorted.m_error = m_error;
     return sorted.finish(path);

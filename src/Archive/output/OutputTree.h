@@ -73,6 +73,9 @@ public:
     //! Bytes written so far.
     qint64 size() const { return m_size; }
 
+    //! \a length bytes from \a at on, of those written so far; fewer after a failure.
+    QByteArray read(qint64 at, qint64 length);
+
     //! Ends the file and gives it the name \a path in the tree.
     bool finish(const QString &path);
 

@@ -5,6 +5,7 @@
 #include "PhoneBackup/base/PhoneTime.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Archive {
 
@@ -55,57 +56,66 @@ void SearchIndex::add(
     int month = 0;
     if (dateMs != kNoMs) {
         const QDate date = m_clock.at(dateMs).date();
-        month = date.year() * 12 + date.month() - 1;
+        month = date.year() * 100 + date.month();
     }
-    Shard &shard = m_shards[month];
-    if (!shard.stream) {
-        shard.stream = std::make_unique<OutputStream>(m_tree);
-        shard.stream->write("archiveShard(`");
-    }
+    Month &of = m_months[month];
+    if (!of.lines)
+        of.lines = std::make_unique<OutputStream>(m_tree);
     m_line = dateMs == kNoMs ? QByteArray() : QByteArray::number(dateMs / 1000, 16);
     m_line += '\t' + QByteArray::number(place, 16) + '\t' + page + '\t';
     appendLine(m_line, who);
     m_line += '\t';
     appendLine(m_line, text);
     m_line += '\n';
-    shard.stream->write(m_line);
-    ++shard.count;
-    if (shard.stream->size() >= kShardBytes)
-        close(month, shard);
+    of.lines->write(m_line);
+    ++of.count;
 }
 
-void SearchIndex::close(int month, Shard &shard)
+// Lines of one month, which may be more than fit into one shard.
+void SearchIndex::append(int month, OutputStream &lines, Shard &shard)
 {
+    QByteArray rest;
+    for (qint64 at = 0; at < lines.size(); at += kShardBytes) {
+        rest += lines.read(at, kShardBytes);
+        qsizetype done = 0;
+        for (qsizetype end = rest.indexOf('\n') + 1; end > 0; end = rest.indexOf('\n', done) + 1) {
+            if (shard.stream && shard.stream->size() + end - done > kShardBytes)
+                close(shard);
+            if (!shard.stream) {
+                shard = { std::make_unique<OutputStream>(m_tree), month, month, 0 };
+                shard.stream->write("archiveShard(`");
+            }
+            shard.stream->write(QByteArrayView(rest).sliced(done, end - done));
+            shard.oldest = month;
+            ++shard.count;
+            done = end;
+        }
+        rest.remove(0, done);
+    }
+}
+
+void SearchIndex::close(Shard &shard)
+{
+    const QString name = u"%1.js"_s.arg(++m_shardCount, 4, 10, QLatin1Char('0'));
+    m_shards += m_shards.isEmpty() ? "[\"" : ",\n[\"";
+    m_shards += name.toLatin1() + "\"," + QByteArray::number(shard.newest) + ','
+        + QByteArray::number(shard.oldest) + ',' + QByteArray::number(shard.count) + ']';
     shard.stream->write("`);\n");
-    const QString name = month == 0 ? u"undated-%1.js"_s.arg(shard.part)
-                                    : u"%1-%2-%3.js"_s.arg(month / 12)
-                                          .arg(month % 12 + 1, 2, 10, QLatin1Char('0'))
-                                          .arg(shard.part);
-    m_files.emplace_back(
-        month,
-        "[\"" + name.toLatin1() + "\","
-            + QByteArray::number(month == 0 ? 0 : month / 12 * 100 + month % 12 + 1) + ','
-            + QByteArray::number(shard.count) + ']');
     shard.stream->finish(u"search/"_s + name);
     shard.stream.reset();
-    shard.count = 0;
-    ++shard.part;
 }
 
 void SearchIndex::finish()
 {
-    for (auto &[month, shard] : m_shards) {
-        if (shard.stream)
-            close(month, shard);
+    Shard shard;
+    for (auto month = m_months.rbegin(); month != m_months.rend(); ++month) {
+        append(month->first, *month->second.lines, shard);
+        month->second.lines.reset();
     }
-    // The newest months first, as they are searched.
-    std::stable_sort(m_files.begin(), m_files.end(), [](const auto &a, const auto &b) {
-        return a.first > b.first;
-    });
-    QByteArray list = "archivePlaces([\n" + m_places + "\n],[\n";
-    for (std::size_t i = 0; i < m_files.size(); ++i)
-        list += (i == 0 ? "" : ",\n") + m_files[i].second;
-    m_tree.write(u"search/places.js"_s, list + "\n]);\n");
+    if (shard.stream)
+        close(shard);
+    m_tree.write(u"search/places.js"_s,
+                 "archivePlaces([\n" + m_places + "\n],[\n" + m_shards + "\n]);\n");
 }
 
 } // namespace Archive

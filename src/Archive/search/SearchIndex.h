@@ -16,12 +16,12 @@ class OutputStream;
 class OutputTree;
 
 /*!
-    \brief The texts that the search page looks through: scripts with a line per entry, one or more
-    per month.
+    \brief The texts that the search page looks through: scripts with a line per entry, the newest
+    months first.
 
     A line is: seconds since 1970 in hexadecimal, the number of the place, the page and anchor
-   within it, who wrote it, and the text; tabs between them. Everything that \a search says of
-   places is in places.js.
+   within it, who wrote it, and the text; tabs between them. Places, and which months are in which
+   script, are in places.js.
     \par Memory
     A buffer for each month that has entries, whatever their number.
 */
@@ -46,20 +46,27 @@ public:
     void finish();
 
 private:
+    struct Month
+    {
+        std::unique_ptr<OutputStream> lines;
+        int count = 0;
+    };
     struct Shard
     {
-        int part = 1;
         std::unique_ptr<OutputStream> stream;
+        int newest = 0; // as year * 100 + month
+        int oldest = 0;
         int count = 0;
-        qint64 first = 0;
     };
 
-    void close(int month, Shard &shard);
+    void append(int month, OutputStream &lines, Shard &shard);
+    void close(Shard &shard);
 
     OutputTree &m_tree;
     LocalClock &m_clock;
-    std::map<int, Shard> m_shards; // by year and month; 0 for what has no date
-    std::vector<std::pair<int, QByteArray>> m_files; // month and description
+    std::map<int, Month> m_months; // by year * 100 + month; 0 for what has no date
+    QByteArray m_shards; // their descriptions
+    int m_shardCount = 0;
     QByteArray m_places;
     int m_placeCount = 0;
     QByteArray m_line;
