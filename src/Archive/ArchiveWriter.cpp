@@ -215,7 +215,7 @@ bool ArchiveWriter::write()
         writeEmpty(site, isWhole);
     const bool isOnDisk = tree.sync();
     m_error = tree.error();
-    m_failedPath = tree.failedPath();
+    m_failedPath = m_frame.archiveFolder + u'/' + tree.failedPath();
     return isWhole && isOnDisk;
 }
 

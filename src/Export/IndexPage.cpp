@@ -159,10 +159,10 @@ QByteArray IndexPage::entrance() const
 
 QByteArray IndexPage::html() const
 {
-    if (m_archive && !m_archive->tiles().isEmpty())
+    if (m_archive && m_archive->error() == 0 && !m_archive->tiles().isEmpty())
         return entrance();
     const QString title = encoded(u"%1's Backup"_s.arg(m_backup.backupProperty(0)));
-    QString page = QLatin1StringView(kHead) + QLatin1StringView(kMark) + "<title>"_L1 + title
+    const QString page = QLatin1StringView(kHead) + QLatin1StringView(kMark) + "<title>"_L1 + title
         + "</title>"_L1 + QLatin1StringView(kStyle) + "</head><body><div id=\"wrap\"><h1>"_L1
         + title + "</h1>\n"_L1 + heading() + table() + "</div></body></html>\n"_L1;
     return page.toUtf8();

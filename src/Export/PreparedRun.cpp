@@ -1,6 +1,7 @@
 #include "Export/PreparedRun.h"
 
 #include "Export/IndexPage.h"
+#include "Export/NewFile.h"
 #include "Export/Observer.h"
 #include "Export/Problems.h"
 #include "Export/Request.h"
@@ -164,8 +165,14 @@ Outcome PreparedRun::outcome() const
     result.backup = m_backup.info();
     result.output = m_request.output;
     result.absoluteOutput = m_output;
-    for (const TypeTotals &totals : m_inventory.types)
-        result.types += typeOutcome(totals, m_report, m_request.formats);
+    for (const TypeTotals &totals : m_inventory.types) {
+        TypeOutcome type = typeOutcome(totals, m_report, m_request.formats);
+        if (type.isInArchiveOnly && !m_isArchiveWhole && totals.items > 0) {
+            type.state = CIExportReport::End::Stopped;
+            type.exported = 0;
+        }
+        result.types += type;
+    }
     result.remarks = problems(m_backup);
     result.remarks.removeIf([](const Problem &problem) {
         return problem.kind != Problem::Kind::Warning && problem.kind != Problem::Kind::Absence;
@@ -193,8 +200,8 @@ void PreparedRun::judge(Outcome &result) const
             return type.state == state;
         });
     };
-    const bool isCut =
-        m_isArchiveCut || has(CIExportReport::End::Stopped) || has(CIExportReport::End::NotStarted);
+    const bool isCut = (m_request.formats.hasRecords() && !m_isArchiveWhole)
+        || has(CIExportReport::End::Stopped) || has(CIExportReport::End::NotStarted);
     if (const auto &fault = m_report.outputFault())
         result.failure = outputFailure(*fault, m_request.output);
     else if (auto failure = temporaryFolderFailure(m_backup))
@@ -228,11 +235,17 @@ void PreparedRun::writeArchive()
         [this](const char *kind, qint64 records) {
             m_observer.archiving(QString::fromLatin1(kind), records);
         });
-    if (m_archive->write())
-        return;
-    if (m_archive->error() != 0)
-        m_report.outputRefused(m_archive->failedPath(), m_archive->error());
-    m_isArchiveCut = true;
+    m_isArchiveWhole = m_archive->write();
+    if (const int number = m_archive->error()) {
+        constexpr int kNoType = -1;
+        const QString name = u"Archive"_s;
+        m_report.typeStarts(kNoType, name);
+        m_report.itemFailed(name,
+                            m_archive->failedPath(),
+                            { CIExportReport::Cause::Target,
+                              u"It could not be written: %1."_s.arg(errorText(number)),
+                              number });
+    }
 }
 
 void PreparedRun::writeIndex(Outcome &result)

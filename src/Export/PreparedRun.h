@@ -67,7 +67,7 @@ private:
     RunReport m_report;
     RunProgress m_progress;
     CopiedFiles m_copies;
-    bool m_isArchiveCut = false; // it was stopped
+    bool m_isArchiveWhole = false; // it is complete, and on the disk
     QElapsedTimer m_clock;
     qsizetype m_problemsReported = 0;
 };

@@ -12,6 +12,7 @@ import sqlite3
 import subprocess
 import sys
 import tempfile
+import time
 import urllib.parse
 
 import jsonschema
@@ -222,6 +223,23 @@ def export(program: str, backup: pathlib.Path, output: pathlib.Path):
         raise SystemExit(f"exit code {run.returncode}: {run.stderr}")
 
 
+def stop_faults(make_sample: str, program: str, folder: pathlib.Path):
+    """A run that is stopped says so on its entrance, and every link works."""
+    backup, output = folder / "large", folder / "stopped"
+    subprocess.run([make_sample, "--messages", "60000", "--conversations", "300", str(backup)], check=True,
+                   capture_output=True)
+    run = subprocess.Popen([program, "--quiet", "--formats", "archive,json", str(backup), str(output)],
+                           stderr=subprocess.DEVNULL)
+    while run.poll() is None and len(list(output.glob("Archive/chats/*"))) < 5:
+        time.sleep(0.001)
+    run.terminate()
+    if run.wait() != 130:
+        return [f"stopped: exit code {run.returncode}"]
+    is_told = "Stopped." in (output / "index.html").read_text()
+    left = [path.name for path in output.rglob(".*")]
+    return [*page_faults(output.resolve()), *([] if is_told else ["stopped: the entrance does not say so"]), *left]
+
+
 def digests(output: pathlib.Path):
     return {path.relative_to(output): hashlib.sha1(path.read_bytes()).hexdigest()
             for path in (output / "Archive").rglob("*") if path.is_file()}
@@ -258,6 +276,7 @@ def main(make_sample: str, program: str, docs: pathlib.Path) -> int:
             found += [f"{path} differs in a second export" for path in first.keys() | second.keys()
                       if first.get(path) != second.get(path)]
             faults += [f"backup {name}: {fault}" for fault in found]
+        faults += stop_faults(make_sample, program, pathlib.Path(temp))
     print("\n".join(faults[:40]))
     return 1 if faults else 0
 

@@ -49,6 +49,8 @@ private Q_SLOTS:
     void leavesWholeFilesOnly();
     void leavesWholeTextsOnly_data();
     void leavesWholeTextsOnly();
+    void tellsThatTheArchiveIsNotWhole_data();
+    void tellsThatTheArchiveIsNotWhole();
     void stopsAtTheFirstWriteThatFails_data();
     void stopsAtTheFirstWriteThatFails();
     void refusesToStartWithoutRoom();
@@ -229,6 +231,42 @@ void tst_FullDisk::checkTexts(const Result &result, bool isOfOneFile)
         QVERIFY(exported + told[u"failed"_s].toInt() <= items);
     }
     QCOMPARE(result.json().value(u"exported"_s).toInt(), sum);
+}
+
+void tst_FullDisk::tellsThatTheArchiveIsNotWhole_data()
+{
+    QTest::addColumn<int>("kilobytes");
+    for (int kilobytes = 8; kilobytes < 400; kilobytes += 1 + kilobytes / 2)
+        QTest::addRow("%d KB", kilobytes) << kilobytes;
+}
+
+// Each file of it is as it would be in the end, or not there.
+void tst_FullDisk::tellsThatTheArchiveIsNotWhole()
+{
+    QFETCH(int, kilobytes);
+    QVERIFY2(mountDisk(u"size=%1k"_s.arg(kilobytes)), std::strerror(errno));
+    const QStringList options {
+        u"--no-space-check"_s, u"--json"_s, u"--formats"_s, u"archive,json"_s
+    };
+    const QString whole = m_dir.filePath(u"whole archive"_s);
+    if (!QFileInfo::exists(whole))
+        run(options + QStringList { texts(), whole });
+    const ExpectedFiles expected = filesBelow(whole);
+    QVERIFY(expected.size() > 50);
+
+    const Result result = run(options + QStringList { texts(), output() });
+    QCOMPARE(result.exitCode, 12);
+    QVERIFY2(result.err.contains("is full: “"), result.err.constData());
+    const ExpectedFiles found = filesBelow(output());
+    QVERIFY(found.size() < expected.size());
+    for (auto it = found.begin(); it != found.end(); ++it) {
+        if (it.key().startsWith("Archive/"_L1))
+            QVERIFY2(it->content == expected.value(it.key()).content, qPrintable(it.key()));
+    }
+    for (const QJsonValue &told : result.json().value(u"types"_s).toArray()) {
+        if (told[u"items"_s].toInt() > 0)
+            QVERIFY(told[u"state"_s].toString() != u"complete"_s);
+    }
 }
 
 void tst_FullDisk::stopsAtTheFirstWriteThatFails_data()

@@ -46,6 +46,8 @@ bool Bubble::isBare() const
 
 QString Bubble::plainText() const
 {
+    if (parts.size() == 1 && parts.front().kind == BubblePart::Kind::Text && subject.isEmpty())
+        return parts.front().text;
     QStringList texts;
     const auto add = [&texts](const QString &text) {
         if (!text.isEmpty())

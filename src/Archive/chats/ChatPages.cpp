@@ -43,7 +43,9 @@ ChatPages::ChatPages(Site &site)
 
 QByteArray ChatPages::pageOf(qint64 number, const QByteArray &anchor)
 {
-    return pageName(int(number / kMessagesPerPage) + 1) + '#' + anchor;
+    QByteArray page = QByteArray::number(number / kMessagesPerPage + 1);
+    page.reserve(page.size() + 6 + anchor.size());
+    return page.append(".html#").append(anchor);
 }
 
 QByteArray ChatPages::anchorOf(const QByteArray &identity, qint64 row)
@@ -91,8 +93,7 @@ void ChatPages::add(Bubble &&bubble)
         if (entry.firstMs == kNoMs)
             entry.firstMs = bubble.dateMs;
         entry.lastMs = std::max(entry.lastMs, bubble.dateMs);
-        const QDate date = m_site.clock.at(bubble.dateMs).date();
-        const int month = date.year() * 12 + date.month() - 1;
+        const int month = m_site.clock.month(bubble.dateMs);
         if (m_months.empty() || m_months.back().key != month)
             m_months.push_back({ month, page, 0 });
         ++m_months.back().count;
@@ -100,10 +101,6 @@ void ChatPages::add(Bubble &&bubble)
     const QString text = bubble.plainText();
     const QString who = bubble.side == Bubble::Side::Right ? u"You"_s : bubble.sender;
     m_site.search.add(m_place, bubble.dateMs, page, who, text);
-    if (bubble.side != Bubble::Side::Middle) {
-        const QString line = bubble.summary();
-        entry.lastText = entry.head.isGroup && !who.isEmpty() ? who + u": "_s + line : line;
-    }
     for (const BubblePart &part : bubble.parts) {
         if (part.kind == BubblePart::Kind::Media && part.media.file != FileIndex::kNone)
             m_media.push_back({ part.media.file, part.media, page });
@@ -144,7 +141,7 @@ void ChatPages::writeMonths()
 QByteArray ChatPages::head(int number, bool isLast)
 {
     const Entry &entry = m_entries.back();
-    Page page { entry.head.title, "chats", 2 };
+    const Page page { entry.head.title, "chats", 2 };
     QByteArray out;
     Html html(out);
     html << "<div class=\"head\">";
@@ -175,8 +172,17 @@ void ChatPages::flush(bool isLast)
             part.media.addWanted(wanted);
     }
     m_site.thumbnails.prepare(wanted);
+    const auto last = std::find_if(m_page.rbegin(), m_page.rend(), [](const Bubble &bubble) {
+        return bubble.side != Bubble::Side::Middle;
+    });
+    if (last != m_page.rend()) {
+        const QString who = last->side == Bubble::Side::Right ? u"You"_s : last->sender;
+        const QString line = last->summary();
+        m_entries.back().lastText =
+            entry.head.isGroup && !who.isEmpty() ? who + u": "_s + line : line;
+    }
     ++m_pages;
-    Page page { entry.head.title, "chats", 2, "talks", { "months.js", "../list.js" } };
+    const Page page { entry.head.title, "chats", 2, "talks", { "months.js", "../list.js" } };
     QByteArray out =
         "<aside id=\"chats\" aria-label=\"Conversations\" hidden></aside><div class=\"talkside\">"
         + head(m_pages, isLast);

@@ -41,11 +41,10 @@ bool isShown(const Message &message)
         || extras->isUnsent || !extras->subject.isEmpty() || !extras->deletedParts.empty();
 }
 
-QByteArray identityOf(const Message &message)
+QByteArray anchorOf(const Message &message)
 {
-    if (message.extras && !message.extras->guid.isEmpty())
-        return message.extras->guid.toUtf8();
-    return message.id.isNull() ? QByteArray() : message.id.text().toLatin1();
+    return message.id.isNull() ? 'r' + QByteArray::number(message.row)
+                               : 'm' + QByteArray::number(message.id.high ^ message.id.low, 16);
 }
 
 Media mediaOf(const MessageAttachment &file, const MessageExtras &extras)
@@ -178,7 +177,7 @@ void MessageChats::take(const MessageOf &of)
     if (!isShown(message))
         return;
     Bubble bubble;
-    bubble.anchor = ChatPages::anchorOf(identityOf(message), message.row);
+    bubble.anchor = anchorOf(message);
     bubble.dateMs = message.dateMs;
     bubble.side = message.isFromMe ? Bubble::Side::Right : Bubble::Side::Left;
     const MessageService service = message.service == MessageService::Unknown
@@ -343,8 +342,7 @@ void MessageChats::addQuote(Bubble &bubble, const MessageOf &of) const
         quote.text = summaryOf(target);
         const qint64 number = m_numbers[std::size_t(answer->target)];
         if (number >= 0)
-            quote.page =
-                ChatPages::pageOf(number, ChatPages::anchorOf(identityOf(target), target.row));
+            quote.page = ChatPages::pageOf(number, anchorOf(target));
     }
     bubble.quote = quote;
 }

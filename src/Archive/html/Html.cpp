@@ -6,6 +6,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <array>
 
 namespace Archive {
 
@@ -26,23 +27,44 @@ bool isOverride(char16_t unit)
     return (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
 }
 
-void appendUtf8(QByteArray &out, char32_t point)
+// What stands for an ASCII character in a page; null for itself.
+constexpr const char *encoded(char16_t unit)
 {
-    if (point < 0x80) {
-        out += char(point);
-    } else if (point < 0x800) {
-        out += char(0xC0 | (point >> 6));
-        out += char(0x80 | (point & 0x3F));
-    } else if (point < 0x10000) {
-        out += char(0xE0 | (point >> 12));
-        out += char(0x80 | ((point >> 6) & 0x3F));
-        out += char(0x80 | (point & 0x3F));
-    } else {
-        out += char(0xF0 | (point >> 18));
-        out += char(0x80 | ((point >> 12) & 0x3F));
-        out += char(0x80 | ((point >> 6) & 0x3F));
-        out += char(0x80 | (point & 0x3F));
+    switch (unit) {
+    case u'&':
+        return "&amp;";
+    case u'<':
+        return "&lt;";
+    case u'>':
+        return "&gt;";
+    case u'"':
+        return "&quot;";
+    case u'\'':
+        return "&#39;";
+    default:
+        return isControl(unit) ? "" : nullptr; // left out
     }
+}
+
+// What may stand in a page of characters beyond ASCII.
+QString shown(QStringView text)
+{
+    QString kept;
+    kept.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t unit = text[i].unicode();
+        if (isControl(unit) || isOverride(unit))
+            continue;
+        if (QChar::isHighSurrogate(unit) && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            const char32_t point = QChar::surrogateToUcs4(unit, text[i + 1].unicode());
+            if ((point & 0xFFFE) != 0xFFFE)
+                kept += text.sliced(i, 2);
+            ++i;
+        } else {
+            kept += QChar::isSurrogate(unit) ? QChar(QChar::ReplacementCharacter) : text[i];
+        }
+    }
+    return kept;
 }
 
 // Where the web address that begins at \a from ends, without what closes the sentence around it.
@@ -61,40 +83,24 @@ qsizetype addressEnd(QStringView text, qsizetype from)
 
 Html &Html::text(QStringView text)
 {
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char16_t unit = text[i].unicode();
-        switch (unit) {
-        case u'&':
-            m_out += "&amp;";
-            continue;
-        case u'<':
-            m_out += "&lt;";
-            continue;
-        case u'>':
-            m_out += "&gt;";
-            continue;
-        case u'"':
-            m_out += "&quot;";
-            continue;
-        case u'\'':
-            m_out += "&#39;";
-            continue;
-        default:
-            break;
-        }
-        if (unit < 0x80 && !isControl(unit)) {
-            m_out += char(unit);
-        } else if (QChar::isHighSurrogate(unit) && i + 1 < text.size()
-                   && text[i + 1].isLowSurrogate()) {
-            const char32_t point = QChar::surrogateToUcs4(unit, text[i + 1].unicode());
-            ++i;
-            if ((point & 0xFFFE) != 0xFFFE)
-                appendUtf8(m_out, point);
-        } else if (QChar::isSurrogate(unit)) {
-            appendUtf8(m_out, QChar::ReplacementCharacter);
-        } else if (!isControl(unit) && !isOverride(unit)) {
-            appendUtf8(m_out, unit);
-        }
+    for (qsizetype at = 0; at < text.size();) {
+        // Most of it is ASCII that stands for itself.
+        qsizetype end = at;
+        while (end < text.size() && text[end].unicode() < 0x80 && !encoded(text[end].unicode()))
+            ++end;
+        const qsizetype before = m_out.size();
+        m_out.resize(before + end - at);
+        std::transform(text.begin() + at, text.begin() + end, m_out.data() + before, [](QChar c) {
+            return char(c.unicode());
+        });
+        at = end;
+        while (end < text.size() && text[end].unicode() >= 0x80)
+            ++end;
+        if (end > at)
+            m_out += shown(text.sliced(at, end - at)).toUtf8();
+        if (end < text.size() && end == at)
+            m_out += encoded(text[end++].unicode());
+        at = end;
     }
     return *this;
 }

@@ -47,6 +47,16 @@ LocalClock::Time LocalClock::at(qint64 ms)
     return { day, int((local - day * kDayMs) / kMinuteMs) };
 }
 
+int LocalClock::month(qint64 ms)
+{
+    const Time time = at(ms);
+    if (time.day != m_day) {
+        m_day = time.day;
+        m_month = time.date().year() * 12 + time.date().month() - 1;
+    }
+    return m_month;
+}
+
 QString LocalClock::day(qint64 ms)
 {
     return dayText(at(ms).date());

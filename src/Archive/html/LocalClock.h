@@ -23,6 +23,9 @@ public:
     //! \a ms since 1970, UTC, which must be a moment.
     Time at(qint64 ms);
 
+    //! The month of \a ms: the year times 12, and the month from 0.
+    int month(qint64 ms);
+
     QString day(qint64 ms); //!< "25 May 2024"
     QString dayAndTime(qint64 ms); //!< "25 May 2024, 16:40"
     QString dayAndTime(const QDateTime &moment); //!< The same; empty for an invalid one.
@@ -32,6 +35,8 @@ private:
 
     qint64 m_block = -1; // the quarter of an hour that was asked for last
     qint64 m_offsetMs = 0;
+    qint64 m_day = -1; // that the month was asked for last
+    int m_month = 0;
 };
 
 QString dayText(const QDate &date); //!< "25 May 2024"

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kBufferBytes = 64 * 1024;
+constexpr qsizetype kBufferBytes = qsizetype(64) << 10;
 
 int createNew(const QString &path)
 {

@@ -10,8 +10,10 @@
 #include <QSize>
 #include <QStringList>
 
+#include <algorithm>
 #include <array>
 #include <concepts>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <span>
@@ -56,11 +58,16 @@ public:
     void operator()(const char *name, const T &value)
     {
         const qsizetype before = m_out.size();
-        if (m_out.back() != '{')
-            m_out += ',';
-        m_out += '"';
-        m_out += name;
-        m_out += "\":";
+        const bool isFirst = m_out.back() == '{';
+        const std::size_t length = std::strlen(name);
+        m_out.resize(before + qsizetype(length) + (isFirst ? 3 : 4));
+        char *to = m_out.data() + before;
+        if (!isFirst)
+            *to++ = ',';
+        *to++ = '"';
+        to = std::copy_n(name, length, to);
+        *to++ = '"';
+        *to = ':';
         if (!put(value))
             m_out.truncate(before);
     }

@@ -53,14 +53,14 @@ void appendNumber(QByteArray &out, Number number)
     out.append(digits.data(), end - digits.data());
 }
 
-// At least \a width digits.
+// At least \a width digits of a number that is not negative.
 void appendPadded(QByteArray &out, qint64 number, int width)
 {
-    std::array<char, 32> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-    const qsizetype count = end - digits.data();
-    out.append(std::max<qsizetype>(width - count, 0), '0');
-    out.append(digits.data(), count);
+    std::array<char, 20> digits; // enough for any number of 64 bits
+    auto first = digits.end();
+    for (; number > 0 || width > 0; number /= 10, --width)
+        *--first = char('0' + number % 10);
+    out.append(first, digits.end() - first);
 }
 
 } // namespace

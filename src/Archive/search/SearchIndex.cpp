@@ -5,6 +5,7 @@
 #include "PhoneBackup/base/PhoneTime.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace Archive {
@@ -24,10 +25,19 @@ constexpr qsizetype kLongestText = 100'000;
 void appendLine(QByteArray &out, QStringView text)
 {
     const QByteArray utf8 = text.first(std::min(text.size(), kLongestText)).toUtf8();
-    for (const char c : utf8) {
-        if (c == '`' || c == '\\' || c == '$')
+    const auto isPlain = [](char c) {
+        return static_cast<unsigned char>(c) >= ' ' && c != 0x7F && c != '`' && c != '\\'
+            && c != '$';
+    };
+    for (auto at = utf8.begin(); at != utf8.end();) {
+        const auto end = std::find_if_not(at, utf8.end(), isPlain);
+        out.append(at, end - at);
+        if (end == utf8.end())
+            return;
+        if (*end == '`' || *end == '\\' || *end == '$')
             out += '\\';
-        out += static_cast<unsigned char>(c) < ' ' || c == 0x7F ? ' ' : c;
+        out += static_cast<unsigned char>(*end) < ' ' || *end == 0x7F ? ' ' : *end;
+        at = end + 1;
     }
 }
 
@@ -55,14 +65,20 @@ void SearchIndex::add(
         return;
     int month = 0;
     if (dateMs != kNoMs) {
-        const QDate date = m_clock.at(dateMs).date();
-        month = date.year() * 100 + date.month();
+        const int sinceZero = m_clock.month(dateMs);
+        month = sinceZero / 12 * 100 + sinceZero % 12 + 1;
     }
     Month &of = m_months[month];
     if (!of.lines)
         of.lines = std::make_unique<OutputStream>(m_tree);
-    m_line = dateMs == kNoMs ? QByteArray() : QByteArray::number(dateMs / 1000, 16);
-    m_line += '\t' + QByteArray::number(place, 16) + '\t' + page + '\t';
+    m_line.resize(0);
+    if (dateMs != kNoMs)
+        m_line += QByteArray::number(dateMs / 1000, 16);
+    m_line += '\t';
+    m_line += QByteArray::number(place, 16);
+    m_line += '\t';
+    m_line += page;
+    m_line += '\t';
     appendLine(m_line, who);
     m_line += '\t';
     appendLine(m_line, text);
@@ -108,9 +124,9 @@ void SearchIndex::close(Shard &shard)
 void SearchIndex::finish()
 {
     Shard shard;
-    for (auto month = m_months.rbegin(); month != m_months.rend(); ++month) {
-        append(month->first, *month->second.lines, shard);
-        month->second.lines.reset();
+    for (auto &[number, month] : std::views::reverse(m_months)) {
+        append(number, *month.lines, shard);
+        month.lines.reset();
     }
     if (shard.stream)
         close(shard);

@@ -62,16 +62,19 @@ MessageId MessageId::of(QByteArrayView guid, bool *isUuid)
 
 QString MessageId::text() const
 {
-    constexpr int kDigitsOfHalf = 16;
-    constexpr int kBase = 16;
-    const QChar zero(u'0');
-    QString digits = QStringLiteral("%1%2")
-                         .arg(high, kDigitsOfHalf, kBase, zero)
-                         .arg(low, kDigitsOfHalf, kBase, zero)
-                         .toUpper();
-    for (const qsizetype place : { 8, 13, 18, 23 })
-        digits.insert(place, u'-');
-    return digits;
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    static constexpr qsizetype kLength = 36;
+    QString uuid(kLength, u'-');
+    QChar *to = uuid.data();
+    for (const quint64 half : { high, low }) {
+        for (int shift = 60; shift >= 0; shift -= 4) {
+            const qsizetype place = to - uuid.constData();
+            if (place == 8 || place == 13 || place == 18 || place == 23)
+                ++to;
+            *to++ = QLatin1Char(kDigits[half >> shift & 0xF]);
+        }
+    }
+    return uuid;
 }
 
 } // namespace PhoneBackup
