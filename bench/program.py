@@ -85,8 +85,9 @@ def main(build, folder, names):
         print(f"| {name} | {processor:.2f} s | {wall:.2f} s | {memory:.0f} MB |", flush=True)
 
 
-if len(sys.argv) < 2:
-    sys.exit(__doc__)
-main(pathlib.Path(sys.argv[1]).resolve(),
-     pathlib.Path(sys.argv[2] if len(sys.argv) > 2 else tempfile.gettempdir() + "/dataexport-bench"),
-     sys.argv[3:])
+if __name__ == "__main__":
+    if len(sys.argv) < 2:
+        sys.exit(__doc__)
+    main(pathlib.Path(sys.argv[1]).resolve(),
+         pathlib.Path(sys.argv[2] if len(sys.argv) > 2 else tempfile.gettempdir() + "/dataexport-bench"),
+         sys.argv[3:])

@@ -24,6 +24,7 @@
 using namespace Qt::StringLiterals;
 
 // In the global namespace, as the macro demands.
+// NOLINTNEXTLINE(misc-use-anonymous-namespace)
 static void initializeAssets()
 {
     Q_INIT_RESOURCE(archive_assets);

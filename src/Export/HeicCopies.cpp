@@ -2,12 +2,7 @@
 
 #include "Export/HeicToJpeg/HeicToJpeg.h"
 #include "Export/NewFile.h"
-#include "platform/CCommonUtils.h"
-
-#include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include "Export/SavedBeside.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,14 +12,6 @@ namespace {
 
 using Cause = CIExportReport::Cause;
 
-// Answers 0 or the error number.
-int write(const QString &path, const QByteArray &jpeg)
-{
-    NewFile file(QFileInfo(path).path());
-    file.write(jpeg);
-    return file.moveTo(path, false);
-}
-
 } // namespace
 
 std::optional<CIExportReport::Fault> HeicCopies::fileCopied(const QString &path)
@@ -32,27 +19,21 @@ std::optional<CIExportReport::Fault> HeicCopies::fileCopied(const QString &path)
     using Fault = CIExportReport::Fault;
     if (!HeicToJpeg::isHeic(path))
         return std::nullopt;
-    const QFileInfo original(path);
-    QString target = path + ".jpg"_L1;
-    if (QFileInfo::exists(target))
-        target = CCommonUtils::uniqFileName(original.dir(), original.fileName(), u".jpg"_s);
     const HeicToJpeg::Conversion made = HeicToJpeg::convert(path);
     if (made.jpeg.isEmpty()) {
         return Fault { Cause::Content,
                        u"The HEIC file was copied, but could not be converted to JPEG: %1."_s.arg(
                            made.why) };
     }
-    if (const int number = write(target, made.jpeg)) {
+    const SavedBeside saved = saveBeside(path, u".jpg"_s, made.jpeg);
+    if (saved.error != 0) {
         return Fault { Cause::Target,
-                       u"Its JPEG copy could not be written to “%1”: %2."_s.arg(target,
-                                                                                errorText(number)),
-                       number };
+                       u"Its JPEG copy could not be written to “%1”: %2."_s.arg(
+                           saved.path, errorText(saved.error)),
+                       saved.error };
     }
-    QFile dated(target);
-    if (dated.open(QIODevice::ReadWrite))
-        dated.setFileTime(original.lastModified(), QFileDevice::FileModificationTime);
     ++m_count;
-    m_lastPath = target;
+    m_lastPath = saved.path;
     if (!made.lacksRemarks)
         return std::nullopt;
     return Fault {

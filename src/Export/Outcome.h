@@ -71,6 +71,7 @@ struct Outcome
     QList<RunReport::Failed> failures; //!< The first RunReport::kKept.
     QList<RunReport::Failed> neverDownloaded; //!< The first RunReport::kKept such files.
     int jpegCopies = 0; //!< JPEG copies of HEIC pictures.
+    int soundCopies = 0; //!< Copies of sound that browsers can play.
     double seconds = 0;
 
     //! Whether nothing was exported and nothing failed.

@@ -93,7 +93,7 @@ PreparedRun::PreparedRun(const Request &request,
     , m_keepGoing(keepGoing)
     , m_report(output, [this](int code) { m_progress.typeStarts(code); })
     , m_progress(inventory, request.formats, m_report, observer, [this] { return goesOn(); })
-    , m_copies(output, backup.source().index().count(), request.convertHeic)
+    , m_copies(output, backup.source().index().count(), request.convertHeic, request.convertAudio)
 {
 }
 
@@ -178,6 +178,7 @@ Outcome PreparedRun::outcome() const
         return problem.kind != Problem::Kind::Warning && problem.kind != Problem::Kind::Absence;
     });
     result.jpegCopies = m_copies.jpegCopies();
+    result.soundCopies = m_copies.soundCopies();
     result.seconds = static_cast<double>(m_clock.elapsed()) / 1000;
     takeReport(result);
     judge(result);

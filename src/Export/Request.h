@@ -20,6 +20,7 @@ struct Request
     bool intoExisting = false; //!< Allow an OUTPUT that contains files.
     bool checkSpace = true; //!< Do not start if there is too little space.
     bool convertHeic = false; //!< Also save each HEIC picture as a JPEG.
+    bool convertAudio = false; //!< Also save sound that browsers cannot play as one that they can.
 };
 
 } // namespace Export

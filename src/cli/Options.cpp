@@ -79,6 +79,11 @@ void describe(CLI::App &app, Raw &raw, Options &options)
                  "Also save each HEIC picture as a JPEG, for computers\n"
                  "that cannot open HEIC")
         ->group("What to export");
+    app.add_flag("--convert-audio",
+                 options.convertAudio,
+                 "Also save voice messages in AMR or CAF as files\n"
+                 "that browsers can play")
+        ->group("What to export");
 
     const auto addFilter = [&app](const char *name,
                                   std::optional<std::string> &value,

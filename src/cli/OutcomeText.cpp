@@ -116,6 +116,8 @@ void sayOutcome(Console &console, const Outcome &outcome)
     sayFailures(console, outcome);
     if (outcome.jpegCopies > 0)
         console.say(u"JPEG copies of HEIC pictures: %1"_s.arg(grouped(outcome.jpegCopies)));
+    if (outcome.soundCopies > 0)
+        console.say(u"Playable copies of recordings: %1"_s.arg(grouped(outcome.soundCopies)));
 }
 
 QByteArray summaryText(const Outcome &outcome)

@@ -54,7 +54,8 @@ FLOORS = {
     "Archive": [f"Archive/{room}" for room in ("records", "output", "html", "search", "media", "data", "lists",
                                                "photos", "people", "notes", "chats")] + READER,
     "Export/HeicToJpeg": LIBRARY[:2],
-    "Export": ["Archive", "Archive/media", "Archive/html", "Export/HeicToJpeg", "PhoneItems", "PhoneItems/words", "PhoneItems/shared",
+    "Export/SoundToPlayable": [],
+    "Export": ["Archive", "Archive/media", "Archive/html", "Export/HeicToJpeg", "Export/SoundToPlayable", "PhoneItems", "PhoneItems/words", "PhoneItems/shared",
                "PhoneBackup/base", "PhoneBackup/folder", "PhoneBackup/source", *LIBRARY],
     "cli": ["Export", "DataExport/backup"],
 }

@@ -26,9 +26,9 @@ void ExportedFiles::add(FileIndex::Row row, const QString &path)
     m_names += '\0';
 }
 
-void ExportedFiles::addJpeg(FileIndex::Row row, const QString &path)
+void ExportedFiles::addVersion(FileIndex::Row row, const QString &path)
 {
-    m_jpegs.insert(row, path);
+    m_versions.insert(row, path);
 }
 
 QString ExportedFiles::nameOf(FileIndex::Row row) const
@@ -39,10 +39,10 @@ QString ExportedFiles::nameOf(FileIndex::Row row) const
     return m_folders[place.folder] + QString::fromUtf8(m_names.constData() + place.name - 1);
 }
 
-QString ExportedFiles::pictureOf(FileIndex::Row row) const
+QString ExportedFiles::shownOf(FileIndex::Row row) const
 {
-    const auto jpeg = m_jpegs.constFind(row);
-    return jpeg != m_jpegs.cend() ? *jpeg : nameOf(row);
+    const auto version = m_versions.constFind(row);
+    return version != m_versions.cend() ? *version : nameOf(row);
 }
 
 } // namespace Archive

@@ -25,13 +25,13 @@ public:
     //! Says that \a row was copied to \a path, relative to OUTPUT. The first place counts.
     void add(PhoneBackup::FileIndex::Row row, const QString &path);
 
-    //! Says that the JPEG at \a path shows the same picture.
-    void addJpeg(PhoneBackup::FileIndex::Row row, const QString &path);
+    //! Says that the file at \a path shows or plays the same in a browser.
+    void addVersion(PhoneBackup::FileIndex::Row row, const QString &path);
 
     QString nameOf(PhoneBackup::FileIndex::Row row) const override;
 
-    //! The file that a browser can show as a picture: the JPEG of it, else the file itself.
-    QString pictureOf(PhoneBackup::FileIndex::Row row) const;
+    //! The file for browsers: the other version of it, else the file itself.
+    QString shownOf(PhoneBackup::FileIndex::Row row) const;
 
 private:
     struct Place
@@ -44,7 +44,7 @@ private:
     QByteArray m_names; // UTF-8, each with its end
     QHash<QString, quint32> m_folderNumbers;
     std::vector<QString> m_folders;
-    QHash<PhoneBackup::FileIndex::Row, QString> m_jpegs;
+    QHash<PhoneBackup::FileIndex::Row, QString> m_versions;
 };
 
 } // namespace Archive

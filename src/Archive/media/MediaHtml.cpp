@@ -130,7 +130,7 @@ bool MediaHtml::putPicture(Html &html, const Media &media) const
     if (thumb.isNull())
         return false;
     const QString original = m_site.files.nameOf(media.file);
-    const QString shown = m_site.files.pictureOf(media.file);
+    const QString shown = m_site.files.shownOf(media.file);
     html << (media.isSticker ? "<a class=\"pic sticker\"" : "<a class=\"pic\"");
     if (original.isEmpty())
         html.link("href", m_toArchive, thumb.path);
@@ -175,9 +175,10 @@ void MediaHtml::putFilm(Html &html, const Media &media, const QString &path) con
 void MediaHtml::putSound(Html &html, const Media &media, const QString &path) const
 {
     html << "<figure class=\"sound\">";
-    if (isPlayed(path)) {
+    const QString played = m_site.files.shownOf(media.file);
+    if (isPlayed(played)) {
         html << "<audio controls preload=\"none\"";
-        html.link("src", m_toOutput, path)
+        html.link("src", m_toOutput, played)
             .attribute("aria-label", media.name.isEmpty() ? u"Sound"_s : media.name);
         html << "></audio>";
     }
