@@ -33,7 +33,8 @@
   };
 
   // --- Text that is looked for: no difference between capitals, small letters and accents.
-  const fold = text => text.normalize('NFD').replace(/\p{M}+/gu, '').toLowerCase();
+  const foldOthers = others => others.normalize('NFD').replace(/\p{M}+/gu, '');
+  const fold = text => text.toLowerCase().replace(/[^\x00-\x7f]+/g, foldOthers);
 
   // --- Lists that are filtered while one types, and sorted.
   const setUpSift = (place, list) => {
@@ -233,6 +234,7 @@
   const hitsIn = (shard, query) => {
     // The rarest word finds the lines; all others are looked for there alone.
     const key = [...query.words].sort((a, b) => b.length - a.length)[0] || '';
+    if (key && !shard.folded.includes(key)) return [];
     const lines = shard.lines ??= shard.text.split('\n');
     const folded = shard.foldedLines ??= shard.folded.split('\n');
     const hits = [];
