@@ -14,7 +14,7 @@ namespace {
 // No zone changes its clocks but at a quarter of an hour.
 constexpr qint64 kMinuteMs = 60'000;
 constexpr qint64 kBlockMs = 15 * kMinuteMs;
-constexpr qint64 kDayMs = 24 * 60 * kMinuteMs;
+constexpr qint64 kDayMs = qint64(24) * 60 * kMinuteMs;
 
 qint64 floorDiv(qint64 a, qint64 b)
 {

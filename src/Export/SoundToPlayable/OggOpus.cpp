@@ -96,8 +96,7 @@ QByteArray oggOpus(const OpusSound &sound)
     QByteArray segments;
     QByteArray content;
     qint64 granule = 0;
-    for (qsizetype i = 0; i < sound.packets.size(); ++i) {
-        const OpusSound::Packet &packet = sound.packets.at(i);
+    for (const OpusSound::Packet &packet : sound.packets) {
         const qsizetype count = packet.bytes.size() / kMostSegments + 1;
         if (count > kMostSegments)
             continue; // no packet of Opus is that long
