@@ -216,12 +216,6 @@ def urllib_quote(text):
     return urllib.parse.quote(text)
 
 
-def without_scripts(browser, output):
-    """What is read without scripts: all but search, filter and viewer."""
-    browser.open((output / "Archive" / "chats" / "index.html").as_uri())
-    return [] if browser.picture() else ["nothing is shown without scripts"]
-
-
 def main(name, make_sample, program, tools, screenshots) -> int:
     screenshots.mkdir(parents=True, exist_ok=True)
     axe = (tools / "node_modules/axe-core/axe.min.js").read_text() if name == "Chromium" else ""

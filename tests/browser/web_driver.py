@@ -14,15 +14,14 @@ PATIENCE_S = 60
 
 
 class Chromium:
-    def __init__(self, *, scripts=True):
+    def __init__(self):
         self.profile = tempfile.mkdtemp()
         self.process = subprocess.Popen(["chromedriver", "--port=0"], stdout=subprocess.PIPE, text=True)
         for line in self.process.stdout:
             if "started successfully on port" in line:
                 self.address = f"http://localhost:{line.strip().rstrip('.').split()[-1]}/session"
                 break
-        options = {"args": ["--headless=new", "--no-sandbox", "--disable-gpu", f"--user-data-dir={self.profile}"],
-                   "prefs": {} if scripts else {"profile.managed_default_content_settings.javascript": 2}}
+        options = {"args": ["--headless=new", "--no-sandbox", "--disable-gpu", f"--user-data-dir={self.profile}"]}
         session = self.post("", {"capabilities": {"alwaysMatch": {"goog:chromeOptions": options,
                                                                   "goog:loggingPrefs": {"browser": "ALL"}}}})
         self.address += "/" + session["sessionId"]
@@ -61,13 +60,13 @@ class Chromium:
 
 
 class Firefox:
-    def __init__(self, *, scripts=True):
+    def __init__(self):
         self.profile = pathlib.Path(tempfile.mkdtemp())
         with socket.socket() as free:
             free.bind(("localhost", 0))
             port = free.getsockname()[1]
         (self.profile / "user.js").write_text(
-            f'user_pref("marionette.port", {port});\nuser_pref("javascript.enabled", {json.dumps(scripts)});\n'
+            f'user_pref("marionette.port", {port});\n'
             'user_pref("browser.shell.checkDefaultBrowser", false);\nuser_pref("app.update.enabled", false);\n')
         self.process = subprocess.Popen(["firefox-esr", "--headless", "--marionette", "--remote-allow-system-access",
                                          "--profile", str(self.profile), "--no-remote"],

@@ -221,7 +221,9 @@ bool WhatsappChats::addFile(Bubble &bubble, const WhatsappMessage &message) cons
     media.name = file.path.section(u'/', -1);
     if (message.kind == Kind::Document && !file.title.isEmpty())
         media.name = file.title;
-    if (media.name.isEmpty())
+    if (file.isRecorded)
+        media.name = u"Voice message"_s;
+    else if (media.name.isEmpty())
         media.name = kindName(message.kind);
     media.bytes = file.bytes;
     media.seconds = file.seconds.value_or(-1);

@@ -33,6 +33,8 @@ Listing::Entry ShelfPages::sound(
     media.kind = Media::Kind::Sound;
     if (media.name.isEmpty())
         media.name = m_site.files.nameOf(media.file).section(u'/', -1);
+    if (media.name.isEmpty())
+        media.name = u"Recording"_s;
     facts.removeAll(QString());
     Html html(entry.html);
     html << "<b dir=\"auto\">";
