@@ -3,14 +3,18 @@
 and dark. Usage: drive_archive.py BROWSER MAKE_SAMPLE_BACKUP DATAEXPORT TOOLS SCREENSHOTS"""
 
 import base64
+import functools
+import http.server
 import json
 import pathlib
 import struct
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import unicodedata
+import urllib.parse
 
 import web_driver
 
@@ -91,7 +95,7 @@ class Run:
     def search(self, question):
         """The texts of all hits."""
         self.browser.open("about:blank")
-        self.open("Archive/search/index.html#q=" + urllib_quote(question))
+        self.open("Archive/search/index.html#q=" + urllib.parse.quote(question))
         self.until("return /found\\.|Nothing found|are shown/.test(document.querySelector('#results [role=status]')?.textContent)")
         return self.run("return [...document.querySelectorAll('#results .hit > span:last-child')].map(e => e.textContent)")
 
@@ -182,6 +186,18 @@ class Run:
         self.open("Archive/chats/index.html")
         self.run("document.querySelector('.theme').click()")
 
+    def works_behind_a_server(self):
+        class Quiet(http.server.SimpleHTTPRequestHandler):
+            log_message = lambda *_: None
+        handler = functools.partial(Quiet, directory=str(self.output))
+        with http.server.ThreadingHTTPServer(("localhost", 0), handler) as server:
+            threading.Thread(target=server.serve_forever, daemon=True).start()
+            self.browser.open(f"http://localhost:{server.server_port}/Archive/search/index.html#q=lighthouse")
+            self.until("return document.querySelectorAll('.hit').length > 0")
+            self.browser.open(f"http://localhost:{server.server_port}/index.html")
+            self.check(self.run("return [...document.images].every(i => i.naturalWidth)"), "no pictures from a server")
+            server.shutdown()
+
     def looks_right(self):
         """Each kind of page at each width in both themes: nothing reaches over the edge, nothing is unreadable."""
         archive = self.output / "Archive"
@@ -211,11 +227,6 @@ class Run:
                     self.faults.append(f"{page} in {theme}: {violation}")
 
 
-def urllib_quote(text):
-    import urllib.parse
-    return urllib.parse.quote(text)
-
-
 def main(name, make_sample, program, tools, screenshots) -> int:
     screenshots.mkdir(parents=True, exist_ok=True)
     axe = (tools / "node_modules/axe-core/axe.min.js").read_text() if name == "Chromium" else ""
@@ -241,8 +252,10 @@ def main(name, make_sample, program, tools, screenshots) -> int:
                     run.looks_at_pictures()
                     run.plays_recordings()
                     run.switches_its_theme()
+                    run.works_behind_a_server()
                     run.looks_right()
-                faults += run.faults + [f"the browser says: {line}" for line in browser.complaints()]
+                faults += run.faults + [f"the browser says: {line}" for line in browser.complaints()
+                                        if "/favicon.ico" not in line]  # browsers ask every server for one
             finally:
                 browser.close()
     print("\n".join(dict.fromkeys(faults)))
